@@ -1,0 +1,25 @@
+# tpv_layer(NAME FOLDERS folder… [SEES layer…] [LIBRARIES library…])
+#
+# Declares the layer made of all sources below the given folders. SEES names
+# the layers below it; LIBRARIES are outside libraries that stay private to it.
+function(tpv_layer name)
+  cmake_parse_arguments(LAYER "" "" "FOLDERS;SEES;LIBRARIES" ${ARGN})
+  set(sources)
+  foreach(folder IN LISTS LAYER_FOLDERS)
+    file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp
+                                              ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
+    list(APPEND sources ${found})
+  endforeach()
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  tpv_compile_options(${name})
+  target_link_libraries(${name} PUBLIC ${LAYER_SEES} PRIVATE ${LAYER_LIBRARIES})
+endfunction()
+
+function(tpv_compile_options name)
+  target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                                         -Woverloaded-virtual -Wconversion -Wno-sign-conversion)
+  if(TPV_WARNINGS_AS_ERRORS)
+    target_compile_options(${name} PRIVATE -Werror)
+  endif()
+endfunction()

@@ -1,0 +1,28 @@
+// What the screens and services of one component work on: the till's context
+// that the host set, and the ports.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "context/database_object.h"
+#include "platform/ports.h"
+
+namespace tpv {
+
+inline constexpr std::string_view kVersion = "1.0.0";  // major.minor.revision
+
+struct Context {
+  std::int32_t IdCliente = 0;
+  std::int16_t Caja = 0;
+  std::int32_t IdAgente = 0;
+  std::int32_t IdAlbaran = 0;  // -1 or 0: no current sale
+  std::shared_ptr<DatabaseObject> MyBd;
+  Ports& ports;
+
+  Connection& Database() const { return MyBd->Conexion(); }
+  Variant Parameter(std::string_view name) const { return MyBd->Parametro(name); }
+};
+
+}  // namespace tpv

@@ -1,0 +1,25 @@
+// Everything outside the component that it can reach, handed over once by the
+// host. All ports outlive the component.
+#pragma once
+
+namespace tpv {
+
+namespace ui {
+class FrontEnd;
+}
+class Printers;
+class OutputDevices;
+class Settings;
+class Clock;
+class ObjectFactory;
+
+struct Ports {
+  ui::FrontEnd& ui;
+  Printers& printers;
+  OutputDevices& devices;
+  Settings& settings;
+  Clock& clock;
+  ObjectFactory& objects;
+};
+
+}  // namespace tpv
