@@ -1,0 +1,68 @@
+// A form: its controls, their layout, and the handlers a screen overrides.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ui/controls.h"
+
+namespace tpv::ui {
+
+enum class Key { Enter, Tab, BackTab, Esc, F1, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
+
+class Form {
+ public:
+  explicit Form(std::string form_name) : name(std::move(form_name)) {}
+  virtual ~Form() = default;
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  std::string name;     // "frmTpv"
+  std::string caption;  // window title
+  std::vector<std::vector<Control*>> rows;  // the declared layout, top to bottom
+
+  // By name regardless of case; null when there is none.
+  Control* Find(std::string_view control_name) const;
+  const std::vector<Control*>& Controls() const { return controls_; }  // in order of creation
+  // Controls in layout order (reading order), frames opened up.
+  std::vector<Control*> InLayoutOrder() const;
+
+  // The focus. SetFocus asks for it; the engine moves it (leave, then enter)
+  // before the event that asked for it ends. Asking for a control that cannot
+  // have it changes nothing.
+  Control* focus = nullptr;
+  void SetFocus(Control& control) { requested_focus = &control; }
+  Control* requested_focus = nullptr;
+
+  // Asks the engine to close the form when the running event ends.
+  void Close() { closing = true; }
+  bool closing = false;
+  bool loaded = false;     // OnLoad has run
+  bool activated = false;  // OnFirstActivate has run
+  bool wait_cursor = false;
+
+  void OpenMenu(Menu& menu) { open_menu = &menu; }
+  Menu* open_menu = nullptr;
+
+  // Handlers. Keys reach the form before its fields; returning true from
+  // OnKeyDown swallows the key.
+  virtual void OnLoad() {}
+  virtual void OnFirstActivate() {}
+  virtual bool OnKeyDown(Key) { return false; }
+  virtual void OnKeyUp(Key) {}
+  // The character that goes into the box instead, 0 for none.
+  virtual char32_t OnCharacter(TextBox&, char32_t character) { return character; }
+  virtual void OnEnter(Control&) {}  // before the control's own `entered`
+  virtual void OnLeave(Control&) {}  // before the control's own `left`
+  virtual void OnUnload() {}
+  // The window's close box; may refuse by not calling Close.
+  virtual void OnCloseBox() { Close(); }
+
+ private:
+  friend struct Control;
+  std::vector<Control*> controls_;
+};
+
+}  // namespace tpv::ui

@@ -1,0 +1,52 @@
+// The port to whatever shows forms: real windows, or a scenario without any.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/variant.h"
+
+namespace tpv::ui {
+
+class Form;
+
+enum class Icon { None, Information, Question, Exclamation, Critical };
+enum class Answer { Ok, Yes, No, Cancel };
+
+struct MessageBox {
+  std::string text;  // lines joined by CR LF
+  Icon icon = Icon::None;
+  std::vector<Answer> buttons = {Answer::Ok};
+  Answer default_button = Answer::Ok;
+  std::string title;
+};
+
+// A list to choose one row from, narrowed as one types.
+struct SearchRequest {
+  std::string title;
+  std::vector<std::string> captions;        // of the shown columns
+  std::vector<int> widths;                  // twips
+  std::vector<std::size_t> shown_columns;   // indices into a row
+  std::size_t search_column = 0;            // index into a row
+  std::vector<std::vector<Variant>> rows;   // in the order to show
+};
+
+class FrontEnd {
+ public:
+  virtual ~FrontEnd() = default;
+
+  // Loads the form (OnLoad) when it is not loaded yet, shows it on top and
+  // returns when it is closed. An error of OnLoad goes to the caller and the
+  // form is not shown.
+  virtual void ShowModal(Form& form) = 0;
+  // Loads the form without showing it, so that its caller can fill it first.
+  virtual void Load(Form& form) = 0;
+  virtual Answer Show(const MessageBox& box) = 0;
+  // The chosen row's index in request.rows, nullopt when closed without one.
+  virtual std::optional<std::size_t> Search(const SearchRequest& request) = 0;
+  // Lets the window system repaint: called inside long work.
+  virtual void ProcessEvents() = 0;
+};
+
+}  // namespace tpv::ui
