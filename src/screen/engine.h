@@ -56,6 +56,10 @@ class Engine {
   void CountOpening() { ++openings_; }
 
  private:
+  void DefaultKey(Form& form, Key key);
+  void TypeKeypad(Form& form, TextBox& box, char32_t character);
+  void MoveRow(Control& control, int step);
+
   std::vector<Form*> forms_;
   std::size_t openings_ = 0;
 };

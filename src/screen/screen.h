@@ -54,7 +54,7 @@ class Screen : public ui::Form {
   std::string pending_message;
 
   // --- fields -------------------------------------------------------------
-  // "/" taken out on entering, "dd/mm/yyyy" on leaving.
+  // Date fields lose their "/" on entering and show "dd/mm/yyyy" on leaving.
   void MakeDateField(ui::TextBox& box);
   // Whether the text is a date "dd/mm/yyyy".
   static bool IsDate(std::string_view text);

@@ -35,6 +35,8 @@ class Form {
   Control* focus = nullptr;
   void SetFocus(Control& control) { requested_focus = &control; }
   Control* requested_focus = nullptr;
+  // Asks the engine to move the focus to the next field when the event ends.
+  bool tab_sent = false;
 
   // Asks the engine to close the form when the running event ends.
   void Close() { closing = true; }

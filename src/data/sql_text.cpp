@@ -1,0 +1,32 @@
+#include "data/sql_text.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "base/date_time.h"
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace tpv::sql {
+
+std::string Number(std::int64_t value) { return std::to_string(value); }
+
+std::string Number(double value) { return ToPlain(value); }
+
+std::string Quoted(std::string_view text) {
+  std::string result = "'" + ReplaceAll(text, "'", "''") + "'";
+  std::erase(result, '\0');
+  return result;
+}
+
+std::string WholeNumber(std::string_view field_text) {
+  return std::to_string(Int32OrZero(field_text));
+}
+
+std::string DateText(std::string_view field_text) {
+  const auto date = ParseDayFirst(field_text);
+  if (!date) throw std::invalid_argument("«" + std::string(field_text) + "» no es una fecha");
+  return ToDayFirst(*date);
+}
+
+}  // namespace tpv::sql

@@ -1,0 +1,33 @@
+#include "platform/ui/form.h"
+
+#include "base/text.h"
+
+namespace tpv::ui {
+
+namespace {
+
+void Collect(const std::vector<std::vector<Control*>>& rows, std::vector<Control*>& found) {
+  for (const auto& row : rows) {
+    for (Control* control : row) {
+      found.push_back(control);
+      if (const auto* frame = dynamic_cast<Frame*>(control)) Collect(frame->rows, found);
+    }
+  }
+}
+
+}  // namespace
+
+Control* Form::Find(std::string_view control_name) const {
+  for (Control* control : controls_) {
+    if (EqualNoCase(control->name, control_name)) return control;
+  }
+  return nullptr;
+}
+
+std::vector<Control*> Form::InLayoutOrder() const {
+  std::vector<Control*> found;
+  Collect(rows, found);
+  return found;
+}
+
+}  // namespace tpv::ui

@@ -1,0 +1,104 @@
+#include "screen/screen.h"
+
+#include "base/date_time.h"
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace tpv {
+
+using ui::Key;
+
+Screen::Screen(Context& context, std::string form_name)
+    : Form(std::move(form_name)), context_(context) {}
+
+void Screen::OnLoad() {
+  toolkit_ = context_.MyBd->CreateFormToolkit();
+  toolkit_->SetConexion(context_.Database());
+  toolkit_->SetFocusColours(kFocusColour, kPlainColour);
+}
+
+bool Screen::OnKeyDown(Key) { return false; }
+
+void Screen::OnKeyUp(Key key) {
+  const bool pending = !pending_message.empty();
+  switch (key) {
+    case Key::Enter:
+      pending_message.clear();
+      if (!pending) SendTab();
+      break;
+    case Key::Esc:
+      OnEscape();
+      break;
+    case Key::F1:
+      OnF1(focus != nullptr ? focus->tag : std::string());
+      break;
+    case Key::F5:
+      OnF5();
+      break;
+    default:
+      pending_message.clear();
+  }
+}
+
+char32_t Screen::OnCharacter(ui::TextBox& box, char32_t character) {
+  if (box.input == ui::Input::Any) return character < U' ' ? 0 : character;
+  const FieldKind kind = box.input == ui::Input::Date ? FieldKind::Date : FieldKind::Number;
+  return toolkit_->FiltrarTecla(box.text, character, kind);
+}
+
+void Screen::OnEnter(ui::Control& control) {
+  auto* box = dynamic_cast<ui::TextBox*>(&control);
+  if (box == nullptr) return;
+  if (box->input == ui::Input::Date) box->text = ReplaceAll(box->text, "/", "");
+  box->back_colour = toolkit_->FocusedColour();
+  box->SelectAll();
+}
+
+void Screen::OnLeave(ui::Control& control) {
+  auto* box = dynamic_cast<ui::TextBox*>(&control);
+  if (box == nullptr) return;
+  box->back_colour = toolkit_->PlainColour();
+  box->selection_length = 0;
+  if (box->input == ui::Input::Date && !box->text.empty()) {
+    box->text = toolkit_->ValidarFecha(box->text);
+  }
+}
+
+void Screen::Message(std::string text, ui::Icon icon, std::string title) {
+  ui::MessageBox box;
+  box.text = std::move(text);
+  box.icon = icon;
+  box.title = std::move(title);
+  context_.ports.ui.Show(box);
+}
+
+void Screen::Refuse(std::string text, ui::Control* focus_back, ui::Icon icon, std::string title) {
+  pending_message = "e";
+  Message(std::move(text), icon, std::move(title));
+  if (focus_back != nullptr) SetFocus(*focus_back);
+}
+
+ui::Answer Screen::Ask(std::string text, ui::Icon icon, ui::Answer default_button,
+                       bool with_cancel, std::string title) {
+  ui::MessageBox box;
+  box.text = std::move(text);
+  box.icon = icon;
+  box.buttons = {ui::Answer::Yes, ui::Answer::No};
+  if (with_cancel) box.buttons.push_back(ui::Answer::Cancel);
+  box.default_button = default_button;
+  box.title = std::move(title);
+  return context_.ports.ui.Show(box);
+}
+
+void Screen::SendTab() { tab_sent = true; }
+
+void Screen::MakeDateField(ui::TextBox& box) {
+  box.input = ui::Input::Date;
+  box.max_length = 10;
+}
+
+bool Screen::IsDate(std::string_view text) { return ParseDayFirst(text).has_value(); }
+
+double Screen::Number(const ui::TextBox& box) { return NumberOrZero(box.text); }
+
+}  // namespace tpv
