@@ -29,7 +29,9 @@ class Screen : public ui::Form {
   Context& context() const { return context_; }
   Connection& Database() const { return context_.Database(); }
   FormToolkit& toolkit() const { return *toolkit_; }
-  Variant Parameter(std::string_view name) const { return context_.Parameter(name); }
+  Variant Parameter(std::string_view parameter) const {
+    return context_.Parameter(parameter);
+  }
 
   // --- messages -----------------------------------------------------------
   // Shows a box with OK alone and, when given, asks for the focus there.

@@ -1,0 +1,164 @@
+#include "data/schema.h"
+
+#include "base/text.h"
+
+namespace tpv::schema {
+
+namespace {
+
+using enum Type;
+constexpr Home kStore = Home::Store;
+constexpr Home kCatalogue = Home::Catalogue;
+
+Column Required(std::string_view name, Type type, int length = 0) {
+  return {name, type, length, true, Default::None};
+}
+
+Column With(std::string_view name, Type type, Default initial, bool required = false) {
+  return {name, type, 0, required, initial};
+}
+
+Table Cav() {
+  return {"Cav", kStore, true, false,
+          {{"Cav_Id", Int}, {"Cav_Serie", Text, 5}, {"Cav_Numero", Int},
+           With("Cav_Fecha", DateTime, Default::Now), {"Cav_Ref", Text, 50}, {"Cav_Caja", Int},
+           {"Cav_Agente", Int}, {"Cav_IdCli", Int}, {"Cav_NFiscal", Text, 160},
+           {"Cav_NCom", Text, 160}, {"Cav_CliDoc", Text, 20}, {"Cav_SG", Text, 2},
+           {"Cav_NOMBRE", Text, 50}, {"Cav_Num", SmallInt}, {"Cav_ESCALERA", Text, 2},
+           {"Cav_Piso", Text, 2}, {"Cav_Puerta", Text, 2}, {"Cav_Cp", Text, 5},
+           {"Cav_POBLACION", Text, 50}, {"Cav_Pais", Text, 3}, {"Cav_PROVINCIA", Text, 3},
+           {"Cav_SPais", Text, 50}, {"Cav_SProv", Text, 50},
+           With("Cav_Ticket", Int, Default::Zero), With("Cav_Situa", Int, Default::One),
+           With("Cav_IdFactura", Int, Default::Zero),
+           With("Cav_Cobrado", Bit, Default::Zero, true), {"Cav_IdUsu", Int}, {"Cav_IdFco", Int},
+           {"Cav_IdTiva", Int}},
+          {{{"Cav_Fecha"}}, {{"Cav_Serie", "Cav_Numero"}}, {{"Cav_Caja", "Cav_Ticket", "Cav_Id"}},
+           {{"Cav_Cobrado", "Cav_Ticket", "Cav_IdCli"}}, {{"Cav_IdFactura"}}}};
+}
+
+Table Lav() {
+  return {"Lav", kStore, true, false,
+          {{"Lav_Id", Int}, Required("Lav_IdCav", Int), {"Lav_Idart", Int},
+           {"Lav_CodArt", Text, 20}, {"Lav_Des", Text, 100}, {"Lav_Uni", Float},
+           {"Lav_precio", Float}, {"Lav_DTo1", Float}, {"Lav_Importe", Float},
+           {"Lav_Tiva", Int}, With("Lav_IdAlma", Int, Default::Zero)},
+          {{{"Lav_IdCav"}}}};
+}
+
+Table DiaCaj() {
+  return {"DiaCaj", kStore, true, false,
+          {{"DiaCaj_Id", Int}, With("DiaCaj_Fecha", DateTime, Default::Now), {"DiaCaj_Caja", Int},
+           {"DiaCaj_IdUsu", Int}, {"DiaCaj_IdAge", Int}, {"DiaCaj_IdCliPr", Int},
+           {"DiaCaj_Tipo", Int}, {"DiaCaj_Modo", Int}, {"DiaCaj_Entrega", Float},
+           {"DiaCaj_Tarjeta", Float}, {"DiaCaj_Devolucion", Float}, {"DiaCaj_Descuento", Float},
+           {"DiaCaj_Cobrado", Float}, {"DiaCaj_Obs", Text, 100}, {"DiaCaj_SaldoIni", Money},
+           {"DiaCaj_CobMet", Money}, {"DiaCaj_CobTar", Money}, {"DiaCaj_Pagos", Money},
+           {"DiaCaj_Ret", Money}, With("DiaCaj_IdCierre", Int, Default::Zero)},
+          {{{"DiaCaj_Caja", "DiaCaj_Fecha"}}, {{"DiaCaj_Fecha"}}, {{"DiaCaj_IdCierre"}},
+           {{"DiaCaj_Tipo", "DiaCaj_Caja", "DiaCaj_Fecha"}}}};
+}
+
+Table Customers() {
+  return {"Cli", kStore, true, false,
+          {{"CLI_ID", Int}, Required("CLI_COD", Int), {"CLI_NOM", Text, 50},
+           {"CLI_APE1", Text, 50}, {"CLI_APE2", Text, 50}, {"CLI_COMER", Text, 50},
+           {"CLI_FCO", Int}, {"CLI_DTO1", Float}, {"CLI_DTO2", Float}, {"CLI_OBSER", Text, 255},
+           {"CLI_IdAge", Int}, {"cli_doc", Text, 20}, {"Cli_Reg", Int}, {"Cli_Cta", Text, 24},
+           {"cli_ban", Int}, {"cli_FavObs", Text, 255}, {"Cli_Di1", SmallInt},
+           {"Cli_Di2", SmallInt}, {"Cli_msp", SmallInt}},
+          {{{"CLI_COD"}}, {{"CLI_COMER"}}}};
+}
+
+Table Addresses() {
+  return {"Dir", kStore, true, false,
+          {{"DIR_ID", Int}, {"DIR_SG", Text, 2}, {"DIR_NOMBRE", Text, 50},
+           {"DIR_NUMERO", SmallInt}, {"DIR_LETRA", Text, 2}, {"DIR_BLOQUE", Text, 10},
+           {"DIR_ESCALERA", Text, 2}, {"DIR_PISO", Text, 2}, {"DIR_PUERTA", Text, 2},
+           {"DIR_CP", Text, 5}, {"DIR_PAIS", Text, 3}, {"DIR_PROVINCIA", Text, 3},
+           {"DIR_POBLACION", Text, 50}, {"DIR_COMER", Text, 50}},
+          {}};
+}
+
+Table Articles() {
+  return {"ART", kStore, true, false,
+          {{"art_id", Int}, {"ART_Cod", Text, 20}, {"ART_BARCODE", Text, 20},
+           {"art_des", Text, 100}, {"art_pve", Float}, {"art_tiva", Int}, {"art_alma", Int},
+           {"art_for", Int}, {"art_mat", Int}, {"ART_FAC", Float}, {"art_pvpi", Float}},
+          {{{"ART_Cod"}}, {{"ART_BARCODE"}}}};
+}
+
+Table Parameters() {
+  return {"Parametros", kStore, false, false,
+          {{"Par_NumCaja", Int}, {"Par_CliCon", Int}, {"Par_SerTic", Text, 5},
+           {"Par_SerTicFac", Text, 5}, {"Par_Alma", Int}, {"Par_Rapida", Bit},
+           {"par_decpre", Int}, {"par_deccan", Int}, {"Par_Impre", Int}, {"Par_PCajon", Int},
+           {"Par_SCajon", Text, 100}, {"Par_Nombre", Text, 100}, {"Par_Sg", Text, 5},
+           {"Par_NombreVia", Text, 100}, {"Par_Cp", Text, 10}, {"Par_Poblacion", Text, 50},
+           {"Par_Telefono", Text, 30}, {"Par_Doc", Text, 20}, {"par_tpvemail", Text, 100}},
+          {}};
+}
+
+std::vector<Table> Describe() {
+  return {
+      Cav(), Lav(), DiaCaj(),
+      {"Tco", kStore, false, false,
+       {Required("Tco_IdDiaCaj", Int), Required("Tco_IdCav", Int), {"Tco_Importe", Float},
+        {"Tco_Obs", Text, 100}},
+       {{{"Tco_IdCav"}}, {{"Tco_IdDiaCaj"}}}},
+      {"QCIERRES", kStore, true, false,
+       {{"QCIERRES_id", Int}, {"QCIERRES_Email", Text, 100}, {"QCIERRES_Asunto", Text, 50},
+        {"QCIERRES_Texto", Text}, {"QCIERRES_Enviado", DateTime}, {"QCIERRES_Error", Text, 500}},
+       {{{"QCIERRES_Enviado"}}}},
+      Customers(), Addresses(),
+      {"CliDir", kStore, false, false,
+       {Required("CLIDIR_CLI", Int), Required("CLIDIR_DIR", Int)}, {{{"CLIDIR_CLI"}}}},
+      {"BANCOS", kStore, true, false, {{"Ban_Id", Int}, {"Ban_CCC", Text, 24}}, {}},
+      {"Fco", kStore, true, false, {{"Fco_Id", Int}, {"Fco_Des", Text, 50}}, {}},
+      {"Fcol", kStore, false, false, {Required("Fcol_id", Int), {"Fcol_Mod", Int}}, {}},
+      {"Age", kStore, true, false, {{"Age_ID", Int}, {"Age_NOM", Text, 50}, {"Age_Reg", Int}}, {}},
+      {"Pro", kStore, true, false, {{"Pro_Id", Int}, {"Pro_Cod", Int}, {"Pro_Nom", Text, 50}}, {}},
+      {"alm", kStore, true, false, {{"alm_id", Int}, {"alm_des", Text, 50}}, {}},
+      Articles(),
+      {"artcli", kStore, false, false,
+       {Required("artcli_idart", Int), Required("artcli_idcli", Int), {"artcli_dto1", Float},
+        {"artcli_dto2", Float}, {"artcli_fijo", Float}},
+       {{{"artcli_idart", "artcli_idcli"}}}},
+      {"Exis", kStore, false, false,
+       {Required("exis_idart", Int), Required("exis_idalma", Int), {"exis_uni", Float}},
+       {{{"exis_idart", "exis_idalma"}}}},
+      {"Contadores", kStore, false, false,
+       {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
+       {{{"cont_tipo", "cont_serie"}, true}}},
+      Parameters(),
+      {"tivas", kCatalogue, true, false,
+       {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},
+        {"tiva_art", Int}, {"Tiva_Fecha", DateTime}},
+       {{{"tiva_reg", "tiva_art", "Tiva_Fecha"}}}},
+      {"TVI", kCatalogue, false, true, {{"TVI_COD", Text, 2, true}, {"TVI_NOM", Text, 50}}, {}},
+      {"PAIS", kCatalogue, false, true, {{"PAIS_COD", Text, 3, true}, {"PAIS_NOM", Text, 50}}, {}},
+      {"PROV", kCatalogue, false, true, {{"PROV_COD", Text, 2, true}, {"PROV_NOM", Text, 50}}, {}},
+  };
+}
+
+}  // namespace
+
+int Table::Find(std::string_view column) const {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (EqualNoCase(columns[i].name, column)) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+std::span<const Table> Tables() {
+  static const std::vector<Table> tables = Describe();
+  return tables;
+}
+
+const Table* FindTable(std::string_view name) {
+  for (const Table& table : Tables()) {
+    if (EqualNoCase(table.name, name)) return &table;
+  }
+  return nullptr;
+}
+
+}  // namespace tpv::schema
