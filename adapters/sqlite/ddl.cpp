@@ -1,0 +1,65 @@
+#include "adapters/sqlite/ddl.h"
+
+namespace tpv {
+
+namespace {
+
+std::string TypeText(const schema::Column& column) {
+  switch (column.type) {
+    case schema::Type::Int:
+    case schema::Type::SmallInt:
+    case schema::Type::Bit:
+      return "INTEGER";
+    case schema::Type::Float:
+    case schema::Type::Money:
+      return "REAL";
+    case schema::Type::DateTime:
+      return "TEXT";
+    default:
+      return "TEXT COLLATE TPV";
+  }
+}
+
+std::string ColumnText(const schema::Table& table, std::size_t index) {
+  const schema::Column& column = table.columns[index];
+  std::string text = "\"" + std::string(column.name) + "\" " + TypeText(column);
+  if (index == 0 && table.identity) return text + " PRIMARY KEY AUTOINCREMENT";
+  if (index == 0 && table.keyed) text += " PRIMARY KEY";
+  if (column.required) text += " NOT NULL";
+  if (column.initial == schema::Default::Zero) text += " DEFAULT 0";
+  if (column.initial == schema::Default::One) text += " DEFAULT 1";
+  return text;
+}
+
+std::string Joined(const std::vector<std::string_view>& names, std::string_view separator) {
+  std::string text;
+  for (const std::string_view name : names) {
+    if (!text.empty()) text += separator;
+    text += name;
+  }
+  return text;
+}
+
+}  // namespace
+
+std::vector<std::string> SqliteDdl(schema::Home home) {
+  const std::string prefix = home == schema::Home::Catalogue ? "zrcomun." : "main.";
+  std::vector<std::string> statements;
+  for (const schema::Table& table : schema::Tables()) {
+    if (table.home != home) continue;
+    const std::string name(table.name);
+    std::string columns;
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      columns += (i == 0 ? "" : ", ") + ColumnText(table, i);
+    }
+    statements.push_back("CREATE TABLE " + prefix + "\"" + name + "\" (" + columns + ")");
+    for (const schema::Index& index : table.indexes) {
+      statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
+                           prefix + "\"ix_" + name + "_" + Joined(index.columns, "_") + "\" ON \"" +
+                           name + "\" (" + Joined(index.columns, ", ") + ")");
+    }
+  }
+  return statements;
+}
+
+}  // namespace tpv

@@ -1,0 +1,13 @@
+// SQLite's data definition statements for the shop's schema.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "data/schema.h"
+
+namespace tpv {
+
+std::vector<std::string> SqliteDdl(schema::Home home);
+
+}  // namespace tpv

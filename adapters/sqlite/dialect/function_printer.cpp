@@ -1,0 +1,167 @@
+#include <algorithm>
+#include <functional>
+#include <map>
+
+#include "adapters/sqlite/dialect/printer.h"
+#include "adapters/sqlite/dialect/select_traits.h"
+#include "base/text.h"
+#include "platform/database.h"
+
+namespace tpv::dialect {
+
+namespace {
+
+// A function that becomes one of SQLite's (or ours) with the same arguments.
+struct Plain {
+  const char* name;
+  std::size_t least;
+  std::size_t most;
+  SqlType result;
+};
+
+const std::map<std::string, Plain, std::less<>>& PlainFunctions() {
+  using enum SqlType;
+  static const std::map<std::string, Plain, std::less<>> functions = {
+      {"len", {"tpv_len", 1, 1, Int}},
+      {"substring", {"substr", 3, 3, Text}},
+      {"upper", {"tpv_upper", 1, 1, Text}},
+      {"lower", {"tpv_lower", 1, 1, Text}},
+      {"ltrim", {"ltrim", 1, 1, Text}},
+      {"rtrim", {"rtrim", 1, 1, Text}},
+      {"replace", {"replace", 3, 3, Text}},
+      {"getdate", {"tpv_getdate", 0, 0, DateTime}},
+      {"scope_identity", {"last_insert_rowid", 0, 0, Int}},
+  };
+  return functions;
+}
+
+std::string Arguments(const std::vector<Printed>& arguments) {
+  std::string text;
+  for (const Printed& argument : arguments) text += (text.empty() ? "" : ", ") + argument.text;
+  return text;
+}
+
+[[noreturn]] void WrongArguments(const std::string& function) {
+  throw DatabaseError("Número de argumentos incorrecto en «" + function + "»", "42000", 174);
+}
+
+void RequireCount(const std::string& function, const std::vector<Printed>& arguments,
+                  std::size_t least, std::size_t most) {
+  if (arguments.size() < least || arguments.size() > most) WrongArguments(function);
+}
+
+}  // namespace
+
+Printed Printer::PrintCall(const Node& node) {
+  if (IsAggregate(node.text)) return PrintAggregate(node);
+  if (node.text == "dateadd" || node.text == "datediff" || node.text == "datepart") {
+    return PrintDatePart(node);
+  }
+  std::vector<Printed> arguments;
+  for (const NodePtr& kid : node.kids) arguments.push_back(Print(*kid));
+  return PrintFunction(node, arguments);
+}
+
+Printed Printer::PrintAggregate(const Node& node) {
+  if (node.kids.size() != 1) WrongArguments(node.text);
+  if (node.kids[0]->kind == NodeKind::Star) {
+    if (node.text != "count") WrongArguments(node.text);
+    return {"count(*)", SqlType::Int};
+  }
+  const Printed value = Print(*node.kids[0]);
+  const std::string text =
+      node.text + "(" + (node.distinct ? "DISTINCT " : "") + value.text + ")";
+  if (node.text == "count") return {text, SqlType::Int};
+  if (node.text == "min" || node.text == "max") return {text, value.type};
+  const bool summable = value.type == SqlType::Int || value.type == SqlType::Float ||
+                        value.type == SqlType::Money || value.type == SqlType::Null;
+  if (!summable) throw DatabaseError("«" + node.text + "» pide números", "42000", 8117);
+  if (node.text == "avg" && value.type == SqlType::Int) {
+    return {"CAST(" + text + " AS INTEGER)", SqlType::Int};
+  }
+  return {value.type == SqlType::Money ? "tpv_money(" + text + ")" : text, value.type};
+}
+
+Printed Printer::PrintFunction(const Node& node, const std::vector<Printed>& arguments) {
+  const std::string& name = node.text;
+  if (const auto plain = PlainFunctions().find(name); plain != PlainFunctions().end()) {
+    const Plain& function = plain->second;
+    RequireCount(name, arguments, function.least, function.most);
+    return {std::string(function.name) + "(" + Arguments(arguments) + ")", function.result};
+  }
+  if (name == "fncprecioconiva" || name == "fncimporteconiva") {
+    RequireCount(name, arguments, 1, 1);
+    return PrintLineWithTax(name == "fncprecioconiva" ? "Lav_precio" : "Lav_Importe", arguments[0]);
+  }
+  if (name == "isnull" || name == "coalesce") return PrintFirstNotNull(arguments);
+  if (name == "round") return PrintRound(arguments);
+  if (name == "abs" || name == "floor" || name == "ceiling") {
+    RequireCount(name, arguments, 1, 1);
+    const std::string function = name == "abs" ? "abs" : "tpv_" + name;
+    return {function + "(" + arguments[0].text + ")", arguments[0].type};
+  }
+  if (name == "left" || name == "right") {
+    RequireCount(name, arguments, 2, 2);
+    return {"tpv_" + name + "(" + Arguments(arguments) + ")", SqlType::Text};
+  }
+  if (name == "charindex") {
+    RequireCount(name, arguments, 2, 2);
+    return {"tpv_position(" + Arguments(arguments) + ")", SqlType::Int};
+  }
+  if (name == "year" || name == "month" || name == "day") {
+    RequireCount(name, arguments, 1, 1);
+    return {"tpv_datepart('" + name + "', " + ReadAs(arguments[0], SqlType::DateTime) + ")",
+            SqlType::Int};
+  }
+  throw DatabaseError("No existe la función «" + name + "»", "42000", 195);
+}
+
+Printed Printer::PrintRound(const std::vector<Printed>& arguments) {
+  RequireCount("round", arguments, 2, 2);
+  const SqlType type = arguments[0].type;
+  if (type == SqlType::Money) {
+    return {"tpv_round(tpv_money(" + arguments[0].text + "), " + arguments[1].text + ")", type};
+  }
+  return {"tpv_round(" + ReadAs(arguments[0], SqlType::Float) + ", " + arguments[1].text + ")",
+          type == SqlType::Int ? SqlType::Int : SqlType::Float};
+}
+
+Printed Printer::PrintFirstNotNull(const std::vector<Printed>& arguments) {
+  if (arguments.size() < 2) WrongArguments("isnull");
+  SqlType type = SqlType::Null;
+  for (const Printed& argument : arguments) {
+    if (type == SqlType::Null) type = argument.type;
+  }
+  std::string text;
+  for (const Printed& argument : arguments) {
+    text += (text.empty() ? "coalesce(" : ", ") + ReadAs(argument, type);
+  }
+  return {text + ")", type};
+}
+
+Printed Printer::PrintDatePart(const Node& node) {
+  if (node.kids.size() < 2 || node.kids[0]->kind != NodeKind::Column) WrongArguments(node.text);
+  const std::string part = "'" + ReplaceAll(FoldCase(node.kids[0]->text), "'", "''") + "'";
+  const auto date = [&](std::size_t kid) {
+    if (node.kids.size() <= kid) WrongArguments(node.text);
+    return ReadAs(Print(*node.kids[kid]), SqlType::DateTime);
+  };
+  if (node.text == "datepart") return {"tpv_datepart(" + part + ", " + date(1) + ")", SqlType::Int};
+  if (node.text == "datediff") {
+    return {"tpv_datediff(" + part + ", " + date(1) + ", " + date(2) + ")", SqlType::Int};
+  }
+  return {"tpv_dateadd(" + part + ", " + Print(*node.kids[1]).text + ", " + date(2) + ")",
+          SqlType::DateTime};
+}
+
+// The store's functions of a line, in place of a call a row.
+Printed Printer::PrintLineWithTax(const char* column, const Printed& line) {
+  const std::string net = std::string("l_.") + column;
+  return {"(SELECT tpv_round(tpv_money(" + net + " + (" + net +
+              " / 100 * t_.Tiva_iva)), 2) FROM main.Lav AS l_ CROSS JOIN zrcomun.tivas AS t_ "
+              "WHERE l_.Lav_Id = " +
+              line.text + " AND t_.Tiva_Id = l_.Lav_Tiva)",
+          SqlType::Money};
+}
+
+}  // namespace tpv::dialect

@@ -1,0 +1,185 @@
+#include "adapters/sqlite/sqlite_connection.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include "adapters/sqlite/ddl.h"
+#include "adapters/sqlite/dialect/scanner.h"
+#include "adapters/sqlite/functions.h"
+#include "adapters/sqlite/statement_cache.h"
+#include "adapters/sqlite/step_recordset.h"
+#include "base/text.h"
+#include "platform/clock.h"
+
+namespace tpv {
+
+namespace {
+
+constexpr int kBusyMilliseconds = 5000;
+constexpr int kApplicationId = 0x54505631;  // "TPV1"
+constexpr int kVersion = 1;
+
+// A new file of the user alone; SQLite gives its journals the same rights.
+void MakeFile(const std::string& path) {
+  const int file = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+  if (file < 0) throw DatabaseError("No se puede crear «" + path + "»: ya existe o no hay permiso");
+  ::close(file);
+}
+
+sqlite3* OpenFile(const std::string& path) {
+  sqlite3* handle = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  if (sqlite3_open_v2(path.c_str(), &handle, flags, nullptr) != SQLITE_OK) {
+    sqlite3_close(handle);
+    throw DatabaseError("No se puede abrir el almacén «" + path + "»", "08001");
+  }
+  sqlite3_busy_timeout(handle, kBusyMilliseconds);
+  return handle;
+}
+
+int Pragma(sqlite3* handle, const char* sql) {
+  sqlite3_stmt* statement = nullptr;
+  if (sqlite3_prepare_v2(handle, sql, -1, &statement, nullptr) != SQLITE_OK) {
+    sqlite::ThrowLastError(handle);
+  }
+  const sqlite::StatementPtr owner(statement);
+  const int result = sqlite3_step(statement);
+  if (result == SQLITE_ROW) return sqlite3_column_int(statement, 0);
+  if (result != SQLITE_DONE) sqlite::ThrowLastError(handle);
+  return 0;
+}
+
+void RequireStore(sqlite3* handle, const std::string& path) {
+  if (Pragma(handle, "PRAGMA main.application_id") != kApplicationId) {
+    throw DatabaseError("«" + path + "» no es un almacén de la tienda", "08001");
+  }
+  if (Pragma(handle, "PRAGMA main.user_version") > kVersion) {
+    throw DatabaseError("«" + path + "» es de una versión más nueva del programa", "08001");
+  }
+}
+
+void Bind(sqlite3_stmt* statement, const std::vector<Variant>& literals) {
+  for (std::size_t i = 0; i < literals.size(); ++i) {
+    const Variant& value = literals[i];
+    const int at = static_cast<int>(i) + 1;
+    if (at > sqlite3_bind_parameter_count(statement)) break;  // dropped by the translation
+    int result = SQLITE_OK;
+    if (value.IsText()) {
+      const std::string text = value.ToText();
+      result = sqlite3_bind_text(statement, at, text.data(), static_cast<int>(text.size()),
+                                 SQLITE_TRANSIENT);
+    } else if (value.IsInteger()) {
+      result = sqlite3_bind_int64(statement, at, value.ToInt64());
+    } else {
+      result = sqlite3_bind_double(statement, at, value.ToDouble());
+    }
+    if (result != SQLITE_OK) sqlite::ThrowLastError(sqlite3_db_handle(statement));
+  }
+}
+
+}  // namespace
+
+std::string CataloguePath(const std::string& store_path) {
+  const std::size_t point = store_path.rfind('.');
+  const std::size_t slash = store_path.rfind('/');
+  const bool has_ending =
+      point != std::string::npos && (slash == std::string::npos || point > slash);
+  if (!has_ending) return store_path + ".zrcomun";
+  return store_path.substr(0, point) + ".zrcomun" + store_path.substr(point);
+}
+
+void SqliteConnection::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+
+SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock)
+    : handle_(OpenFile(path)) {
+  RegisterFunctions(handle_.get(), clock);
+  RequireStore(handle_.get(), path);
+  const std::string catalogue = CataloguePath(path);
+  if (::access(catalogue.c_str(), R_OK) != 0) {
+    throw DatabaseError("Falta el catálogo «" + catalogue + "»", "08001");
+  }
+  Run(("ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun").c_str());
+  Run("PRAGMA main.journal_mode = WAL; PRAGMA zrcomun.journal_mode = WAL;");
+  SetSynchronous(true);
+  Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -65536;");
+  cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
+}
+
+SqliteConnection::~SqliteConnection() {
+  while (!open_.empty()) (*open_.begin())->Close();
+}
+
+void SqliteConnection::Run(const char* sql) {
+  if (sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    sqlite::ThrowLastError(handle_.get());
+  }
+}
+
+void SqliteConnection::SetSynchronous(bool on) {
+  Run(on ? "PRAGMA main.synchronous = FULL; PRAGMA zrcomun.synchronous = FULL;"
+         : "PRAGMA main.synchronous = OFF; PRAGMA zrcomun.synchronous = OFF;");
+}
+
+std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
+  const dialect::Scanned scanned = dialect::Scan(sql);
+  const std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
+  if (shape->translation.writes && !InTransaction()) ReadAhead();
+  sqlite::StatementPtr statement = cache_->Take(*shape);
+  Bind(statement.get(), scanned.literals);
+  return std::make_unique<sqlite::StepRecordset>(*this, shape, std::move(statement));
+}
+
+void SqliteConnection::BeginTrans() {
+  if (InTransaction()) throw DatabaseError("Ya hay una transacción abierta", "25001");
+  ReadAhead();
+  Run("BEGIN IMMEDIATE");
+}
+
+void SqliteConnection::CommitTrans() {
+  if (!InTransaction()) throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  Run("COMMIT");
+}
+
+// Open record sets keep the rows that they would have shown.
+void SqliteConnection::RollbackTrans() {
+  if (!InTransaction()) throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  ReadAhead();
+  Run("ROLLBACK");
+}
+
+void SqliteConnection::ReadAhead() {
+  while (!open_.empty()) (*open_.begin())->ReadAhead();
+}
+
+bool SqliteConnection::InTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
+
+void CreateStore(const std::string& path) {
+  const std::string catalogue = CataloguePath(path);
+  MakeFile(path);
+  MakeFile(catalogue);
+  const std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> owner(OpenFile(path),
+                                                                    &sqlite3_close_v2);
+  sqlite3* handle = owner.get();
+  struct NoClock : Clock {
+    DateTime Now() const override { return {}; }
+  } clock;
+  RegisterFunctions(handle, clock);
+  const auto run = [&](const std::string& sql) {
+    if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+      sqlite::ThrowLastError(handle);
+    }
+  };
+  run("ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun");
+  run("PRAGMA main.journal_mode = WAL");
+  run("PRAGMA zrcomun.journal_mode = WAL");
+  run("BEGIN");
+  for (const schema::Home home : {schema::Home::Store, schema::Home::Catalogue}) {
+    for (const std::string& statement : SqliteDdl(home)) run(statement);
+  }
+  run("COMMIT");
+  run("PRAGMA main.user_version = " + std::to_string(kVersion));
+  run("PRAGMA main.application_id = " + std::to_string(kApplicationId));
+}
+
+}  // namespace tpv

@@ -1,0 +1,60 @@
+// The embedded store: one SQLite file for the shop and one beside it for the
+// shared catalogue, spoken to in the shop's dialect.
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/database.h"
+
+struct sqlite3;
+
+namespace tpv {
+
+class Clock;
+
+namespace sqlite {
+class StatementCache;
+class StepRecordset;
+}  // namespace sqlite
+
+// "tienda.db" has its catalogue in "tienda.zrcomun.db".
+std::string CataloguePath(const std::string& store_path);
+
+// Creates both files, readable by the user alone, with all tables and no rows.
+// Throws DatabaseError when one of them exists or cannot be made.
+void CreateStore(const std::string& path);
+
+class SqliteConnection : public Connection {
+ public:
+  // Opens an existing store. getdate() is `clock`'s time; the clock must outlive
+  // the connection. Throws DatabaseError when the file is not such a store.
+  SqliteConnection(const std::string& path, const Clock& clock);
+  ~SqliteConnection() override;
+
+  std::unique_ptr<Recordset> Execute(std::string_view sql) override;
+  void BeginTrans() override;
+  void CommitTrans() override;
+  void RollbackTrans() override;
+  bool InTransaction() const override;
+
+  // How durable a commit is; on (the default) survives a power cut.
+  void SetSynchronous(bool on);
+
+ private:
+  friend class sqlite::StepRecordset;
+
+  void Run(const char* sql);
+  void ReadAhead();
+
+  struct Closer {
+    void operator()(sqlite3* handle) const;
+  };
+  std::unique_ptr<sqlite3, Closer> handle_;
+  std::unique_ptr<sqlite::StatementCache> cache_;
+  std::set<sqlite::StepRecordset*> open_;  // record sets that still step
+};
+
+}  // namespace tpv

@@ -1,0 +1,50 @@
+// Translated and prepared statements by shape, used again and again.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <list>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "adapters/sqlite/dialect/translator.h"
+
+namespace tpv::sqlite {
+
+struct Finalizer {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using StatementPtr = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+// One shape: its translation, and the prepared statements that nobody reads at
+// the moment.
+struct CachedShape {
+  dialect::Translation translation;
+  std::vector<StatementPtr> idle;
+};
+
+class StatementCache {
+ public:
+  explicit StatementCache(sqlite3* handle) : handle_(handle) {}
+
+  // The entry stays valid as long as somebody holds it.
+  std::shared_ptr<CachedShape> Find(const std::string& shape);
+  // A statement of the shape, ready to bind. Throws DatabaseError.
+  StatementPtr Take(CachedShape& shape);
+  // Hands a statement back for the next use.
+  static void Return(CachedShape& shape, StatementPtr statement);
+
+ private:
+  static constexpr std::size_t kMost = 300;
+
+  using Entry = std::pair<std::string, std::shared_ptr<CachedShape>>;
+  sqlite3* handle_;
+  std::list<Entry> by_use_;  // latest first
+  std::unordered_map<std::string_view, std::list<Entry>::iterator> by_shape_;
+};
+
+[[noreturn]] void ThrowLastError(sqlite3* handle);
+
+}  // namespace tpv::sqlite

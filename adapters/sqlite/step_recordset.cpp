@@ -1,0 +1,136 @@
+#include "adapters/sqlite/step_recordset.h"
+
+#include "adapters/sqlite/sqlite_connection.h"
+#include "base/date_time.h"
+#include "base/text.h"
+
+namespace tpv::sqlite {
+
+namespace {
+
+std::string TextAt(sqlite3_stmt* statement, int column) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  return text == nullptr ? std::string() : std::string(text, sqlite3_column_bytes(statement, column));
+}
+
+Variant Untyped(sqlite3_stmt* statement, int column) {
+  switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER: return Variant(static_cast<std::int64_t>(sqlite3_column_int64(statement, column)));
+    case SQLITE_FLOAT: return Variant(sqlite3_column_double(statement, column));
+    default: return Variant(TextAt(statement, column));
+  }
+}
+
+Variant Whole(std::int64_t value) {
+  if (value >= INT32_MIN && value <= INT32_MAX) return Variant(static_cast<std::int32_t>(value));
+  return Variant(value);
+}
+
+}  // namespace
+
+StepRecordset::StepRecordset(SqliteConnection& connection, std::shared_ptr<CachedShape> shape,
+                             StatementPtr statement)
+    : connection_(connection), shape_(std::move(shape)), statement_(std::move(statement)) {
+  connection_.open_.insert(this);
+  try {
+    Step();
+  } catch (...) {
+    Close();
+    throw;
+  }
+}
+
+void StepRecordset::Step() {
+  switch (sqlite3_step(statement_.get())) {
+    case SQLITE_ROW:
+      ++read_;
+      return;
+    case SQLITE_DONE:
+      Release();
+      return;
+    default:
+      ThrowLastError(sqlite3_db_handle(statement_.get()));
+  }
+}
+
+void StepRecordset::MoveNext() {
+  if (Eof()) return;
+  if (!ahead_.empty()) {
+    ahead_.pop_front();
+    read_ += ahead_.empty() ? 0 : 1;
+    return;
+  }
+  try {
+    Step();
+  } catch (...) {
+    Close();
+    throw;
+  }
+}
+
+void StepRecordset::ReadAhead() {
+  const long read = read_;
+  while (statement_ != nullptr) {
+    std::vector<Variant>& row = ahead_.emplace_back();
+    for (std::size_t i = 0; i < FieldCount(); ++i) row.push_back(Stepped(i));
+    Step();
+  }
+  read_ = read;
+}
+
+void StepRecordset::Close() {
+  ahead_.clear();
+  Release();
+}
+
+void StepRecordset::Release() {
+  if (statement_ == nullptr) return;
+  connection_.open_.erase(this);
+  StatementCache::Return(*shape_, std::move(statement_));
+}
+
+const std::string& StepRecordset::FieldName(std::size_t index) const {
+  if (index >= FieldCount()) throw DatabaseError("No existe el campo " + std::to_string(index));
+  return shape_->translation.columns[index].name;
+}
+
+Variant StepRecordset::Field(std::size_t index) const {
+  const std::string& name = FieldName(index);
+  if (Eof()) throw DatabaseError("No hay fila actual para leer «" + name + "»");
+  return ahead_.empty() ? Stepped(index) : ahead_.front()[index];
+}
+
+Variant StepRecordset::Stepped(std::size_t index) const {
+  sqlite3_stmt* statement = statement_.get();
+  const int column = static_cast<int>(index);
+  if (sqlite3_column_type(statement, column) == SQLITE_NULL) return {};
+  switch (shape_->translation.columns[index].type) {
+    case dialect::SqlType::Bit:
+      return Variant(sqlite3_column_int(statement, column) != 0);
+    case dialect::SqlType::Int:
+      return Whole(sqlite3_column_int64(statement, column));
+    case dialect::SqlType::Float:
+      return Variant(sqlite3_column_double(statement, column));
+    case dialect::SqlType::Money:
+      return Variant(Money::FromDouble(sqlite3_column_double(statement, column)));
+    case dialect::SqlType::DateTime: {
+      const std::string text = TextAt(statement, column);
+      const auto date = ParseIso(text);
+      return date ? Variant(*date) : Variant(text);
+    }
+    case dialect::SqlType::Text:
+      return Variant(TextAt(statement, column));
+    default:
+      return Untyped(statement, column);
+  }
+}
+
+Variant StepRecordset::Field(std::string_view name) const {
+  const auto& columns = shape_->translation.columns;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (EqualNoCase(columns[i].name, name)) return Field(i);
+  }
+  throw DatabaseError("No existe el campo «" + std::string(name) + "»", "42S22");
+}
+
+}  // namespace tpv::sqlite
