@@ -1,5 +1,7 @@
 #include "adapters/sqlite/ddl.h"
 
+#include <algorithm>
+
 namespace tpv {
 
 namespace {
@@ -40,6 +42,12 @@ std::string Joined(const std::vector<std::string_view>& names, std::string_view 
   return text;
 }
 
+std::string IndexName(const schema::Index& index) {
+  std::string name = Joined(index.columns, "_");
+  std::replace(name.begin(), name.end(), ' ', '_');
+  return name;
+}
+
 }  // namespace
 
 std::vector<std::string> SqliteDdl(schema::Home home) {
@@ -55,7 +63,7 @@ std::vector<std::string> SqliteDdl(schema::Home home) {
     statements.push_back("CREATE TABLE " + prefix + "\"" + name + "\" (" + columns + ")");
     for (const schema::Index& index : table.indexes) {
       statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
-                           prefix + "\"ix_" + name + "_" + Joined(index.columns, "_") + "\" ON \"" +
+                           prefix + "\"ix_" + name + "_" + IndexName(index) + "\" ON \"" +
                            name + "\" (" + Joined(index.columns, ", ") + ")");
     }
   }

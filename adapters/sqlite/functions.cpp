@@ -131,8 +131,8 @@ void StringFunction(sqlite3_context* context, int, sqlite3_value** values) {
     sqlite3_snprintf(sizeof digits, digits, "%.6g", sqlite3_value_double(values[0]));
     text = digits;
   }
-  const auto longest = static_cast<std::size_t>(sqlite3_value_int(values[3]));
-  ResultText(context, longest > 0 ? Left(text, longest) : text);
+  const int longest = sqlite3_value_int(values[3]);
+  ResultText(context, longest > 0 ? Left(text, static_cast<std::size_t>(longest)) : text);
 }
 
 void RoundFunction(sqlite3_context* context, int, sqlite3_value** values) {

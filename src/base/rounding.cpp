@@ -17,8 +17,9 @@ struct Digits {
 };
 
 Digits ShortestDigits(double value) {
-  char text[40];
-  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::scientific);
+  char text[40] = {};
+  const auto end =
+      std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific);
   Digits result;
   const char* at = text;
   for (; at != end.ptr && *at != 'e'; ++at) {

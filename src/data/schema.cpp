@@ -22,16 +22,15 @@ Table Cav() {
   return {"Cav", kStore, true, false,
           {{"Cav_Id", Int}, {"Cav_Serie", Text, 5}, {"Cav_Numero", Int},
            With("Cav_Fecha", DateTime, Default::Now), {"Cav_Ref", Text, 50}, {"Cav_Caja", Int},
-           {"Cav_Agente", Int}, {"Cav_IdCli", Int}, {"Cav_NFiscal", Text, 160},
-           {"Cav_NCom", Text, 160}, {"Cav_CliDoc", Text, 20}, {"Cav_SG", Text, 2},
+           {"Cav_Agente", Int}, {"Cav_IdCli", Int}, {"Cav_NFiscal", Text, 50},
+           {"Cav_NCom", Text, 50}, {"Cav_CliDoc", Text, 20}, {"Cav_SG", Text, 2},
            {"Cav_NOMBRE", Text, 50}, {"Cav_Num", SmallInt}, {"Cav_ESCALERA", Text, 2},
            {"Cav_Piso", Text, 2}, {"Cav_Puerta", Text, 2}, {"Cav_Cp", Text, 5},
            {"Cav_POBLACION", Text, 50}, {"Cav_Pais", Text, 3}, {"Cav_PROVINCIA", Text, 3},
            {"Cav_SPais", Text, 50}, {"Cav_SProv", Text, 50},
            With("Cav_Ticket", Int, Default::Zero), With("Cav_Situa", Int, Default::One),
            With("Cav_IdFactura", Int, Default::Zero),
-           With("Cav_Cobrado", Bit, Default::Zero, true), {"Cav_IdUsu", Int}, {"Cav_IdFco", Int},
-           {"Cav_IdTiva", Int}},
+           With("Cav_Cobrado", Bit, Default::Zero, true)},
           {{{"Cav_Fecha"}}, {{"Cav_Serie", "Cav_Numero"}}, {{"Cav_Caja", "Cav_Ticket", "Cav_Id"}},
            {{"Cav_Cobrado", "Cav_Ticket", "Cav_IdCli"}}, {{"Cav_IdFactura"}}}};
 }
@@ -41,7 +40,7 @@ Table Lav() {
           {{"Lav_Id", Int}, Required("Lav_IdCav", Int), {"Lav_Idart", Int},
            {"Lav_CodArt", Text, 20}, {"Lav_Des", Text, 100}, {"Lav_Uni", Float},
            {"Lav_precio", Float}, {"Lav_DTo1", Float}, {"Lav_Importe", Float},
-           {"Lav_Tiva", Int}, With("Lav_IdAlma", Int, Default::Zero)},
+           {"Lav_Tiva", Int}},
           {{{"Lav_IdCav"}}}};
 }
 
@@ -54,8 +53,8 @@ Table DiaCaj() {
            {"DiaCaj_Cobrado", Float}, {"DiaCaj_Obs", Text, 100}, {"DiaCaj_SaldoIni", Money},
            {"DiaCaj_CobMet", Money}, {"DiaCaj_CobTar", Money}, {"DiaCaj_Pagos", Money},
            {"DiaCaj_Ret", Money}, With("DiaCaj_IdCierre", Int, Default::Zero)},
-          {{{"DiaCaj_Caja", "DiaCaj_Fecha"}}, {{"DiaCaj_Fecha"}}, {{"DiaCaj_IdCierre"}},
-           {{"DiaCaj_Tipo", "DiaCaj_Caja", "DiaCaj_Fecha"}}}};
+          {{{"DiaCaj_Caja", "DiaCaj_Fecha DESC"}}, {{"DiaCaj_Fecha"}}, {{"DiaCaj_IdCierre"}},
+           {{"DiaCaj_Tipo", "DiaCaj_Caja", "DiaCaj_Fecha DESC"}}}};
 }
 
 Table Customers() {
@@ -126,6 +125,11 @@ std::vector<Table> Describe() {
       {"Exis", kStore, false, false,
        {Required("exis_idart", Int), Required("exis_idalma", Int), {"exis_uni", Float}},
        {{{"exis_idart", "exis_idalma"}}}},
+      // What a sold line took from a warehouse, so that it can be given back.
+      {"Movi", kStore, false, true,
+       {Required("movi_idlav", Int), {"movi_idart", Int}, {"movi_idalma", Int},
+        {"movi_uni", Float}},
+       {}},
       {"Contadores", kStore, false, false,
        {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
        {{{"cont_tipo", "cont_serie"}, true}}},
@@ -133,7 +137,7 @@ std::vector<Table> Describe() {
       {"tivas", kCatalogue, true, false,
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},
         {"tiva_art", Int}, {"Tiva_Fecha", DateTime}},
-       {{{"tiva_reg", "tiva_art", "Tiva_Fecha"}}}},
+       {{{"tiva_reg", "tiva_art", "Tiva_Fecha DESC"}}}},
       {"TVI", kCatalogue, false, true, {{"TVI_COD", Text, 2, true}, {"TVI_NOM", Text, 50}}, {}},
       {"PAIS", kCatalogue, false, true, {{"PAIS_COD", Text, 3, true}, {"PAIS_NOM", Text, 50}}, {}},
       {"PROV", kCatalogue, false, true, {{"PROV_COD", Text, 2, true}, {"PROV_NOM", Text, 50}}, {}},

@@ -25,6 +25,7 @@ struct Column {
 };
 
 struct Index {
+  // " DESC" behind a name keeps its values in falling order.
   std::vector<std::string_view> columns;
   bool unique = false;
 };

@@ -222,7 +222,7 @@ NodePtr Parser::ParseConvert() {
 void Parser::ParseType(Node& cast) {
   cast.text = Take().folded;
   if (!AcceptOperator("(")) return;
-  if (!AcceptWord("max")) cast.size = std::atoi(Take().text.c_str());
+  cast.size = AcceptWord("max") ? -1 : std::atoi(Take().text.c_str());
   if (AcceptOperator(",")) cast.scale = std::atoi(Take().text.c_str());
   ExpectOperator(")");
 }

@@ -223,9 +223,10 @@ Printed Printer::PrintCast(const Node& node) {
   }
   if (is({"varchar", "nvarchar", "char", "nchar"})) {
     const std::string style = node.kids.size() > 1 ? Print(*node.kids[1]).text : "0";
+    const int length = node.size == 0 ? 30 : node.size;  // what the dialect gives without one
     const char kind = "nbifmtd"[static_cast<int>(value.type)];
     return {"tpv_string(" + value.text + ", '" + kind + "', " + style + ", " +
-                std::to_string(node.size) + ")",
+                std::to_string(length) + ")",
             SqlType::Text};
   }
   throw DatabaseError("Tipo no admitido: «" + type + "»", "42000");

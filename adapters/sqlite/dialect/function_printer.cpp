@@ -64,14 +64,15 @@ Printed Printer::PrintCall(const Node& node) {
 
 Printed Printer::PrintAggregate(const Node& node) {
   if (node.kids.size() != 1) WrongArguments(node.text);
+  const bool counts = node.text.starts_with("count");
   if (node.kids[0]->kind == NodeKind::Star) {
-    if (node.text != "count") WrongArguments(node.text);
+    if (!counts) WrongArguments(node.text);
     return {"count(*)", SqlType::Int};
   }
   const Printed value = Print(*node.kids[0]);
   const std::string text =
-      node.text + "(" + (node.distinct ? "DISTINCT " : "") + value.text + ")";
-  if (node.text == "count") return {text, SqlType::Int};
+      (counts ? "count" : node.text) + "(" + (node.distinct ? "DISTINCT " : "") + value.text + ")";
+  if (counts) return {text, SqlType::Int};
   if (node.text == "min" || node.text == "max") return {text, value.type};
   const bool summable = value.type == SqlType::Int || value.type == SqlType::Float ||
                         value.type == SqlType::Money || value.type == SqlType::Null;

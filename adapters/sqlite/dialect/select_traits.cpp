@@ -38,7 +38,8 @@ bool IsAskedByKey(const Select& select) {
 }  // namespace
 
 bool IsAggregate(std::string_view function) {
-  constexpr std::array<std::string_view, 5> kAggregates = {"sum", "count", "min", "max", "avg"};
+  constexpr std::array<std::string_view, 6> kAggregates = {"sum", "count", "min",
+                                                              "max", "avg",   "count_big"};
   return std::find(kAggregates.begin(), kAggregates.end(), function) != kAggregates.end();
 }
 
