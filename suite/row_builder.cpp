@@ -1,0 +1,110 @@
+#include "suite/row_builder.h"
+
+#include <algorithm>
+
+#include "base/date_time.h"
+#include "base/text.h"
+#include "data/sql_text.h"
+#include "platform/database.h"
+
+namespace tpv::suite {
+
+namespace {
+
+// The value as SQL text; throws for one that does not fit its kind.
+std::string SqlValue(ValueKind kind, const Variant& value) {
+  if (value.IsNull()) return "Null";
+  switch (kind) {
+    case ValueKind::Flag:
+      return value.ToBool() ? "1" : "0";
+    case ValueKind::Whole:
+      return sql::Number(value.ToInt64());
+    case ValueKind::Amount:
+      return sql::Number(value.ToDouble());
+    case ValueKind::Date: {
+      const DateTime date = value.ToDate();
+      return "'" + Left(ToDayFirstSeconds(date), value.IsText() && value.ToText().size() <= 10 ? 10 : 19) + "'";
+    }
+    case ValueKind::Literal:
+      return value.ToText();
+    default:
+      return sql::Quoted(value.ToText());
+  }
+}
+
+bool IsName(std::string_view name) {
+  const auto part = [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+  };
+  return !name.empty() && std::all_of(name.begin(), name.end(), part);
+}
+
+void RequireName(std::string_view name) {
+  if (!IsName(name)) throw ObjectError("Nombre no válido: «" + std::string(name) + "»");
+}
+
+}  // namespace
+
+void StatementBuilder::Start() {
+  table_.clear();
+  own_transaction_ = true;
+  fields_.clear();
+  condition_.clear();
+}
+
+void StatementBuilder::Add(std::string_view column, ValueKind kind, const Variant& value) {
+  fields_.push_back({std::string(column), kind, value});
+}
+
+std::string StatementBuilder::InsertText() const {
+  std::string columns;
+  std::string values;
+  for (const Field& field : fields_) {
+    RequireName(field.column);
+    columns += (columns.empty() ? "" : ", ") + field.column;
+    values += (values.empty() ? "" : ", ") + SqlValue(field.kind, field.value);
+  }
+  return "INSERT INTO " + table_ + " (" + columns + ") VALUES (" + values + ")";
+}
+
+std::string StatementBuilder::UpdateText() const {
+  if (Trim(condition_).empty()) throw ObjectError("Falta la condición de la actualización");
+  std::string sets;
+  for (const Field& field : fields_) {
+    RequireName(field.column);
+    sets += (sets.empty() ? "" : ", ") + field.column + " = " + SqlValue(field.kind, field.value);
+  }
+  return "UPDATE " + table_ + " SET " + sets + condition_;
+}
+
+template <typename Text>
+bool StatementBuilder::Run(Text text, std::string& error) {
+  try {
+    RequireName(table_);
+    if (fields_.empty()) throw ObjectError("No hay columnas que grabar");
+    const std::string sql = text();
+    if (own_transaction_ && !connection_.InTransaction()) {
+      Transaction transaction(connection_);
+      connection_.Execute(sql);
+      transaction.Commit();
+    } else {
+      connection_.Execute(sql);
+    }
+    Start();
+    return true;
+  } catch (const std::exception& failure) {
+    error = failure.what();
+    Start();
+    return false;
+  }
+}
+
+bool StatementBuilder::Insert(std::string& error) {
+  return Run([this] { return InsertText(); }, error);
+}
+
+bool StatementBuilder::Update(std::string& error) {
+  return Run([this] { return UpdateText(); }, error);
+}
+
+}  // namespace tpv::suite
