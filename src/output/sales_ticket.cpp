@@ -1,0 +1,158 @@
+#include "output/sales_ticket.h"
+
+#include <memory>
+#include <string>
+
+#include "base/mask.h"
+#include "base/rounding.h"
+#include "base/text.h"
+#include "context/context.h"
+#include "data/sql_text.h"
+#include "output/ticket_text.h"
+#include "platform/database.h"
+#include "platform/printer.h"
+#include "platform/ui/front_end.h"
+
+namespace tpv {
+
+namespace {
+
+class SalesTicket {
+ public:
+  explicit SalesTicket(Context& context)
+      : context_(context), id_(sql::Number(std::int64_t{context.IdAlbaran})) {}
+
+  void Print() {
+    const double total = ReadTotal();
+    const auto lines = Execute(
+        "SELECT Cav_Serie,Cav_Numero,Cav_Fecha,Cav_Ref,Cav_NFiscal,Lav_Des,Lav_Uni,Lav_Dto1,"
+        "dbo.FncPrecioConIva(lav_id) as Precio, dbo.FncImporteConIva(lav_id) as Importe, "
+        "Age_Nom as Agente, Cli_Cod FROM Lav INNER JOIN Cav ON Lav_IdCav = Cav_Id INNER JOIN "
+        "zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva INNER JOIN Cli ON Cli_Id = Cav_IdCli INNER JOIN "
+        "Age ON Age_Id = Cav_Agente WHERE Lav_IdCav = " + id_);
+    const auto payment = Execute(
+        "SELECT TOP 1 DiaCaj_Modo,DiaCaj_Entrega,DiaCaj_Tarjeta,DiaCaj_Devolucion,"
+        "DiaCaj_Descuento,DiaCaj_Cobrado FROM Tco INNER JOIN DiaCaj ON DiaCaj_Id =  Tco_IdDiaCaj "
+        "WHERE Tco_IdCav = " + id_ + " AND DiaCaj_Tipo=1  ORDER BY DiaCaj_Fecha");
+    document_ = context_.ports.printers.Begin();
+    document_->SetFont("Courier New", 9, true);
+    document_->SetY(0);
+    PrintHeader(*lines);
+    const std::string agent = lines->Field("Agente").TextOr("");
+    for (; !lines->Eof(); lines->MoveNext()) PrintSoldLine(*lines);
+    PrintTotals(total, *payment);
+    PrintFooter(agent);
+    document_->End();
+  }
+
+ private:
+  std::unique_ptr<Recordset> Execute(const std::string& statement) {
+    return context_.Database().Execute(statement);
+  }
+
+  double ReadTotal() {
+    const auto row =
+        Execute("select sum(dbo.FncImporteConIva(lav_id)) as Total From Lav WHERE Lav_IdCav = " + id_);
+    return row->Eof() ? 0 : row->Field("Total").NumberOr(0);
+  }
+
+  std::string Parameter(std::string_view name) { return context_.Parameter(name).TextOr(""); }
+
+  void Line(std::string_view text) { PrintTextLine(*document_, text); }
+  void CloseUp() { CloseGap(*document_); }
+
+  void PrintHeader(const Recordset& sale) {
+    Line(Parameter("Par_Nombre"));
+    document_->SetFont("Courier New", 9, false);
+    CloseUp();
+    Line(TrimRight(Parameter("Par_Sg") + " " + Parameter("Par_NombreVia")));
+    CloseUp();
+    Line(TrimRight(Parameter("Par_Cp") + " " + Parameter("Par_Poblacion")));
+    CloseUp();
+    Line("Telefono " + Parameter("Par_Telefono"));
+    CloseUp();
+    Line("CIF/NIF " + Parameter("Par_Doc"));
+    CloseUp();
+    Line(Format(sale.Field("Cav_Fecha"), "DD/MM/YYYY HH:MM") + " - " +
+         sale.Field("Cav_Ref").TextOr("") + " - " + sale.Field("Cav_Serie").TextOr("") +
+         sale.Field("Cav_Numero").TextOr(""));
+    const std::string code = sale.Field("Cli_COD").TextOr("");
+    if (code == Parameter("Par_Clicon")) return;
+    CloseUp();
+    Line(TrimRight("Cliente " + code + " " + sale.Field("Cav_NFiscal").TextOr("")));
+  }
+
+  void PrintSoldLine(const Recordset& line) {
+    const std::string description = Description23(line.Field("Lav_Des").TextOr(""));
+    const double units = line.Field("Lav_Uni").NumberOr(0);
+    const double price = line.Field("Precio").NumberOr(0);
+    const std::string amount = Amount9(line.Field("Importe").NumberOr(0));
+    if (units > 1) {
+      Line(description);
+      CloseUp();
+      Line("  " + Amount9(units) + " x " + Amount9(price) + amount);
+    } else {
+      Line(description + amount);
+    }
+    const double discount = line.Field("Lav_DTo1").NumberOr(0);
+    if (discount == 0) return;
+    CloseUp();
+    Line("Precio Ud. " + FormatNumber(price, "#,##0.00") + " - " + FormatNumber(discount, "##") +
+         "% Dto");
+  }
+
+  void AmountLine(std::string_view label, double euros) {
+    Line(Right32(std::string(label) + Amount9(euros)));
+  }
+
+  void PrintTotals(double total, const Recordset& payment) {
+    AmountLine("Total......", total);
+    CloseUp();
+    if (payment.Eof()) {
+      AmountLine("Entrega....", 0);
+      CloseUp();
+      AmountLine("A credito..", total);
+      return;
+    }
+    const double card = payment.Field("DiaCaj_Tarjeta").NumberOr(0);
+    if (card != 0) AmountLine("Tarjeta....", card);
+    const double cash = payment.Field("DiaCaj_Entrega").NumberOr(0);
+    if (cash != 0) {
+      AmountLine("Entrega....", cash);
+      CloseUp();
+      AmountLine("Devolucion.", payment.Field("DiaCaj_Devolucion").NumberOr(0));
+    }
+    const double pending =
+        RoundHalfAway(total - (payment.Field("DiaCaj_Cobrado").NumberOr(0) +
+                               payment.Field("DiaCaj_Descuento").NumberOr(0)), 2);
+    if (pending == 0) return;
+    CloseUp();
+    AmountLine("A credito..", pending);
+  }
+
+  void PrintFooter(const std::string& agent) {
+    Line("Le atendio " + Left(OneLine(agent), 21));
+    Line(Centre32("- Impuestos incluidos -"));
+    Line(Centre32("* GRACIAS POR SU VISITA *"));
+    for (int i = 0; i < 4; ++i) Line("");
+  }
+
+  Context& context_;
+  std::string id_;
+  std::unique_ptr<PrintDocument> document_;
+};
+
+}  // namespace
+
+void PrintSalesTicket(Context& context) {
+  try {
+    SalesTicket(context).Print();
+  } catch (const std::exception& error) {
+    ui::MessageBox box;
+    box.text = "Error de impresión: " + std::string(error.what());
+    box.icon = ui::Icon::Critical;
+    context.ports.ui.Show(box);
+  }
+}
+
+}  // namespace tpv

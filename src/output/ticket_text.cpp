@@ -1,0 +1,45 @@
+#include "output/ticket_text.h"
+
+#include <memory>
+
+#include "base/mask.h"
+#include "base/text.h"
+#include "context/context.h"
+#include "platform/clock.h"
+#include "platform/printer.h"
+
+namespace tpv {
+
+std::string Amount9(double euros) { return FormatText(FormatNumber(euros, "#,##0.00"), "@@@@@@@@@"); }
+
+std::string Description23(std::string_view text) {
+  return Left(FormatText(OneLine(text), "@@@@@@@@@@@@@@@@@@@@@@@!"), 23);
+}
+
+std::string Right32(std::string_view text) {
+  return FormatText(text, std::string(kTicketWidth, '@'));
+}
+
+std::string Centre32(std::string_view text) { return Centre(text, kTicketWidth); }
+
+std::string OneLine(std::string_view text) {
+  std::string line = ValidUtf8(text);
+  for (char& c : line) {
+    if ((c >= 0 && c < ' ') || c == 0x7F) c = ' ';
+  }
+  return line;
+}
+
+void PrintTextLine(PrintDocument& document, std::string_view text) {
+  document.PrintLine(OneLine(text) + std::string(kLineBreak));
+}
+
+void CloseGap(PrintDocument& document) { document.SetY(document.Y() - kLineGap); }
+
+void PrintOpeningLine(Context& context) {
+  const std::unique_ptr<PrintDocument> document = context.ports.printers.Begin();
+  document->PrintLine("Apertura " + ToDayFirstSeconds(context.ports.clock.Now()));
+  document->End();
+}
+
+}  // namespace tpv
