@@ -1,0 +1,51 @@
+// The front end without windows: whatever is on top asks a driver for the
+// operator's next action until it closes.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "platform/ui/front_end.h"
+#include "screen/engine.h"
+#include "screen/search_list.h"
+
+namespace tpv {
+
+// Gives the operator's actions, one a call.
+class Driver {
+ public:
+  virtual ~Driver() = default;
+  // False when there are no more: what is open then closes by itself.
+  virtual bool Step() = 0;
+  virtual void OnBox(const ui::MessageBox& box) = 0;
+};
+
+class HeadlessFrontEnd : public ui::FrontEnd {
+ public:
+  void SetDriver(Driver& driver) { driver_ = &driver; }
+
+  void ShowModal(ui::Form& form) override;
+  void Load(ui::Form& form) override { engine_.Load(form); }
+  ui::Answer Show(const ui::MessageBox& box) override;
+  std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  void ProcessEvents() override {}
+
+  ui::Engine& engine() { return engine_; }
+  const ui::MessageBox* open_box() const { return box_; }
+  ui::SearchList* open_search() const { return search_; }
+
+  // Throws ActionRefused when the box has no such button.
+  void AnswerBox(ui::Answer answer);
+  void CloseSearch(std::optional<std::size_t> chosen_row);
+
+ private:
+  ui::Engine engine_;
+  Driver* driver_ = nullptr;
+  const ui::MessageBox* box_ = nullptr;
+  std::optional<ui::Answer> answer_;
+  ui::SearchList* search_ = nullptr;
+  bool search_closed_ = false;
+  std::optional<std::size_t> chosen_;
+};
+
+}  // namespace tpv

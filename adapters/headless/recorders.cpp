@@ -1,0 +1,143 @@
+#include "adapters/headless/recorders.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+
+#include "base/text.h"
+
+namespace tpv {
+
+class RecordedDocument : public PrintDocument {
+ public:
+  RecordedDocument(RecordingPrinters& printers, std::string printer)
+      : printers_(printers), document_{std::move(printer), {}} {}
+
+  void SetFont(std::string_view, double points, bool) override { line_height_ = points * 0.0423; }
+  void PrintLine(std::string_view text) override {
+    printers_.RequireWorking();
+    const bool break_inside = text.ends_with(kLineBreak);
+    if (break_inside) text.remove_suffix(kLineBreak.size());
+    document_.lines.emplace_back(text);
+    y_ += line_height_ * (break_inside ? 2 : 1);
+  }
+  double Y() const override { return y_; }
+  void SetY(double centimetres) override { y_ = centimetres; }
+  void End() override {
+    printers_.RequireWorking();
+    printers_.last_printer = document_.printer;
+    printers_.documents.push_back(document_);
+    if (printers_.on_document) printers_.on_document(document_);
+  }
+
+ private:
+  RecordingPrinters& printers_;
+  PrintedDocument document_;
+  double y_ = 0;
+  double line_height_ = 0.4;
+};
+
+std::string RecordingPrinters::Current() const {
+  if (!chosen_.empty()) return chosen_;
+  return installed.empty() ? std::string() : installed.front();
+}
+
+void RecordingPrinters::SetCurrent(std::string_view name) {
+  const bool found = std::find(installed.begin(), installed.end(), name) != installed.end();
+  if (!found) throw PrintError("No existe la impresora «" + std::string(name) + "»");
+  chosen_ = name;
+}
+
+void RecordingPrinters::Install(std::vector<std::string> names) {
+  installed = std::move(names);
+  chosen_.clear();
+}
+
+void RecordingPrinters::RequireWorking() const {
+  if (failing) throw PrintError("La impresora no responde");
+  if (installed.empty()) throw PrintError("No hay ninguna impresora instalada");
+}
+
+std::unique_ptr<PrintDocument> RecordingPrinters::Begin() {
+  RequireWorking();
+  return std::make_unique<RecordedDocument>(*this, Current());
+}
+
+void RecordingPrinters::SendRaw(std::string_view bytes) {
+  RequireWorking();
+  last_printer = Current();
+  raw_bytes += bytes;
+  if (on_raw) on_raw(std::string(bytes));
+}
+
+void RecordingDevices::Write(std::string_view device, std::string_view bytes) {
+  if (failing) throw PrintError("No se puede abrir «" + std::string(device) + "»");
+  written[std::string(device)] += bytes;
+  if (on_write) on_write(std::string(device), std::string(bytes));
+}
+
+namespace {
+std::string SettingName(std::string_view application, std::string_view section,
+                        std::string_view key) {
+  return std::string(application) + "/" + std::string(section) + "/" + std::string(key);
+}
+}  // namespace
+
+std::string MemorySettings::Read(std::string_view application, std::string_view section,
+                                 std::string_view key) const {
+  const auto found = values_.find(SettingName(application, section, key));
+  return found == values_.end() ? std::string() : found->second;
+}
+
+void MemorySettings::Write(std::string_view application, std::string_view section,
+                           std::string_view key, std::string_view value) {
+  values_[SettingName(application, section, key)] = value;
+}
+
+DateTime StepClock::Now() const {
+  if (fixed) return *fixed;
+  const auto now = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+          local.tm_min, std::min(local.tm_sec, 59), static_cast<int>(milliseconds)};
+}
+
+void RecordingConnection::RequireAllowed(std::string_view sql) const {
+  if (failing_fragment.empty()) return;
+  if (FoldCase(sql).find(FoldCase(failing_fragment)) != std::string::npos) {
+    throw DatabaseError("Fallo provocado en la sentencia", "HY000");
+  }
+}
+
+std::unique_ptr<Recordset> RecordingConnection::Execute(std::string_view sql) {
+  sent.emplace_back(sql);
+  RequireAllowed(sql);
+  return inner_.Execute(sql);
+}
+
+void RecordingConnection::BeginTrans() {
+  RequireAllowed("BEGIN TRANSACTION");
+  inner_.BeginTrans();
+}
+
+void RecordingConnection::CommitTrans() {
+  RequireAllowed("COMMIT TRANSACTION");
+  inner_.CommitTrans();
+}
+
+std::string Hex(std::string_view bytes) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string text;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15];
+  }
+  return text;
+}
+
+}  // namespace tpv

@@ -1,0 +1,100 @@
+// Ports that keep what the component sends out, so that a scenario can look at
+// it, and that fail when they are told to.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/database.h"
+#include "platform/printer.h"
+#include "platform/settings.h"
+
+namespace tpv {
+
+struct PrintedDocument {
+  std::string printer;
+  std::vector<std::string> lines;
+};
+
+class RecordingPrinters : public Printers {
+ public:
+  std::vector<std::string> installed = {"Tickets"};
+  std::vector<PrintedDocument> documents;
+  std::string raw_bytes;
+  std::string last_printer;
+  bool failing = false;
+  std::function<void(const PrintedDocument&)> on_document;
+  std::function<void(const std::string&)> on_raw;
+
+  std::vector<std::string> Installed() const override { return installed; }
+  std::string Current() const override;
+  void SetCurrent(std::string_view name) override;
+  std::unique_ptr<PrintDocument> Begin() override;
+  void SendRaw(std::string_view bytes) override;
+  void Install(std::vector<std::string> names);
+
+ private:
+  friend class RecordedDocument;
+  void RequireWorking() const;
+
+  std::string chosen_;
+};
+
+class RecordingDevices : public OutputDevices {
+ public:
+  std::map<std::string, std::string> written;
+  bool failing = false;
+  std::function<void(const std::string& device, const std::string& bytes)> on_write;
+
+  void Write(std::string_view device, std::string_view bytes) override;
+};
+
+class MemorySettings : public Settings {
+ public:
+  std::string Read(std::string_view application, std::string_view section,
+                   std::string_view key) const override;
+  void Write(std::string_view application, std::string_view section, std::string_view key,
+             std::string_view value) override;
+
+ private:
+  std::map<std::string, std::string> values_;
+};
+
+// Stands still between commands when it was fixed; the machine's time otherwise.
+class StepClock : public Clock {
+ public:
+  std::optional<DateTime> fixed;
+
+  DateTime Now() const override;
+  void Step() {
+    if (fixed) fixed = AddSeconds(*fixed, 1);
+  }
+};
+
+// Notes every statement sent and fails those that hold a fragment.
+class RecordingConnection : public Connection {
+ public:
+  explicit RecordingConnection(Connection& inner) : inner_(inner) {}
+
+  std::vector<std::string> sent;
+  std::string failing_fragment;  // "" for none
+
+  std::unique_ptr<Recordset> Execute(std::string_view sql) override;
+  void BeginTrans() override;
+  void CommitTrans() override;
+  void RollbackTrans() override { inner_.RollbackTrans(); }
+  bool InTransaction() const override { return inner_.InTransaction(); }
+
+ private:
+  void RequireAllowed(std::string_view sql) const;
+
+  Connection& inner_;
+};
+
+std::string Hex(std::string_view bytes);
+
+}  // namespace tpv

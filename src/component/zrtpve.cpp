@@ -1,0 +1,79 @@
+#include "component/zrtpve.h"
+
+#include <string>
+
+#include "output/cash_drawer.h"
+#include "output/sales_ticket.h"
+#include "platform/objects.h"
+#include "platform/ui/front_end.h"
+#include "reports/pending_collections.h"
+#include "reports/pending_screen.h"
+#include "reports/supplier_search.h"
+#include "sale/sale_screen.h"
+#include "sale/sale_storage.h"
+
+namespace tpv {
+
+namespace {
+
+thread_local Zrtpve* current = nullptr;
+
+[[noreturn]] void NotYet(const char* what) {
+  throw ObjectError(std::string(what) + " todavía no está disponible");
+}
+
+}  // namespace
+
+Zrtpve::Zrtpve(Ports& ports) : context_{0, 0, 0, 0, nullptr, ports} { current = this; }
+
+Zrtpve::~Zrtpve() {
+  if (current == this) current = nullptr;
+}
+
+Zrtpve* Zrtpve::Current() { return current; }
+
+void Zrtpve::RequireDatabase() const {
+  if (!context_.MyBd) throw ObjectError("ZRTPVE: falta MyBd");
+}
+
+template <typename Screen>
+void Zrtpve::ShowScreen() {
+  RequireDatabase();
+  Screen screen(context_);
+  context_.ports.ui.ShowModal(screen);
+}
+
+void Zrtpve::zTpv() { ShowScreen<FrmTpv>(); }
+void Zrtpve::zDiario() { NotYet("El diario de ventas"); }
+void Zrtpve::zAperturaCierre() { NotYet("El cierre de caja"); }
+void Zrtpve::zMovCaja() { NotYet("La pantalla de movimientos de caja"); }
+void Zrtpve::zFacturacion() { NotYet("La facturación de tickets"); }
+void Zrtpve::zDiarioCaja() { NotYet("El diario de cierres"); }
+void Zrtpve::zInfPendienteCobro() { ShowScreen<FrmTpvPendiente>(); }
+
+void Zrtpve::zFindByName() {
+  RequireDatabase();
+  SearchSupplier(context_);
+}
+
+void Zrtpve::msCancelaVenta(std::int32_t& IdVenta) {
+  RequireDatabase();
+  CancelSale(context_, IdVenta);
+}
+
+void Zrtpve::Abre_Cajon() {
+  RequireDatabase();
+  OpenDrawer(context_);
+}
+
+void Zrtpve::Emite_Ticket() {
+  RequireDatabase();
+  PrintSalesTicket(context_);
+}
+
+double Zrtpve::fnPendienteCliente(std::int32_t& nCliente) {
+  RequireDatabase();
+  return CustomerDebt(context_, nCliente);
+}
+
+}  // namespace tpv
