@@ -1,0 +1,106 @@
+#include "screen/lookups.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "context/context.h"
+#include "data/sql_text.h"
+#include "platform/database.h"
+#include "platform/ui/front_end.h"
+
+namespace tpv {
+
+namespace {
+
+constexpr std::string_view kCustomerSelect =
+    "SELECT TOP 1 Cli_ID,Cli_COD,(CLI_NOM + ' ' + ISNULL(CLI_APE1,'') + ' ' + "
+    "ISNULL(CLI_APE2,'')) AS cli_nom ,cli_comer,CLI_FCO,CLI_DTO1,CLI_DTO2,"
+    "CLI_OBSER,CLI_IdAge,cli_doc,Cli_Reg, "
+    "DIR_SG , DIR_NOMBRE, DIR_NUMERO, DIR_LETRA, DIR_BLOQUE, DIR_ESCALERA, DIR_PISO, DIR_PUERTA, "
+    "DIR_CP, DIR_PAIS, DIR_PROVINCIA, DIR_POBLACION, DIR_COMER "
+    "FROM Cli "
+    "LEFT JOIN CliDir ON CLIDIR_CLI=CLI_ID "
+    "LEFT JOIN Dir ON DIR_ID = CLIDIR_DIR "
+    "WHERE";
+
+bool AsksForFiscalName(Context& context) {
+  ui::MessageBox box;
+  box.text = "Desea Buscar por el nombre Fiscal ?." + std::string(kLineBreak) +
+             "Si contesta NO, la busqueda será por Nombre Comercial";
+  box.icon = ui::Icon::Information;
+  box.buttons = {ui::Answer::Yes, ui::Answer::No};
+  box.default_button = ui::Answer::Yes;
+  return context.ports.ui.Show(box) == ui::Answer::Yes;
+}
+
+NameSearch CustomerSearch(bool fiscal) {
+  NameSearch search;
+  search.first_caption = "Codigo";
+  search.second_caption = "Cliente";
+  if (fiscal) {
+    search.statement =
+        "Select CLI_ID,CLI_COD,(CLI_NOM + ' ' + ISNULL(CLI_APE1,'') + ' ' + "
+        "ISNULL(CLI_APE2,'')) AS RSOC FROM CLI";
+    search.search_column = "RSOC";
+    search.title = "Buscar clientes por nombre Fiscal";
+  } else {
+    search.statement = "Select CLI_ID,CLI_COD,CLI_COMER FROM CLI ORDER BY CLI_COMER";
+    search.search_column = "CLI_COMER";
+    search.title = "Buscar clientes por nombre Comercial";
+  }
+  return search;
+}
+
+// Column `index` of the row chosen in a search dialog as a number, 0 for none.
+std::int32_t Chosen(const std::string& row, std::size_t index) {
+  if (Length(row) < 3) return 0;
+  return Int32OrZero(Split(row, std::string(1, kColumnSeparator)).at(index));
+}
+
+std::int32_t SearchAgent(FormToolkit& toolkit) {
+  NameSearch search;
+  search.statement = "Select (0), Age_ID,Age_Nom FROM Age";
+  search.search_column = "Age_Nom";
+  search.first_caption = "Codigo";
+  search.second_caption = "Agente";
+  search.title = "Buscar agente por nombre";
+  return Chosen(toolkit.BuscarPorNombre(search), 1);
+}
+
+}  // namespace
+
+void CustomerRecord::Set(std::string_view field, Variant value) {
+  fields_[FoldCase(field)] = std::move(value);
+}
+
+const Variant& CustomerRecord::operator[](std::string_view field) const {
+  return fields_.at(FoldCase(field));
+}
+
+std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolkit,
+                                           std::int32_t code, std::int32_t& id) {
+  if (code == -1 && id == 0) {
+    id = Chosen(toolkit.BuscarPorNombre(CustomerSearch(AsksForFiscalName(context))), 0);
+  }
+  if (id == 0 && code < 0) return std::nullopt;
+  const std::string condition = id != 0 ? " Cli_id = " + sql::Number(std::int64_t{id})
+                                        : " Cli_COD = " + sql::Number(std::int64_t{code});
+  const auto row = context.Database().Execute(std::string(kCustomerSelect) + condition);
+  if (row->Eof()) return std::nullopt;
+  CustomerRecord record;
+  for (std::size_t i = 0; i < row->FieldCount(); ++i) record.Set(row->FieldName(i), row->Field(i));
+  return record;
+}
+
+std::optional<Agent> FindAgent(Context& context, FormToolkit& toolkit, std::int32_t id) {
+  if (id == 0) id = SearchAgent(toolkit);
+  context.IdAgente = 0;
+  if (id == 0) return std::nullopt;
+  const auto row = context.Database().Execute(
+      "SELECT Age_ID,Age_NOM,Age_Reg FROM Age WHERE  Age_id = " + sql::Number(std::int64_t{id}));
+  if (row->Eof()) return std::nullopt;
+  const Agent agent{row->Field("Age_id").IntOr(0), row->Field("age_Nom").TextOr("")};
+  context.IdAgente = agent.id;
+  return agent;
+}
+
+}  // namespace tpv
