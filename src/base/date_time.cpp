@@ -1,16 +1,13 @@
 #include "base/date_time.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <vector>
 
 #include "base/text.h"
 
 namespace tpv {
 
 namespace {
-
-using Days = std::chrono::sys_days;
 
 // Reads runs of digits and the separators between them.
 class Reader {
@@ -60,37 +57,56 @@ bool ReadTime(Reader& reader, DateTime& value) {
   return reader.AtEnd();
 }
 
+constexpr std::string_view kSeparators = "/-.";
+bool IsSeparator(char c) { return kSeparators.find(c) != std::string_view::npos; }
+
 std::optional<DateTime> Checked(const DateTime& value) {
   return IsValid(value) ? std::optional(value) : std::nullopt;
 }
 
-std::string Print(const char* format, int a, int b, int c) {
-  char text[48];
-  std::snprintf(text, sizeof text, format, a, b, c);
+void AppendPadded(std::string& text, int number, std::size_t width) {
+  const std::string digits = std::to_string(number);
+  if (digits.size() < width) text.append(width - digits.size(), '0');
+  text += digits;
+}
+
+std::string Joined(int first, int second, int third, std::size_t first_width,
+                   std::size_t third_width, char separator) {
+  std::string text;
+  text.reserve(24);  // a whole moment fits without growing
+  AppendPadded(text, first, first_width);
+  text += separator;
+  AppendPadded(text, second, 2);
+  text += separator;
+  AppendPadded(text, third, third_width);
   return text;
 }
 
-std::string Time(const DateTime& v) {
-  return Print(" %02d:%02d:%02d", v.hour, v.minute, v.second);
+std::string Time(const DateTime& v) { return " " + Joined(v.hour, v.minute, v.second, 2, 2, ':'); }
+
+// More days than the calendar has, few enough to add without overflow.
+constexpr std::int64_t kBeyondCalendar = 4'000'000;
+constexpr std::int64_t kDaySeconds = 86'400;
+
+std::chrono::year_month_day CalendarDay(const DateTime& v) {
+  return {std::chrono::year(v.year), std::chrono::month(static_cast<unsigned>(v.month)),
+          std::chrono::day(static_cast<unsigned>(v.day))};
 }
 
 }  // namespace
 
 bool IsValid(const DateTime& v) {
-  const std::chrono::year_month_day day{std::chrono::year(v.year),
-                                        std::chrono::month(static_cast<unsigned>(v.month)),
-                                        std::chrono::day(static_cast<unsigned>(v.day))};
-  return day.ok() && v.year >= 1753 && v.year <= 9999 && v.hour >= 0 && v.hour < 24 &&
-         v.minute >= 0 && v.minute < 60 && v.second >= 0 && v.second < 60 &&
-         v.millisecond >= 0 && v.millisecond < 1000;
+  return CalendarDay(v).ok() && v.year >= 1753 && v.year <= 9999 && v.hour >= 0 && v.hour < 24 &&
+         v.minute >= 0 && v.minute < 60 && v.second >= 0 && v.second < 60 && v.millisecond >= 0 &&
+         v.millisecond < 1000;
 }
 
 std::optional<DateTime> ParseDayFirst(std::string_view text) {
   const std::string trimmed = Trim(text);
   Reader reader(trimmed);
   DateTime value;
-  if (!reader.Digits(1, 2, value.day) || !reader.OneOf("/-.")) return std::nullopt;
-  if (!reader.Digits(1, 2, value.month) || !reader.OneOf("/-.")) return std::nullopt;
+  if (!reader.Digits(1, 2, value.day) || !reader.OneOf(kSeparators)) return std::nullopt;
+  if (!reader.Digits(1, 2, value.month) || !reader.OneOf(kSeparators)) return std::nullopt;
   if (!reader.Digits(2, 4, value.year) || reader.digits() == 3) return std::nullopt;
   value.year = FullYear(value.year, reader.digits());
   if (!ReadTime(reader, value)) return std::nullopt;
@@ -107,43 +123,36 @@ std::optional<DateTime> ParseIso(std::string_view text) {
 }
 
 std::optional<DateTime> ParseTypedDate(std::string_view text, const DateTime& today) {
-  if (const auto full = ParseDayFirst(text)) return full;
-  const std::string trimmed = Trim(text);
-  Reader reader(trimmed);
-  DateTime value{today.year, today.month, 1};
-  if (!reader.Digits(1, 2, value.day)) return std::nullopt;
-  if (reader.AtEnd()) return Checked(value);
-  reader.OneOf("/-.");
-  if (!reader.Digits(1, 2, value.month)) return std::nullopt;
-  if (reader.AtEnd()) return Checked(value);
-  if (!reader.Digits(2, 4, value.year) || reader.digits() == 3 || !reader.AtEnd()) {
-    return std::nullopt;
+  std::string typed = Trim(text);
+  if (typed.find_first_not_of("0123456789") == std::string::npos) {
+    const std::size_t size = typed.size();
+    if (size > 8 || size == 3 || size == 5 || size == 7) return std::nullopt;
+    if (size > 4) typed.insert(4, 1, '/');
+    if (size > 2) typed.insert(2, 1, '/');
   }
-  value.year = FullYear(value.year, reader.digits());
-  return Checked(value);
+  const auto separators = std::count_if(typed.begin(), typed.end(), IsSeparator);
+  if (separators == 0) typed += "/" + std::to_string(today.month);
+  if (separators <= 1) typed += "/" + std::to_string(today.year);
+  return ParseDayFirst(typed);
 }
 
 std::string ToIsoSeconds(const DateTime& v) {
-  return Print("%04d-%02d-%02d", v.year, v.month, v.day) + Time(v);
+  return Joined(v.year, v.month, v.day, 4, 2, '-') + Time(v);
 }
 
 std::string ToIso(const DateTime& v) {
-  char text[16];
-  std::snprintf(text, sizeof text, ".%03d", v.millisecond);
-  return ToIsoSeconds(v) + text;
+  std::string text = ToIsoSeconds(v) + ".";
+  AppendPadded(text, v.millisecond, 3);
+  return text;
 }
 
-std::string ToDayFirst(const DateTime& v) {
-  return Print("%02d/%02d/%04d", v.day, v.month, v.year);
-}
+std::string ToDayFirst(const DateTime& v) { return Joined(v.day, v.month, v.year, 2, 4, '/'); }
 
 std::string ToDayFirstSeconds(const DateTime& v) { return ToDayFirst(v) + Time(v); }
 
 DateTime AddDays(const DateTime& value, std::int64_t days) {
-  const std::chrono::year_month_day day{std::chrono::year(value.year),
-                                        std::chrono::month(static_cast<unsigned>(value.month)),
-                                        std::chrono::day(static_cast<unsigned>(value.day))};
-  const std::chrono::year_month_day moved{Days(day) + std::chrono::days(days)};
+  const std::chrono::days step(std::clamp(days, -kBeyondCalendar, kBeyondCalendar));
+  const std::chrono::year_month_day moved{std::chrono::sys_days(CalendarDay(value)) + step};
   DateTime result = value;
   result.year = static_cast<int>(moved.year());
   result.month = static_cast<int>(static_cast<unsigned>(moved.month()));
@@ -152,17 +161,14 @@ DateTime AddDays(const DateTime& value, std::int64_t days) {
 }
 
 DateTime AddSeconds(const DateTime& value, std::int64_t seconds) {
-  std::int64_t total = value.hour * 3600 + value.minute * 60 + value.second + seconds;
-  std::int64_t days = total / 86400;
-  total %= 86400;
-  if (total < 0) {
-    total += 86400;
-    --days;
-  }
-  DateTime result = AddDays(value, days);
-  result.hour = static_cast<int>(total / 3600);
-  result.minute = static_cast<int>(total / 60 % 60);
-  result.second = static_cast<int>(total % 60);
+  constexpr std::int64_t kMost = kBeyondCalendar * kDaySeconds;
+  const std::int64_t total =
+      value.hour * 3600 + value.minute * 60 + value.second + std::clamp(seconds, -kMost, kMost);
+  const std::int64_t of_day = (total % kDaySeconds + kDaySeconds) % kDaySeconds;
+  DateTime result = AddDays(value, (total - of_day) / kDaySeconds);
+  result.hour = static_cast<int>(of_day / 3600);
+  result.minute = static_cast<int>(of_day / 60 % 60);
+  result.second = static_cast<int>(of_day % 60);
   return result;
 }
 

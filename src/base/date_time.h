@@ -35,7 +35,7 @@ std::optional<DateTime> ParseIso(std::string_view text);
 
 // What the operator typed into a date field: all of ParseDayFirst, and digits
 // alone: "24112026", "241126"; "2411" and "24/11" take the year of `today`,
-// "24" its month and year.
+// "24" its month and year. Any other count of digits is no date.
 std::optional<DateTime> ParseTypedDate(std::string_view text, const DateTime& today);
 
 // "YYYY-MM-DD HH:MM:SS.mmm": sorts as text in time order.
@@ -46,6 +46,7 @@ std::string ToIsoSeconds(const DateTime& value);
 std::string ToDayFirst(const DateTime& value);
 std::string ToDayFirstSeconds(const DateTime& value);
 
+// A result that leaves the calendar is not IsValid; it never wraps around.
 DateTime AddSeconds(const DateTime& value, std::int64_t seconds);
 DateTime AddDays(const DateTime& value, std::int64_t days);
 

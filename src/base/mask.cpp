@@ -12,6 +12,8 @@ namespace tpv {
 
 namespace {
 
+constexpr int kMostDecimals = 15;
+
 // A number mask taken apart: what stands before and behind the digits, and how
 // many digits each side of the separator must and may have.
 struct NumberMask {
@@ -23,23 +25,28 @@ struct NumberMask {
   int decimals = 0;
 };
 
+// The digits start at the first "0" or "#" (or the point right before it) and
+// end with the last character that only digits are made of.
 NumberMask ReadNumberMask(std::string_view mask) {
   NumberMask result;
-  const std::size_t first = mask.find_first_of("0#");
-  const std::size_t last = mask.find_last_of("0#.,");
+  std::size_t first = mask.find_first_of("0#");
   if (first == std::string_view::npos) {
     result.prefix = mask;
     return result;
   }
+  if (first > 0 && mask[first - 1] == '.') --first;
+  const std::size_t last = std::min(mask.find_first_not_of("0#.,", first), mask.size());
   result.prefix = mask.substr(0, first);
-  result.suffix = mask.substr(last + 1);
+  result.suffix = mask.substr(last);
   bool behind_point = false;
-  for (const char c : mask.substr(first, last + 1 - first)) {
+  for (const char c : mask.substr(first, last - first)) {
     if (c == '.') behind_point = true;
     if (c == ',') result.grouped = true;
     if (c == '0') ++(behind_point ? result.decimal_zeros : result.whole_zeros);
     if (behind_point && (c == '0' || c == '#')) ++result.decimals;
   }
+  result.decimals = std::min(result.decimals, kMostDecimals);
+  result.decimal_zeros = std::min(result.decimal_zeros, result.decimals);
   return result;
 }
 
@@ -53,20 +60,50 @@ std::string Grouped(const std::string& digits) {
 }
 
 std::string FixedText(double size, int decimals) {
-  char text[400];
-  const auto end = std::to_chars(text, text + sizeof text, size, std::chars_format::fixed, decimals);
+  char text[400];  // 309 digits and the decimals of the longest double
+  const auto end =
+      std::to_chars(text, text + sizeof text, size, std::chars_format::fixed, decimals);
   return std::string(text, end.ptr);
+}
+
+std::string WholePart(std::string digits, const NumberMask& mask) {
+  if (digits == "0") digits.clear();
+  const auto least = static_cast<std::size_t>(mask.whole_zeros);
+  if (digits.size() < least) digits.insert(0, least - digits.size(), '0');
+  return mask.grouped ? Grouped(digits) : digits;
+}
+
+// "," and the decimals that `point_and_digits` has and the mask keeps.
+std::string DecimalPart(std::string_view point_and_digits, const NumberMask& mask) {
+  const auto least = static_cast<std::size_t>(mask.decimal_zeros) + 1;
+  while (point_and_digits.size() > least && point_and_digits.back() == '0') {
+    point_and_digits.remove_suffix(1);
+  }
+  if (point_and_digits.size() < 2) return {};
+  return "," + std::string(point_and_digits.substr(1));
 }
 
 std::string DatePart(const DateTime& value, char part, std::size_t length) {
   int number = 0;
   switch (part) {
-    case 'd': number = value.day; break;
-    case 'm': number = value.month; break;
-    case 'y': number = length > 2 ? value.year : value.year % 100; break;
-    case 'h': number = value.hour; break;
-    case 'n': number = value.minute; break;
-    default: number = value.second; break;
+    case 'd':
+      number = value.day;
+      break;
+    case 'm':
+      number = value.month;
+      break;
+    case 'y':
+      number = length > 2 ? value.year : value.year % 100;
+      break;
+    case 'h':
+      number = value.hour;
+      break;
+    case 'n':
+      number = value.minute;
+      break;
+    default:
+      number = value.second;
+      break;
   }
   std::string text = std::to_string(number);
   return text.size() < length ? std::string(length - text.size(), '0') + text : text;
@@ -82,20 +119,12 @@ std::string FormatNumber(double value, std::string_view mask) {
   if (!std::isfinite(value)) return ToSpanish(value);
   const NumberMask parts = ReadNumberMask(mask);
   const double rounded = RoundHalfAway(value, parts.decimals);
-  std::string whole = FixedText(std::fabs(rounded), parts.decimals);
-  std::string decimals;
-  if (const std::size_t point = whole.find('.'); point != std::string::npos) {
-    decimals = whole.substr(point + 1);
-    whole.resize(point);
-  }
-  while (static_cast<int>(decimals.size()) > parts.decimal_zeros && decimals.back() == '0') {
-    decimals.pop_back();
-  }
-  if (whole == "0") whole.clear();
-  while (static_cast<int>(whole.size()) < parts.whole_zeros) whole.insert(0, 1, '0');
-  if (parts.grouped) whole = Grouped(whole);
+  const std::string digits = FixedText(std::fabs(rounded), parts.decimals);
+  const std::size_t point = std::min(digits.find('.'), digits.size());
+  const std::string whole = WholePart(digits.substr(0, point), parts);
+  const std::string decimals = DecimalPart(std::string_view(digits).substr(point), parts);
   const std::string sign = rounded < 0 ? "-" : "";
-  return sign + parts.prefix + whole + (decimals.empty() ? "" : "," + decimals) + parts.suffix;
+  return sign + parts.prefix + whole + decimals + parts.suffix;
 }
 
 std::string FormatDate(const DateTime& value, std::string_view mask) {
@@ -133,7 +162,8 @@ std::string Format(const Variant& value, std::string_view mask) {
 }
 
 std::string MaskWithDecimals(std::string_view head, int decimals) {
-  return std::string(head) + std::string(static_cast<std::size_t>(std::clamp(decimals, 0, 15)), '0');
+  return std::string(head) +
+         std::string(static_cast<std::size_t>(std::clamp(decimals, 0, kMostDecimals)), '0');
 }
 
 }  // namespace tpv

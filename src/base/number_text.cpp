@@ -1,5 +1,6 @@
 #include "base/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -12,60 +13,36 @@ namespace {
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // "." stands for grouping when every group behind a point has three digits and
-// the first has one to three.
+// the first has one to three and starts with no zero: "0.250" is a quarter.
 bool IsGrouped(std::string_view whole) {
-  std::size_t group = 0;
-  bool first = true;
-  for (const char c : whole) {
-    if (c != '.') {
-      ++group;
-      continue;
-    }
-    if (first ? (group == 0 || group > 3) : group != 3) return false;
-    first = false;
-    group = 0;
+  const std::size_t first = whole.find('.');
+  if (first == 0 || first > 3 || whole.front() == '0') return false;
+  for (std::size_t i = first; i < whole.size(); ++i) {
+    if ((whole[i] == '.') != ((i - first) % 4 == 0)) return false;
   }
-  return !first && group == 3;
+  return (whole.size() - first) % 4 == 0;
 }
 
-// Digits and at most one "." as the C locale writes them, "" when it is no number.
+// Without grouping and with "." for the comma, as the C locale writes numbers;
+// "" when the points and the comma cannot go together.
 std::string Canonical(std::string_view text) {
   const std::size_t comma = text.find(',');
-  const std::string_view whole = text.substr(0, comma);
-  std::string result;
-  if (whole.find('.') != std::string_view::npos) {
-    const bool grouped = IsGrouped(whole);
-    if (!grouped && comma != std::string_view::npos) return {};
-    if (grouped) {
-      for (const char c : whole) {
-        if (c != '.') result += c;
-      }
-    } else {
-      result = whole;
+  std::string result(text.substr(0, comma));
+  if (result.find('.') != std::string::npos) {
+    if (IsGrouped(result)) {
+      std::erase(result, '.');
+    } else if (comma != std::string_view::npos) {
+      return {};
     }
-  } else {
-    result = whole;
   }
-  if (comma != std::string_view::npos) {
-    result += '.';
-    result += text.substr(comma + 1);
-  }
-  return result;
+  if (comma == std::string_view::npos) return result;
+  return result.append(1, '.').append(text.substr(comma + 1));
 }
 
 bool IsPlainNumber(std::string_view text) {
-  std::size_t digits = 0;
-  std::size_t points = 0;
-  for (const char c : text) {
-    if (IsDigit(c)) {
-      ++digits;
-    } else if (c == '.') {
-      ++points;
-    } else {
-      return false;
-    }
-  }
-  return digits > 0 && points <= 1;
+  const auto digits = std::count_if(text.begin(), text.end(), IsDigit);
+  const auto points = std::count(text.begin(), text.end(), '.');
+  return digits > 0 && points <= 1 && digits + points == std::ssize(text);
 }
 
 }  // namespace
@@ -103,10 +80,10 @@ std::int32_t LeadingNumber(std::string_view text) {
 }
 
 std::string ToPlain(double value) {
-  char text[400];
+  char text[32];
   auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 15);
   std::string result(text, end.ptr);
-  if (result.find('e') != std::string::npos && std::fabs(value) < 1e15) {
+  if (std::fabs(value) < 1e-4) {  // where the general form would turn to an exponent
     end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 15);
     result.assign(text, end.ptr);
     result.erase(result.find_last_not_of('0') + 1);

@@ -19,10 +19,12 @@ std::size_t SequenceLength(unsigned char lead) {
   return 0;
 }
 
+bool IsCharacter(char32_t c) { return c <= 0x10FFFF && (c < 0xD800 || c > 0xDFFF); }
+
+// False for surrogates and for characters written longer than they need.
 bool IsWellFormed(char32_t character, std::size_t length) {
-  if (length == 3) return character >= 0x800 && (character < 0xD800 || character > 0xDFFF);
-  if (length == 4) return character >= 0x10000 && character <= 0x10FFFF;
-  return true;
+  constexpr char32_t kLowest[] = {0, 0, 0x80, 0x800, 0x10000};
+  return character >= kLowest[length] && IsCharacter(character);
 }
 
 // The byte position behind the first `count` characters.
@@ -48,12 +50,19 @@ char32_t Lower(char32_t c) {
   return c;
 }
 
-// The base letter of a folded accented Latin-1 letter, 0 when there is none.
-char BaseLetter(char32_t c) {
-  constexpr std::string_view kBase = "aaaaaaaceeeeiiiidnooooo/ouuuuyty";
-  if (c < 0xE0 || c > 0xFF || c == 0xF7) return 0;
-  return kBase[c - 0xE0];
+// The letter below the accent, for folded letters of Latin-1 and Latin
+// Extended-A; any other character as it is.
+char32_t BaseLetter(char32_t c) {
+  constexpr std::string_view kBase =
+      "aaaaaaaceeeeiiiidnooooo/ouuuuyty"                                   // U+00E0 on
+      "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkkllllllll"  // U+0100 on
+      "llnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
+  static_assert(kBase.size() == 0x180 - 0xE0);
+  if (c < 0xE0 || c > 0x17F || c == 0xF7) return c;
+  return static_cast<unsigned char>(kBase[c - 0xE0]);
 }
+
+bool IsCombiningAccent(char32_t c) { return c >= 0x300 && c <= 0x36F; }
 
 }  // namespace
 
@@ -97,6 +106,7 @@ std::string Centre(std::string_view utf8, std::size_t width) {
 }
 
 std::vector<std::string> Split(std::string_view text, std::string_view separator) {
+  if (separator.empty()) return {std::string(text)};
   std::vector<std::string> pieces;
   std::size_t start = 0;
   for (;;) {
@@ -108,6 +118,7 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 }
 
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view with) {
+  if (what.empty()) return std::string(text);
   std::string result;
   std::size_t start = 0;
   for (;;) {
@@ -142,8 +153,7 @@ std::string FoldForSearch(std::string_view utf8) {
   result.reserve(utf8.size());
   for (std::size_t position = 0; position < utf8.size();) {
     const char32_t character = Lower(NextCharacter(utf8, position));
-    const char base = BaseLetter(character);
-    AppendCharacter(result, base != 0 ? static_cast<char32_t>(base) : character);
+    if (!IsCombiningAccent(character)) AppendCharacter(result, BaseLetter(character));
   }
   return result;
 }
@@ -165,10 +175,9 @@ char32_t NextCharacter(std::string_view utf8, std::size_t& position) {
   return good ? character : kBroken;
 }
 
-void AppendCharacter(std::string& utf8, char32_t c) {
-  const auto tail = [&](int shift) {
-    utf8 += static_cast<char>(0x80U | ((c >> shift) & 0x3FU));
-  };
+void AppendCharacter(std::string& utf8, char32_t character) {
+  const char32_t c = IsCharacter(character) ? character : kBroken;
+  const auto tail = [&](int shift) { utf8 += static_cast<char>(0x80U | ((c >> shift) & 0x3FU)); };
   if (c < 0x80) {
     utf8 += static_cast<char>(c);
   } else if (c < 0x800) {

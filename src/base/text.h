@@ -18,6 +18,7 @@ std::string TrimRight(std::string_view text);
 std::string PadRight(std::string_view utf8, std::size_t width);  // blanks after; never cuts
 std::string PadLeft(std::string_view utf8, std::size_t width);
 std::string Centre(std::string_view utf8, std::size_t width);    // extra blank goes after
+// An empty separator, or nothing to replace, leaves the text in one piece.
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view with);
 bool StartsWithNoCase(std::string_view text, std::string_view start);
@@ -30,6 +31,7 @@ std::string FoldForSearch(std::string_view utf8);
 
 // One Unicode character at `position` (moved past it); U+FFFD for broken bytes.
 char32_t NextCharacter(std::string_view utf8, std::size_t& position);
+// U+FFFD is appended for a number that is no character.
 void AppendCharacter(std::string& utf8, char32_t character);
 // The text with every broken byte sequence replaced by U+FFFD.
 std::string ValidUtf8(std::string_view text);

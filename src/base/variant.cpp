@@ -18,8 +18,8 @@ template <typename... Visitors>
 Overloaded(Visitors...) -> Overloaded<Visitors...>;
 
 [[noreturn]] void Misfit(const Variant& value, const char* what) {
-  throw ConversionError("«" + (value.IsNull() ? std::string("nulo") : value.ToText()) +
-                        "» no es " + what);
+  throw ConversionError("«" + (value.IsNull() ? std::string("nulo") : value.ToText()) + "» no es " +
+                        what);
 }
 
 std::int64_t WholeNumber(const Variant& value, std::int64_t lowest, std::int64_t highest,
@@ -56,19 +56,18 @@ bool Variant::IsInteger() const {
 }
 
 double Variant::ToDouble() const {
-  return std::visit(
-      Overloaded{[](bool v) { return v ? 1.0 : 0.0; },
-                 [](std::int16_t v) { return static_cast<double>(v); },
-                 [](std::int32_t v) { return static_cast<double>(v); },
-                 [](std::int64_t v) { return static_cast<double>(v); },
-                 [](double v) { return v; }, [](Money v) { return v.ToDouble(); },
-                 [this](const std::string& v) {
-                   const auto number = ParseNumber(v);
-                   if (!number) Misfit(*this, "un número");
-                   return *number;
-                 },
-                 [this](const auto&) -> double { Misfit(*this, "un número"); }},
-      value_);
+  return std::visit(Overloaded{[](bool v) { return v ? 1.0 : 0.0; },
+                               [](std::int16_t v) { return static_cast<double>(v); },
+                               [](std::int32_t v) { return static_cast<double>(v); },
+                               [](std::int64_t v) { return static_cast<double>(v); },
+                               [](double v) { return v; }, [](Money v) { return v.ToDouble(); },
+                               [this](const std::string& v) {
+                                 const auto number = ParseNumber(v);
+                                 if (!number) Misfit(*this, "un número");
+                                 return *number;
+                               },
+                               [this](const auto&) -> double { Misfit(*this, "un número"); }},
+                    value_);
 }
 
 bool Variant::ToBool() const {
@@ -80,15 +79,14 @@ bool Variant::ToBool() const {
 }
 
 std::int16_t Variant::ToInt16() const {
-  return static_cast<std::int16_t>(
-      WholeNumber(*this, -32768, 32767, "un entero de 16 bits"));
+  return static_cast<std::int16_t>(WholeNumber(*this, -32768, 32767, "un entero de 16 bits"));
 }
 
 std::int32_t Variant::ToInt32() const {
   if (const auto* value = std::get_if<std::int32_t>(&value_)) return *value;
-  return static_cast<std::int32_t>(
-      WholeNumber(*this, std::numeric_limits<std::int32_t>::min(),
-                  std::numeric_limits<std::int32_t>::max(), "un entero de 32 bits"));
+  return static_cast<std::int32_t>(WholeNumber(*this, std::numeric_limits<std::int32_t>::min(),
+                                               std::numeric_limits<std::int32_t>::max(),
+                                               "un entero de 32 bits"));
 }
 
 std::int64_t Variant::ToInt64() const {
@@ -128,13 +126,13 @@ std::string Variant::ToText() const {
 }
 
 std::string Variant::ToPlainText() const {
-  return std::visit(Overloaded{[](std::monostate) { return std::string("NULL"); },
-                               [](bool v) { return std::string(v ? "1" : "0"); },
-                               [](double v) { return ToPlain(v); },
-                               [](Money v) { return ToPlain(v.ToDouble()); },
-                               [](const DateTime& v) { return ToIsoSeconds(v); },
-                               [this](const auto&) { return ToText(); }},
-                    value_);
+  return std::visit(
+      Overloaded{[](std::monostate) { return std::string("NULL"); },
+                 [](bool v) { return std::string(v ? "1" : "0"); },
+                 [](double v) { return ToPlain(v); }, [](Money v) { return ToPlain(v.ToDouble()); },
+                 [](const DateTime& v) { return ToIsoSeconds(v); },
+                 [this](const auto&) { return ToText(); }},
+      value_);
 }
 
 }  // namespace tpv
