@@ -1,6 +1,7 @@
 #include "adapters/sqlite/date_functions.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "adapters/sqlite/sql_value.h"
@@ -70,8 +71,10 @@ void DateFunction(sqlite3_context* context, int, sqlite3_value** values) {
   if (IsNull(values[0])) return;
   if (sqlite3_value_type(values[0]) != SQLITE_TEXT) {
     const double days = sqlite3_value_double(values[0]);
-    const auto seconds = static_cast<std::int64_t>(days * 86400.0);
-    return ResultText(context, ToIso(AddSeconds(kDayZero, seconds)));
+    if (!(std::fabs(days) < 1e7)) return Fail(context, "Fecha fuera de rango");
+    const auto date = AddSeconds(kDayZero, static_cast<std::int64_t>(days * 86400.0));
+    if (!IsValid(date)) return Fail(context, "Fecha fuera de rango");
+    return ResultText(context, ToIso(date));
   }
   const std::string text = Trim(TextOf(values[0]));
   if (text.empty()) return ResultText(context, ToIso(kDayZero));
