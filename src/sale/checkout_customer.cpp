@@ -1,0 +1,111 @@
+// The customer's side of the checkout: look-up, address, what goes into the
+// ticket's header.
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "data/sql_text.h"
+#include "platform/database.h"
+#include "platform/objects.h"
+#include "reports/pending_collections.h"
+#include "reports/pending_screen.h"
+#include "sale/checkout_dialog.h"
+#include "sale/payment_methods.h"
+
+namespace tpv {
+
+void FrmTpv1::msBuscarClientes(std::int32_t code, std::int32_t id) {
+  const bool searched = code == -1 && id == 0;
+  const auto customer = FindCustomer(context(), toolkit(), code, id);
+  const bool nothing_asked = id == 0 && (searched || code < 0);
+  if (customer) {
+    ShowCustomer(*customer);
+  } else if (!nothing_asked) {
+    customer_id_ = 0;
+  }
+}
+
+void FrmTpv1::ShowCustomer(const CustomerRecord& customer) {
+  customer_id_ = customer.Id();
+  Text1[2].text = std::to_string(customer.Code());
+  Text1[5].text = Left(customer.Name(), 50);
+  Text1[24].text = Trim(customer["Cli_doc"].TextOr(""));
+  SelectPaymentMethod(cboFpago, customer["Cli_Fco"].IntOr(0));
+  const std::string street_type = customer["Dir_Sg"].TextOr("");
+  cboTipoVia.SelectIf([&](const std::string& entry) { return Left(entry, 2) == street_type; });
+  const std::pair<int, const char*> address[] = {
+      {14, "DIR_NOMBRE"}, {4, "DIR_numero"}, {9, "Dir_Escalera"}, {1, "Dir_Piso"},
+      {11, "Dir_Puerta"}, {12, "Dir_Cp"},    {13, "DIR_POBLACION"}};
+  for (const auto& [index, field] : address) Text1[index].text = customer[field].TextOr("");
+  SelectCountry(customer["DIR_PAIS"]);
+  const std::int32_t province = Int32OrZero(customer["DIR_Provincia"].TextOr(""));
+  cboProvincias.SelectIf(
+      [&](const std::string& entry) { return LeadingNumber(Left(entry, 2)) == province; });
+  Text1[15].text = FormatNumber(CustomerDebt(context(), customer_id_), "#,##0.00");
+}
+
+// An address without a country is one of this country, the tenth of the list.
+void FrmTpv1::SelectCountry(const Variant& code) {
+  constexpr int kHomeCountry = 9;
+  const std::int32_t number = Int32OrZero(code.TextOr(""));
+  if (number == 0) {
+    if (cboPais.items.size() > kHomeCountry) cboPais.index = kHomeCountry;
+    return;
+  }
+  cboPais.SelectIf([&](const std::string& entry) { return LeadingNumber(Left(entry, 3)) == number; });
+}
+
+void FrmTpv1::LeaveCustomer() {
+  if (Text1[2].text.empty()) return;
+  msBuscarClientes(ParseInt32(Text1[2].text).value_or(0), 0);
+  if (customer_id_ == 0) Refuse("Codigo de cliente no existe", &Text1[2]);
+}
+
+void FrmTpv1::NewCustomer() {
+  const auto card = context().ports.objects.Create("ZRCLIENTES.ZRCLI");
+  card->Put("MyBd", Variant(Variant::ObjectRef(context().MyBd)));
+  const std::int32_t code = card->Invoke("zShowNuevoCliente").IntOr(0);
+  if (code > 0) msBuscarClientes(code, 0);
+}
+
+void FrmTpv1::ShowPending() {
+  FrmTpvPendiente pending(context());
+  context().ports.ui.Load(pending);
+  pending.Text1[9].text = Text1[2].text;
+  pending.Text1[4].text = Text1[5].text;
+  pending.IdCliente = customer_id_;
+  pending.msCargaRegistros();
+  context().ports.ui.ShowModal(pending);
+}
+
+void FrmTpv1::msActualizaClienteAlbaran() {
+  RowBuilder& row = context().MyBd->NuevaSentencia();
+  row.Tabla("Cav");
+  row.BeginTrans(false);
+  const auto text = [&](const char* column, const std::string& value) {
+    row.Add(column, ValueKind::Text, Variant(value));
+  };
+  const std::string province = cboProvincias.Text();
+  const std::string country = cboPais.Text();
+  row.Add("Cav_IdCli", ValueKind::Whole, Variant(customer_id_));
+  text("Cav_NFiscal", Text1[5].text);
+  text("Cav_NCom", Text1[5].text);
+  text("Cav_SG", Left(cboTipoVia.Text(), 2));
+  text("Cav_NOMBRE", Text1[14].text);
+  row.Add("Cav_Num", ValueKind::Whole, Variant(Int32OrZero(Text1[4].text)));
+  text("Cav_ESCALERA", Text1[9].text);
+  text("Cav_Piso", Text1[1].text);
+  text("Cav_Puerta", Text1[11].text);
+  text("Cav_Cp", Text1[12].text);
+  text("Cav_Pais", Left(country, 3));
+  text("Cav_PROVINCIA", Left(province, 3));
+  text("Cav_POBLACION", Text1[13].text);
+  text("Cav_CliDoc", Text1[24].text);
+  text("Cav_SProv", From(province, 6));
+  text("Cav_SPais", From(country, 7));
+  row.Add("Cav_Cobrado", ValueKind::Flag, Variant(!on_credit_));
+  row.Where(" WHERE Cav_Id = " + sql::Number(std::int64_t{context().IdAlbaran}));
+  std::string error;
+  if (!row.Update(error)) throw DatabaseError(error);
+}
+
+}  // namespace tpv

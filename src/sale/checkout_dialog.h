@@ -1,0 +1,88 @@
+// Closes a sale: the customer and address on the ticket, what was paid, the
+// change, and how it ends: ticket, no ticket, invoice, or cancelled.
+#pragma once
+
+#include <optional>
+
+#include "sale/payment.h"
+#include "screen/lookups.h"
+#include "screen/screen.h"
+
+namespace tpv {
+
+class FrmTpv1 : public Screen {
+ public:
+  explicit FrmTpv1(Context& context);
+
+  // Loads a customer by code or id; with -1 and 0 the cashier searches first.
+  void msBuscarClientes(std::int32_t code, std::int32_t id);
+  // Writes customer, address and collected mark into the ticket's header. Throws
+  // DatabaseError when the store refuses it.
+  void msActualizaClienteAlbaran();
+  // Whether the sale was finished or cancelled.
+  bool Completed() const { return completed_; }
+
+  ui::TextBoxes Text1{*this, "Text1"};
+
+  void OnLoad() override;
+
+ protected:
+  void OnF1(std::string_view tag) override;
+  void OnF5() override;
+
+ private:
+  enum class Ending { Ticket, NoTicket };
+
+  // layout
+  void DeclareFields();
+  void DeclareLayout();
+  void Connect();
+
+  // lists and totals
+  void EnableCommands();
+  void FillLists();
+  void LoadTotals();
+
+  // customer
+  void ShowCustomer(const CustomerRecord& customer);
+  void SelectCountry(const Variant& code);
+  void LeaveCustomer();
+  void NewCustomer();
+  void ShowPending();
+
+  // payment
+  Payment ReadPayment() const;
+  void LeaveAmount(ui::TextBox& box);
+  bool CheckFields();
+  bool CheckPayment();
+  bool AcceptShortfall();
+  bool ConfirmChange(double limit);
+  void FocusPayment();
+  void End(Ending ending);
+  bool Store(Ending ending);
+  void RecordPayment();
+  std::int32_t InsertEntry(const JournalEntry& entry);
+  void LinkEntry(std::int32_t entry_id, const JournalEntry& entry);
+  void CancelTheSale();
+
+  ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
+  ui::ComboBox cboTipoVia{*this, "cboTipoVia", "Tipo de Via"};
+  ui::ComboBox cboProvincias{*this, "cboProvincias", "Provincia"};
+  ui::ComboBox cboPais{*this, "cboPais", "Pais"};
+  ui::Frame Frame1{*this, "Frame1", "Cobro"};
+  ui::Frame Frame2{*this, "Frame2", "Importes Totales"};
+  ui::Frame Frame3{*this, "Frame3", "Cliente"};
+  ui::Button cmdTicket{*this, "cmdTicket", "Finalizar: &Ticket de venta"};
+  ui::Button cmdFinalizar{*this, "cmdFinalizar", "Finalizar: Sin Ticket"};
+  ui::Button cmdFactura{*this, "cmdFactura", "Finalizar: Emision de &Factura"};
+  ui::Button cmdCancelar{*this, "cmdCancelar", "&Cancelar venta"};
+  ui::Button cmdPendiente{*this, "cmdPendiente", "Ver Pendiente"};
+  ui::Button cmdNuevoCli{*this, "cmdNuevoCli", "Nuevo Cliente"};
+
+  std::int32_t customer_id_ = 0;
+  bool on_credit_ = false;
+  bool completed_ = false;
+  double total_ = 0;
+};
+
+}  // namespace tpv

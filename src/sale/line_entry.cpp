@@ -1,0 +1,148 @@
+// The line being entered on the sale screen: article, units, price, discount.
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "data/sql_text.h"
+#include "platform/database.h"
+#include "sale/sale_screen.h"
+
+namespace tpv {
+
+using ui::Answer;
+using ui::Icon;
+
+void FrmTpv::LeaveArticle() {
+  const bool known = article_id_ != 0 && Text1[19].text == looked_up_code_;
+  if (Text1[19].text.empty() || known || !sale_in_progress_) return;
+  ArticleKey key;
+  key.code = Text1[19].text;
+  LookUpArticle(key);
+}
+
+void FrmTpv::LookUpArticle(ArticleKey key) {
+  if (key.Empty()) key.id = SearchArticle(context());
+  if (key.Empty()) return;
+  const auto article = FindArticle(context(), key, customer_ ? customer_->Id() : 0);
+  if (!article) return RefuseArticle("Codigo articulo inexistente");
+  const auto tax = FindTax(context(), article->tax_class, Text1[4].text);
+  if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
+  tax_ = *tax;
+  TakeArticle(*article);
+  if (Quick() && edited_line_ == 0 && NumberOrZero(Text1[17].text) != 0) {
+    StoreEnteredLine();
+    return;
+  }
+  cmdGuardar.enabled = true;
+  SetFocus(Text1[18]);
+}
+
+void FrmTpv::RefuseArticle(const std::string& text) {
+  article_id_ = 0;
+  Text1[19].text.clear();
+  Refuse(text, &Text1[19], Icon::Critical);
+}
+
+void FrmTpv::TakeArticle(const Article& article) {
+  article_id_ = article.id;
+  Text1[19].text = looked_up_code_ = article.code;
+  Text1[18].text = article.description;
+  Text1[7].text = article.discount;
+  Text1[17].text = FormatNumber(PriceWithTax(article.net_price, tax_), "##,##0.00");
+}
+
+void FrmTpv::ReformatNumber(int index, int decimals) {
+  std::string& text = Text1[index].text;
+  if (text.empty()) text = "0";
+  if (const auto number = ParseNumber(text)) {
+    text = FormatNumber(*number, MaskWithDecimals("#,##0.", decimals));
+  }
+}
+
+void FrmTpv::Accept() {
+  if (NumberOrZero(Text1[17].text) == 0 && article_id_ != 0 &&
+      !Confirm("El precio de venta es cero. Confirma la linea de venta", Icon::Exclamation,
+               Answer::No)) {
+    SetFocus(Text1[17]);
+    return;
+  }
+  if (StoreEnteredLine()) EndLine();
+}
+
+void FrmTpv::Drop() {
+  EmptyLine();
+  EndLine();
+}
+
+void FrmTpv::EndLine() {
+  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = true;
+  cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
+  SetFocus(Text1[19]);
+}
+
+bool FrmTpv::CheckLine() {
+  if (article_id_ == 0) return Warn("No ha informado del articulo", &Text1[19]);
+  if (Text1[21].text.empty() && edited_line_ == 0) {
+    return Warn("No ha introducido las unidades", &Text1[21]);
+  }
+  const std::pair<int, const char*> numbers[] = {{21, "Las unidades no son un número válido"},
+                                                 {17, "El precio no es un número válido"},
+                                                 {7, "El descuento no es un número válido"}};
+  for (const auto& [index, text] : numbers) {
+    const std::string& field = Text1[index].text;
+    if (!field.empty() && !ParseNumber(field)) return Warn(text, &Text1[index]);
+  }
+  return true;
+}
+
+// The fields stay as they are when the store refuses the line.
+bool FrmTpv::StoreEnteredLine() {
+  if (!CheckLine()) return false;
+  SaleLine line;
+  line.id = edited_line_;
+  line.article_id = article_id_;
+  line.article_code = Text1[19].text;
+  line.tax_id = tax_.id;
+  line.description = Text1[18].text;
+  line.units = NumberOrZero(Text1[21].text);
+  line.net_price = NetPrice(NumberOrZero(Text1[17].text), tax_.rate, PriceDecimals());
+  line.discount = Text1[7].text;
+  if (line.units != 0) {
+    StoreLine(context(), line);
+  } else if (edited_line_ != 0) {
+    DeleteLine(context(), edited_line_);
+  }
+  ShowLinesAndTotals();
+  SetFocus(Text1[19]);
+  EmptyLine();
+  return true;
+}
+
+void FrmTpv::EmptyLine() {
+  Text1[21].text = FormatNumber(1, "0.00");
+  for (const int index : {7, 17, 18, 19}) Text1[index].text.clear();
+  edited_line_ = 0;
+  article_id_ = 0;
+}
+
+void FrmTpv::EditLine(int row, int column) {
+  constexpr int kDescriptionColumn = 5;
+  if (column != kDescriptionColumn) return;
+  const auto value = [&](const char* field) -> const Variant& { return dbgVenta.Value(row, field); };
+  const std::string mask = MaskWithDecimals("#,##0.", PriceDecimals());
+  edited_line_ = value("Lav_Id").ToInt32();
+  article_id_ = value("Lav_Idart").IntOr(0);
+  // The line keeps its own tax, whatever article was looked up last.
+  const auto stored = Database().Execute("SELECT Lav_Tiva FROM Lav WHERE Lav_Id = " +
+                                         sql::Number(std::int64_t{edited_line_}));
+  tax_ = {stored->Eof() ? 0 : stored->Field(0).IntOr(0), value("Tiva_iva").NumberOr(0),
+          value("Tiva_rec").NumberOr(0)};
+  Text1[21].text = value("Lav_Uni").TextOr("");
+  Text1[19].text = looked_up_code_ = value("Lav_CodArt").TextOr("");
+  Text1[18].text = value("Lav_Des").TextOr("");
+  Text1[7].text = FormatNumber(value("Lav_DTo1").NumberOr(0), mask);
+  Text1[17].text = FormatNumber(value("Precio").NumberOr(0), mask);
+  cmdGuardar.enabled = cmdCancelar.enabled = true;
+  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = false;
+  SetFocus(Text1[21]);
+}
+
+}  // namespace tpv

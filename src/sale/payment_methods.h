@@ -1,0 +1,19 @@
+// The store's payment methods as combo entries that begin with their code.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/ui/controls.h"
+
+namespace tpv {
+
+class Connection;
+
+// "00 - Sin asignar" first, then "01 - Contado" and so on.
+std::vector<std::string> PaymentMethods(Connection& connection);
+// Selects the first entry with this code, if there is one.
+void SelectPaymentMethod(ui::ComboBox& combo, std::int32_t code);
+
+}  // namespace tpv

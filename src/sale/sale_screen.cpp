@@ -1,0 +1,292 @@
+#include "sale/sale_screen.h"
+
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "cash/opening_screen.h"
+#include "data/sql_text.h"
+#include "data/statements.h"
+#include "data/till_state.h"
+#include "output/sales_ticket.h"
+#include "platform/database.h"
+#include "sale/checkout_dialog.h"
+#include "sale/payment_methods.h"
+
+namespace tpv {
+
+using ui::Answer;
+using ui::Icon;
+
+void FrmTpv::OnLoad() {
+  Screen::OnLoad();
+  caption = "Punto de venta rapido: " + std::string(kVersion);
+  FillPaymentMethods();
+  if (Parameter("Par_SerTicFac").IsNull()) {
+    Refuse(
+        "Para poder facturar tickets debe informar de la serie de facturas para tickets en "
+        "parametros",
+        nullptr);
+  }
+  Text1[0].tag = "Agentes";
+  Text1[2].tag = "Clientes";
+  Text1[19].tag = "Articulos";
+  std::int32_t counter_customer = Parameter("Par_CliCon").IntOr(0);
+  if (counter_customer != 0) {
+    std::int32_t id = 0;
+    msBuscarClientes(counter_customer, id);
+  }
+  if (Parameter("Par_Alma").IsNull()) {
+    Message("No se ha definido en parámetros el almacen para Gestión de venta rápida. " +
+                std::string(kLineBreak) +
+                "ATENCION: NO SE DECONTARAN EXISTENCIAS DE NINGUN ALMACEN",
+            Icon::Critical);
+  }
+  Text1[6].text = Parameter("Par_NumCaja").TextOr("");
+  context().IdAlbaran = -1;
+  ShowLinesAndTotals();
+}
+
+void FrmTpv::OnFirstActivate() {
+  if (bSoloConsulta) Frame3.enabled = false;
+}
+
+void FrmTpv::FillPaymentMethods() { cboFpago.items = PaymentMethods(Database()); }
+
+bool FrmTpv::OnKeyDown(ui::Key key) {
+  if (key == ui::Key::Add && !sale_in_progress_ && cmdNueva.IsEnabled()) {
+    StartOrCancel();
+    return true;
+  }
+  if (key == ui::Key::Subtract && sale_in_progress_ && cmdFinalizar.IsEnabled()) {
+    Text1[19].text.clear();
+    Finish();
+    return true;
+  }
+  return false;
+}
+
+void FrmTpv::OnEscape() {
+  if (cmdSalir.IsEnabled()) Exit();
+}
+
+void FrmTpv::OnF1(std::string_view tag) {
+  pending_message = "e";
+  if (tag == "Agentes") LookUpAgent(0);
+  if (tag == "Articulos") LookUpArticle({});
+}
+
+void FrmTpv::OnEnter(ui::Control& control) {
+  if (&control == &Text1[2]) Text1[2].text = ReplaceAll(Text1[2].text, "/", "");
+  Screen::OnEnter(control);
+}
+
+void FrmTpv::msBuscarClientes(std::int32_t& code, std::int32_t& id) {
+  auto found = FindCustomer(context(), toolkit(), code, id);
+  if (!found) return;
+  customer_ = std::move(found);
+  context().IdCliente = customer_->Id();
+  Text1[2].text = std::to_string(customer_->Code());
+  Text1[5].text = customer_->Name();
+  SelectPaymentMethod(cboFpago, (*customer_)["Cli_Fco"].IntOr(0));
+}
+
+void FrmTpv::LookUpAgent(std::int32_t id) {
+  const auto agent = FindAgent(context(), toolkit(), id);
+  Text1[0].text = agent ? std::to_string(agent->id) : std::string();
+  Text1[1].text = agent ? agent->name : std::string();
+}
+
+void FrmTpv::LeaveAgent() {
+  if (!Text1[0].text.empty()) return LookUpAgent(Int32OrZero(Text1[0].text));
+  if (Text1[1].text.empty()) return;
+  context().IdAgente = 0;  // the agent shown was taken out
+  Text1[1].text.clear();
+}
+
+void FrmTpv::LeaveCustomer() {
+  const std::string& text = Text1[2].text;
+  const bool unchanged = customer_ && text == std::to_string(customer_->Code());
+  if (text.empty() || unchanged) return;
+  std::int32_t code = ParseInt32(text).value_or(-2);
+  std::int32_t id = 0;
+  msBuscarClientes(code, id);
+  if (customer_ && code == customer_->Code()) return;
+  Refuse("Codigo de cliente no existe", &Text1[2]);
+}
+
+void FrmTpv::LeaveTill() {
+  const std::string& till = Text1[6].text;
+  if (NumberOrZero(till) > 0 && TillIsOpen(Database(), till)) MarkTillOpen();
+}
+
+void FrmTpv::MarkTillOpen() {
+  till_open_ = true;
+  cmdApertura.enabled = false;
+  Text1[6].enabled = Text1[4].enabled = false;
+}
+
+bool FrmTpv::Warn(const std::string& text, ui::Control* focus_back) {
+  Refuse(text, focus_back, Icon::Exclamation, "Atención");
+  return false;
+}
+
+bool FrmTpv::CanStart() {
+  if (Text1[6].text.empty()) return Warn("No ha informado del numero de caja", &Text1[6]);
+  if (!till_open_) return Warn("Caja cerrada, debe aperturarla para poder trabajar", nullptr);
+  if (context().IdAgente == 0) return Warn("No ha informado del vendedor", &Text1[0]);
+  if (context().IdCliente == 0 || !customer_) {
+    return Warn("No ha informado del cliente", &Text1[2]);
+  }
+  if (Check1.checked) return true;
+  if (Text1[4].text.empty()) return Warn("No ha informado de la fecha de venta", &Text1[4]);
+  return IsDate(Text1[4].text) || Warn("La fecha de venta no es correcta", &Text1[4]);
+}
+
+void FrmTpv::StartOrCancel() {
+  if (sale_in_progress_) {
+    Cancel();
+  } else if (CanStart()) {
+    Start();
+  }
+}
+
+void FrmTpv::Start() {
+  const std::int16_t till = Variant(Text1[6].text).ToInt16();
+  CreateSaleHeader(context(), *customer_, Text1[6].text, Check1.checked ? "" : Text1[4].text);
+  context().Caja = till;
+  sale_in_progress_ = true;
+  Frame2.enabled = true;
+  cmdNueva.caption = "&Cancelar Venta";
+  Frame1.enabled = false;
+  Text1[21].text = FormatNumber(1, "0.00");
+  cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
+  cmdFinalizar.enabled = true;
+  SetFocus(Text1[19]);
+}
+
+void FrmTpv::Cancel() {
+  if (!Confirm("Confirma que desea cancelar la venta en curso", Icon::Critical, Answer::No)) return;
+  CancelSale(context(), context().IdAlbaran);
+  EmptyAfterSale();
+}
+
+void FrmTpv::Finish() {
+  FrmTpv1 checkout(context());
+  context().ports.ui.Load(checkout);
+  checkout.Text1[2].text = Text1[2].text;
+  checkout.Text1[5].text = Text1[5].text;
+  checkout.msBuscarClientes(Int32OrZero(Text1[2].text), 0);
+  context().ports.ui.ShowModal(checkout);
+  if (checkout.Completed()) EmptyAfterSale();
+}
+
+void FrmTpv::EmptyAfterSale() {
+  EmptyLine();
+  context().IdAlbaran = -1;
+  sale_in_progress_ = false;
+  Frame2.enabled = false;
+  cmdNueva.caption = "&Nueva Venta";
+  cmdNueva.enabled = true;
+  cmdCancelar.enabled = cmdFinalizar.enabled = false;
+  ShowLinesAndTotals();
+  Frame1.enabled = true;
+  SetFocus(cmdNueva);
+}
+
+void FrmTpv::ShowLinesAndTotals() {
+  const auto lines = Database().Execute(
+      "SELECT  Lav_Id, Lav_Idart , Lav_CodArt, Tiva_iva, Tiva_rec,  Lav_Des, Lav_Uni, "
+      "dbo.FncPrecioConIva(lav_Id) as Precio, Lav_DTo1 , Lav_precio, "
+      "dbo.FncImporteConIva(lav_Id) as Importe FROM Lav "
+      "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Lav_IdCav = " +
+      sql::Number(std::int64_t{context().IdAlbaran}));
+  using enum ui::Align;
+  const ui::GridColumn hidden{"", "", 0, Left, true, false};
+  const std::string units = MaskWithDecimals("###,##0.", UnitDecimals());
+  const std::string price = MaskWithDecimals("#,###,##0.", PriceDecimals());
+  dbgVenta.Bind(*lines, {hidden, hidden, hidden, hidden, hidden,
+                         {"Articulo", "", 6000, Left, false, true},
+                         {"Unidades", units, 1200, Right, false, false},
+                         {"Precio", price, 1200, Right, false, false},
+                         {"%Dto", "", 900, Right, false, false},
+                         hidden,
+                         {"Importe", "#,###,##0.00", 1400, Right, false, false}});
+  ShowTotals();
+}
+
+void FrmTpv::ShowTotals() {
+  const SaleTotals totals = ReadSaleTotals(Database(), context().IdAlbaran);
+  Text1[10].text = FormatNumber(totals.base, "0.00");
+  Text1[8].text = FormatNumber(totals.total, "0.00");
+  Text1[3].text = FormatNumber(totals.tax(), "0.00");
+}
+
+void FrmTpv::msPintaVenta(std::int32_t id) {
+  Frame1.enabled = Frame2.enabled = Frame4.enabled = false;
+  for (ui::Button* button : {&cmdAbreCajon, &cmdCancelar, &cmdGuardar, &cmdNueva, &cmdFinalizar}) {
+    button->enabled = false;
+  }
+  dbgVenta.read_only = true;
+  context().IdAlbaran = id;
+  ShowLinesAndTotals();
+  const auto sale = Database().Execute(
+      "SELECT Cav_Fecha,Cav_NFiscal,Cav_Agente,Cav_Caja,(SELECT Age_Nom FROM Age WHERE Age_Id = "
+      "Cav_Agente) AS Agente FROM Cav WHERE Cav_Id = " + sql::Number(std::int64_t{id}));
+  if (sale->Eof()) return;
+  const auto show = [&](int index, const char* field) {
+    const Variant value = sale->Field(field);
+    if (!value.IsNull()) Text1[index].text = value.ToText();
+  };
+  show(0, "Cav_Agente");
+  show(1, "Agente");
+  show(4, "Cav_Fecha");
+  show(5, "Cav_NFiscal");
+  Text1[2].text.clear();
+  show(6, "Cav_Caja");
+}
+
+void FrmTpv::Reprint() {
+  if (sale_in_progress_) return Refuse("Debe concluir la venta en curso", nullptr, Icon::Information);
+  const auto last = Database().Execute(
+      "Select max(Cav_ID) from Cav Where Cav_Ticket = 1 and Cav_Caja = " +
+      sql::WholeNumber(Text1[6].text));
+  if (last->Eof() || last->Field(0).IsNull()) return;
+  context().IdAlbaran = last->Field(0).ToInt32();
+  PrintSalesTicket(context());
+  context().IdAlbaran = 0;
+}
+
+bool FrmTpv::CanOpenTill() {
+  const auto refuse = [this](const char* text, ui::Control* focus_back) {
+    Refuse(text, focus_back);
+    return false;
+  };
+  if (Text1[6].text.empty()) return refuse("No ha informado del numero de caja", &Text1[6]);
+  if (context().IdAgente == 0) return refuse("No ha informado del vendedor", &Text1[0]);
+  if (Check1.checked || !Text1[4].text.empty()) return true;
+  return refuse("No ha informado de la fecha de venta", &Text1[4]);
+}
+
+void FrmTpv::OpenTill() {
+  if (!CanOpenTill()) return;
+  FrmTpvAperturaCaja opening(context());
+  context().ports.ui.Load(opening);
+  const std::pair<int, std::string> handed[] = {{13, Text1[6].text},
+                                                {11, Text1[0].text},
+                                                {12, Text1[1].text},
+                                                {5, Check1.checked ? "" : Text1[4].text}};
+  for (const auto& [index, text] : handed) {
+    opening.Text1[index].text = text;
+    opening.Text1[index].locked = true;
+  }
+  opening.ShowLastClosure();
+  context().ports.ui.ShowModal(opening);
+  if (TillIsOpen(Database(), Text1[6].text)) MarkTillOpen();
+}
+
+void FrmTpv::Exit() {
+  if (sale_in_progress_) return Refuse("Debe concluir la venta en curso", nullptr, Icon::Exclamation);
+  Close();
+}
+
+}  // namespace tpv

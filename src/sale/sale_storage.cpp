@@ -1,0 +1,145 @@
+#include "sale/sale_storage.h"
+
+#include <vector>
+
+#include "base/number_text.h"
+#include "base/rounding.h"
+#include "context/context.h"
+#include "data/codes.h"
+#include "data/sql_text.h"
+#include "platform/database.h"
+#include "platform/objects.h"
+
+namespace tpv {
+
+namespace {
+
+std::shared_ptr<Object> DeliveryNotes(Context& context) {
+  auto notes = context.ports.objects.Create("ZRALBARANES.ZRAlbVentas");
+  notes->Put("MyBd", Variant(Variant::ObjectRef(context.MyBd)));
+  return notes;
+}
+
+Variant TextOf(const CustomerRecord& customer, std::string_view field) {
+  return Variant(customer[field].TextOr(""));
+}
+
+void PutHeader(Object& notes, Context& context, const CustomerRecord& customer,
+               const std::string& till) {
+  notes.Put("serie", Variant(context.Parameter("Par_SerTic").TextOr("")));
+  notes.Put("Numero", Variant(0));
+  notes.Put("idCli", customer["Cli_Id"]);
+  notes.Put("IdUsu", Variant(context.MyBd->IdUsuario()));
+  notes.Put("valorado", Variant(0));
+  notes.Put("Ref", Variant(till));
+  notes.Put("IdFco", customer["Cli_Fco"]);
+  notes.Put("IdTiva", customer["Cli_Reg"]);
+  notes.Put("Dto1", Variant(0));
+  notes.Put("Dto2", Variant(0));
+  notes.Put("Situa", Variant(static_cast<int>(InvoicingState::Pending)));
+  notes.Put("IdFactura", Variant(0));
+  notes.Put("Observa", Variant(""));
+  notes.Put("Transp", Variant(""));
+  notes.Put("NFiscal", TextOf(customer, "Cli_Nom"));
+  notes.Put("NCom", TextOf(customer, "Cli_Nom"));
+  notes.Put("Sg", TextOf(customer, "Dir_Sg"));
+  notes.Put("Nombre", TextOf(customer, "DIR_NOMBRE"));
+  notes.Put("Num", Variant(customer["DIR_numero"].IntOr(0)));
+  notes.Put("Escalera", TextOf(customer, "Dir_Escalera"));
+  notes.Put("Piso", TextOf(customer, "Dir_Piso"));
+  notes.Put("Puerta", TextOf(customer, "Dir_Puerta"));
+  notes.Put("Cp", TextOf(customer, "Dir_Cp"));
+  notes.Put("Pais", TextOf(customer, "DIR_PAIS"));
+  notes.Put("Provincia", TextOf(customer, "DIR_Provincia"));
+  notes.Put("Poblacion", TextOf(customer, "DIR_POBLACION"));
+  notes.Put("IdAgente", Variant(context.IdAgente));
+  notes.Put("ComisionAgente", Variant(0));
+  notes.Put("SProvincia", Variant(""));
+  notes.Put("SPais", Variant(""));
+  notes.Put("SCliDoc", TextOf(customer, "Cli_doc"));
+}
+
+void PutLine(Object& notes, const SaleLine& line, std::int32_t warehouse) {
+  notes.Put("IdAlmacen", Variant(warehouse));
+  notes.Put("idArt", Variant(line.article_id));
+  notes.Put("Codart", Variant(line.article_code));
+  notes.Put("tiva", Variant(line.tax_id));
+  notes.Put("Des", Variant(line.description));
+  notes.Put("Uni", Variant(line.units));
+  notes.Put("Precio", Variant(line.net_price));
+  notes.Put("Dto1Linea", Variant(NumberOrZero(line.discount)));
+  notes.Put("Dto2Linea", Variant(0));
+  notes.Put("Importe", Variant(line.Amount()));
+  for (const char* empty : {"Ampliades", "Sped", "Sref"}) notes.Put(empty, Variant(""));
+  notes.Put("ComisionAgente", Variant(0));
+  notes.Put("Bultos", Variant(0));
+  notes.Put("Lote", Variant(""));
+  for (const char* zero : {"Largo", "Ancho", "Espesor", "Externo", "Interno", "CantidadK"}) {
+    notes.Put(zero, Variant(0));
+  }
+  notes.Put("formula", Variant(1));
+  notes.Put("IdExis", Variant(0));
+  notes.Put("IdAlmacen", Variant(warehouse));
+  notes.Put("SerieArticulo", Variant(""));
+  notes.Put("IdDoc", Variant(0));
+}
+
+std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id) {
+  std::vector<std::int32_t> lines;
+  const auto rows = context.Database().Execute("SELECT * FROM Lav WHERE Lav_IdCav = " +
+                                               sql::Number(std::int64_t{sale_id}));
+  for (; !rows->Eof(); rows->MoveNext()) lines.push_back(rows->Field("Lav_Id").ToInt32());
+  return lines;
+}
+
+}  // namespace
+
+void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
+                      const std::string& date) {
+  // Header, number and mark are one step: no ticket of nobody's till is left
+  // behind when the second statement fails.
+  Transaction transaction(context.Database());
+  const auto notes = DeliveryNotes(context);
+  PutHeader(*notes, context, customer, till);
+  const std::int32_t sale = notes->Invoke("GrabaCabeceraAlbaran", 0, "", date, false).ToInt32();
+  context.Database().Execute("UPDATE Cav SET Cav_Ticket = 1, Cav_Caja = " +
+                             sql::WholeNumber(till) +
+                             " WHERE Cav_Id = " + sql::Number(std::int64_t{sale}));
+  transaction.Commit();
+  context.IdAlbaran = sale;
+}
+
+double NetPrice(double price_with_tax, double tax_rate, int decimals) {
+  const double divisor = RoundHalfAway(1 + tax_rate / 100, decimals);
+  return RoundHalfAway(price_with_tax / divisor, decimals);
+}
+
+double SaleLine::Amount() const {
+  const double amount = RoundHalfAway(units * net_price, 2);
+  if (discount.empty()) return amount;
+  const double off = RoundHalfAway(units * net_price / 100 * NumberOrZero(discount), 2);
+  return RoundHalfAway(amount - off, 2);
+}
+
+void StoreLine(Context& context, const SaleLine& line) {
+  const auto notes = DeliveryNotes(context);
+  PutLine(*notes, line, context.Parameter("Par_Alma").IntOr(0));
+  notes->Invoke("GrabaLineaAlbaran", context.IdAlbaran, line.id, "", false);
+}
+
+void DeleteLine(Context& context, std::int32_t line_id) {
+  DeliveryNotes(context)->Invoke("borraLineaAlbaran", line_id);
+}
+
+void CancelSale(Context& context, std::int32_t sale_id) {
+  Transaction transaction(context.Database());
+  const auto notes = DeliveryNotes(context);
+  for (const std::int32_t line : LinesOf(context, sale_id)) {
+    notes->Invoke("borraLineaAlbaran", line, false);
+  }
+  context.Database().Execute("DELETE FROM Cav WHERE Cav_Id = " +
+                             sql::Number(std::int64_t{sale_id}));
+  transaction.Commit();
+}
+
+}  // namespace tpv

@@ -1,0 +1,46 @@
+// Storing and deleting sales through the suite's delivery-note component.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "screen/lookups.h"
+
+namespace tpv {
+
+struct Context;
+class Object;
+
+// Creates the header of a new ticket and marks it as one of the till. The new
+// sale's id becomes the context's IdAlbaran. `till` and `date` are field texts;
+// an empty date takes the store's clock.
+void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
+                      const std::string& date);
+
+// A line as it is stored. Euros, percent.
+struct SaleLine {
+  std::int32_t id = 0;  // 0: a new line
+  std::int32_t article_id = 0;
+  std::string article_code;
+  std::int32_t tax_id = 0;
+  std::string description;
+  double units = 0;
+  double net_price = 0;
+  std::string discount;  // the field's text; empty for none
+
+  // Without tax, after the discount, in cents.
+  double Amount() const;
+};
+
+// Net price of a price with tax, both in euros, rounded as the store's prices.
+double NetPrice(double price_with_tax, double tax_rate, int decimals);
+
+// Stores a new line of the context's sale, or replaces the line with this id.
+void StoreLine(Context& context, const SaleLine& line);
+void DeleteLine(Context& context, std::int32_t line_id);
+
+// Deletes a stored sale, its lines first, all or nothing.
+void CancelSale(Context& context, std::int32_t sale_id);
+
+}  // namespace tpv
