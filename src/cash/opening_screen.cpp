@@ -1,0 +1,155 @@
+#include "cash/opening_screen.h"
+
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "data/codes.h"
+#include "data/sql_text.h"
+#include "platform/database.h"
+#include "screen/lookups.h"
+
+namespace tpv {
+
+using ui::Icon;
+
+FrmTpvAperturaCaja::FrmTpvAperturaCaja(Context& ctx) : Screen(ctx, "frmTpvAperturaCaja") {
+  caption = "Punto de venta rapido. Abrir caja";
+  DeclareFields();
+  fraAgente.Rows({{&Text1[5], &Text1[13], &Text1[11], &Text1[12], &Text1[14]}});
+  Frame1.Rows({{&Text1[9], &Text1[10]},
+               {&Text1[3], &Text1[6], &Text1[7], &Text1[1]},
+               {&Text1[2], &Text1[4], &Text1[8], &Text1[0]}});
+  rows = {{&fraAgente}, {&Frame1}, {&cmdGrabar, &cmdSalir}};
+  cmdGrabar.click = [this] { Save(); };
+  cmdSalir.click = [this] { Close(); };
+  Text1[11].left = [this] { LeaveAgent(); };
+  Text1[13].left = [this] {
+    if (Text1[13].text.empty()) return;
+    ShowLastClosure();
+    SetFocus(Text1[14]);
+  };
+}
+
+void FrmTpvAperturaCaja::DeclareFields() {
+  struct Field {
+    int index;
+    const char* caption;
+    int columns;
+    ui::Input input;
+    bool shown_only;
+  };
+  using enum ui::Input;
+  const Field fields[] = {
+      {5, "Fecha apertura", 12, Date, false}, {13, "Nº Caja", 6, Number, false},
+      {11, "Vendedor", 8, Number, false},     {12, "", 30, Any, true},
+      {14, "Saldo inicial de caja", 14, Number, false},
+      {9, "Fecha Cierre", 18, Any, true},     {10, "Vendedor", 30, Any, true},
+      {3, "Saldo inicial", 14, Any, true},    {6, "Cobros en metalico", 14, Any, true},
+      {7, "Cobros con tarjeta", 14, Any, true}, {1, "Pagos", 14, Any, true},
+      {2, "Saldo", 14, Any, true},            {4, "Retirado", 14, Any, true},
+      {8, "Saldo final", 14, Any, true},      {0, "Total de cobros", 14, Any, true},
+  };
+  for (const Field& field : fields) {
+    ui::TextBox& box = Text1.Add(field.index, field.caption);
+    box.columns = field.columns;
+    box.input = field.input;
+    box.locked = field.shown_only;
+    box.tab_stop = !field.shown_only;
+    if (field.shown_only && field.columns == 14) box.align = ui::Align::Right;
+  }
+  MakeDateField(Text1[5]);
+  Text1[13].max_length = 5;
+  Text1[11].max_length = 9;
+  Text1[14].max_length = 12;
+  Text1[14].align = ui::Align::Right;
+  Text1[14].large = true;
+  Text1[12].stretch = Text1[10].stretch = true;
+}
+
+void FrmTpvAperturaCaja::OnLoad() {
+  Screen::OnLoad();
+  Text1[13].text = Parameter("Par_NumCaja").TextOr("");
+}
+
+void FrmTpvAperturaCaja::msValoresiniciales() {
+  for (auto& [index, box] : Text1) box->text.clear();
+}
+
+void FrmTpvAperturaCaja::LeaveAgent() {
+  if (Text1[11].text.empty()) return;
+  const auto agent = FindAgent(context(), toolkit(), Int32OrZero(Text1[11].text));
+  Text1[11].text = agent ? std::to_string(agent->id) : std::string();
+  Text1[12].text = agent ? agent->name : std::string();
+}
+
+void FrmTpvAperturaCaja::ShowRounded(int index, double euros) {
+  Text1[index].text = FormatNumber(toolkit().Redondear(euros, 2), "0.00");
+}
+
+void FrmTpvAperturaCaja::ShowLastClosure() {
+  const auto closure = Database().Execute(
+      "SELECT *, (SELECT Age_Nom FROM Age WHERE Age_Id = DiaCaj_IdAge) AS Agente FROM DiaCaj "
+      "WHERE DiaCaj_Tipo = 9 AND DiaCaj_Caja = " +
+      sql::WholeNumber(Text1[13].text) + "ORDER BY DiaCaj_Fecha DESC");
+  if (closure->Eof()) return;
+  Text1[9].text = Format(closure->Field("DiaCaj_Fecha"), "DD/MM/YYYY HH:MM");
+  Text1[10].text = closure->Field("Agente").TextOr("");
+  Text1[3].text = FormatNumber(closure->Field("DiaCaj_SaldoIni").NumberOr(0), "#,###,##0.00");
+  ShowRounded(6, closure->Field("DiaCaj_CobMet").NumberOr(0));
+  ShowRounded(7, closure->Field("DiaCaj_CobTar").NumberOr(0));
+  ShowRounded(1, closure->Field("DiaCaj_Pagos").NumberOr(0));
+  ShowRounded(2, Number(Text1[3]) + Number(Text1[6]) - Number(Text1[1]));
+  ShowRounded(4, closure->Field("DiaCaj_Ret").NumberOr(0));
+  ShowRounded(8, Number(Text1[2]) - Number(Text1[4]));
+  Text1[14].text = Text1[8].text;
+}
+
+bool FrmTpvAperturaCaja::Check() {
+  const auto refuse = [this](const char* text, int focus_back) {
+    Refuse(text, &Text1[focus_back], Icon::Information);
+    return false;
+  };
+  const auto till = ParseInt32(Text1[13].text);
+  if (Number(Text1[13]) == 0) return refuse("No ha indicado el número de caja", 5);
+  if (!till || *till < 1 || *till > 32767) return refuse("El número de caja no es valido", 13);
+  if (!Text1[5].text.empty() && !IsDate(Text1[5].text)) {
+    return refuse("La fecha indicada no es valida", 5);
+  }
+  if (Text1[11].text.empty() || context().IdAgente == 0) {
+    return refuse("No ha indicado el vendedor", 11);
+  }
+  if (Text1[14].text.empty()) return refuse("No ha indicado el importe inicial de la caja", 14);
+  if (!ParseNumber(Text1[14].text) || Number(Text1[14]) <= 0) {
+    return refuse("El mporte inicial de la caja no es valido", 14);
+  }
+  return true;
+}
+
+void FrmTpvAperturaCaja::Save() {
+  if (!Check()) return;
+  if (!Confirm("Confirma la apertura de la caja", Icon::Question)) return;
+  std::string error;
+  if (Insert(error)) return Close();
+  Refuse("No se ha podido grabar la apertura de la caja. " + std::string(kLineBreak) + error,
+         nullptr, Icon::Critical);
+}
+
+bool FrmTpvAperturaCaja::Insert(std::string& error) {
+  RowBuilder& row = context().MyBd->NuevaSentencia();
+  row.Tabla("DiaCaj");
+  if (!Text1[5].text.empty()) row.Add("DiaCaj_Fecha", ValueKind::Date, Variant(Text1[5].text));
+  row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context().MyBd->IdUsuario()));
+  row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context().IdAgente));
+  row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(Text1[13].text));
+  row.Add("DiaCaj_IdCliPr", ValueKind::Whole, Variant(0));
+  row.Add("DiaCaj_Modo", ValueKind::Whole, Variant(static_cast<int>(PaymentMode::Cash)));
+  row.Add("DiaCaj_Obs", ValueKind::Literal, Variant("Null"));
+  row.Add("DiaCaj_Tipo", ValueKind::Whole, Variant(static_cast<int>(JournalEvent::Opening)));
+  row.Add("DiaCaj_SaldoIni", ValueKind::Amount, Variant(Number(Text1[14])));
+  for (const char* column : {"DiaCaj_CobMet", "DiaCaj_CobTar", "DiaCaj_Pagos", "DiaCaj_Ret"}) {
+    row.Add(column, ValueKind::Amount, Variant(0.0));
+  }
+  return row.Insert(error);
+}
+
+}  // namespace tpv

@@ -1,0 +1,140 @@
+#include "reports/pending_screen.h"
+
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "data/sql_text.h"
+#include "data/statements.h"
+#include "platform/database.h"
+#include "sale/sale_screen.h"
+#include "screen/lookups.h"
+
+namespace tpv {
+
+FrmTpvPendiente::FrmTpvPendiente(Context& ctx) : Screen(ctx, "frmTpvPendiente") {
+  caption = "Cobros pendientes de clientes";
+  Text1.Add(9, "Cliente (F1Busqueda albafetica)").input = ui::Input::Number;
+  Text1.Add(4).locked = true;
+  Text1[4].tab_stop = false;
+  MakeDateField(Text1.Add(5, "Desde Fecha"));
+  MakeDateField(Text1.Add(2, "Hasta Fecha"));
+  Text1[9].max_length = 9;
+  Text1[9].tag = "Clientes";
+  DeclareLayout();
+  Text1[9].left = [this] { LeaveCustomer(); };
+  cmdInforme.click = [this] { Run(); };
+  cmdSalir.click = [this] { Close(); };
+  DbgDiario.cell_button = [this](int row, int column) { ShowTicket(row, column); };
+}
+
+void FrmTpvPendiente::DeclareLayout() {
+  for (const auto& [index, columns] : {std::pair(9, 8), {4, 40}, {5, 12}, {2, 12}}) {
+    Text1[index].columns = columns;
+  }
+  Text1[4].stretch = DbgDiario.stretch = true;
+  lblTotales.large = true;
+  Frame1.Rows({{&Text1[9], &Text1[4]}, {&Text1[5], &Text1[2], &Check1, &cmdInforme, &cmdSalir}});
+  rows = {{&Frame1}, {&DbgDiario}, {&lblTotales}};
+}
+
+void FrmTpvPendiente::OnF1(std::string_view tag) {
+  pending_message = "e";
+  if (tag == "Clientes") FindByCode(-1, 0);
+}
+
+bool FrmTpvPendiente::FindByCode(std::int32_t code, std::int32_t id) {
+  const auto customer = FindCustomer(context(), toolkit(), code, id);
+  if (!customer) return false;
+  IdCliente = customer->Id();
+  Text1[9].text = std::to_string(customer->Code());
+  Text1[4].text = customer->Name();
+  return true;
+}
+
+void FrmTpvPendiente::LeaveCustomer() {
+  if (Text1[9].text.empty()) {
+    IdCliente = 0;
+    Text1[4].text.clear();
+    return;
+  }
+  if (FindByCode(ParseInt32(Text1[9].text).value_or(-2), 0)) return;
+  IdCliente = 0;
+  Text1[4].text.clear();
+  Refuse("Codigo de cliente no existe", &Text1[9]);
+}
+
+std::string FrmTpvPendiente::DateFilter() const {
+  const std::string& from = Text1[5].text;
+  const std::string& to = Text1[2].text;
+  const auto first = [&] { return sql::DateText(from) + " 00:00:00'"; };
+  const auto last = [&] { return sql::DateText(to) + " 23:59:00'"; };
+  if (!from.empty() && !to.empty()) {
+    return " AND Cav_fecha BETWEEN '" + first() + " AND '" + last();
+  }
+  if (!from.empty()) return " AND Cav_fecha >= '" + first();
+  return to.empty() ? std::string() : " AND Cav_fecha <= '" + last();
+}
+
+bool FrmTpvPendiente::CheckDates() {
+  for (const int index : {5, 2}) {
+    if (Text1[index].text.empty() || IsDate(Text1[index].text)) continue;
+    Refuse("La fecha indicada no es valida", &Text1[index]);
+    return false;
+  }
+  return true;
+}
+
+void FrmTpvPendiente::msCargaRegistros() {
+  for (const int index : {9, 2, 4, 5}) Text1[index].enabled = false;
+  Check1.enabled = false;
+  Run();
+}
+
+void FrmTpvPendiente::Run() {
+  if (!CheckDates()) return;
+  PendingTickets tickets;
+  tickets.with_name = true;
+  tickets.with_ticket = Check1.checked;
+  tickets.filter = (IdCliente == 0 ? std::string() : OfCustomer(IdCliente)) + DateFilter();
+  tickets.order = "ORDER BY Cav_Fecha";
+  const auto found = Database().Execute(tickets.Select());
+  DbgDiario.Bind(*found, Columns());
+  ShowTotal();
+}
+
+std::vector<ui::GridColumn> FrmTpvPendiente::Columns() const {
+  using enum ui::Align;
+  std::vector<ui::GridColumn> columns = {{"", "", 0, Left, true, false}};
+  if (Check1.checked) {
+    columns.push_back({"Cliente", "", 3000, Left, false, false});
+    columns.push_back({"Numero", "", 1200, Left, false, true});
+    columns.push_back({"Fecha", "DD/MM/YYYY HH:MM", 1500, Left, false, false});
+    columns.push_back({"Vendedor", "", 2000, Left, false, false});
+  } else {
+    columns.push_back({"Cliente", "", 7800, Left, false, false});
+  }
+  for (const char* amount : {"Importe", "Cobrado", "Pendiente"}) {
+    columns.push_back({amount, "#,##0.00", 1000, Right, false, false});
+  }
+  return columns;
+}
+
+void FrmTpvPendiente::ShowTotal() {
+  double total = 0;
+  for (std::size_t row = 0; row < DbgDiario.rows.size(); ++row) {
+    total += DbgDiario.Value(static_cast<int>(row), "Pendiente").NumberOr(0);
+  }
+  lblTotales.caption = DbgDiario.rows.empty()
+                           ? "Total :"
+                           : "Total Pendiente: " + FormatNumber(total, "#,###,##0.00€");
+}
+
+void FrmTpvPendiente::ShowTicket(int row, int column) {
+  constexpr int kNumberColumn = 2;
+  if (column != kNumberColumn) return;
+  FrmTpv sale(context());
+  context().ports.ui.Load(sale);
+  sale.msPintaVenta(DbgDiario.Value(row, "Cav_Id").ToInt32());
+  context().ports.ui.ShowModal(sale);
+}
+
+}  // namespace tpv

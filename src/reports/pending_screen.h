@@ -1,0 +1,41 @@
+// Lists the open tickets of one customer or of all, with what is pending on each.
+#pragma once
+
+#include "screen/screen.h"
+
+namespace tpv {
+
+class FrmTpvPendiente : public Screen {
+ public:
+  explicit FrmTpvPendiente(Context& context);
+
+  std::int32_t IdCliente = 0;  // 0: all customers
+
+  // Locks the filters and lists what they say now.
+  void msCargaRegistros();
+
+  ui::TextBoxes Text1{*this, "Text1"};
+
+ protected:
+  void OnF1(std::string_view tag) override;
+
+ private:
+  void DeclareLayout();
+  void LeaveCustomer();
+  bool FindByCode(std::int32_t code, std::int32_t id);
+  std::string DateFilter() const;
+  bool CheckDates();
+  void Run();
+  std::vector<ui::GridColumn> Columns() const;
+  void ShowTotal();
+  void ShowTicket(int row, int column);
+
+  ui::Frame Frame1{*this, "Frame1", "Cobros pendientes"};
+  ui::CheckBox Check1{*this, "Check1", "Desglosar ventas", true};
+  ui::Button cmdInforme{*this, "cmdInforme", "&Buscar registros"};
+  ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
+  ui::Grid DbgDiario{*this, "DbgDiario"};
+  ui::Label lblTotales{*this, "lblTotales", "Total :"};
+};
+
+}  // namespace tpv
