@@ -278,6 +278,7 @@ void FrmTpv::OpenTill() {
   for (const auto& [index, text] : handed) {
     opening.Text1[index].text = text;
     opening.Text1[index].locked = true;
+    opening.Text1[index].tab_stop = false;
   }
   opening.ShowLastClosure();
   context().ports.ui.ShowModal(opening);

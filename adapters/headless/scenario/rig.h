@@ -1,0 +1,36 @@
+// What a scenario plays against: the component, its store, and the ports that
+// record what it sends out.
+#pragma once
+
+#include "adapters/headless/headless_front_end.h"
+#include "adapters/headless/recorders.h"
+#include "component/zrtpve.h"
+
+namespace tpv::scenario {
+
+// Mails handed to the mail component; configured or not, failing or not.
+struct MailOutbox {
+  struct Mail {
+    std::string to;
+    std::string subject;
+    std::string body;
+  };
+  std::vector<Mail> mails;
+  bool configured = true;
+  std::string error;  // "" while sending works
+};
+
+// Everything outlives the player.
+struct Rig {
+  Connection& store;               // for the player's own statements
+  RecordingConnection& connection; // the component's
+  StepClock& clock;
+  RecordingPrinters& printers;
+  RecordingDevices& devices;
+  MemorySettings& settings;
+  MailOutbox& mail;
+  HeadlessFrontEnd& front_end;
+  Zrtpve& component;
+};
+
+}  // namespace tpv::scenario
