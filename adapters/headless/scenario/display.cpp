@@ -1,0 +1,93 @@
+#include "adapters/headless/scenario/display.h"
+
+#include "platform/database.h"
+#include "platform/ui/controls.h"
+
+namespace tpv::scenario {
+
+namespace {
+
+void Append(std::string& line, const std::string& field, bool first) {
+  if (!first) line += " | ";
+  line += field;
+}
+
+std::string GridRow(const ui::Grid& grid, int row) {
+  std::string line;
+  bool first = true;
+  for (int column = 0; column < static_cast<int>(grid.layout.size()); ++column) {
+    if (grid.layout[column].hidden) continue;
+    Append(line, grid.Cell(row, column), first);
+    first = false;
+  }
+  return line;
+}
+
+std::string ListRow(const ui::ListView& list, const ui::ListItem& item) {
+  std::string line = list.check_boxes ? (item.checked ? "[x] " : "[ ] ") : "";
+  for (std::size_t i = 0; i < item.cells.size(); ++i) Append(line, item.cells[i], i == 0);
+  return line;
+}
+
+}  // namespace
+
+std::string TextOf(const ui::Control& control) {
+  if (const auto* box = dynamic_cast<const ui::TextBox*>(&control)) return box->text;
+  if (const auto* combo = dynamic_cast<const ui::ComboBox*>(&control)) return combo->Text();
+  if (const auto* check = dynamic_cast<const ui::CheckBox*>(&control)) {
+    return check->checked ? "True" : "False";
+  }
+  if (const auto* option = dynamic_cast<const ui::OptionButton*>(&control)) {
+    return option->checked ? "True" : "False";
+  }
+  return control.caption;
+}
+
+bool HasRows(const ui::Control& control) {
+  return dynamic_cast<const ui::Grid*>(&control) != nullptr ||
+         dynamic_cast<const ui::ListView*>(&control) != nullptr;
+}
+
+std::size_t RowCount(const ui::Control& control) {
+  if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) return grid->rows.size();
+  const auto* list = dynamic_cast<const ui::ListView*>(&control);
+  return list != nullptr ? list->items.size() : 0;
+}
+
+std::string RowsOf(const ui::Control& control) {
+  std::string text;
+  if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) {
+    for (int row = 0; row < static_cast<int>(grid->rows.size()); ++row) {
+      text += GridRow(*grid, row) + "\n";
+    }
+  } else if (const auto* list = dynamic_cast<const ui::ListView*>(&control)) {
+    for (const ui::ListItem& item : list->items) text += ListRow(*list, item) + "\n";
+  }
+  return text;
+}
+
+std::string BoxText(const ui::MessageBox& box) {
+  constexpr const char* kIcons[] = {"none", "information", "question", "exclamation", "critical"};
+  constexpr const char* kButtons[] = {"OK", "Yes", "No", "Cancel"};
+  std::string text = std::string("[") + kIcons[static_cast<int>(box.icon)] + "] \"" + box.text + "\" {";
+  for (std::size_t i = 0; i < box.buttons.size(); ++i) {
+    const ui::Answer button = box.buttons[i];
+    text += std::string(i == 0 ? "" : " ") + kButtons[static_cast<int>(button)];
+    if (button == box.default_button) text += "*";
+  }
+  return text + "}";
+}
+
+std::string PlainRows(Recordset& rows) {
+  std::string text;
+  for (; !rows.Eof(); rows.MoveNext()) {
+    std::string line;
+    for (std::size_t i = 0; i < rows.FieldCount(); ++i) {
+      Append(line, rows.Field(i).ToPlainText(), i == 0);
+    }
+    text += line + "\n";
+  }
+  return text;
+}
+
+}  // namespace tpv::scenario

@@ -1,0 +1,27 @@
+// Controls and rows as a transcript shows them.
+#pragma once
+
+#include <string>
+
+#include "platform/ui/front_end.h"
+
+namespace tpv {
+class Recordset;
+}
+namespace tpv::ui {
+struct Control;
+}
+
+namespace tpv::scenario {
+
+// A control's text: what is typed in a box, a button's caption, "True"/"False".
+std::string TextOf(const ui::Control& control);
+// The displayed rows of a grid or list, one a line; "" for other controls.
+bool HasRows(const ui::Control& control);
+std::size_t RowCount(const ui::Control& control);
+std::string RowsOf(const ui::Control& control);
+std::string BoxText(const ui::MessageBox& box);
+// Fields joined by " | ", one row a line.
+std::string PlainRows(Recordset& rows);
+
+}  // namespace tpv::scenario

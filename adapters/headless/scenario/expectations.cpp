@@ -1,0 +1,116 @@
+// What a script can expect of screens, store and output.
+#include <algorithm>
+#include <functional>
+#include <map>
+
+#include "adapters/headless/scenario/display.h"
+#include "adapters/headless/scenario/player.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "component/dispatch.h"
+
+namespace tpv::scenario {
+
+namespace {
+
+std::string Truth(bool value) { return value ? "True" : "False"; }
+
+}  // namespace
+
+void Player::ExpectEqual(const std::string& expected, const std::string& found) {
+  if (ReplaceAll(expected, kLineBreak, "\n") == ReplaceAll(found, kLineBreak, "\n")) return;
+  throw Failure("expected \"" + expected + "\", found \"" + found + "\"", false);
+}
+
+void Player::Expect(const Command& command) {
+  const auto argument = [&](std::size_t index) -> const std::string& {
+    return command.Argument(index);
+  };
+  const std::map<std::string, std::function<void()>, std::less<>> kinds = {
+      {"enabled", [&] { ExpectEqual(argument(2), Truth(Find(argument(1)).IsEnabled())); }},
+      {"visible", [&] { ExpectEqual(argument(2), Truth(Find(argument(1)).IsVisible())); }},
+      {"focus",
+       [&] {
+         const ui::Control* focus = Screen().focus;
+         ExpectEqual(Find(argument(1)).name, focus != nullptr ? focus->name : "none");
+       }},
+      {"rows", [&] { ExpectEqual(argument(2), std::to_string(RowCount(Find(argument(1))))); }},
+      {"cell", [&] { ExpectCell(command); }},
+      {"property",
+       [&] {
+         const std::uint32_t id = DispatchId(argument(1));
+         ExpectEqual(argument(2), Invoke(rig_.component, id, InvokeKind::Get, {}).ToPlainText());
+       }},
+      {"screen",
+       [&] { ExpectEqual(argument(1), hands_.Top() != nullptr ? hands_.Top()->name : "none"); }},
+      {"sql", [&] { ExpectSql(command); }},
+      {"call",
+       [&] {
+         Command call = command;
+         call.words.erase(call.words.begin() + 3);  // the expected value
+         ExpectEqual(argument(2), CallMember(call, 1).ToPlainText());
+       }},
+      {"printed", [&] { ExpectPrinted(argument(1)); }},
+      {"documents",
+       [&] { ExpectEqual(argument(1), std::to_string(rig_.printers.documents.size())); }},
+      {"device", [&] { ExpectEqual(argument(2), Hex(rig_.devices.written[argument(1)])); }},
+      {"raw", [&] { ExpectEqual(argument(1), Hex(rig_.printers.raw_bytes)); }},
+      {"mails", [&] { ExpectEqual(argument(1), std::to_string(rig_.mail.mails.size())); }},
+      {"mail", [&] { ExpectMail(argument(1)); }},
+      {"setting",
+       [&] { ExpectEqual(argument(1), rig_.settings.Read("OKRA", "Printer", "Spool")); }},
+      {"printer", [&] { ExpectEqual(argument(1), rig_.printers.last_printer); }},
+      {"sent",
+       [&] {
+         const auto& sent = rig_.connection.sent;
+         const bool found = std::find(sent.begin(), sent.end(), argument(1)) != sent.end();
+         if (!found) throw Failure("expected the statement sent: " + argument(1), false);
+       }},
+  };
+  const auto kind = kinds.find(argument(0));
+  if (kind != kinds.end()) return kind->second();
+  ExpectEqual(argument(1), TextOf(Find(argument(0))));
+}
+
+void Player::ExpectSql(const Command& command) {
+  const auto rows = rig_.store.Execute(command.Rest(2));
+  ExpectEqual(command.Argument(1), rows->Eof() ? "NONE" : rows->Field(0).ToPlainText());
+}
+
+void Player::ExpectCell(const Command& command) {
+  const int row = Int32OrZero(command.Argument(2));
+  const int column = Int32OrZero(command.Argument(3));
+  const ui::Control& control = Find(command.Argument(1));
+  std::string found;
+  try {
+    if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) {
+      found = grid->Cell(row, column);
+    } else {
+      found = FindAs<ui::ListView>(command.Argument(1)).items.at(row).cells.at(column);
+    }
+  } catch (const std::out_of_range&) {
+    found = "(no hay tal celda)";
+  }
+  ExpectEqual(command.Argument(4), found);
+}
+
+void Player::ExpectPrinted(const std::string& text) {
+  const std::string wanted = TrimRight(text);
+  for (const PrintedDocument& document : rig_.printers.documents) {
+    for (const std::string& line : document.lines) {
+      if (TrimRight(line) == wanted) return;
+    }
+  }
+  throw Failure("expected the printed line \"" + text + "\", found no such line", false);
+}
+
+void Player::ExpectMail(const std::string& text) {
+  for (const MailOutbox::Mail& mail : rig_.mail.mails) {
+    const bool holds = mail.subject.find(text) != std::string::npos ||
+                       mail.body.find(text) != std::string::npos;
+    if (holds) return;
+  }
+  throw Failure("expected a mail with \"" + text + "\", found none", false);
+}
+
+}  // namespace tpv::scenario

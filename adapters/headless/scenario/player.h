@@ -1,0 +1,84 @@
+// Plays a script: the host that calls the component, and the operator of
+// whatever it opens.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "adapters/headless/scenario/operator.h"
+#include "adapters/headless/scenario/rig.h"
+#include "adapters/headless/scenario/script.h"
+
+namespace tpv::scenario {
+
+// An expectation that did not hold, or an action that could not be done.
+class Failure : public std::runtime_error {
+ public:
+  Failure(const std::string& text, bool fatal) : std::runtime_error(text), fatal_(fatal) {}
+  // Whether what follows in the script makes no sense any more.
+  bool fatal() const { return fatal_; }
+
+ private:
+  bool fatal_;
+};
+
+class Player : public Driver {
+ public:
+  // All references outlive the player.
+  Player(Rig& rig, Operator& hands, std::ostream& transcript);
+
+  // Plays the commands; true when every expectation held.
+  bool Play(std::vector<Command> commands);
+
+  bool Step() override;
+  void OnBox(const ui::MessageBox& box) override;
+
+ private:
+  void Run(const Command& command);
+  void Dispatch(const Command& command);
+  bool RunHostCommand(const Command& command);
+  bool RunScreenCommand(const Command& command);
+  void RequireNothingOpen(const Command& command);
+
+  void Call(const Command& command);
+  void Fails(const Command& command);
+  void Sql(const Command& command);
+  void Param(const Command& command);
+  void Show(const Command& command);
+  void Forget();
+  void Mail(const Command& command);
+  void Inject(const Command& command);
+  void AnswerBox(const Command& command);
+  void Pick(const Command& command);
+  void Enter(const Command& command);
+
+  void Expect(const Command& command);
+  void ExpectSql(const Command& command);
+  void ExpectCell(const Command& command);
+  void ExpectPrinted(const std::string& text);
+  void ExpectMail(const std::string& text);
+  void ExpectEqual(const std::string& expected, const std::string& found);
+
+  ui::Form& Screen();
+  ui::Control& Find(const std::string& name);
+  template <typename T>
+  T& FindAs(const std::string& name) {
+    auto* control = dynamic_cast<T*>(&Find(name));
+    if (control == nullptr) throw Failure("«" + name + "» no es del tipo pedido", true);
+    return *control;
+  }
+  Variant CallMember(const Command& command, std::size_t first_argument);
+  void Report(const Command& command, const std::string& text);
+
+  Rig& rig_;
+  Operator& hands_;
+  std::ostream& out_;
+  std::vector<Command> commands_;
+  std::size_t next_ = 0;
+  bool over_ = false;
+  bool held_ = true;
+};
+
+}  // namespace tpv::scenario
