@@ -1,0 +1,203 @@
+#include "host/demo/catalogue.h"
+
+#include <cstdio>
+
+#include "base/text.h"
+#include "host/demo/fill.h"
+
+namespace tpv::demo {
+
+namespace {
+
+struct ArticleData {
+  const char* name;
+  double net_price;
+  int tax_class;
+};
+
+constexpr ArticleData kArticleData[kArticles] = {
+#include "host/demo/articles.inc"
+};
+
+struct CountryData {
+  const char* code;
+  const char* name;
+};
+
+constexpr CountryData kCountries[] = {
+#include "host/demo/countries.inc"
+};
+
+constexpr const char* kProvinces[] = {
+#include "host/demo/provinces.inc"
+};
+
+constexpr CountryData kStreetTypes[] = {
+    {"AL", "ALAMEDA"},  {"AV", "AVENIDA"}, {"BO", "BARRIO"},  {"CL", "CALLE"},
+    {"CM", "CAMINO"},   {"CR", "CARRETERA"}, {"GL", "GLORIETA"}, {"PJ", "PASAJE"},
+    {"PS", "PASEO"},    {"PZ", "PLAZA"},   {"PG", "POLÍGONO"}, {"RD", "RONDA"},
+    {"TR", "TRAVESÍA"}, {"UR", "URBANIZACIÓN"}};
+
+// The bar code of an article: 12 digits and the check digit over them.
+std::string BarCode(int article) {
+  char text[16];
+  std::snprintf(text, sizeof text, "84%05d%05d", 36210, article);
+  int sum = 0;
+  for (int i = 0; i < 12; ++i) sum += (text[i] - '0') * (i % 2 == 0 ? 1 : 3);
+  return std::string(text) + static_cast<char>('0' + (10 - sum % 10) % 10);
+}
+
+// A tax document with its control letter.
+std::string Document(int number) {
+  constexpr const char* kLetters = "TRWAGMYFPDXBNJZSQVHLCKE";
+  char text[16];
+  std::snprintf(text, sizeof text, "%08d%c", number, kLetters[number % 23]);
+  return text;
+}
+
+struct Person {
+  const char* name;
+  const char* surname1;
+  const char* surname2;
+  const char* street;
+  const char* town;
+  const char* post_code;
+};
+
+constexpr Person kPeople[kCustomers] = {
+    {"María", "Núñez", "Peña", "Mayor", "Murcia", "30001"},
+    {"José", "O'Brien", "López", "del Carmen", "Cartagena", "30201"},
+    {"Àngels", "Güell", "Martí", "de l'Església", "Girona", "17001"},
+    {"Begoña", "Íñiguez", "Ruiz", "Trapería", "Murcia", "30001"},
+    {"Iñaki", "Etxeberria", "Sáez", "Gran Vía", "Bilbao", "48001"},
+    {"Concepción", "D'Ors", "Vidal", "de la Paz", "València", "46003"},
+    {"Ramón", "Cañizares", "Muñoz", "Sagasta", "Molina de Segura", "30500"},
+    {"Lucía", "Fernández", "Álvarez", "Uría", "Oviedo", "33003"},
+    {"Óscar", "Belmonte", "García", "Alfonso X", "Murcia", "30008"},
+    {"Montserrat", "Puig", "i Cadafalch", "de Sants", "Barcelona", "08014"},
+    {"Antonio", "Pérez", "Sánchez", "Real", "Alcantarilla", "30820"},
+    {"Inés", "Guzmán", "Bermúdez", "Sierpes", "Sevilla", "41004"},
+    {"Xoán", "Castiñeira", "Rey", "do Franco", "Santiago", "15702"},
+    {"Pilar", "Ibáñez", "Gascón", "Alfonso I", "Zaragoza", "50003"},
+    {"Julián", "Marín", "Ortuño", "Floridablanca", "Murcia", "30002"},
+    {"Sofía", "L'Hôpital", "Blanco", "Serrano", "Madrid", "28001"},
+    {"Andrés", "Hernández", "Cerdá", "San Antón", "Cartagena", "30205"},
+    {"Rocío", "Jiménez", "Vargas", "Larios", "Málaga", "29005"},
+    {"Agustín", "Zamora", "Conesa", "Mayor", "Torre Pacheco", "30700"},
+    {"Remedios", "Ñíguez", "Alarcón", "de la Cruz", "Lorca", "30800"},
+    {"Hotel Miramar", "", "", "Puerto de Mazarrón", "Mazarrón", "30860"},
+    {"Bar El Rincón", "", "", "Santa Eulalia", "Murcia", "30003"},
+    {"Restaurante Casa Peña", "", "", "Jabonerías", "Murcia", "30001"},
+    {"Cafetería O'Donnell", "", "", "O'Donnell", "Madrid", "28009"},
+    {"Colegio San Andrés", "", "", "del Rosario", "Murcia", "30005"},
+    {"Panadería Muñoz e Hijos", "", "", "Mayor", "Beniaján", "30570"},
+    {"Guardería Pequeñines", "", "", "Cervantes", "Murcia", "30007"},
+    {"Tomás", "Ballester", "Giménez", "Ceuta", "Murcia", "30003"},
+    {"Encarnación", "Soler", "Ayala", "Cánovas", "Yecla", "30510"},
+    {"Francisco", "Martínez", "Martínez", "Mayor", "Jumilla", "30520"},
+    {"Rosario", "Abellán", "Tomás", "Nueva", "Cieza", "30530"},
+    {"Joaquín", "Roldán", "Espín", "Correos", "Caravaca", "30400"},
+    {"Nuria", "Vilaró", "Camps", "Diagonal", "Barcelona", "08036"},
+    {"Ángel", "Cortés", "Méndez", "Real", "Águilas", "30880"},
+    {"Marta", "Quiñones", "Cobo", "Triana", "Las Palmas", "35002"},
+    {"Víctor", "Saavedra", "Lugo", "Castillo", "Santa Cruz", "38003"},
+    {"Elena", "Echevarría", "Ortiz", "Estafeta", "Pamplona", "31001"},
+    {"Pedro", "Baños", "Campillo", "Ancha", "Totana", "30850"},
+    {"Yolanda", "Gómez", "Cánovas", "Olma", "San Javier", "30730"},
+    {"Comunidad Parque Sol", "", "", "Juan de Borbón", "Murcia", "30110"}};
+
+void FillTaxes(Connection& connection) {
+  const DateTime from{2012, 9, 1};
+  for (int tax_class = 1; tax_class <= 4; ++tax_class) {
+    Insert(connection, "zrcomun.dbo.tivas", "Tiva_iva, Tiva_rec, tiva_reg, tiva_art, Tiva_Fecha",
+           {RateOf(tax_class), tax_class == 4 ? 5.2 : 0.0, 1, tax_class, from});
+  }
+}
+
+void FillArticles(Connection& connection) {
+  for (int article = 1; article <= kArticles; ++article) {
+    char code[8];
+    std::snprintf(code, sizeof code, "%04d", article);
+    Insert(connection, "ART", "ART_Cod, ART_BARCODE, art_des, art_pve, art_tiva, art_alma",
+           {code, BarCode(article), NameOf(article), NetPriceOf(article), TaxClassOf(article), 1});
+    Insert(connection, "Exis", "exis_idart, exis_idalma, exis_uni", {article, 1, 100.0});
+  }
+}
+
+void FillCustomer(Connection& connection, int index) {
+  const Person& person = kPeople[index];
+  const int id = index + 2;
+  const bool company = *person.surname1 == '\0';
+  const std::string trade = company ? person.name : std::string(person.surname1) + ", " + person.name;
+  Insert(connection, "Cli",
+         "CLI_COD, CLI_NOM, CLI_APE1, CLI_APE2, CLI_COMER, CLI_FCO, cli_doc, Cli_Reg, Cli_Cta, "
+         "cli_ban, Cli_Di1, Cli_Di2, Cli_msp",
+         {id, person.name, person.surname1, person.surname2, trade, company ? 3 : 1,
+          Document(22000000 + index * 137911), 1, company ? "20380000000000012345" : "",
+          company ? 1 : 0, company ? 10 : 0, company ? 25 : 0, company ? 8 : 0});
+  Insert(connection, "Dir",
+         "DIR_SG, DIR_NOMBRE, DIR_NUMERO, DIR_PISO, DIR_PUERTA, DIR_CP, DIR_PAIS, DIR_PROVINCIA, "
+         "DIR_POBLACION",
+         {"CL", person.street, 3 + index * 2, std::to_string(1 + index % 5), "A", person.post_code,
+          "011", Left(person.post_code, 2), person.town});
+  Insert(connection, "CliDir", "CLIDIR_CLI, CLIDIR_DIR", {id, index + 1});
+  if (!company) return;
+  for (const int article : {10 + index, 60 + index}) {
+    Insert(connection, "artcli", "artcli_idart, artcli_idcli, artcli_dto1, artcli_dto2, artcli_fijo",
+           {article, id, 5.0, 0.0, article < 60 ? Sql(NetPriceOf(article) * 0.5) : Null()});
+  }
+}
+
+}  // namespace
+
+double NetPriceOf(int article) { return kArticleData[article - 1].net_price; }
+int TaxClassOf(int article) { return kArticleData[article - 1].tax_class; }
+const char* NameOf(int article) { return kArticleData[article - 1].name; }
+
+double RateOf(int tax_class) {
+  constexpr double kRates[] = {21, 10, 4, 21};
+  return kRates[tax_class - 1];
+}
+
+void FillCatalogue(Connection& connection) {
+  for (const auto& [code, name] : kStreetTypes) {
+    Insert(connection, "zrcomun.dbo.TVI", "TVI_COD, TVI_NOM", {code, name});
+  }
+  for (const auto& [code, name] : kCountries) {
+    Insert(connection, "zrcomun.dbo.PAIS", "PAIS_COD, PAIS_NOM", {code, name});
+  }
+  int number = 0;
+  for (const char* name : kProvinces) {
+    char code[4];
+    std::snprintf(code, sizeof code, "%02d", ++number % 100);
+    Insert(connection, "zrcomun.dbo.PROV", "PROV_COD, PROV_NOM", {code, name});
+  }
+  FillTaxes(connection);
+  Insert(connection, "alm", "alm_des", {"Almacén de la tienda"});
+  FillArticles(connection);
+}
+
+void FillPeople(Connection& connection) {
+  for (const char* name : {"Ana Ruiz", "José Peña", "Lucía Íñiguez", "Manuel O'Connor",
+                           "Carmen Sáez", "Francisco Javier Fernández"}) {
+    Insert(connection, "Age", "Age_NOM, Age_Reg", {name, 1});
+  }
+  const std::pair<const char*, int> methods[] = {{"Contado", 1}, {"Tarjeta", 1}, {"Recibo 30 días", 2},
+                                                 {"Giro 30/60 días", 2}, {"Transferencia", 4}};
+  int method = 0;
+  for (const auto& [name, mode] : methods) {
+    Insert(connection, "Fco", "Fco_Des", {name});
+    Insert(connection, "Fcol", "Fcol_id, Fcol_Mod", {++method, mode});
+  }
+  Insert(connection, "BANCOS", "Ban_CCC", {"21000000000000067890"});
+  int supplier = 0;
+  for (const char* name : {"Lácteos del Norte", "Conservas Marín", "Bodegas Peñalba",
+                           "Limpiezas L'Avenç", "Cafés Torrefacto"}) {
+    Insert(connection, "Pro", "Pro_Cod, Pro_Nom", {100 + ++supplier, name});
+  }
+  Insert(connection, "Cli", "CLI_COD, CLI_NOM, CLI_COMER, CLI_FCO, cli_doc, Cli_Reg",
+         {1, "CLIENTE CONTADO", "CLIENTE CONTADO", 1, "", 1});
+  for (int index = 0; index < kCustomers; ++index) FillCustomer(connection, index);
+}
+
+}  // namespace tpv::demo

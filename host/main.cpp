@@ -1,0 +1,92 @@
+// tpv: the point of sale as a program of its own.
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "adapters/headless/recorders.h"
+#include "adapters/headless/scenario/display.h"
+#include "adapters/headless/scenario/script.h"
+#include "context/context.h"
+#include "host/play.h"
+#include "host/store.h"
+
+namespace tpv {
+namespace {
+
+constexpr const char* kHelp =
+    "tpv: punto de venta rápido\n"
+    "\n"
+    "  tpv play [opciones] GUION…        reproduce guiones y muestra lo que pasa\n"
+    "      --store FICHERO               almacén que usar; se crea si no existe\n"
+    "      --empty                       un almacén nuevo sin datos (si no, los de demostración)\n"
+    "      --ui headless                 sin ventanas\n"
+    "      --user N                      usuario conectado (1)\n"
+    "      --now \"dd/mm/aaaa hh:mm:ss\"   fija el reloj; cada orden lo adelanta un segundo\n"
+    "  tpv store create FICHERO [--demo|--empty]\n"
+    "                                    crea un almacén, con los datos de demostración (--demo,\n"
+    "                                    lo normal) o vacío\n"
+    "  tpv sql FICHERO \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
+    "  tpv --version | --help\n"
+    "\n"
+    "Termina con 0 si todo fue bien, 1 si algo falló, 2 si la orden o el guion no son correctos.\n";
+
+using Arguments = std::vector<std::string>;
+
+int Store(const Arguments& arguments) {
+  const bool create = arguments.size() >= 2 && arguments[0] == "create";
+  if (!create || arguments.size() > 3) throw UsageError("store create FICHERO [--demo|--empty]");
+  const std::string contents = arguments.size() == 3 ? arguments[2] : "--demo";
+  if (contents != "--demo" && contents != "--empty") throw UsageError("opción desconocida: " + contents);
+  MakeStore(arguments[1], contents == "--demo" ? Contents::Demonstration : Contents::Empty,
+            StepClock());
+  std::cout << "Almacén creado en " << arguments[1] << "\n";
+  return 0;
+}
+
+int Sql(const Arguments& arguments) {
+  if (arguments.size() < 2) throw UsageError("sql FICHERO \"SENTENCIA\"…");
+  const StepClock clock;
+  if (!std::filesystem::exists(arguments[0])) {
+    throw DatabaseError("No existe el almacén «" + arguments[0] + "»");
+  }
+  const auto connection = OpenStore(arguments[0], Contents::Empty, clock);
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    std::cout << scenario::PlainRows(*connection->Execute(arguments[i]));
+  }
+  return 0;
+}
+
+int Run(const Arguments& arguments) {
+  if (arguments.empty() || arguments[0] == "--help" || arguments[0] == "-h") {
+    std::cout << kHelp;
+    return arguments.empty() ? 2 : 0;
+  }
+  const Arguments rest(arguments.begin() + 1, arguments.end());
+  if (arguments[0] == "--version") {
+    std::cout << "tpv " << kVersion << "\n";
+    return 0;
+  }
+  if (arguments[0] == "play") return Play(ReadPlayOptions(rest), std::cout);
+  if (arguments[0] == "store") return Store(rest);
+  if (arguments[0] == "sql") return Sql(rest);
+  throw UsageError("orden desconocida: " + arguments[0]);
+}
+
+}  // namespace
+}  // namespace tpv
+
+int main(int argc, char** argv) {
+  try {
+    return tpv::Run(tpv::Arguments(argv + 1, argv + argc));
+  } catch (const tpv::UsageError& error) {
+    std::cerr << "tpv: " << error.what() << "\nPruebe tpv --help\n";
+    return 2;
+  } catch (const tpv::scenario::ScriptError& error) {
+    std::cerr << "tpv: " << error.what() << "\n";
+    return 2;
+  } catch (const std::exception& error) {
+    std::cerr << "tpv: " << error.what() << "\n";
+    return 1;
+  }
+}

@@ -1,0 +1,128 @@
+#include "host/play.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <ostream>
+
+#include "adapters/headless/scenario/headless_operator.h"
+#include "adapters/headless/scenario/player.h"
+#include "base/number_text.h"
+#include "host/store.h"
+#include "suite/store_database.h"
+#include "suite/suite_factory.h"
+
+namespace tpv {
+
+namespace {
+
+// A folder that goes with its owner.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "tpv-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) {
+      throw std::runtime_error("No se puede crear una carpeta temporal");
+    }
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  std::string File(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+// An existing store is left alone by --empty only while it holds no rows.
+void RequireEmpty(Connection& connection) {
+  for (const char* table : {"Cav", "DiaCaj", "Cli", "ART"}) {
+    const auto row = connection.Execute(std::string("SELECT TOP 1 * FROM ") + table);
+    if (!row->Eof()) throw UsageError("--empty: el almacén ya tiene datos");
+  }
+}
+
+bool PlayFile(const PlayOptions& options, const std::string& store_path,
+              std::vector<scenario::Command> commands, std::ostream& transcript) {
+  StepClock clock;
+  clock.fixed = options.now;
+  const bool existed = std::filesystem::exists(store_path);
+  const auto store = OpenStore(
+      store_path, options.empty ? Contents::Empty : Contents::Demonstration, clock);
+  if (existed && options.empty) RequireEmpty(*store);
+  RecordingConnection connection(*store);
+  RecordingPrinters printers;
+  RecordingDevices devices;
+  MemorySettings settings;
+  scenario::MailOutbox mail;
+  HeadlessFrontEnd front_end;
+  suite::SuiteFactory objects;
+  Ports ports{front_end, printers, devices, settings, clock, objects};
+  objects.SetPorts(ports);
+  Zrtpve component(ports);
+  component.context().MyBd =
+      std::make_shared<suite::StoreDatabase>(connection, options.user, front_end, clock);
+  scenario::Rig rig{*store,   connection, clock, printers,  devices,
+                    settings, mail,       front_end, component};
+  scenario::HeadlessOperator hands(front_end);
+  scenario::Player player(rig, hands, transcript);
+  front_end.SetDriver(player);
+  return player.Play(std::move(commands));
+}
+
+std::string ValueOf(const std::vector<std::string>& arguments, std::size_t& at) {
+  if (at + 1 >= arguments.size()) throw UsageError(arguments[at] + ": falta el valor");
+  return arguments[++at];
+}
+
+}  // namespace
+
+PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
+  PlayOptions options;
+  for (std::size_t at = 0; at < arguments.size(); ++at) {
+    const std::string& argument = arguments[at];
+    if (argument == "--store") {
+      options.store = ValueOf(arguments, at);
+    } else if (argument == "--empty") {
+      options.empty = true;
+    } else if (argument == "--ui") {
+      const std::string front_end = ValueOf(arguments, at);
+      if (front_end != "headless") throw UsageError("--ui: solo hay headless por ahora");
+    } else if (argument == "--user") {
+      const auto user = ParseInt32(ValueOf(arguments, at));
+      if (!user) throw UsageError("--user: se espera un número");
+      options.user = *user;
+    } else if (argument == "--now") {
+      options.now = ParseDayFirst(ValueOf(arguments, at));
+      if (!options.now) throw UsageError("--now: se espera \"dd/mm/aaaa hh:mm:ss\"");
+    } else if (argument == "--odbc") {
+      throw UsageError("--odbc: todavía no está disponible");
+    } else if (argument.starts_with("--")) {
+      throw UsageError("opción desconocida: " + argument);
+    } else {
+      options.files.push_back(argument);
+    }
+  }
+  if (options.files.empty()) throw UsageError("falta el guion que reproducir");
+  return options;
+}
+
+int Play(const PlayOptions& options, std::ostream& transcript) {
+  std::vector<std::vector<scenario::Command>> scripts;
+  for (const std::string& file : options.files) scripts.push_back(scenario::ReadScript(file));
+  bool held = true;
+  for (auto& script : scripts) {
+    const TemporaryFolder folder;
+    const std::string path = options.store.empty() ? folder.File("tienda.db") : options.store;
+    held = PlayFile(options, path, std::move(script), transcript) && held;
+    transcript.flush();
+  }
+  return held ? 0 : 1;
+}
+
+}  // namespace tpv

@@ -1,0 +1,28 @@
+#include "host/store.h"
+
+#include <filesystem>
+
+#include "adapters/sqlite/sqlite_connection.h"
+#include "host/demo/demonstration.h"
+
+namespace tpv {
+
+void MakeStore(const std::string& path, Contents contents, const Clock& clock) {
+  CreateStore(path);
+  SqliteConnection connection(path, clock);
+  Transaction transaction(connection);
+  if (contents == Contents::Demonstration) {
+    FillDemonstration(connection, clock.Now());
+  } else {
+    connection.Execute("INSERT INTO Parametros (Par_NumCaja) VALUES (NULL)");
+  }
+  transaction.Commit();
+}
+
+std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new,
+                                      const Clock& clock) {
+  if (!std::filesystem::exists(path)) MakeStore(path, when_new, clock);
+  return std::make_unique<SqliteConnection>(path, clock);
+}
+
+}  // namespace tpv

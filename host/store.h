@@ -1,0 +1,25 @@
+// Making and opening embedded stores.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/database.h"
+
+namespace tpv {
+
+class Clock;
+
+enum class Contents {
+  Empty,          // one parameters row, all null
+  Demonstration,  // a shop worth looking at
+};
+
+// Creates the store. Throws DatabaseError when the file exists or cannot be made.
+void MakeStore(const std::string& path, Contents contents, const Clock& clock);
+
+// Opens the store, made first when there is none.
+std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new,
+                                      const Clock& clock);
+
+}  // namespace tpv

@@ -1,0 +1,19 @@
+#include "suite/suite_factory.h"
+
+#include "base/text.h"
+#include "suite/article_search.h"
+#include "suite/customer_card.h"
+#include "suite/delivery_notes.h"
+
+namespace tpv::suite {
+
+std::shared_ptr<Object> SuiteFactory::Create(std::string_view class_name) {
+  if (EqualNoCase(class_name, "ZRALBARANES.ZRAlbVentas")) return std::make_shared<DeliveryNotes>();
+  if (EqualNoCase(class_name, "ZRARTICULOS.ZRArtic")) {
+    return std::make_shared<ArticleSearch>(ports_->ui);
+  }
+  if (EqualNoCase(class_name, "ZRCLIENTES.ZRCLI")) return std::make_shared<CustomerCard>(*ports_);
+  throw ObjectError("No se puede crear el componente «" + std::string(class_name) + "»");
+}
+
+}  // namespace tpv::suite
