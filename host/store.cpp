@@ -4,6 +4,7 @@
 
 #include "adapters/sqlite/sqlite_connection.h"
 #include "host/demo/demonstration.h"
+#include "platform/clock.h"
 
 namespace tpv {
 

@@ -1,7 +1,6 @@
 #include "host/demo/catalogue.h"
 
-#include <cstdio>
-
+#include "base/mask.h"
 #include "base/text.h"
 #include "host/demo/fill.h"
 
@@ -40,19 +39,16 @@ constexpr CountryData kStreetTypes[] = {
 
 // The bar code of an article: 12 digits and the check digit over them.
 std::string BarCode(int article) {
-  char text[16];
-  std::snprintf(text, sizeof text, "84%05d%05d", 36210, article);
+  const std::string text = "8436210" + FormatNumber(article, "00000");
   int sum = 0;
   for (int i = 0; i < 12; ++i) sum += (text[i] - '0') * (i % 2 == 0 ? 1 : 3);
-  return std::string(text) + static_cast<char>('0' + (10 - sum % 10) % 10);
+  return text + static_cast<char>('0' + (10 - sum % 10) % 10);
 }
 
 // A tax document with its control letter.
 std::string Document(int number) {
   constexpr const char* kLetters = "TRWAGMYFPDXBNJZSQVHLCKE";
-  char text[16];
-  std::snprintf(text, sizeof text, "%08d%c", number, kLetters[number % 23]);
-  return text;
+  return FormatNumber(number, "00000000") + kLetters[number % 23];
 }
 
 struct Person {
@@ -116,10 +112,8 @@ void FillTaxes(Connection& connection) {
 
 void FillArticles(Connection& connection) {
   for (int article = 1; article <= kArticles; ++article) {
-    char code[8];
-    std::snprintf(code, sizeof code, "%04d", article);
     Insert(connection, "ART", "ART_Cod, ART_BARCODE, art_des, art_pve, art_tiva, art_alma",
-           {code, BarCode(article), NameOf(article), NetPriceOf(article), TaxClassOf(article), 1});
+           {CodeOf(article), BarCode(article), NameOf(article), NetPriceOf(article), TaxClassOf(article), 1});
     Insert(connection, "Exis", "exis_idart, exis_idalma, exis_uni", {article, 1, 100.0});
   }
 }
@@ -154,6 +148,8 @@ double NetPriceOf(int article) { return kArticleData[article - 1].net_price; }
 int TaxClassOf(int article) { return kArticleData[article - 1].tax_class; }
 const char* NameOf(int article) { return kArticleData[article - 1].name; }
 
+std::string CodeOf(int article) { return FormatNumber(article, "0000"); }
+
 double RateOf(int tax_class) {
   constexpr double kRates[] = {21, 10, 4, 21};
   return kRates[tax_class - 1];
@@ -168,9 +164,7 @@ void FillCatalogue(Connection& connection) {
   }
   int number = 0;
   for (const char* name : kProvinces) {
-    char code[4];
-    std::snprintf(code, sizeof code, "%02d", ++number % 100);
-    Insert(connection, "zrcomun.dbo.PROV", "PROV_COD, PROV_NOM", {code, name});
+    Insert(connection, "zrcomun.dbo.PROV", "PROV_COD, PROV_NOM", {FormatNumber(++number, "00"), name});
   }
   FillTaxes(connection);
   Insert(connection, "alm", "alm_des", {"Almacén de la tienda"});

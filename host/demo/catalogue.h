@@ -1,6 +1,8 @@
 // What the demonstration shop sells, to whom and by whom.
 #pragma once
 
+#include <string>
+
 namespace tpv {
 
 class Connection;
@@ -15,6 +17,7 @@ inline constexpr int kAgents = 6;
 double NetPriceOf(int article);
 int TaxClassOf(int article);
 const char* NameOf(int article);
+std::string CodeOf(int article);
 // Percent with tax and the id of the tax row, by class from 1.
 double RateOf(int tax_class);
 

@@ -1,6 +1,5 @@
 #include "host/demo/demonstration.h"
 
-#include <cstdio>
 #include <vector>
 
 #include "base/rounding.h"
@@ -96,12 +95,10 @@ class TillDay {
     const double price = demo::NetPriceOf(article);
     const double amount = RoundHalfAway(units * price, 2);
     const int tax = demo::TaxClassOf(article);
-    char code[8];
-    std::snprintf(code, sizeof code, "%04d", article);
     Insert(connection_, "Lav",
            "Lav_IdCav, Lav_Idart, Lav_CodArt, Lav_Des, Lav_Uni, Lav_precio, Lav_DTo1, Lav_Importe, "
            "Lav_Tiva",
-           {sale, article, code, demo::NameOf(article), units, price, 0.0, amount, tax});
+           {sale, article, demo::CodeOf(article), demo::NameOf(article), units, price, 0.0, amount, tax});
     return RoundHalfAway(amount + amount / 100 * demo::RateOf(tax), 2);
   }
 
