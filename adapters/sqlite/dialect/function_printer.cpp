@@ -69,7 +69,9 @@ Printed Printer::PrintAggregate(const Node& node) {
     if (!counts) WrongArguments(node.text);
     return {"count(*)", SqlType::Int};
   }
+  if (!scopes_.empty()) ++scopes_.back().aggregates;
   const Printed value = Print(*node.kids[0]);
+  if (!scopes_.empty()) --scopes_.back().aggregates;
   const std::string text =
       (counts ? "count" : node.text) + "(" + (node.distinct ? "DISTINCT " : "") + value.text + ")";
   if (counts) return {text, SqlType::Int};
@@ -94,7 +96,17 @@ Printed Printer::PrintFunction(const Node& node, const std::vector<Printed>& arg
     RequireCount(name, arguments, 1, 1);
     return PrintLineWithTax(name == "fncprecioconiva" ? "Lav_precio" : "Lav_Importe", arguments[0]);
   }
-  if (name == "isnull" || name == "coalesce") return PrintFirstNotNull(arguments);
+  if (name == "isnull") {
+    RequireCount(name, arguments, 2, 2);
+    const SqlType type = arguments[0].type == SqlType::Null ? arguments[1].type : arguments[0].type;
+    return PrintFirstNotNull(arguments, type);
+  }
+  if (name == "coalesce") {
+    if (arguments.size() < 2) WrongArguments(name);
+    SqlType type = SqlType::Null;
+    for (const Printed& argument : arguments) type = Common(type, argument.type);
+    return PrintFirstNotNull(arguments, type);
+  }
   if (name == "round") return PrintRound(arguments);
   if (name == "abs" || name == "floor" || name == "ceiling") {
     RequireCount(name, arguments, 1, 1);
@@ -127,15 +139,10 @@ Printed Printer::PrintRound(const std::vector<Printed>& arguments) {
           type == SqlType::Int ? SqlType::Int : SqlType::Float};
 }
 
-Printed Printer::PrintFirstNotNull(const std::vector<Printed>& arguments) {
-  if (arguments.size() < 2) WrongArguments("isnull");
-  SqlType type = SqlType::Null;
-  for (const Printed& argument : arguments) {
-    if (type == SqlType::Null) type = argument.type;
-  }
+Printed Printer::PrintFirstNotNull(const std::vector<Printed>& arguments, SqlType type) {
   std::string text;
   for (const Printed& argument : arguments) {
-    text += (text.empty() ? "coalesce(" : ", ") + ReadAs(argument, type);
+    text += (text.empty() ? "coalesce(" : ", ") + ConvertedTo(argument, type);
   }
   return {text + ")", type};
 }

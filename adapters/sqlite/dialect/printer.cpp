@@ -4,16 +4,13 @@
 #include <cstdlib>
 #include <utility>
 
+#include "adapters/sqlite/dialect/select_traits.h"
 #include "base/text.h"
 #include "platform/database.h"
 
 namespace tpv::dialect {
 
 namespace {
-
-std::string Delimited(std::string_view name) {
-  return "\"" + ReplaceAll(name, "\"", "\"\"") + "\"";
-}
 
 const schema::Table& TableNamed(const std::string& name) {
   const schema::Table* table = schema::FindTable(name);
@@ -42,6 +39,23 @@ std::string JoinText(const std::vector<std::string>& pieces, std::string_view se
   return text;
 }
 
+// The columns of a UNION so far with those of its next part.
+void Unite(std::vector<ResultColumn>& columns, const std::vector<ResultColumn>& next) {
+  if (columns.size() != next.size()) {
+    throw DatabaseError("Las partes de UNION tienen distinto número de columnas", "42000", 205);
+  }
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const SqlType common = Common(columns[i].type, next[i].type);
+    for (const SqlType type : {columns[i].type, next[i].type}) {
+      const bool reads = type == SqlType::Text || common == SqlType::DateTime;
+      if (reads && type != common && type != SqlType::Null) {
+        throw DatabaseError("Las partes de UNION mezclan tipos de datos", "42000", 206);
+      }
+    }
+    columns[i].type = common;
+  }
+}
+
 // A select's own name for an item: the alias, or the column's name.
 std::string ItemName(const SelectItem& item) {
   if (!item.alias.empty()) return item.alias;
@@ -50,38 +64,62 @@ std::string ItemName(const SelectItem& item) {
 
 }  // namespace
 
+std::string Delimited(std::string_view name) {
+  return "\"" + ReplaceAll(name, "\"", "\"\"") + "\"";
+}
+
+std::string NameOf(const ResultColumn& column) { return column.name.empty() ? "v" : column.name; }
+
+std::string WithoutNumbers(std::string_view text) {
+  std::string result;
+  bool number = false;
+  for (const char c : text) {
+    number = c == '?' || (number && c >= '0' && c <= '9');
+    if (!number || c == '?') result += c;
+  }
+  return result;
+}
+
 void Printer::Enter(const schema::Table& table) {
-  scopes_.push_back({SourceOf(table, std::string(table.name))});
+  scopes_.push_back({{SourceOf(table, std::string(table.name))}, false, 0, {}});
 }
 
 std::string Printer::PrintSelect(const Select& select, std::vector<ResultColumn>& columns) {
+  if (select.next) return PrintCompound(select, columns);
   std::string text = PrintCore(select, columns);
-  const Scope first_scope = scopes_.back();
-  scopes_.pop_back();
-  for (const Select* part = &select; part->next; part = part->next.get()) {
-    std::vector<ResultColumn> ignored;
-    text += " " + part->set_operator + " " + PrintCore(*part->next, ignored);
-    scopes_.pop_back();
-  }
-  scopes_.push_back(first_scope);
   text += PrintOrder(select, columns);
   scopes_.pop_back();
   if (select.top >= 0) text += " LIMIT " + std::to_string(select.top);
   return text;
 }
 
+// UNION and its kin: a part with TOP is limited on its own, the order is of all.
+std::string Printer::PrintCompound(const Select& select, std::vector<ResultColumn>& columns) {
+  std::string text;
+  for (const Select* part = &select; part != nullptr; part = part->next.get()) {
+    std::vector<ResultColumn> own;
+    std::string core = PrintCore(*part, own);
+    scopes_.pop_back();
+    if (part->top >= 0) {
+      core = "SELECT * FROM (" + core + " LIMIT " + std::to_string(part->top) + ")";
+    }
+    text += core + (part->next ? " " + part->set_operator + " " : "");
+    if (part == &select) columns = own;
+    Unite(columns, own);
+  }
+  return text + PrintOrder(select, columns);
+}
+
 // Leaves its scope open for the ORDER BY.
 std::string Printer::PrintCore(const Select& select, std::vector<ResultColumn>& columns) {
-  std::string alias = std::exchange(value_alias_, {});
   const std::string from = PrintFrom(select);
-  value_alias_ = std::move(alias);
-  std::string text = "SELECT ";
-  if (select.distinct) text += "DISTINCT ";
-  text += PrintItems(select, columns) + from;
-  if (select.where) text += " WHERE " + PrintCondition(*select.where);
-  if (!select.group_by.empty()) text += PrintGroup(select);
-  if (select.having) text += " HAVING " + PrintCondition(*select.having);
-  return text;
+  std::string rest;
+  if (select.where) rest = " WHERE " + PrintCondition(*select.where);
+  if (!select.group_by.empty()) rest += PrintGroup(select);
+  scopes_.back().grouped = !select.group_by.empty() || select.having || Aggregates(select);
+  if (select.having) rest += " HAVING " + PrintCondition(*select.having);
+  const std::string items = PrintItems(select, columns);
+  return (select.distinct ? "SELECT DISTINCT " : "SELECT ") + items + from + rest;
 }
 
 std::string Printer::PrintFrom(const Select& select) {
@@ -102,17 +140,19 @@ std::string Printer::PrintSource(const FromItem& item) {
     Source source{item.alias, {}};
     const std::string text = "(" + PrintSelect(*item.derived, source.columns) + ")";
     scopes_.push_back(std::move(own));
-    scopes_.back().push_back(std::move(source));
+    scopes_.back().sources.push_back(std::move(source));
     return text + " AS " + Delimited(item.alias);
   }
   const schema::Table& table = TableNamed(item.table);
   const std::string alias = item.alias.empty() ? std::string(table.name) : item.alias;
-  scopes_.back().push_back(SourceOf(table, alias));
+  scopes_.back().sources.push_back(SourceOf(table, alias));
   return Qualified(table) + " AS " + Delimited(alias);
 }
 
+// Every value gets a name, so that a select around this one can read it; texts
+// that are compared with each other keep how texts compare.
 std::string Printer::PrintItems(const Select& select, std::vector<ResultColumn>& columns) {
-  const std::string alias = std::exchange(value_alias_, {});
+  const bool compared = select.distinct || !select.set_operator.empty();
   std::vector<std::string> items;
   for (const SelectItem& item : select.items) {
     if (item.value->kind == NodeKind::Star) {
@@ -120,19 +160,22 @@ std::string Printer::PrintItems(const Select& select, std::vector<ResultColumn>&
       continue;
     }
     const Printed value = Print(*item.value);
+    const bool collated = compared && value.type == SqlType::Text;
     columns.push_back({ItemName(item), value.type});
-    items.push_back(value.text + alias);
+    items.push_back(value.text + (collated ? " COLLATE TPV" : "") + " AS " +
+                    Delimited(NameOf(columns.back())));
   }
   return JoinText(items, ", ");
 }
 
 std::string Printer::PrintStar(const std::string& qualifier, std::vector<ResultColumn>& columns) {
   std::vector<std::string> items;
-  for (const Source& source : scopes_.back()) {
+  const Scope& scope = scopes_.back();
+  for (const Source& source : scope.sources) {
     if (!qualifier.empty() && !EqualNoCase(source.alias, qualifier)) continue;
     for (const ResultColumn& column : source.columns) {
       columns.push_back(column);
-      items.push_back(Delimited(source.alias) + "." + Delimited(column.name));
+      items.push_back(PrintSourceColumn(scope, source, column.name));
     }
   }
   if (items.empty()) throw DatabaseError("No hay columnas para «" + qualifier + ".*»", "42000");
@@ -143,35 +186,37 @@ std::string Printer::PrintGroup(const Select& select) {
   std::vector<std::string> terms;
   for (const NodePtr& node : select.group_by) {
     const Printed term = Print(*node);
+    if (term.literal) throw DatabaseError("GROUP BY pide columnas, no valores", "42000", 164);
+    scopes_.back().terms.push_back(WithoutNumbers(term.text));
     terms.push_back(term.text + (term.type == SqlType::Text ? " COLLATE TPV" : ""));
   }
   return " GROUP BY " + JoinText(terms, ", ");
 }
 
-// Terms name a result column by position or by name before they are expressions.
+// The index of the result column that a term names by position or by name; -1
+// for an expression.
+int Printer::OrderPosition(const Node& node, const std::vector<ResultColumn>& columns) {
+  if (node.kind == NodeKind::Literal) {
+    const int position = node.literal == LiteralKind::Whole ? std::atoi(node.text.c_str()) : 0;
+    if (position >= 1 && position <= static_cast<int>(columns.size())) return position - 1;
+    throw DatabaseError("ORDER BY: no hay columna «" + node.text + "»", "42000", 108);
+  }
+  if (node.kind != NodeKind::Column || !node.qualifier.empty()) return -1;
+  const auto found = std::find_if(columns.begin(), columns.end(), [&](const ResultColumn& column) {
+    return EqualNoCase(column.name, node.text);
+  });
+  return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+}
+
 std::string Printer::PrintOrder(const Select& select, const std::vector<ResultColumn>& columns) {
   std::vector<std::string> terms;
   for (const OrderItem& item : select.order_by) {
-    const Node& node = *item.value;
-    int position = -1;
-    if (node.kind == NodeKind::Literal && node.literal == LiteralKind::Whole) {
-      position = std::atoi(node.text.c_str()) - 1;
-    } else if (node.kind == NodeKind::Column && node.qualifier.empty()) {
-      const auto named = [&](const ResultColumn& column) {
-        return EqualNoCase(column.name, node.text);
-      };
-      const auto found = std::find_if(columns.begin(), columns.end(), named);
-      if (found != columns.end()) position = static_cast<int>(found - columns.begin());
+    const int position = OrderPosition(*item.value, columns);
+    if (position < 0 && select.next) {
+      throw DatabaseError("ORDER BY de una UNION: solo columnas del resultado", "42000", 104);
     }
-    Printed term;
-    if (position >= static_cast<int>(columns.size())) {
-      throw DatabaseError("ORDER BY: no hay columna «" + node.text + "»", "42000");
-    }
-    if (position >= 0) {
-      term = {std::to_string(position + 1), columns[position].type};
-    } else {
-      term = Print(node);
-    }
+    const Printed term = position < 0 ? Print(*item.value)
+                                      : Printed{std::to_string(position + 1), columns[position].type};
     terms.push_back(term.text + (term.type == SqlType::Text ? " COLLATE TPV" : "") +
                     (item.descending ? " DESC" : ""));
   }

@@ -14,43 +14,71 @@ namespace tpv::dialect {
 struct Printed {
   std::string text;
   SqlType type = SqlType::Null;
-  bool literal = false;  // a constant of the statement
+  bool literal = false;    // a constant of the statement
+  bool condition = false;  // true, false or unknown: no value to store or show
 };
 
 SqlType TypeOf(const schema::Column& column);
+char TypeLetter(SqlType type);  // how SQL functions are told of a type
 // What a value becomes when it is stored in a column.
 std::string Stored(const Printed& value, const schema::Column& column);
-// The value read as the wider type that it meets in a comparison or sum.
+// The value as it is compared with one of the type: texts are read, numbers stay.
 std::string ReadAs(const Printed& value, SqlType type);
+// The value turned into the type, as SQLite's own type of value too.
+std::string ConvertedTo(const Printed& value, SqlType type);
+// The type that two values meet in.
+SqlType Common(SqlType left, SqlType right);
+
+// The name in marks, for SQLite.
+std::string Delimited(std::string_view name);
+// The name that a select's column has for a select around it.
+std::string NameOf(const ResultColumn& column);
+// A printed text without the numbers of its literals.
+std::string WithoutNumbers(std::string_view text);
 
 // The tables that names can refer to, innermost last.
 struct Source {
   std::string alias;
   std::vector<ResultColumn> columns;
 };
-using Scope = std::vector<Source>;
+
+// What one select sees of its own: its tables, and what it groups by.
+struct Scope {
+  std::vector<Source> sources;
+  bool grouped = false;
+  int aggregates = 0;              // how deep inside aggregate functions
+  std::vector<std::string> terms;  // printed, when grouped
+};
 
 class Printer {
  public:
   std::string PrintSelect(const Select& select, std::vector<ResultColumn>& columns);
-  Printed Print(const Node& node);
-  std::string PrintCondition(const Node& node) { return Print(node).text; }
+  Printed Print(const Node& node);  // a value
+  std::string PrintCondition(const Node& node);
 
   // Opens the scope of one table, for updates and deletes.
   void Enter(const schema::Table& table);
 
  private:
   std::string PrintCore(const Select& select, std::vector<ResultColumn>& columns);
+  std::string PrintCompound(const Select& select, std::vector<ResultColumn>& columns);
   std::string PrintFrom(const Select& select);
   std::string PrintSource(const FromItem& item);
   std::string PrintItems(const Select& select, std::vector<ResultColumn>& columns);
   std::string PrintStar(const std::string& qualifier, std::vector<ResultColumn>& columns);
   std::string PrintOrder(const Select& select, const std::vector<ResultColumn>& columns);
   std::string PrintGroup(const Select& select);
+  int OrderPosition(const Node& node, const std::vector<ResultColumn>& columns);
 
+  Printed PrintAny(const Node& node);
+  Printed PrintUngrouped(const Node& node);
+  Printed PrintUnary(const Node& node);
   Printed PrintColumn(const Node& node);
+  std::string PrintSourceColumn(const Scope& scope, const Source& source, std::string_view name);
   Printed PrintBinary(const Node& node);
   Printed PrintArithmetic(const std::string& op, const Printed& left, const Printed& right);
+  Printed PrintNumbers(const std::string& op, const Printed& left, const Printed& right,
+                       SqlType type);
   Printed PrintComparison(const std::string& op, const Printed& left, const Printed& right);
   Printed PrintIn(const Node& node);
   Printed PrintBetween(const Node& node);
@@ -61,14 +89,12 @@ class Printer {
   Printed PrintAggregate(const Node& node);
   Printed PrintFunction(const Node& node, const std::vector<Printed>& arguments);
   Printed PrintRound(const std::vector<Printed>& arguments);
-  Printed PrintFirstNotNull(const std::vector<Printed>& arguments);
+  Printed PrintFirstNotNull(const std::vector<Printed>& arguments, SqlType type);
   Printed PrintDatePart(const Node& node);
   Printed PrintLineWithTax(const char* column, const Printed& line);
   Printed PrintSubquery(const Select& select);
-  std::string Joined(const Node& node, std::size_t from, const Printed& other);
 
   std::vector<Scope> scopes_;
-  std::string value_alias_;  // what the next select calls its one column
 };
 
 }  // namespace tpv::dialect

@@ -16,23 +16,32 @@ bool HasAggregate(const Node& node) {
                      [](const NodePtr& kid) { return kid && HasAggregate(*kid); });
 }
 
-bool AsksForKey(const Node& condition, std::string_view key) {
-  if (condition.kind == NodeKind::Paren) return AsksForKey(*condition.kids[0], key);
+// Whether a value is the same for all rows of the table.
+bool IsFixed(const Node& value, const schema::Table& table) {
+  if (value.kind == NodeKind::Literal) return true;
+  return value.kind == NodeKind::Column && table.Find(value.text) < 0;
+}
+
+bool AsksForKey(const Node& condition, const schema::Table& table) {
+  if (condition.kind == NodeKind::Paren) return AsksForKey(*condition.kids[0], table);
   if (condition.kind != NodeKind::Binary) return false;
   if (condition.text == "AND") {
-    return AsksForKey(*condition.kids[0], key) || AsksForKey(*condition.kids[1], key);
+    return AsksForKey(*condition.kids[0], table) || AsksForKey(*condition.kids[1], table);
   }
   if (condition.text != "=") return false;
-  return std::any_of(condition.kids.begin(), condition.kids.end(), [&](const NodePtr& side) {
-    return side->kind == NodeKind::Column && EqualNoCase(side->text, key);
-  });
+  const auto is_key = [&](const Node& side) {
+    return side.kind == NodeKind::Column && EqualNoCase(side.text, table.columns[0].name);
+  };
+  const Node& left = *condition.kids[0];
+  const Node& right = *condition.kids[1];
+  return (is_key(left) && IsFixed(right, table)) || (is_key(right) && IsFixed(left, table));
 }
 
 bool IsAskedByKey(const Select& select) {
   if (select.from.size() != 1 || !select.where || select.next) return false;
   const schema::Table* table = schema::FindTable(select.from[0].table);
   const bool has_key = table != nullptr && (table->identity || table->keyed);
-  return has_key && AsksForKey(*select.where, table->columns[0].name);
+  return has_key && AsksForKey(*select.where, *table);
 }
 
 }  // namespace
@@ -43,13 +52,15 @@ bool IsAggregate(std::string_view function) {
   return std::find(kAggregates.begin(), kAggregates.end(), function) != kAggregates.end();
 }
 
+bool Aggregates(const Select& select) {
+  return std::any_of(select.items.begin(), select.items.end(),
+                     [](const SelectItem& item) { return HasAggregate(*item.value); });
+}
+
 bool GivesOneRow(const Select& select) {
   if (select.next) return false;
   if (select.top == 1 || select.from.empty()) return true;
-  const bool aggregate =
-      std::any_of(select.items.begin(), select.items.end(),
-                  [](const SelectItem& item) { return HasAggregate(*item.value); });
-  return (aggregate && select.group_by.empty()) || IsAskedByKey(select);
+  return (Aggregates(select) && select.group_by.empty()) || IsAskedByKey(select);
 }
 
 }  // namespace tpv::dialect
