@@ -59,16 +59,17 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path,
   RecordingPrinters printers;
   RecordingDevices devices;
   MemorySettings settings;
-  scenario::MailOutbox mail;
+  RecordingMailer mail;
+  RecordingReports reports;
   HeadlessFrontEnd front_end;
   suite::SuiteFactory objects;
-  Ports ports{front_end, printers, devices, settings, clock, objects};
+  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects};
   objects.SetPorts(ports);
   Zrtpve component(ports);
   component.context().MyBd =
       std::make_shared<suite::StoreDatabase>(connection, options.user, front_end, clock);
-  scenario::Rig rig{*store,   connection, clock, printers,  devices,
-                    settings, mail,       front_end, component};
+  scenario::Rig rig{*store,   connection, clock,   printers,  devices,
+                    settings, mail,       reports, front_end, component};
   scenario::HeadlessOperator hands(front_end);
   scenario::Player player(rig, hands, transcript);
   front_end.SetDriver(player);

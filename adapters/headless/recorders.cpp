@@ -83,6 +83,23 @@ std::string SettingName(std::string_view application, std::string_view section,
 }
 }  // namespace
 
+std::string RecordingMailer::Send(const Mail& mail) {
+  mails.push_back(mail);
+  if (on_mail) on_mail(mail);
+  return error;
+}
+
+void RecordingReports::Print(const Report& report, std::string_view) {
+  if (failing) throw PrintError("La impresora no responde");
+  reports.push_back(report);
+  if (on_report) on_report(report);
+}
+
+std::string RecordingReports::Show(const Report& report, std::string_view name) {
+  Print(report, {});
+  return std::string(name) + ".pdf";
+}
+
 std::string MemorySettings::Read(std::string_view application, std::string_view section,
                                  std::string_view key) const {
   const auto found = values_.find(SettingName(application, section, key));

@@ -10,7 +10,9 @@
 
 #include "platform/clock.h"
 #include "platform/database.h"
+#include "platform/mailer.h"
 #include "platform/printer.h"
+#include "platform/report.h"
 #include "platform/settings.h"
 
 namespace tpv {
@@ -51,6 +53,27 @@ class RecordingDevices : public OutputDevices {
   std::function<void(const std::string& device, const std::string& bytes)> on_write;
 
   void Write(std::string_view device, std::string_view bytes) override;
+};
+
+class RecordingMailer : public Mailer {
+ public:
+  std::vector<Mail> mails;  // all handed over, those that failed too
+  bool configured = true;
+  std::string error;  // "" while sending works
+  std::function<void(const Mail&)> on_mail;
+
+  bool Configured() const override { return configured; }
+  std::string Send(const Mail& mail) override;
+};
+
+class RecordingReports : public ReportPress {
+ public:
+  std::vector<Report> reports;
+  bool failing = false;
+  std::function<void(const Report&)> on_report;
+
+  void Print(const Report& report, std::string_view printer) override;
+  std::string Show(const Report& report, std::string_view name) override;
 };
 
 class MemorySettings : public Settings {

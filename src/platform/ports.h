@@ -11,7 +11,9 @@ class Printers;
 class OutputDevices;
 class Settings;
 class Clock;
+class Mailer;
 class ObjectFactory;
+class ReportPress;
 
 struct Ports {
   ui::FrontEnd& ui;
@@ -19,6 +21,8 @@ struct Ports {
   OutputDevices& devices;
   Settings& settings;
   Clock& clock;
+  Mailer& mailer;
+  ReportPress& reports;
   ObjectFactory& objects;
 };
 

@@ -1,6 +1,7 @@
 #include "adapters/headless/scenario/display.h"
 
 #include "platform/database.h"
+#include "platform/report.h"
 #include "platform/ui/controls.h"
 
 namespace tpv::scenario {
@@ -76,6 +77,22 @@ std::string BoxText(const ui::MessageBox& box) {
     if (button == box.default_button) text += "*";
   }
   return text + "}";
+}
+
+std::string ReportText(const Report& report) {
+  std::string text = "--- report " + report.title + "\n";
+  for (const auto* lines : {&report.left, &report.right}) {
+    for (const std::string& line : *lines) text += line + "\n";
+  }
+  for (const ReportTable& table : report.tables) {
+    if (!table.caption.empty()) text += table.caption + "\n";
+    for (const ReportRow& row : table.rows) {
+      std::string line;
+      for (std::size_t i = 0; i < row.cells.size(); ++i) Append(line, row.cells[i], i == 0);
+      text += line + "\n";
+    }
+  }
+  return text + "---\n";
 }
 
 std::string PlainRows(Recordset& rows) {

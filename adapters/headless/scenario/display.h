@@ -7,6 +7,7 @@
 
 namespace tpv {
 class Recordset;
+struct Report;
 }
 namespace tpv::ui {
 struct Control;
@@ -21,6 +22,7 @@ bool HasRows(const ui::Control& control);
 std::size_t RowCount(const ui::Control& control);
 std::string RowsOf(const ui::Control& control);
 std::string BoxText(const ui::MessageBox& box);
+std::string ReportText(const Report& report);
 // Fields joined by " | ", one row a line.
 std::string PlainRows(Recordset& rows);
 

@@ -105,7 +105,7 @@ void Player::ExpectPrinted(const std::string& text) {
 }
 
 void Player::ExpectMail(const std::string& text) {
-  for (const MailOutbox::Mail& mail : rig_.mail.mails) {
+  for (const tpv::Mail& mail : rig_.mail.mails) {
     const bool holds = mail.subject.find(text) != std::string::npos ||
                        mail.body.find(text) != std::string::npos;
     if (holds) return;

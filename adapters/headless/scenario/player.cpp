@@ -46,6 +46,10 @@ Player::Player(Rig& rig, Operator& hands, std::ostream& transcript)
   rig_.devices.on_write = [this](const std::string& device, const std::string& bytes) {
     out_ << "device " << device << " " << Hex(bytes) << "\n";
   };
+  rig_.mail.on_mail = [this](const tpv::Mail& mail) {
+    out_ << "--- mail to " << mail.to << ": " << mail.subject << "\n" << mail.body << "\n---\n";
+  };
+  rig_.reports.on_report = [this](const tpv::Report& report) { out_ << ReportText(report); };
 }
 
 bool Player::Play(std::vector<Command> commands) {

@@ -8,18 +8,6 @@
 
 namespace tpv::scenario {
 
-// Mails handed to the mail component; configured or not, failing or not.
-struct MailOutbox {
-  struct Mail {
-    std::string to;
-    std::string subject;
-    std::string body;
-  };
-  std::vector<Mail> mails;
-  bool configured = true;
-  std::string error;  // "" while sending works
-};
-
 // Everything outlives the player.
 struct Rig {
   Connection& store;               // for the player's own statements
@@ -28,7 +16,8 @@ struct Rig {
   RecordingPrinters& printers;
   RecordingDevices& devices;
   MemorySettings& settings;
-  MailOutbox& mail;
+  RecordingMailer& mail;
+  RecordingReports& reports;
   HeadlessFrontEnd& front_end;
   Zrtpve& component;
 };

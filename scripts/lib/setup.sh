@@ -1,0 +1,39 @@
+# What every script needs first; sourced, not run. Leaves the shell in the
+# project's root folder.
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+
+build_packages=(g++ cmake ninja-build ccache libsqlite3-dev)
+test_packages=(libgtest-dev nlohmann-json3-dev)
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# require_packages PACKAGE… installs those that the machine does not have.
+require_packages() {
+  local missing=() package
+  for package in "$@"; do
+    if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+      missing+=("$package")
+    fi
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  echo "Installing: ${missing[*]}" >&2
+  as_root apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" >&2
+}
+
+# build_preset PRESET TARGET… configures once and builds.
+build_preset() {
+  local preset=$1
+  shift
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  if [ ! -f "build/$preset/build.ninja" ]; then
+    echo "Configuring build/$preset" >&2
+    cmake --preset "$preset" >/dev/null
+  fi
+  cmake --build --preset "$preset" --target "$@" >&2
+}

@@ -1,0 +1,54 @@
+// A4 documents laid out from plain data: lists, invoices.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tpv {
+
+struct ReportColumn {
+  std::string caption;
+  double width = 1;  // share of the page's width
+  bool right = false;
+};
+
+struct ReportRow {
+  std::vector<std::string> cells;
+  bool strong = false;  // a total or a group's heading
+};
+
+struct ReportTable {
+  std::string caption;  // "" for none
+  std::vector<ReportColumn> columns;
+  std::vector<ReportRow> rows;
+};
+
+// One group of bars a label, one bar a series in it.
+struct BarChart {
+  std::string caption;
+  std::vector<std::string> series;
+  std::vector<std::string> labels;
+  std::vector<std::vector<double>> values;  // by series, then label
+};
+
+struct Report {
+  std::string title;
+  std::vector<std::string> left;   // lines below the title: who it is from
+  std::vector<std::string> right;  // and whom it is for
+  std::vector<ReportTable> tables;
+  std::vector<BarChart> charts;
+};
+
+// Every page has its number and how many there are.
+class ReportPress {
+ public:
+  virtual ~ReportPress() = default;
+  // Prints on the printer so named, on the current one when "". Throws PrintError.
+  virtual void Print(const Report& report, std::string_view printer) = 0;
+  // Writes a PDF file, shows it where there is a viewer, and returns its path.
+  // `name` is the file's, without folder and ending. Throws PrintError.
+  virtual std::string Show(const Report& report, std::string_view name) = 0;
+};
+
+}  // namespace tpv
