@@ -77,9 +77,7 @@ void FrmTpvAperturaCaja::msValoresiniciales() {
 
 void FrmTpvAperturaCaja::LeaveAgent() {
   if (Text1[11].text.empty()) return;
-  const auto agent = FindAgent(context(), toolkit(), Int32OrZero(Text1[11].text));
-  Text1[11].text = agent ? std::to_string(agent->id) : std::string();
-  Text1[12].text = agent ? agent->name : std::string();
+  LookUpAgent(context(), toolkit(), Int32OrZero(Text1[11].text), Text1[11], Text1[12]);
 }
 
 void FrmTpvAperturaCaja::ShowRounded(int index, double euros) {

@@ -71,7 +71,7 @@ void FrmTpv::OnEscape() {
 
 void FrmTpv::OnF1(std::string_view tag) {
   pending_message = "e";
-  if (tag == "Agentes") LookUpAgent(0);
+  if (tag == "Agentes") ShowAgent(0);
   if (tag == "Articulos") LookUpArticle({});
 }
 
@@ -90,14 +90,12 @@ void FrmTpv::msBuscarClientes(std::int32_t& code, std::int32_t& id) {
   SelectPaymentMethod(cboFpago, (*customer_)["Cli_Fco"].IntOr(0));
 }
 
-void FrmTpv::LookUpAgent(std::int32_t id) {
-  const auto agent = FindAgent(context(), toolkit(), id);
-  Text1[0].text = agent ? std::to_string(agent->id) : std::string();
-  Text1[1].text = agent ? agent->name : std::string();
+void FrmTpv::ShowAgent(std::int32_t id) {
+  LookUpAgent(context(), toolkit(), id, Text1[0], Text1[1]);
 }
 
 void FrmTpv::LeaveAgent() {
-  if (!Text1[0].text.empty()) return LookUpAgent(Int32OrZero(Text1[0].text));
+  if (!Text1[0].text.empty()) return ShowAgent(Int32OrZero(Text1[0].text));
   if (Text1[1].text.empty()) return;
   context().IdAgente = 0;  // the agent shown was taken out
   Text1[1].text.clear();

@@ -45,7 +45,7 @@ class FrmTpv : public Screen {
 
   // head of the sale
   void FillPaymentMethods();
-  void LookUpAgent(std::int32_t id);
+  void ShowAgent(std::int32_t id);
   void LeaveAgent();
   void LeaveCustomer();
   void LeaveTill();

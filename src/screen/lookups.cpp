@@ -5,6 +5,7 @@
 #include "context/context.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
+#include "platform/ui/controls.h"
 #include "platform/ui/front_end.h"
 
 namespace tpv {
@@ -91,16 +92,22 @@ std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolki
   return record;
 }
 
-std::optional<Agent> FindAgent(Context& context, FormToolkit& toolkit, std::int32_t id) {
+bool LookUpAgent(Context& context, FormToolkit& toolkit, std::int32_t id, ui::TextBox& code,
+                 ui::TextBox& name) {
   if (id == 0) id = SearchAgent(toolkit);
-  context.IdAgente = 0;
-  if (id == 0) return std::nullopt;
+  if (id == 0) {
+    if (Int32OrZero(code.text) == 0) {
+      code.text = name.text.empty() ? std::string() : std::to_string(context.IdAgente);
+    }
+    return !name.text.empty();
+  }
   const auto row = context.Database().Execute(
       "SELECT Age_ID,Age_NOM,Age_Reg FROM Age WHERE  Age_id = " + sql::Number(std::int64_t{id}));
-  if (row->Eof()) return std::nullopt;
-  const Agent agent{row->Field("Age_id").IntOr(0), row->Field("age_Nom").TextOr("")};
-  context.IdAgente = agent.id;
-  return agent;
+  const bool found = !row->Eof();
+  context.IdAgente = found ? row->Field("Age_id").IntOr(0) : 0;
+  code.text = found ? std::to_string(context.IdAgente) : std::string();
+  name.text = found ? row->Field("age_Nom").TextOr("") : std::string();
+  return found;
 }
 
 }  // namespace tpv

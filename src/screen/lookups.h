@@ -14,6 +14,10 @@ namespace tpv {
 struct Context;
 class FormToolkit;
 
+namespace ui {
+struct TextBox;
+}
+
 // The row of a customer look-up, kept whole: fields by name regardless of case.
 class CustomerRecord {
  public:
@@ -34,13 +38,11 @@ class CustomerRecord {
 std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolkit,
                                            std::int32_t code, std::int32_t& id);
 
-struct Agent {
-  std::int32_t id = 0;
-  std::string name;
-};
-
-// With id 0 the operator searches by name first. Sets the context's IdAgente to
-// the agent found, or to 0 with nullopt.
-std::optional<Agent> FindAgent(Context& context, FormToolkit& toolkit, std::int32_t id);
+// Shows the agent in the two fields and makes it the context's IdAgente; an
+// unknown id empties the fields and sets 0. With id 0 the operator searches by
+// name first, and closing the search leaves the agent as it was. Returns whether
+// an agent is shown.
+bool LookUpAgent(Context& context, FormToolkit& toolkit, std::int32_t id, ui::TextBox& code,
+                 ui::TextBox& name);
 
 }  // namespace tpv
