@@ -4,6 +4,7 @@
 #include "suite/article_search.h"
 #include "suite/customer_card.h"
 #include "suite/delivery_notes.h"
+#include "suite/printer_choice.h"
 
 namespace tpv::suite {
 
@@ -13,6 +14,7 @@ std::shared_ptr<Object> SuiteFactory::Create(std::string_view class_name) {
     return std::make_shared<ArticleSearch>(ports_->ui);
   }
   if (EqualNoCase(class_name, "ZRCLIENTES.ZRCLI")) return std::make_shared<CustomerCard>(*ports_);
+  if (EqualNoCase(class_name, "ZRSPOOL.ClsSpool")) return std::make_shared<PrinterChoice>(*ports_);
   throw ObjectError("No se puede crear el componente «" + std::string(class_name) + "»");
 }
 
