@@ -28,6 +28,7 @@ void FrmTpv::LookUpArticle(ArticleKey key) {
   tax_ = *tax;
   TakeArticle(*article);
   if (Quick() && edited_line_ == 0 && NumberOrZero(Text1[17].text) != 0) {
+    looked_up_code_.clear();  // a line that is not stored is looked up again
     StoreEnteredLine();
     return;
   }

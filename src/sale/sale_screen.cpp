@@ -53,9 +53,9 @@ void FrmTpv::OnFirstActivate() {
 void FrmTpv::FillPaymentMethods() { cboFpago.items = PaymentMethods(Database()); }
 
 bool FrmTpv::OnKeyDown(ui::Key key) {
-  if (key == ui::Key::Add && !sale_in_progress_ && cmdNueva.IsEnabled()) {
-    StartOrCancel();
-    return true;
+  if (key == ui::Key::Add) {
+    if (!sale_in_progress_ && cmdNueva.IsEnabled()) StartOrCancel();
+    return true;  // within a sale it does nothing, so it types nothing either
   }
   if (key == ui::Key::Subtract && sale_in_progress_ && cmdFinalizar.IsEnabled()) {
     Text1[19].text.clear();
@@ -261,8 +261,9 @@ bool FrmTpv::CanOpenTill() {
   };
   if (Text1[6].text.empty()) return refuse("No ha informado del numero de caja", &Text1[6]);
   if (context().IdAgente == 0) return refuse("No ha informado del vendedor", &Text1[0]);
-  if (Check1.checked || !Text1[4].text.empty()) return true;
-  return refuse("No ha informado de la fecha de venta", &Text1[4]);
+  if (Check1.checked) return true;
+  if (Text1[4].text.empty()) return refuse("No ha informado de la fecha de venta", &Text1[4]);
+  return IsDate(Text1[4].text) || refuse("La fecha de venta no es correcta", &Text1[4]);
 }
 
 void FrmTpv::OpenTill() {

@@ -31,7 +31,13 @@ void Leave(Form& form) {
   form.focus = nullptr;
   if (old == nullptr) return;
   form.OnLeave(*old);
-  if (old->left) old->left();
+  try {
+    if (old->left) old->left();
+  } catch (...) {
+    form.focus = old;  // it was not left
+    form.OnEnter(*old);
+    throw;
+  }
 }
 
 void Enter(Form& form, Control& control) {

@@ -75,6 +75,16 @@ bool Player::Step() {
 }
 
 void Player::Run(const Command& command) {
+  ++depth_;
+  RunReported(command);
+  if (expected_error_ == depth_) {
+    expected_error_ = 0;
+    if (!over_) Report(command, "se esperaba un error y no lo hubo");
+  }
+  --depth_;
+}
+
+void Player::RunReported(const Command& command) {
   try {
     Dispatch(command);
   } catch (const ScriptError&) {
@@ -87,6 +97,11 @@ void Player::Run(const Command& command) {
     Report(command, refused.what());
     over_ = true;
   } catch (const std::exception& error) {
+    if (expected_error_ == depth_) {
+      expected_error_ = 0;
+      out_ << error.what() << "\n";
+      return;
+    }
     Report(command, std::string("error: ") + error.what());
     over_ = true;
   }
@@ -107,12 +122,13 @@ void Player::Dispatch(const Command& command) {
   if (RunHostCommand(command)) return;
   if (IsBoxCommand(command.Verb())) return AnswerBox(command);
   if (command.Verb() == "pick") return Pick(command);
-  if (command.Verb() == "find") return hands_.Find(command.Rest(0));
+  if (command.Verb() == "find") return hands_.Find(command.TextFrom(0));
   RunScreenCommand(command);
 }
 
 // A box or a dialog takes nothing but its own commands.
 void Player::RequireNothingOpen(const Command& command) {
+  if (command.Verb() == "fails") return RequireNothingOpen(command.Inner(0));
   const bool own_box = IsBoxCommand(command.Verb());
   const bool own_search = IsSearchCommand(command.Verb());
   if (const ui::MessageBox* box = hands_.Box(); box != nullptr && !own_box) {
@@ -156,7 +172,7 @@ bool Player::RunScreenCommand(const Command& command) {
   Screen();
   const std::string& verb = command.Verb();
   if (verb == "type") {
-    hands_.Type(command.Count() == 1 ? command.Argument(0) : command.Rest(0));
+    hands_.Type(command.TextFrom(0));
   } else if (verb == "clear") {
     hands_.Clear();
   } else if (verb == "key") {
@@ -173,7 +189,7 @@ bool Player::RunScreenCommand(const Command& command) {
     hands_.Click(Find(command.Argument(0)));
   } else if (verb == "select") {
     hands_.Select(Find(command.Argument(0)),
-                  command.Count() == 2 ? command.Argument(1) : command.Rest(1));
+                  command.TextFrom(1));
   } else if (verb == "tick" || verb == "untick") {
     hands_.Tick(Find(command.Argument(0)), RowOf(command, 1), verb == "tick");
   } else if (verb == "cellbutton") {
@@ -185,7 +201,7 @@ bool Player::RunScreenCommand(const Command& command) {
 void Player::Enter(const Command& command) {
   hands_.Focus(Find(command.Argument(0)));
   hands_.Clear();
-  hands_.Type(command.Count() == 2 ? command.Argument(1) : command.Rest(1));
+  hands_.Type(command.TextFrom(1));
   hands_.Press(ui::Key::Tab);
 }
 
@@ -217,8 +233,14 @@ void Player::Call(const Command& command) {
 }
 
 void Player::Fails(const Command& command) {
+  const Command inner = command.Inner(0);
+  if (IsBoxCommand(inner.Verb()) || IsSearchCommand(inner.Verb())) {
+    Dispatch(inner);
+    expected_error_ = depth_ - 1;  // the error is that of the command that waits for the answer
+    return;
+  }
   try {
-    Dispatch(command.Inner(0));
+    Dispatch(inner);
   } catch (const Failure&) {
     throw;
   } catch (const ui::ActionRefused&) {

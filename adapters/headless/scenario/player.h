@@ -37,6 +37,7 @@ class Player : public Driver {
 
  private:
   void Run(const Command& command);
+  void RunReported(const Command& command);
   void Dispatch(const Command& command);
   bool RunHostCommand(const Command& command);
   bool RunScreenCommand(const Command& command);
@@ -77,6 +78,8 @@ class Player : public Driver {
   std::ostream& out_;
   std::vector<Command> commands_;
   std::size_t next_ = 0;
+  int depth_ = 0;          // commands under way: a modal screen or box plays on inside one
+  int expected_error_ = 0; // the depth of the command that a failing answer must fail; 0 for none
   bool over_ = false;
   bool held_ = true;
 };

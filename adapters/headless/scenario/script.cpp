@@ -107,6 +107,10 @@ std::string Command::Rest(std::size_t argument) const {
   return argument + 1 < words.size() ? text.substr(words[argument + 1].begin) : std::string();
 }
 
+std::string Command::TextFrom(std::size_t argument) const {
+  return Count() == argument + 1 ? Argument(argument) : Rest(argument);
+}
+
 Command Command::Inner(std::size_t argument) const { return ReadCommand(Rest(argument), file, line); }
 
 void Command::Fail(const std::string& what) const {

@@ -30,6 +30,8 @@ struct Command {
   std::size_t Count() const { return words.size() - 1; }
   // The line as written from an argument on.
   std::string Rest(std::size_t argument) const;
+  // The last argument as a text: one word, quoted or not, or several as written.
+  std::string TextFrom(std::size_t argument) const;
   // The command that the arguments from here on make.
   Command Inner(std::size_t argument) const;
   [[noreturn]] void Fail(const std::string& what) const;
