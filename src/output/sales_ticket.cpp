@@ -34,6 +34,7 @@ class SalesTicket {
         "SELECT TOP 1 DiaCaj_Modo,DiaCaj_Entrega,DiaCaj_Tarjeta,DiaCaj_Devolucion,"
         "DiaCaj_Descuento,DiaCaj_Cobrado FROM Tco INNER JOIN DiaCaj ON DiaCaj_Id =  Tco_IdDiaCaj "
         "WHERE Tco_IdCav = " + id_ + " AND DiaCaj_Tipo=1  ORDER BY DiaCaj_Fecha");
+    if (lines->Eof()) throw PrintError("La venta no tiene líneas");
     document_ = context_.ports.printers.Begin();
     document_->SetFont("Courier New", 9, true);
     document_->SetY(0);
