@@ -343,9 +343,7 @@ void Engine::CellButton(Grid& grid, int row, int column) {
   if (grid.form.focus != &grid) return;
   const bool has_button = column >= 0 && static_cast<std::size_t>(column) < grid.layout.size() &&
                           grid.layout[column].cell_button;
-  if (!has_button || grid.read_only) {
-    throw ActionRefused(grid.name + " no tiene botón en la columna " + std::to_string(column));
-  }
+  if (!has_button || grid.read_only) return;  // a click on a plain cell only chose its row
   Run(grid.form, [&] {
     if (grid.cell_button) grid.cell_button(row, column);
   });
