@@ -8,6 +8,7 @@
 #include "platform/ui/front_end.h"
 #include "reports/pending_collections.h"
 #include "reports/pending_screen.h"
+#include "reports/sales_journal_screen.h"
 #include "reports/supplier_search.h"
 #include "sale/sale_screen.h"
 #include "sale/sale_storage.h"
@@ -44,7 +45,7 @@ void Zrtpve::ShowScreen() {
 }
 
 void Zrtpve::zTpv() { ShowScreen<FrmTpv>(); }
-void Zrtpve::zDiario() { NotYet("El diario de ventas"); }
+void Zrtpve::zDiario() { ShowScreen<FrmTpvDiarioVentas>(); }
 void Zrtpve::zAperturaCierre() { NotYet("El cierre de caja"); }
 void Zrtpve::zMovCaja() { NotYet("La pantalla de movimientos de caja"); }
 void Zrtpve::zFacturacion() { NotYet("La facturación de tickets"); }

@@ -26,6 +26,17 @@ std::string PendingTickets::Select() const {
   return sql;
 }
 
+std::string BetweenDays(std::string_view from, std::string_view to) {
+  return "between '" + sql::DateText(from) + " 00:00:00' AND '" + sql::DateText(to) +
+         " 23:59:59' ";
+}
+
+std::string SoldLines(const std::string& days) {
+  return "SELECT Lav_Importe,Tiva_Iva From Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id "
+         "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Cav_fecha " +
+         days + "AND Cav_Ticket = 1";
+}
+
 std::string OfCustomer(std::int32_t customer_id) {
   return " AND Cav_IdCli = " + sql::Number(std::int64_t{customer_id});
 }

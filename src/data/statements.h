@@ -34,6 +34,14 @@ struct PendingTickets {
   std::string Select() const;
 };
 
+// "between '…' AND '…' " over whole days, both inclusive. The arguments are date
+// fields' texts; what is no date throws std::invalid_argument.
+std::string BetweenDays(std::string_view from, std::string_view to);
+
+// The select over the lines of all tickets of those days (made by BetweenDays).
+// Columns: Lav_Importe (euros without tax), Tiva_Iva (percent).
+std::string SoldLines(const std::string& days);
+
 // " AND Cav_IdCli = " and the id.
 std::string OfCustomer(std::int32_t customer_id);
 

@@ -131,10 +131,7 @@ void FrmTpvPendiente::ShowTotal() {
 void FrmTpvPendiente::ShowTicket(int row, int column) {
   constexpr int kNumberColumn = 2;
   if (column != kNumberColumn) return;
-  FrmTpv sale(context());
-  context().ports.ui.Load(sale);
-  sale.msPintaVenta(DbgDiario.Value(row, "Cav_Id").ToInt32());
-  context().ports.ui.ShowModal(sale);
+  ShowStoredSale(context(), DbgDiario.Value(row, "Cav_Id").ToInt32());
 }
 
 }  // namespace tpv

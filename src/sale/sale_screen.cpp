@@ -243,6 +243,14 @@ void FrmTpv::msPintaVenta(std::int32_t id) {
   show(6, "Cav_Caja");
 }
 
+void ShowStoredSale(Context& context, std::int32_t sale_id, bool consult_only) {
+  FrmTpv screen(context);
+  context.ports.ui.Load(screen);
+  screen.msPintaVenta(sale_id);
+  screen.bSoloConsulta = consult_only;
+  context.ports.ui.ShowModal(screen);
+}
+
 void FrmTpv::Reprint() {
   if (sale_in_progress_) return Refuse("Debe concluir la venta en curso", nullptr, Icon::Information);
   const auto last = Database().Execute(

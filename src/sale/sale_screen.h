@@ -114,4 +114,8 @@ class FrmTpv : public Screen {
   Tax tax_;
 };
 
+// Opens a sale screen on a stored sale, read-only, and waits until it is closed.
+// `consult_only` disables the till's operations too.
+void ShowStoredSale(Context& context, std::int32_t sale_id, bool consult_only = false);
+
 }  // namespace tpv

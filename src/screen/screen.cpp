@@ -99,6 +99,12 @@ void Screen::MakeDateField(ui::TextBox& box) {
 
 bool Screen::IsDate(std::string_view text) { return ParseDayFirst(text).has_value(); }
 
+bool Screen::RequireDate(ui::TextBox& box, const char* refusal) {
+  if (IsDate(box.text)) return true;
+  Refuse(refusal, &box);
+  return false;
+}
+
 double Screen::Number(const ui::TextBox& box) { return NumberOrZero(box.text); }
 
 }  // namespace tpv

@@ -60,6 +60,8 @@ class Screen : public ui::Form {
   void MakeDateField(ui::TextBox& box);
   // Whether the text is a date "dd/mm/yyyy".
   static bool IsDate(std::string_view text);
+  // Whether the field holds a date; otherwise refuses with the text.
+  bool RequireDate(ui::TextBox& box, const char* refusal);
   // Whole-number and amount readings of a field; 0 when empty or not a number.
   static double Number(const ui::TextBox& box);
 
