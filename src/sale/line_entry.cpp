@@ -1,4 +1,7 @@
 // The line being entered on the sale screen: article, units, price, discount.
+#include <algorithm>
+#include <cmath>
+
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "data/sql_text.h"
@@ -9,6 +12,14 @@ namespace tpv {
 
 using ui::Answer;
 using ui::Icon;
+
+namespace {
+
+// What a line can come to, so that no sum of lines leaves the range of money.
+constexpr double kLargestAmount = 99'999'999;  // units, euros
+constexpr double kLargestDiscount = 1000;      // percent
+
+}  // namespace
 
 void FrmTpv::LeaveArticle() {
   const bool known = article_id_ != 0 && Text1[19].text == looked_up_code_;
@@ -91,7 +102,12 @@ bool FrmTpv::CheckLine() {
     const std::string& field = Text1[index].text;
     if (!field.empty() && !ParseNumber(field)) return Warn(text, &Text1[index]);
   }
-  return true;
+  const double units = std::fabs(NumberOrZero(Text1[21].text));
+  const double price = std::fabs(NumberOrZero(Text1[17].text));
+  const double discount = std::fabs(NumberOrZero(Text1[7].text));
+  const bool too_large = std::max({units, price, units * price}) > kLargestAmount ||
+                         discount > kLargestDiscount;
+  return !too_large || Warn("Las unidades, el precio o el descuento son demasiado grandes", &Text1[21]);
 }
 
 // The fields stay as they are when the store refuses the line.
