@@ -2,9 +2,11 @@
 
 #include "base/text.h"
 #include "suite/article_search.h"
+#include "suite/communications.h"
 #include "suite/customer_card.h"
 #include "suite/delivery_notes.h"
 #include "suite/printer_choice.h"
+#include "suite/reports.h"
 
 namespace tpv::suite {
 
@@ -15,6 +17,10 @@ std::shared_ptr<Object> SuiteFactory::Create(std::string_view class_name) {
   }
   if (EqualNoCase(class_name, "ZRCLIENTES.ZRCLI")) return std::make_shared<CustomerCard>(*ports_);
   if (EqualNoCase(class_name, "ZRSPOOL.ClsSpool")) return std::make_shared<PrinterChoice>(*ports_);
+  if (EqualNoCase(class_name, "ZRComunicaciones.ZRCOMU")) {
+    return std::make_shared<Communications>(*ports_);
+  }
+  if (EqualNoCase(class_name, "ZRReportes.ZRReports")) return std::make_shared<Reports>(*ports_);
   throw ObjectError("No se puede crear el componente «" + std::string(class_name) + "»");
 }
 

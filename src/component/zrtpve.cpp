@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "cash/closures_journal.h"
 #include "output/cash_drawer.h"
 #include "output/sales_ticket.h"
 #include "platform/objects.h"
@@ -49,7 +50,7 @@ void Zrtpve::zDiario() { ShowScreen<FrmTpvDiarioVentas>(); }
 void Zrtpve::zAperturaCierre() { NotYet("El cierre de caja"); }
 void Zrtpve::zMovCaja() { NotYet("La pantalla de movimientos de caja"); }
 void Zrtpve::zFacturacion() { NotYet("La facturación de tickets"); }
-void Zrtpve::zDiarioCaja() { NotYet("El diario de cierres"); }
+void Zrtpve::zDiarioCaja() { ShowScreen<FrmTpvDiarioCierres>(); }
 void Zrtpve::zInfPendienteCobro() { ShowScreen<FrmTpvPendiente>(); }
 
 void Zrtpve::zFindByName() {

@@ -2,7 +2,7 @@
 
 #include "base/mask.h"
 #include "base/number_text.h"
-#include "data/sql_text.h"
+#include "data/date_filter.h"
 #include "data/statements.h"
 #include "platform/database.h"
 #include "sale/sale_screen.h"
@@ -62,27 +62,6 @@ void FrmTpvPendiente::LeaveCustomer() {
   Refuse("Codigo de cliente no existe", &Text1[9]);
 }
 
-std::string FrmTpvPendiente::DateFilter() const {
-  const std::string& from = Text1[5].text;
-  const std::string& to = Text1[2].text;
-  const auto first = [&] { return sql::DateText(from) + " 00:00:00'"; };
-  const auto last = [&] { return sql::DateText(to) + " 23:59:00'"; };
-  if (!from.empty() && !to.empty()) {
-    return " AND Cav_fecha BETWEEN '" + first() + " AND '" + last();
-  }
-  if (!from.empty()) return " AND Cav_fecha >= '" + first();
-  return to.empty() ? std::string() : " AND Cav_fecha <= '" + last();
-}
-
-bool FrmTpvPendiente::CheckDates() {
-  for (const int index : {5, 2}) {
-    if (Text1[index].text.empty() || IsDate(Text1[index].text)) continue;
-    Refuse("La fecha indicada no es valida", &Text1[index]);
-    return false;
-  }
-  return true;
-}
-
 void FrmTpvPendiente::msCargaRegistros() {
   for (const int index : {9, 2, 4, 5}) Text1[index].enabled = false;
   Check1.enabled = false;
@@ -90,11 +69,12 @@ void FrmTpvPendiente::msCargaRegistros() {
 }
 
 void FrmTpvPendiente::Run() {
-  if (!CheckDates()) return;
+  if (!CheckDates({&Text1[5], &Text1[2]})) return;
   PendingTickets tickets;
   tickets.with_name = true;
   tickets.with_ticket = Check1.checked;
-  tickets.filter = (IdCliente == 0 ? std::string() : OfCustomer(IdCliente)) + DateFilter();
+  tickets.filter = (IdCliente == 0 ? std::string() : OfCustomer(IdCliente)) +
+                   DateFilter("Cav_fecha", Text1[5].text, Text1[2].text);
   tickets.order = "ORDER BY Cav_Fecha";
   const auto found = Database().Execute(tickets.Select());
   DbgDiario.Bind(*found, Columns());

@@ -23,8 +23,6 @@ class FrmTpvPendiente : public Screen {
   void DeclareLayout();
   void LeaveCustomer();
   bool FindByCode(std::int32_t code, std::int32_t id);
-  std::string DateFilter() const;
-  bool CheckDates();
   void Run();
   std::vector<ui::GridColumn> Columns() const;
   void ShowTotal();

@@ -3,6 +3,7 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "cash/mail_queue.h"
 #include "cash/opening_screen.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
@@ -48,6 +49,7 @@ void FrmTpv::OnLoad() {
 
 void FrmTpv::OnFirstActivate() {
   if (bSoloConsulta) Frame3.enabled = false;
+  SendQueuedMailsOrTell(context());
 }
 
 void FrmTpv::FillPaymentMethods() { cboFpago.items = PaymentMethods(Database()); }

@@ -1,5 +1,7 @@
 #include "screen/screen.h"
 
+#include <algorithm>
+
 #include "base/date_time.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -103,6 +105,12 @@ bool Screen::RequireDate(ui::TextBox& box, const char* refusal) {
   if (IsDate(box.text)) return true;
   Refuse(refusal, &box);
   return false;
+}
+
+bool Screen::CheckDates(std::initializer_list<ui::TextBox*> boxes) {
+  return std::all_of(boxes.begin(), boxes.end(), [this](ui::TextBox* box) {
+    return box->text.empty() || RequireDate(*box, "La fecha indicada no es valida");
+  });
 }
 
 double Screen::Number(const ui::TextBox& box) { return NumberOrZero(box.text); }

@@ -62,6 +62,9 @@ class Screen : public ui::Form {
   static bool IsDate(std::string_view text);
   // Whether the field holds a date; otherwise refuses with the text.
   bool RequireDate(ui::TextBox& box, const char* refusal);
+  // Whether each of the date fields is empty or a date; the first that is
+  // neither is refused.
+  bool CheckDates(std::initializer_list<ui::TextBox*> boxes);
   // Whole-number and amount readings of a field; 0 when empty or not a number.
   static double Number(const ui::TextBox& box);
 

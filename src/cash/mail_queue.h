@@ -1,0 +1,27 @@
+// E-mails of the till: closure tickets wait in a queue until a server takes
+// them; a failed closure is told to support at once.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tpv {
+
+struct Context;
+
+// Puts a closure's text into the queue for the recipient of par_tpvemail; does
+// nothing when the shop has none.
+void QueueClosureMail(Context& context, std::string_view text);
+
+// Sends what is waiting, oldest first. What cannot be sent stays with the reason
+// beside it; without mail settings nothing happens. A server that keeps the till
+// waiting ends the round.
+void SendQueuedMails(Context& context);
+// The same for where nothing may stop the operator: a failure is shown.
+void SendQueuedMailsOrTell(Context& context);
+
+// Best effort: whether it went out is nobody's business here.
+void SendMailNow(Context& context, std::string_view recipient, std::string_view body,
+                 std::string_view subject);
+
+}  // namespace tpv
