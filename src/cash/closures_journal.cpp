@@ -65,19 +65,17 @@ void FrmTpvDiarioCierres::DeclareFields() {
 void FrmTpvDiarioCierres::OnF1(std::string_view tag) {
   if (tag != "Vendedor") return SendTab();
   pending_message = "e";
-  LookUpAgent(0);
+  ShowAgent(0);
 }
 
-void FrmTpvDiarioCierres::LookUpAgent(std::int32_t id) {
-  const auto agent = FindAgent(context(), toolkit(), id);
-  Text1[11].text = agent ? std::to_string(agent->id) : std::string();
-  Text1[12].text = agent ? agent->name : std::string();
+bool FrmTpvDiarioCierres::ShowAgent(std::int32_t id) {
+  return LookUpAgent(context(), toolkit(), id, Text1[11], Text1[12]);
 }
 
 void FrmTpvDiarioCierres::LeaveAgent() {
   if (Text1[11].text.empty()) return Text1[12].text.clear();
-  LookUpAgent(Int32OrZero(Text1[11].text));
-  if (Text1[11].text.empty()) Refuse("Codigo de vendedor no existe", &Text1[11]);
+  if (ShowAgent(Int32OrZero(Text1[11].text))) return;
+  Refuse("Codigo de vendedor no existe", &Text1[11]);
 }
 
 std::string FrmTpvDiarioCierres::Filter() const {

@@ -23,7 +23,7 @@ class FrmTpvDiarioCierres : public Screen {
 
  private:
   void DeclareFields();
-  void LookUpAgent(std::int32_t id);
+  bool ShowAgent(std::int32_t id);
   void LeaveAgent();
   std::string Filter() const;
   void Run();
