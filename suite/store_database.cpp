@@ -27,6 +27,17 @@ ValueKind KindOf(const Variant& kind) {
   return static_cast<ValueKind>(code);
 }
 
+// The builder's columns as an object of their own.
+class Columns : public LateBound {
+ public:
+  explicit Columns(RowBuilder& builder) : LateBound("MyBd.xlsCampos") {
+    Define("Add", 3, 3, [&builder](std::span<Variant> arguments) {
+      builder.Add(arguments[0].ToText(), KindOf(arguments[1]), arguments[2]);
+      return Variant();
+    });
+  }
+};
+
 }  // namespace
 
 StoreDatabase::StoreDatabase(Connection& connection, std::int32_t user, ui::FrontEnd& front_end,
@@ -35,7 +46,8 @@ StoreDatabase::StoreDatabase(Connection& connection, std::int32_t user, ui::Fron
       user_(user),
       front_end_(front_end),
       clock_(clock),
-      builder_(connection) {}
+      builder_(connection),
+      columns_(std::make_shared<Columns>(builder_)) {}
 
 Variant StoreDatabase::Parametro(std::string_view name) {
   const int column = schema::FindTable("Parametros")->Find(name);
@@ -56,6 +68,7 @@ std::unique_ptr<FormToolkit> StoreDatabase::CreateFormToolkit() {
 
 Variant StoreDatabase::Get(std::string_view property) {
   if (EqualNoCase(property, "IdUsuario")) return Variant(user_);
+  if (EqualNoCase(property, "xlsCampos")) return Variant(columns_);
   Unknown(property);
 }
 
@@ -76,11 +89,6 @@ Variant StoreDatabase::Call(std::string_view method, std::span<Variant> argument
   if (EqualNoCase(method, "Parametros")) {
     RequireCount(method, arguments.size(), 1);
     return Parametro(arguments[0].ToText());
-  }
-  if (EqualNoCase(method, "xlsCamposAdd")) {
-    RequireCount(method, arguments.size(), 3);
-    builder_.Add(arguments[0].ToText(), KindOf(arguments[1]), arguments[2]);
-    return {};
   }
   const bool update = EqualNoCase(method, "Update");
   if (!update && !EqualNoCase(method, "Insert")) Unknown(method);

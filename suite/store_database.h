@@ -27,8 +27,8 @@ class StoreDatabase : public DatabaseObject {
   RowBuilder& NuevaSentencia() override;
   std::unique_ptr<FormToolkit> CreateFormToolkit() override;
 
-  // IdUsuario, Parametros(name), Tabla, BeginTrans, Where, xlsCampos.Add as the
-  // method xlsCamposAdd(column, kind, value), Insert(error), Update(error).
+  // IdUsuario, Parametros(name), Tabla, BeginTrans, Where, xlsCampos with its
+  // Add(column, kind, value), Insert(error), Update(error).
   Variant Get(std::string_view property) override;
   void Put(std::string_view property, const Variant& value) override;
   Variant Call(std::string_view method, std::span<Variant> arguments) override;
@@ -39,6 +39,7 @@ class StoreDatabase : public DatabaseObject {
   ui::FrontEnd& front_end_;
   const Clock& clock_;
   StatementBuilder builder_;
+  std::shared_ptr<Object> columns_;
 };
 
 // The database object that a sibling component was given as its MyBd. Throws

@@ -114,12 +114,22 @@ void Erase(TextBox& box, bool before_caret) {
   ReplaceSelection(box, "");
 }
 
+char32_t FirstFolded(std::string_view text) {
+  const std::string folded = FoldCase(text);
+  std::size_t position = 0;
+  return NextCharacter(folded, position);
+}
+
 char32_t AccessKeyOf(std::string_view caption) {
   const std::size_t mark = caption.find('&');
   if (mark == std::string_view::npos || mark + 1 >= caption.size()) return 0;
-  const std::string folded = FoldCase(caption.substr(mark + 1));
-  std::size_t position = 0;
-  return NextCharacter(folded, position);
+  return FirstFolded(caption.substr(mark + 1));
+}
+
+bool IsClickable(const Control& control) {
+  return dynamic_cast<const Button*>(&control) != nullptr ||
+         dynamic_cast<const CheckBox*>(&control) != nullptr ||
+         dynamic_cast<const OptionButton*>(&control) != nullptr;
 }
 
 // The row that a key moves a list to; -1 when there are no rows.
@@ -280,10 +290,11 @@ void Engine::Click(Control& control) {
 }
 
 void Engine::AccessKey(char32_t letter) {
+  std::string text;
+  AppendCharacter(text, letter);
+  const char32_t wanted = FirstFolded(text);
   for (Control* control : Top()->Controls()) {
-    const bool usable = control->CanFocus() && control->IsEnabled() && control->IsVisible();
-    if (usable && dynamic_cast<Button*>(control) != nullptr &&
-        AccessKeyOf(control->caption) == letter) {
+    if (CanTakeFocus(*control) && IsClickable(*control) && AccessKeyOf(control->caption) == wanted) {
       Click(*control);
       return;
     }

@@ -1,0 +1,150 @@
+// The event engine: what happens in which order when the operator acts.
+#include "screen/engine.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/ui/form.h"
+
+namespace tpv::ui {
+namespace {
+
+// A form that writes down what it is told.
+class Diary : public Form {
+ public:
+  Diary() : Form("frmPrueba") {
+    rows = {{&frame}, {&accept, &check}};
+    frame.Rows({{&fields[0], &fields[1]}, {&fields[2]}});
+    for (auto& [index, box] : fields) {
+      box->left = [this, i = index] { Note("left " + std::to_string(i)); };
+      box->entered = [this, i = index] { Note("entered " + std::to_string(i)); };
+    }
+    accept.click = [this] { Note("click"); };
+  }
+  bool OnKeyDown(Key key) override {
+    if (key == Key::Enter) Note("down");
+    return key == swallowed;
+  }
+  void OnKeyUp(Key key) override {
+    if (key == Key::Enter) Note("up");
+  }
+  void OnLoad() override { Note("load"); }
+  void OnFirstActivate() override { Note("activate"); }
+  void OnUnload() override { Note("unload"); }
+
+  void Note(const std::string& what) { diary += diary.empty() ? what : ", " + what; }
+  std::string Take() { return std::exchange(diary, {}); }
+
+  TextBoxes fields{*this, "Text1"};
+  TextBox &first = fields.Add(0), &second = fields.Add(1), &third = fields.Add(2);
+  Frame frame{*this, "Frame1"};
+  Button accept{*this, "cmdAceptar", "&Aceptar"};
+  CheckBox check{*this, "Check1", "&Ver"};
+  Key swallowed = Key::Other;
+  std::string diary;
+};
+
+class EngineTest : public testing::Test {
+ protected:
+  EngineTest() {
+    engine.Open(form);
+    form.Take();
+  }
+  void Type(std::string_view text) {
+    for (const char c : text) engine.TypeCharacter(static_cast<char32_t>(c));
+  }
+  Diary form;
+  Engine engine;
+};
+
+TEST(EngineOpening, LoadsOnceEntersThenActivatesOnce) {
+  Diary form;
+  Engine engine;
+  engine.Load(form);
+  engine.Open(form);
+  EXPECT_EQ(form.Take(), "load, entered 0, activate");
+  engine.Unload(form);
+  engine.Open(form);
+  EXPECT_EQ(form.Take(), "unload");
+}
+
+TEST_F(EngineTest, LeavesBeforeEnteringAndSkipsWhatCannotHaveTheFocus) {
+  form.second.enabled = false;
+  engine.PressKey(Key::Tab);
+  EXPECT_EQ(form.Take(), "left 0, entered 2");
+  engine.PressKey(Key::BackTab);
+  EXPECT_EQ(form.Take(), "left 2, entered 0");
+  EXPECT_THROW(engine.FocusOn(form.second), ActionRefused);
+  form.frame.enabled = false;
+  engine.KeyUp(Key::Other);
+  EXPECT_EQ(form.focus, &form.accept);
+  EXPECT_THROW(engine.Click(form.first), ActionRefused);
+}
+
+TEST_F(EngineTest, AFieldThatSendsTheFocusElsewhereStopsTheClickThatLeftIt) {
+  form.first.left = [this] { form.SetFocus(form.third); };
+  engine.Click(form.accept);
+  EXPECT_EQ(form.focus, &form.third);
+  EXPECT_EQ(form.Take(), "entered 2");
+  engine.Click(form.accept);
+  EXPECT_EQ(form.Take(), "left 2, click");
+}
+
+TEST_F(EngineTest, TwoFieldsThatSendEachOtherTheFocusEnd) {
+  form.first.left = [this] { form.SetFocus(form.first); };
+  engine.FocusOn(form.second);
+  EXPECT_EQ(form.focus, &form.first);
+  form.first.entered = [this] { form.SetFocus(form.second); };
+  form.second.entered = [this] { form.SetFocus(form.first); };
+  engine.FocusOn(form.third);
+  EXPECT_NE(form.focus, nullptr);
+}
+
+TEST_F(EngineTest, AFailedLeavingKeepsTheFocusAndPassesTheError) {
+  form.first.left = [] { throw std::runtime_error("no hay conexión"); };
+  EXPECT_THROW(engine.PressKey(Key::Tab), std::runtime_error);
+  EXPECT_EQ(form.focus, &form.first);
+  Type("5");
+  EXPECT_EQ(form.first.text, "5");
+}
+
+TEST_F(EngineTest, KeysReachTheFormFirstAndTheReleaseIsLostToWhatOpened) {
+  engine.FocusOn(form.accept);
+  form.Take();
+  engine.PressKey(Key::Enter);
+  EXPECT_EQ(form.Take(), "down, click");
+  form.swallowed = Key::Enter;
+  engine.PressKey(Key::Enter);
+  EXPECT_EQ(form.Take(), "down, up");
+  form.swallowed = Key::Other;
+  form.accept.click = [this] { engine.CountOpening(); };
+  engine.PressKey(Key::Enter);
+  EXPECT_EQ(form.Take(), "down");
+}
+
+TEST_F(EngineTest, TypingReplacesTheSelectionUpToTheLimit) {
+  form.first.max_length = 4;
+  Type("12345");
+  EXPECT_EQ(form.first.text, "1234");
+  form.first.SelectAll();
+  engine.TypeCharacter(U'Ñ');
+  EXPECT_EQ(form.first.text, "Ñ");
+  engine.PressKey(Key::Backspace);
+  EXPECT_EQ(form.first.text, "");
+  form.first.locked = true;
+  Type("1");
+  EXPECT_EQ(form.first.text, "");
+  EXPECT_THROW(engine.ClearText(), ActionRefused);
+}
+
+TEST_F(EngineTest, AccessKeysClickWhatCarriesThem) {
+  engine.AccessKey(U'a');
+  EXPECT_EQ(form.Take(), "left 0, click");
+  engine.AccessKey(U'V');
+  EXPECT_TRUE(form.check.checked);
+  form.accept.enabled = false;
+  engine.AccessKey(U'a');
+  EXPECT_EQ(form.Take(), "");
+}
+
+}  // namespace
+}  // namespace tpv::ui
