@@ -19,22 +19,33 @@ std::string Condition(const ArticleKey& key) {
   return ")  where ART_COD=" + code + " or art_barcode = " + code + " ";
 }
 
-std::string Statement(const ArticleKey& key, std::int32_t customer_id) {
+std::string Statement(const ArticleKey& key, std::int32_t customer_id, bool with_retail_price) {
   const bool by_id = key.bar_code.empty() && key.code.empty();
   return std::string(
              "Select art_id,ART_Cod,art_des,art_pve,art_tiva,art_alma,alm_des,art_for,art_mat,"
-             "ART_FAC,artcli_dto1,artcli_dto2,artcli_fijo,art_pvpi  ") +
+             "ART_FAC,artcli_dto1,artcli_dto2,artcli_fijo") +
+         (with_retail_price ? ",art_pvpi  " : "  ") +
          (by_id ? " From ART left join alm on art_alma = alm_id "
                 : " from ART left join alm on art_alma = alm_id ") +
          "left join artcli on (art_id = artcli_idart and artcli_idcli=" +
          sql::Number(std::int64_t{customer_id}) + Condition(key);
 }
 
+std::optional<Tax> ReadTax(Context& context, std::int32_t tax_class, const std::string& bound) {
+  const auto row = context.Database().Execute(
+      "Select top 1 tiva_id,Tiva_iva,Tiva_REc from zrcomun.dbo.tivas where tiva_reg= 1 "
+      " And tiva_art=" + sql::Number(std::int64_t{tax_class}) + bound +
+      " Order by tiva_fecha desc");
+  if (row->Eof()) return std::nullopt;
+  return Tax{row->Field("Tiva_Id").ToInt32(), row->Field("Tiva_iva").NumberOr(0),
+             row->Field("Tiva_rec").NumberOr(0)};
+}
+
 }  // namespace
 
 std::optional<Article> FindArticle(Context& context, const ArticleKey& key,
-                                   std::int32_t customer_id) {
-  const auto row = context.Database().Execute(Statement(key, customer_id));
+                                   std::int32_t customer_id, bool with_retail_price) {
+  const auto row = context.Database().Execute(Statement(key, customer_id, with_retail_price));
   if (row->Eof()) return std::nullopt;
   const int decimals = context.Parameter("par_decpre").IntOr(0);
   Article article;
@@ -53,14 +64,12 @@ std::optional<Article> FindArticle(Context& context, const ArticleKey& key,
 
 std::optional<Tax> FindTax(Context& context, std::int32_t tax_class, const std::string& date) {
   const bool dated = ParseDayFirst(date).has_value();
-  const auto row = context.Database().Execute(
-      "Select top 1 tiva_id,Tiva_iva,Tiva_REc from zrcomun.dbo.tivas where tiva_reg= 1 "
-      " And tiva_art=" + sql::Number(std::int64_t{tax_class}) + " AND Tiva_Fecha < = " +
-      (dated ? "'" + sql::DateText(date) + "'" : std::string(" Getdate()")) +
-      " Order by tiva_fecha desc");
-  if (row->Eof()) return std::nullopt;
-  return Tax{row->Field("Tiva_Id").ToInt32(), row->Field("Tiva_iva").NumberOr(0),
-             row->Field("Tiva_rec").NumberOr(0)};
+  return ReadTax(context, tax_class, " AND Tiva_Fecha < = " +
+                 (dated ? "'" + sql::DateText(date) + "'" : std::string(" Getdate()")));
+}
+
+std::optional<Tax> FindNewestTax(Context& context, std::int32_t tax_class) {
+  return ReadTax(context, tax_class, "");
 }
 
 double PriceWithTax(double net_price, const Tax& tax) {

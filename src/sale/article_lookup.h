@@ -35,13 +35,16 @@ struct Tax {
   double surcharge = 0;
 };
 
-// Nullopt when there is no such article.
+// Nullopt when there is no such article. Returns leave the retail price out of
+// the select.
 std::optional<Article> FindArticle(Context& context, const ArticleKey& key,
-                                   std::int32_t customer_id);
+                                   std::int32_t customer_id, bool with_retail_price = true);
 
 // The tax valid on a date field's text; today's when it holds no date. Nullopt
 // when the article's class has none.
 std::optional<Tax> FindTax(Context& context, std::int32_t tax_class, const std::string& date);
+// The newest tax of the class, whatever day it is valid from.
+std::optional<Tax> FindNewestTax(Context& context, std::int32_t tax_class);
 
 // Unit price with tax and surcharge, in cents.
 double PriceWithTax(double net_price, const Tax& tax);

@@ -9,6 +9,7 @@
 #include "reports/pending_collections.h"
 #include "reports/pending_screen.h"
 #include "sale/checkout_dialog.h"
+#include "sale/kept_sale.h"
 #include "sale/payment_methods.h"
 
 namespace tpv {
@@ -68,6 +69,7 @@ void FrmTpv1::NewCustomer() {
 }
 
 void FrmTpv1::ShowPending() {
+  const KeptSale kept(context());
   FrmTpvPendiente pending(context());
   context().ports.ui.Load(pending);
   pending.Text1[9].text = Text1[2].text;

@@ -1,12 +1,11 @@
-// The line being entered on the sale screen: article, units, price, discount.
+// The line being entered: article, units, price, discount.
 #include <algorithm>
 #include <cmath>
 
 #include "base/mask.h"
 #include "base/number_text.h"
-#include "data/sql_text.h"
-#include "platform/database.h"
-#include "sale/sale_screen.h"
+#include "sale/sale_entry.h"
+#include "sale/sale_storage.h"
 
 namespace tpv {
 
@@ -21,7 +20,7 @@ constexpr double kLargestDiscount = 1000;      // percent
 
 }  // namespace
 
-void FrmTpv::LeaveArticle() {
+void SaleEntry::LeaveArticle() {
   const bool known = article_id_ != 0 && Text1[19].text == looked_up_code_;
   if (Text1[19].text.empty() || known || !sale_in_progress_) return;
   ArticleKey key;
@@ -29,12 +28,25 @@ void FrmTpv::LeaveArticle() {
   LookUpArticle(key);
 }
 
-void FrmTpv::LookUpArticle(ArticleKey key) {
+bool SaleEntry::Quick() const {
+  const Variant quick = Parameter("Par_Rapida");
+  return !quick.IsNull() && quick.ToBool();
+}
+
+std::optional<Article> SaleEntry::Find(const ArticleKey& key, std::int32_t customer_id) {
+  return FindArticle(context(), key, customer_id);
+}
+
+std::optional<Tax> SaleEntry::TaxOf(const Article& article) {
+  return FindTax(context(), article.tax_class, Text1[4].text);
+}
+
+void SaleEntry::LookUpArticle(ArticleKey key) {
   if (key.Empty()) key.id = SearchArticle(context());
   if (key.Empty()) return;
-  const auto article = FindArticle(context(), key, customer_ ? customer_->Id() : 0);
+  const auto article = Find(key, customer_ ? customer_->Id() : 0);
   if (!article) return RefuseArticle("Codigo articulo inexistente");
-  const auto tax = FindTax(context(), article->tax_class, Text1[4].text);
+  const auto tax = TaxOf(*article);
   if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
   tax_ = *tax;
   TakeArticle(*article);
@@ -43,17 +55,17 @@ void FrmTpv::LookUpArticle(ArticleKey key) {
     StoreEnteredLine();
     return;
   }
-  cmdGuardar.enabled = true;
+  AwaitAcceptance();
   SetFocus(Text1[18]);
 }
 
-void FrmTpv::RefuseArticle(const std::string& text) {
+void SaleEntry::RefuseArticle(const std::string& text) {
   article_id_ = 0;
   Text1[19].text.clear();
   Refuse(text, &Text1[19], Icon::Critical);
 }
 
-void FrmTpv::TakeArticle(const Article& article) {
+void SaleEntry::TakeArticle(const Article& article) {
   article_id_ = article.id;
   Text1[19].text = looked_up_code_ = article.code;
   Text1[18].text = article.description;
@@ -61,7 +73,7 @@ void FrmTpv::TakeArticle(const Article& article) {
   Text1[17].text = FormatNumber(PriceWithTax(article.net_price, tax_), "##,##0.00");
 }
 
-void FrmTpv::ReformatNumber(int index, int decimals) {
+void SaleEntry::ReformatNumber(int index, int decimals) {
   std::string& text = Text1[index].text;
   if (text.empty()) text = "0";
   if (const auto number = ParseNumber(text)) {
@@ -69,28 +81,17 @@ void FrmTpv::ReformatNumber(int index, int decimals) {
   }
 }
 
-void FrmTpv::Accept() {
+bool SaleEntry::AcceptLine() {
   if (NumberOrZero(Text1[17].text) == 0 && article_id_ != 0 &&
       !Confirm("El precio de venta es cero. Confirma la linea de venta", Icon::Exclamation,
                Answer::No)) {
     SetFocus(Text1[17]);
-    return;
+    return false;
   }
-  if (StoreEnteredLine()) EndLine();
+  return StoreEnteredLine();
 }
 
-void FrmTpv::Drop() {
-  EmptyLine();
-  EndLine();
-}
-
-void FrmTpv::EndLine() {
-  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = true;
-  cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
-  SetFocus(Text1[19]);
-}
-
-bool FrmTpv::CheckLine() {
+bool SaleEntry::CheckLine() {
   if (article_id_ == 0) return Warn("No ha informado del articulo", &Text1[19]);
   if (Text1[21].text.empty() && edited_line_ == 0) {
     return Warn("No ha introducido las unidades", &Text1[21]);
@@ -111,7 +112,7 @@ bool FrmTpv::CheckLine() {
 }
 
 // The fields stay as they are when the store refuses the line.
-bool FrmTpv::StoreEnteredLine() {
+bool SaleEntry::StoreEnteredLine() {
   if (!CheckLine()) return false;
   SaleLine line;
   line.id = edited_line_;
@@ -133,33 +134,11 @@ bool FrmTpv::StoreEnteredLine() {
   return true;
 }
 
-void FrmTpv::EmptyLine() {
+void SaleEntry::EmptyLine() {
   Text1[21].text = FormatNumber(1, "0.00");
   for (const int index : {7, 17, 18, 19}) Text1[index].text.clear();
   edited_line_ = 0;
   article_id_ = 0;
-}
-
-void FrmTpv::EditLine(int row, int column) {
-  constexpr int kDescriptionColumn = 5;
-  if (column != kDescriptionColumn) return;
-  const auto value = [&](const char* field) -> const Variant& { return dbgVenta.Value(row, field); };
-  const std::string mask = MaskWithDecimals("#,##0.", PriceDecimals());
-  edited_line_ = value("Lav_Id").ToInt32();
-  article_id_ = value("Lav_Idart").IntOr(0);
-  // The line keeps its own tax, whatever article was looked up last.
-  const auto stored = Database().Execute("SELECT Lav_Tiva FROM Lav WHERE Lav_Id = " +
-                                         sql::Number(std::int64_t{edited_line_}));
-  tax_ = {stored->Eof() ? 0 : stored->Field(0).IntOr(0), value("Tiva_iva").NumberOr(0),
-          value("Tiva_rec").NumberOr(0)};
-  Text1[21].text = value("Lav_Uni").TextOr("");
-  Text1[19].text = looked_up_code_ = value("Lav_CodArt").TextOr("");
-  Text1[18].text = value("Lav_Des").TextOr("");
-  Text1[7].text = FormatNumber(value("Lav_DTo1").NumberOr(0), mask);
-  Text1[17].text = FormatNumber(value("Precio").NumberOr(0), mask);
-  cmdGuardar.enabled = cmdCancelar.enabled = true;
-  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = false;
-  SetFocus(Text1[21]);
 }
 
 }  // namespace tpv

@@ -11,48 +11,19 @@
 #include "output/sales_ticket.h"
 #include "platform/database.h"
 #include "sale/checkout_dialog.h"
-#include "sale/payment_methods.h"
+#include "sale/kept_sale.h"
+#include "sale/returns_screen.h"
+#include "sale/sale_storage.h"
 
 namespace tpv {
 
 using ui::Answer;
 using ui::Icon;
 
-void FrmTpv::OnLoad() {
-  Screen::OnLoad();
-  caption = "Punto de venta rapido: " + std::string(kVersion);
-  FillPaymentMethods();
-  if (Parameter("Par_SerTicFac").IsNull()) {
-    Refuse(
-        "Para poder facturar tickets debe informar de la serie de facturas para tickets en "
-        "parametros",
-        nullptr);
-  }
-  Text1[0].tag = "Agentes";
-  Text1[2].tag = "Clientes";
-  Text1[19].tag = "Articulos";
-  std::int32_t counter_customer = Parameter("Par_CliCon").IntOr(0);
-  if (counter_customer != 0) {
-    std::int32_t id = 0;
-    msBuscarClientes(counter_customer, id);
-  }
-  if (Parameter("Par_Alma").IsNull()) {
-    Message("No se ha definido en parámetros el almacen para Gestión de venta rápida. " +
-                std::string(kLineBreak) +
-                "ATENCION: NO SE DECONTARAN EXISTENCIAS DE NINGUN ALMACEN",
-            Icon::Critical);
-  }
-  Text1[6].text = Parameter("Par_NumCaja").TextOr("");
-  context().IdAlbaran = -1;
-  ShowLinesAndTotals();
-}
-
 void FrmTpv::OnFirstActivate() {
   if (bSoloConsulta) Frame3.enabled = false;
   SendQueuedMailsOrTell(context());
 }
-
-void FrmTpv::FillPaymentMethods() { cboFpago.items = PaymentMethods(Database()); }
 
 bool FrmTpv::OnKeyDown(ui::Key key) {
   if (key == ui::Key::Add) {
@@ -71,49 +42,6 @@ void FrmTpv::OnEscape() {
   if (cmdSalir.IsEnabled()) Exit();
 }
 
-void FrmTpv::OnF1(std::string_view tag) {
-  pending_message = "e";
-  if (tag == "Agentes") ShowAgent(0);
-  if (tag == "Articulos") LookUpArticle({});
-}
-
-void FrmTpv::OnEnter(ui::Control& control) {
-  if (&control == &Text1[2]) Text1[2].text = ReplaceAll(Text1[2].text, "/", "");
-  Screen::OnEnter(control);
-}
-
-void FrmTpv::msBuscarClientes(std::int32_t& code, std::int32_t& id) {
-  auto found = FindCustomer(context(), toolkit(), code, id);
-  if (!found) return;
-  customer_ = std::move(found);
-  context().IdCliente = customer_->Id();
-  Text1[2].text = std::to_string(customer_->Code());
-  Text1[5].text = customer_->Name();
-  SelectPaymentMethod(cboFpago, (*customer_)["Cli_Fco"].IntOr(0));
-}
-
-void FrmTpv::ShowAgent(std::int32_t id) {
-  LookUpAgent(context(), toolkit(), id, Text1[0], Text1[1]);
-}
-
-void FrmTpv::LeaveAgent() {
-  if (!Text1[0].text.empty()) return ShowAgent(Int32OrZero(Text1[0].text));
-  if (Text1[1].text.empty()) return;
-  context().IdAgente = 0;  // the agent shown was taken out
-  Text1[1].text.clear();
-}
-
-void FrmTpv::LeaveCustomer() {
-  const std::string& text = Text1[2].text;
-  const bool unchanged = customer_ && text == std::to_string(customer_->Code());
-  if (text.empty() || unchanged) return;
-  std::int32_t code = ParseInt32(text).value_or(-2);
-  std::int32_t id = 0;
-  msBuscarClientes(code, id);
-  if (customer_ && code == customer_->Code()) return;
-  Refuse("Codigo de cliente no existe", &Text1[2]);
-}
-
 void FrmTpv::LeaveTill() {
   const std::string& till = Text1[6].text;
   if (NumberOrZero(till) > 0 && TillIsOpen(Database(), till)) MarkTillOpen();
@@ -125,34 +53,17 @@ void FrmTpv::MarkTillOpen() {
   Text1[6].enabled = Text1[4].enabled = false;
 }
 
-bool FrmTpv::Warn(const std::string& text, ui::Control* focus_back) {
-  Refuse(text, focus_back, Icon::Exclamation, "Atención");
-  return false;
-}
-
-bool FrmTpv::CanStart() {
-  if (Text1[6].text.empty()) return Warn("No ha informado del numero de caja", &Text1[6]);
-  if (!till_open_) return Warn("Caja cerrada, debe aperturarla para poder trabajar", nullptr);
-  if (context().IdAgente == 0) return Warn("No ha informado del vendedor", &Text1[0]);
-  if (context().IdCliente == 0 || !customer_) {
-    return Warn("No ha informado del cliente", &Text1[2]);
-  }
-  if (Check1.checked) return true;
-  if (Text1[4].text.empty()) return Warn("No ha informado de la fecha de venta", &Text1[4]);
-  return IsDate(Text1[4].text) || Warn("La fecha de venta no es correcta", &Text1[4]);
-}
-
 void FrmTpv::StartOrCancel() {
   if (sale_in_progress_) {
     Cancel();
-  } else if (CanStart()) {
+  } else if (CanStart(!Text1[6].text.empty(), nullptr)) {
     Start();
   }
 }
 
 void FrmTpv::Start() {
   const std::int16_t till = Variant(Text1[6].text).ToInt16();
-  CreateSaleHeader(context(), *customer_, Text1[6].text, Check1.checked ? "" : Text1[4].text);
+  CreateHeader();
   context().Caja = till;
   sale_in_progress_ = true;
   Frame2.enabled = true;
@@ -165,9 +76,7 @@ void FrmTpv::Start() {
 }
 
 void FrmTpv::Cancel() {
-  if (!Confirm("Confirma que desea cancelar la venta en curso", Icon::Critical, Answer::No)) return;
-  CancelSale(context(), context().IdAlbaran);
-  EmptyAfterSale();
+  if (CancelSaleInProgress()) EmptyAfterSale();
 }
 
 void FrmTpv::Finish() {
@@ -181,11 +90,8 @@ void FrmTpv::Finish() {
 }
 
 void FrmTpv::EmptyAfterSale() {
-  EmptyLine();
-  context().IdAlbaran = -1;
-  sale_in_progress_ = false;
+  ForgetSale();
   Frame2.enabled = false;
-  cmdNueva.caption = "&Nueva Venta";
   cmdNueva.enabled = true;
   cmdCancelar.enabled = cmdFinalizar.enabled = false;
   ShowLinesAndTotals();
@@ -292,6 +198,19 @@ void FrmTpv::OpenTill() {
   opening.ShowLastClosure();
   context().ports.ui.ShowModal(opening);
   if (TillIsOpen(Database(), Text1[6].text)) MarkTillOpen();
+}
+
+void FrmTpv::OpenReturns() {
+  if (Text1[6].text.empty()) return Refuse("No ha informado del numero de caja", &Text1[6]);
+  if (!till_open_) {
+    return Refuse("Caja cerrada, debe aperturarla para poder trabajar", &Text1[6]);
+  }
+  if (context().IdAgente == 0) return Refuse("No ha informado del vendedor", &Text1[0]);
+  const KeptSale kept(context());
+  FrmTpvDevoluciones returns(context());
+  context().ports.ui.Load(returns);
+  for (const int index : {6, 0, 1}) returns.Text1[index].text = Text1[index].text;
+  context().ports.ui.ShowModal(returns);
 }
 
 void FrmTpv::Exit() {

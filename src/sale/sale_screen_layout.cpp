@@ -3,7 +3,7 @@
 
 namespace tpv {
 
-FrmTpv::FrmTpv(Context& ctx) : Screen(ctx, "frmTpv") {
+FrmTpv::FrmTpv(Context& ctx) : SaleEntry(ctx, "frmTpv") {
   DeclareFields();
   DeclareLayout();
   ConnectFields();
@@ -11,18 +11,10 @@ FrmTpv::FrmTpv(Context& ctx) : Screen(ctx, "frmTpv") {
   Frame2.enabled = false;
   cmdGuardar.enabled = cmdCancelar.enabled = cmdFinalizar.enabled = false;
   // Screens that are still to come.
-  cmdDevoluciones.enabled = cmdPagos.enabled = cmdCierre.enabled = false;
+  cmdPagos.enabled = cmdCierre.enabled = false;
 }
 
 void FrmTpv::DeclareFields() {
-  struct Field {
-    int index;
-    const char* caption;
-    int columns;
-    int max_length;
-    ui::Input input;
-    bool shown_only;
-  };
   using enum ui::Input;
   const Field fields[] = {
       {6, "Nº Caja", 6, 5, Number, false},
@@ -42,17 +34,7 @@ void FrmTpv::DeclareFields() {
       {3, "Impuestos", 12, 0, Any, true},
       {8, "Total", 12, 0, Any, true},
   };
-  for (const Field& field : fields) {
-    ui::TextBox& box = Text1.Add(field.index, field.caption);
-    box.columns = field.columns;
-    box.max_length = field.max_length;
-    box.input = field.input;
-    box.locked = field.shown_only;
-    box.tab_stop = !field.shown_only;
-    if (field.input == Number) box.align = ui::Align::Right;
-  }
-  for (const int index : {10, 3, 8}) Text1[index].align = ui::Align::Right;
-  Text1[8].large = true;
+  Declare(fields);
   Text1[5].stretch = Text1[18].stretch = dbgVenta.stretch = true;
 }
 
@@ -68,12 +50,7 @@ void FrmTpv::DeclareLayout() {
 }
 
 void FrmTpv::ConnectFields() {
-  Text1[0].left = [this] { LeaveAgent(); };
-  Text1[2].left = [this] { LeaveCustomer(); };
   Text1[6].left = [this] { LeaveTill(); };
-  Text1[17].left = [this] { ReformatNumber(17, PriceDecimals()); };
-  Text1[21].left = [this] { ReformatNumber(21, UnitDecimals()); };
-  Text1[19].left = [this] { LeaveArticle(); };
   dbgVenta.cell_button = [this](int row, int column) { EditLine(row, column); };
 }
 
@@ -83,6 +60,7 @@ void FrmTpv::ConnectButtons() {
   cmdGuardar.click = [this] { Accept(); };
   cmdCancelar.click = [this] { Drop(); };
   cmdApertura.click = [this] { OpenTill(); };
+  cmdDevoluciones.click = [this] { OpenReturns(); };
   cmdReImprimir.click = [this] { Reprint(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };
   cmdSalir.click = [this] { Exit(); };

@@ -1,0 +1,31 @@
+// Keeps a screen's sale, customer and seller while another screen of the till,
+// which has a sale of its own, is open on top of it.
+#pragma once
+
+#include "context/context.h"
+
+namespace tpv {
+
+class KeptSale {
+ public:
+  explicit KeptSale(Context& context)
+      : context_(context),
+        sale_(context.IdAlbaran),
+        customer_(context.IdCliente),
+        agent_(context.IdAgente) {}
+  ~KeptSale() {
+    context_.IdAlbaran = sale_;
+    context_.IdCliente = customer_;
+    context_.IdAgente = agent_;
+  }
+  KeptSale(const KeptSale&) = delete;
+  KeptSale& operator=(const KeptSale&) = delete;
+
+ private:
+  Context& context_;
+  std::int32_t sale_;
+  std::int32_t customer_;
+  std::int32_t agent_;
+};
+
+}  // namespace tpv

@@ -1,0 +1,177 @@
+#include "sale/returns_screen.h"
+
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "data/sql_text.h"
+#include "data/till_state.h"
+#include "output/cash_drawer.h"
+#include "platform/database.h"
+
+namespace tpv {
+
+FrmTpvDevoluciones::FrmTpvDevoluciones(Context& ctx) : SaleEntry(ctx, "frmTpvDevoluciones") {
+  caption = "Gestión de devoluciones";
+  DeclareFields();
+  DeclareLayout();
+  Connect();
+}
+
+void FrmTpvDevoluciones::DeclareFields() {
+  using enum ui::Input;
+  const Field fields[] = {
+      {6, "Nº Caja", 6, 5, Number, false},
+      {0, "Vendedor (F1 busqueda alfabetica)", 8, 9, Number, false},
+      {1, "", 30, 0, Any, true},
+      {2, "Cliente", 8, 9, Number, false},
+      {5, "", 40, 0, Any, true},
+      {4, "Fecha", 12, 10, Date, false},
+      {12, "Serie/Num.Ticket", 6, 0, Any, true},
+      {13, "", 9, 0, Any, true},
+      {9, "Serie", 6, 5, Any, false},
+      {11, "Numero", 9, 9, Number, false},
+      {21, "Unidades", 9, 12, Number, false},
+      {19, "Articulo (F1 Busqueda albafetica)", 18, 20, Any, false},
+      {18, "Descripción", 40, 100, Any, false},
+      {17, "Precio", 11, 12, Number, false},
+      {7, "% Dto", 7, 7, Number, false},
+      {10, "Base Imponible", 12, 0, Any, true},
+      {3, "Impuestos", 12, 0, Any, true},
+      {8, "Total", 12, 0, Any, true},
+  };
+  Declare(fields);
+  Text1[5].stretch = Text1[18].stretch = ListView1.stretch = true;
+}
+
+void FrmTpvDevoluciones::DeclareLayout() {
+  using enum ui::Align;
+  ListView1.check_boxes = true;
+  ListView1.layout = {{"Articulo", "", 6000, Left, false, false},
+                      {"Unidades", "", 1200, Right, false, false},
+                      {"Precio", "", 1200, Right, false, false},
+                      {"%Dto", "", 900, Right, false, false},
+                      {"Importe", "", 1400, Right, false, false}};
+  Frame1.Rows({{&Text1[6], &Text1[0], &Text1[1], &Text1[12], &Text1[13]},
+               {&Text1[2], &Text1[5], &cboFpago, &Check1, &Text1[4]}});
+  Frame2.Rows({{&Text1[9], &Text1[11], &cmdBuscar, &cmdBuscarVentas}});
+  Frame3.Rows({{&Text1[21], &Text1[19], &Text1[18], &Text1[17], &Text1[7]}, {&cmdCancelar}});
+  Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8], &cmdFinalizar}});
+  rows = {{&Frame1}, {&Frame2}, {&Frame3}, {&ListView1}, {&Frame4}, {&cmdNueva, &cmdAbreCajon, &cmdSalir}};
+  Frame3.enabled = false;
+}
+
+void FrmTpvDevoluciones::Connect() {
+  Text1[6].left = [this] { LeaveTill(); };
+  cmdNueva.click = [this] { StartOrCancel(); };
+  cmdCancelar.click = [this] {
+    EmptyLine();
+    SetFocus(Text1[19]);
+  };
+  cmdBuscar.click = cmdBuscarVentas.click = [this] { FindSale(); };
+  cmdFinalizar.click = [this] { TakeCheckedLines(); };
+  cmdAbreCajon.click = [this] { OpenDrawer(context()); };
+  cmdSalir.click = [this] { Close(); };
+}
+
+// Enter on the last field of a line stores it.
+void FrmTpvDevoluciones::OnKeyUp(ui::Key key) {
+  const bool ends_line = key == ui::Key::Enter && focus == &Text1[7] && pending_message.empty();
+  if (!ends_line) return Screen::OnKeyUp(key);
+  AcceptLine();
+}
+
+void FrmTpvDevoluciones::OnF1(std::string_view tag) {
+  SaleEntry::OnF1(tag);
+  if (tag != "Clientes") return;
+  std::int32_t code = -1;
+  std::int32_t id = 0;
+  msBuscarClientes(code, id);
+}
+
+std::optional<Article> FrmTpvDevoluciones::Find(const ArticleKey& key, std::int32_t customer_id) {
+  return FindArticle(context(), key, customer_id, false);
+}
+
+std::optional<Tax> FrmTpvDevoluciones::TaxOf(const Article& article) {
+  return FindNewestTax(context(), article.tax_class);
+}
+
+void FrmTpvDevoluciones::LeaveTill() {
+  if (Text1[6].text.empty()) return;
+  till_open_ = TillIsOpen(Database(), Text1[6].text);
+  if (till_open_) {
+    Text1[6].enabled = false;
+  } else {
+    Refuse("Caja cerrada debe apertura para poder trabajar", nullptr);
+  }
+}
+
+void FrmTpvDevoluciones::StartOrCancel() {
+  if (sale_in_progress_) {
+    if (!CancelSaleInProgress()) return;
+    ShowOpenTicket(false);
+  } else if (CanStart(NumberOrZero(Text1[6].text) != 0, &Text1[6])) {
+    Start();
+  }
+}
+
+void FrmTpvDevoluciones::Start() {
+  CreateHeader();
+  sale_in_progress_ = true;
+  cmdNueva.caption = "&Cancelar Venta";
+  EmptyLine();
+  ShowOpenTicket(true);
+  SetFocus(Text1[19]);
+}
+
+// The header of an open ticket is written: its customer and date stay.
+void FrmTpvDevoluciones::ShowOpenTicket(bool open) {
+  Frame1.enabled = !open;
+  Frame3.enabled = open;
+  ShowLinesAndTotals();
+}
+
+void FrmTpvDevoluciones::ShowLinesAndTotals() {
+  listed_sale_ = 0;
+  ShowLines(context().IdAlbaran, true);
+  ShowTotals();
+}
+
+void FrmTpvDevoluciones::ShowLines(std::int32_t sale_id, bool checked) {
+  const std::string units = MaskWithDecimals("###,##0.", UnitDecimals());
+  const std::string price = MaskWithDecimals("###,##0.", PriceDecimals());
+  constexpr const char* kAmount = "###,##0.00";
+  const auto lines = Database().Execute(
+      "SELECT  Lav_Id, Lav_Idart , Lav_CodArt, Tiva_iva, Tiva_rec,  Lav_Des, Lav_Uni, "
+      "ROUND(cast(lav_Precio + (lav_Precio /100 * Tiva_iva) as money),2) as Precio, "
+      "Lav_DTo1 , Lav_precio, "
+      "ROUND(cast(lav_Importe + (lav_Importe /100 * Tiva_iva) as money),2) as Importe "
+      "FROM Lav INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Lav_IdCav = " +
+      sql::Number(std::int64_t{sale_id}));
+  ListView1.items.clear();
+  ListView1.current_row = -1;
+  for (; !lines->Eof(); lines->MoveNext()) {
+    ListView1.items.push_back({{lines->Field("Lav_Des").TextOr(""),
+                                Format(lines->Field("Lav_Uni"), units),
+                                Format(lines->Field("Precio"), price),
+                                Format(lines->Field("Lav_DTo1"), kAmount),
+                                Format(lines->Field("Importe"), kAmount)},
+                               checked,
+                               lines->Field("Lav_Id").ToInt32()});
+  }
+}
+
+void FrmTpvDevoluciones::ShowTotals() {
+  const auto sums = Database().Execute(
+      "SELECT ROUND(cast(SUM(lav_Importe) as money),2) as BASE, "
+      "ROUND(cast(sum((lav_Importe /100 * Tiva_iva)) as money),2) as impuestos, "
+      "ROUND(cast(sum(lav_Importe + (lav_Importe /100 * Tiva_iva)) as money),2) as total "
+      "From Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id "
+      "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Cav_Id = " +
+      sql::Number(std::int64_t{context().IdAlbaran}));
+  const std::pair<int, const char*> totals[] = {{10, "BASE"}, {3, "impuestos"}, {8, "total"}};
+  for (const auto& [index, field] : totals) {
+    Text1[index].text = FormatNumber(sums->Eof() ? 0 : sums->Field(field).NumberOr(0), "0.00");
+  }
+}
+
+}  // namespace tpv

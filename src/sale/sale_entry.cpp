@@ -1,0 +1,143 @@
+#include "sale/sale_entry.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "sale/payment_methods.h"
+#include "sale/sale_storage.h"
+
+namespace tpv {
+
+using ui::Icon;
+
+SaleEntry::SaleEntry(Context& ctx, std::string form_name) : Screen(ctx, std::move(form_name)) {}
+
+void SaleEntry::Declare(std::span<const Field> fields) {
+  for (const Field& field : fields) {
+    ui::TextBox& box = Text1.Add(field.index, field.caption);
+    box.columns = field.columns;
+    box.max_length = field.max_length;
+    box.input = field.input;
+    box.locked = field.shown_only;
+    box.tab_stop = !field.shown_only;
+    if (field.input == ui::Input::Number) box.align = ui::Align::Right;
+  }
+  for (const int index : {10, 3, 8}) Text1[index].align = ui::Align::Right;
+  Text1[8].large = true;
+  Text1[0].left = [this] { LeaveAgent(); };
+  Text1[2].left = [this] { LeaveCustomer(); };
+  Text1[17].left = [this] { ReformatNumber(17, PriceDecimals()); };
+  Text1[21].left = [this] { ReformatNumber(21, UnitDecimals()); };
+  Text1[19].left = [this] { LeaveArticle(); };
+}
+
+void SaleEntry::OnLoad() {
+  Screen::OnLoad();
+  caption = "Punto de venta rapido: " + std::string(kVersion);
+  cboFpago.items = PaymentMethods(Database());
+  if (Parameter("Par_SerTicFac").IsNull()) {
+    Refuse(
+        "Para poder facturar tickets debe informar de la serie de facturas para tickets en "
+        "parametros",
+        nullptr);
+  }
+  Text1[0].tag = "Agentes";
+  Text1[2].tag = "Clientes";
+  Text1[19].tag = "Articulos";
+  std::int32_t counter_customer = Parameter("Par_CliCon").IntOr(0);
+  if (counter_customer != 0) {
+    std::int32_t id = 0;
+    msBuscarClientes(counter_customer, id);
+  }
+  if (Parameter("Par_Alma").IsNull()) {
+    Message("No se ha definido en parámetros el almacen para Gestión de venta rápida. " +
+                std::string(kLineBreak) +
+                "ATENCION: NO SE DECONTARAN EXISTENCIAS DE NINGUN ALMACEN",
+            Icon::Critical);
+  }
+  Text1[6].text = Parameter("Par_NumCaja").TextOr("");
+  context().IdAlbaran = -1;
+  ShowLinesAndTotals();
+}
+
+void SaleEntry::OnF1(std::string_view tag) {
+  pending_message = "e";
+  if (tag == "Agentes") ShowAgent(0);
+  if (tag == "Articulos") LookUpArticle({});
+}
+
+void SaleEntry::OnEnter(ui::Control& control) {
+  if (&control == &Text1[2]) Text1[2].text = ReplaceAll(Text1[2].text, "/", "");
+  Screen::OnEnter(control);
+}
+
+void SaleEntry::msBuscarClientes(std::int32_t& code, std::int32_t& id) {
+  auto found = FindCustomer(context(), toolkit(), code, id);
+  if (!found) return;
+  customer_ = std::move(found);
+  context().IdCliente = customer_->Id();
+  Text1[2].text = std::to_string(customer_->Code());
+  Text1[5].text = customer_->Name();
+  SelectPaymentMethod(cboFpago, (*customer_)["Cli_Fco"].IntOr(0));
+}
+
+void SaleEntry::ShowAgent(std::int32_t id) {
+  LookUpAgent(context(), toolkit(), id, Text1[0], Text1[1]);
+}
+
+void SaleEntry::LeaveAgent() {
+  if (!Text1[0].text.empty()) return ShowAgent(Int32OrZero(Text1[0].text));
+  if (Text1[1].text.empty()) return;
+  context().IdAgente = 0;  // the agent shown was taken out
+  Text1[1].text.clear();
+}
+
+void SaleEntry::LeaveCustomer() {
+  const std::string& text = Text1[2].text;
+  const bool unchanged = customer_ && text == std::to_string(customer_->Code());
+  if (text.empty() || unchanged) return;
+  std::int32_t code = ParseInt32(text).value_or(-2);
+  std::int32_t id = 0;
+  msBuscarClientes(code, id);
+  if (customer_ && code == customer_->Code()) return;
+  Refuse("Codigo de cliente no existe", &Text1[2]);
+}
+
+bool SaleEntry::Warn(const std::string& text, ui::Control* focus_back) {
+  Refuse(text, focus_back, Icon::Exclamation, "Atención");
+  return false;
+}
+
+bool SaleEntry::CanStart(bool till_named, ui::Control* when_closed) {
+  if (!till_named) return Warn("No ha informado del numero de caja", &Text1[6]);
+  if (!till_open_) return Warn("Caja cerrada, debe aperturarla para poder trabajar", when_closed);
+  if (context().IdAgente == 0) return Warn("No ha informado del vendedor", &Text1[0]);
+  if (context().IdCliente == 0 || !customer_) {
+    return Warn("No ha informado del cliente", &Text1[2]);
+  }
+  if (Check1.checked) return true;
+  if (Text1[4].text.empty()) return Warn("No ha informado de la fecha de venta", &Text1[4]);
+  return IsDate(Text1[4].text) || Warn("La fecha de venta no es correcta", &Text1[4]);
+}
+
+void SaleEntry::CreateHeader() {
+  CreateSaleHeader(context(), *customer_, Text1[6].text, Check1.checked ? "" : Text1[4].text);
+}
+
+bool SaleEntry::CancelSaleInProgress() {
+  if (!Confirm("Confirma que desea cancelar la venta en curso", Icon::Critical,
+               ui::Answer::No)) {
+    return false;
+  }
+  CancelSale(context(), context().IdAlbaran);
+  ForgetSale();
+  return true;
+}
+
+void SaleEntry::ForgetSale() {
+  EmptyLine();
+  context().IdAlbaran = -1;
+  sale_in_progress_ = false;
+  cmdNueva.caption = "&Nueva Venta";
+}
+
+}  // namespace tpv

@@ -1,0 +1,92 @@
+// What the sale screen and the returns screen do alike: the head (till, seller,
+// customer, date) and the line being entered (article, units, price, discount).
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "sale/article_lookup.h"
+#include "screen/lookups.h"
+#include "screen/screen.h"
+
+namespace tpv {
+
+class SaleEntry : public Screen {
+ public:
+  // Looks a customer up by code or id, or with -1 and 0 through the search
+  // dialog; `id` receives the choice.
+  void msBuscarClientes(std::int32_t& code, std::int32_t& id);
+
+  ui::TextBoxes Text1{*this, "Text1"};
+
+  void OnLoad() override;
+  void OnEnter(ui::Control& control) override;
+
+ protected:
+  SaleEntry(Context& context, std::string form_name);
+
+  struct Field {
+    int index;
+    const char* caption;
+    int columns;
+    int max_length;
+    ui::Input input;
+    bool shown_only;
+  };
+  void Declare(std::span<const Field> fields);
+  void OnF1(std::string_view tag) override;
+
+  // The screen's own lists and totals of the context's sale.
+  virtual void ShowLinesAndTotals() = 0;
+  // An article is in the line fields and waits to be accepted.
+  virtual void AwaitAcceptance() {}
+  virtual std::optional<Article> Find(const ArticleKey& key, std::int32_t customer_id);
+  virtual std::optional<Tax> TaxOf(const Article& article);
+
+  // head
+  bool Warn(const std::string& text, ui::Control* focus_back);
+  // Checks in the order of the screens; `when_closed` gets the focus when the
+  // till is not open.
+  bool CanStart(bool till_named, ui::Control* when_closed);
+  // Creates the header of a new sale from the head's fields.
+  void CreateHeader();
+  // Asks, takes the sale in progress out of the store and forgets it. False when
+  // the operator keeps it.
+  bool CancelSaleInProgress();
+  void ForgetSale();
+
+  // line
+  void LookUpArticle(ArticleKey key);
+  bool AcceptLine();
+  void EmptyLine();
+  bool Quick() const;
+  int PriceDecimals() const { return Parameter("par_decpre").IntOr(0); }
+  int UnitDecimals() const { return Parameter("par_deccan").IntOr(0); }
+
+  ui::CheckBox Check1{*this, "Check1", "Fecha sistema", true};
+  ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
+  ui::Button cmdNueva{*this, "cmdNueva", "&Nueva Venta"};
+
+  std::optional<CustomerRecord> customer_;
+  bool sale_in_progress_ = false;
+  bool till_open_ = false;
+  std::int32_t edited_line_ = 0;
+  std::int32_t article_id_ = 0;
+  std::string looked_up_code_;  // of the article in the line fields
+  Tax tax_;
+
+ private:
+  void ShowAgent(std::int32_t id);
+  void LeaveAgent();
+  void LeaveCustomer();
+  void LeaveArticle();
+  void TakeArticle(const Article& article);
+  void RefuseArticle(const std::string& text);
+  void ReformatNumber(int index, int decimals);
+  bool CheckLine();
+  bool StoreEnteredLine();
+};
+
+}  // namespace tpv
