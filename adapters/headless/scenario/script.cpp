@@ -1,5 +1,6 @@
 #include "adapters/headless/scenario/script.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -43,6 +44,37 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
   return expectations;
 }
 
+// Where only certain words can stand: by verb (and what is expected), the word's place.
+struct Choice {
+  std::string_view verb;
+  std::string_view expected;
+  std::size_t argument;
+  std::vector<std::string_view> words;
+};
+
+const std::vector<Choice>& Choices() {
+  static const std::vector<Choice> choices = {
+      {"key", "", 0, {"Enter", "Tab", "Esc", "F1", "F5", "Add", "Subtract", "Up", "Down", "Delete"}},
+      {"answer", "", 0, {"OK", "Yes", "No", "Cancel", "Default"}},
+      {"mail", "", 0, {"on", "off"}},
+      {"fail", "", 0, {"printer", "mail", "device", "sql", "nothing"}},
+      {"expect", "enabled", 2, {"True", "False"}},
+      {"expect", "visible", 2, {"True", "False"}},
+  };
+  return choices;
+}
+
+void RequireKnownWords(const Command& command) {
+  for (const Choice& choice : Choices()) {
+    if (choice.verb != command.Verb()) continue;
+    if (!choice.expected.empty() && choice.expected != command.Argument(0)) continue;
+    const std::string& word = command.Argument(choice.argument);
+    if (std::find(choice.words.begin(), choice.words.end(), word) == choice.words.end()) {
+      command.Fail("palabra desconocida «" + word + "»");
+    }
+  }
+}
+
 void RequireCount(const Command& command, const Shape& shape, std::size_t count) {
   if (count < shape.least || count > shape.most) command.Fail("número de palabras incorrecto");
 }
@@ -52,10 +84,12 @@ void Check(const Command& command) {
   if (shape == Commands().end()) command.Fail("orden desconocida «" + command.Verb() + "»");
   RequireCount(command, shape->second, command.Count());
   if (command.Verb() == "fails") Check(command.Inner(0));
-  if (command.Verb() != "expect") return;
-  const auto expectation = Expectations().find(command.Argument(0));
-  const bool known = expectation != Expectations().end();
-  RequireCount(command, known ? expectation->second : Shape{1, 1}, command.Count() - 1);
+  if (command.Verb() == "expect") {
+    const auto expectation = Expectations().find(command.Argument(0));
+    const bool known = expectation != Expectations().end();
+    RequireCount(command, known ? expectation->second : Shape{1, 1}, command.Count() - 1);
+  }
+  RequireKnownWords(command);
 }
 
 std::string QuotedWord(std::string_view text, std::size_t& at) {
@@ -92,7 +126,9 @@ void ReadInto(const std::filesystem::path& path, int depth, std::vector<Command>
     Command command = ReadCommand(line, path.string(), number);
     Check(command);
     if (command.Verb() == "include") {
-      ReadInto(path.parent_path() / command.Argument(0), depth + 1, commands);
+      const auto included = path.parent_path() / command.Argument(0);
+      if (!std::filesystem::is_regular_file(included)) command.Fail("no se puede leer");
+      ReadInto(included, depth + 1, commands);
     } else {
       commands.push_back(std::move(command));
     }
