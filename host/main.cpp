@@ -7,7 +7,9 @@
 #include "adapters/headless/recorders.h"
 #include "adapters/headless/scenario/display.h"
 #include "adapters/headless/scenario/script.h"
+#include "base/number_text.h"
 #include "context/context.h"
+#include "host/demo/demonstration.h"
 #include "host/play.h"
 #include "host/store.h"
 
@@ -26,6 +28,8 @@ constexpr const char* kHelp =
     "  tpv store create FICHERO [--demo|--empty]\n"
     "                                    crea un almacén, con los datos de demostración (--demo,\n"
     "                                    lo normal) o vacío\n"
+    "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
+    "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql FICHERO \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
     "  tpv --version | --help\n"
     "\n"
@@ -33,7 +37,32 @@ constexpr const char* kHelp =
 
 using Arguments = std::vector<std::string>;
 
+int Fill(const Arguments& arguments) {
+  LargeStore size;
+  for (std::size_t i = 2; i + 1 < arguments.size(); i += 2) {
+    const auto number = ParseInt32(arguments[i + 1]);
+    if (!number || *number < 1) throw UsageError(arguments[i] + ": se espera un número");
+    if (arguments[i] == "--tickets") {
+      size.tickets = *number;
+    } else if (arguments[i] == "--days") {
+      size.days = *number;
+    } else if (arguments[i] == "--articles") {
+      size.articles = *number;
+    } else if (arguments[i] == "--seed") {
+      size.seed = static_cast<std::uint64_t>(*number);
+    } else {
+      throw UsageError("opción desconocida: " + arguments[i]);
+    }
+  }
+  MakeLargeStore(arguments[1], size, StepClock());
+  std::cout << "Almacén creado en " << arguments[1] << "\n";
+  return 0;
+}
+
 int Store(const Arguments& arguments) {
+  if (arguments.size() >= 2 && arguments.size() % 2 == 0 && arguments[0] == "fill") {
+    return Fill(arguments);
+  }
   const bool create = arguments.size() >= 2 && arguments[0] == "create";
   if (!create || arguments.size() > 3) throw UsageError("store create FICHERO [--demo|--empty]");
   const std::string contents = arguments.size() == 3 ? arguments[2] : "--demo";

@@ -20,6 +20,14 @@ void MakeStore(const std::string& path, Contents contents, const Clock& clock) {
   transaction.Commit();
 }
 
+void MakeLargeStore(const std::string& path, const LargeStore& size, const Clock& clock) {
+  CreateStore(path);
+  SqliteConnection connection(path, clock);
+  Transaction transaction(connection);
+  FillLarge(connection, size, clock.Now());
+  transaction.Commit();
+}
+
 std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new,
                                       const Clock& clock) {
   if (!std::filesystem::exists(path)) MakeStore(path, when_new, clock);

@@ -9,6 +9,7 @@
 namespace tpv {
 
 class Clock;
+struct LargeStore;
 
 enum class Contents {
   Empty,          // one parameters row, all null
@@ -17,6 +18,9 @@ enum class Contents {
 
 // Creates the store. Throws DatabaseError when the file exists or cannot be made.
 void MakeStore(const std::string& path, Contents contents, const Clock& clock);
+
+// Creates a store after years of sales, with the demonstration's assortment.
+void MakeLargeStore(const std::string& path, const LargeStore& size, const Clock& clock);
 
 // Opens the store, made first when there is none.
 std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new,

@@ -18,6 +18,8 @@ constexpr ArticleData kArticleData[kArticles] = {
 #include "host/demo/articles.inc"
 };
 
+const ArticleData& DataOf(int article) { return kArticleData[(article - 1) % kArticles]; }
+
 struct CountryData {
   const char* code;
   const char* name;
@@ -39,7 +41,7 @@ constexpr CountryData kStreetTypes[] = {
 
 // The bar code of an article: 12 digits and the check digit over them.
 std::string BarCode(int article) {
-  const std::string text = "8436210" + FormatNumber(article, "00000");
+  const std::string text = "843621" + FormatNumber(article, "000000");
   int sum = 0;
   for (int i = 0; i < 12; ++i) sum += (text[i] - '0') * (i % 2 == 0 ? 1 : 3);
   return text + static_cast<char>('0' + (10 - sum % 10) % 10);
@@ -110,8 +112,8 @@ void FillTaxes(Connection& connection) {
   }
 }
 
-void FillArticles(Connection& connection) {
-  for (int article = 1; article <= kArticles; ++article) {
+void FillArticles(Connection& connection, int articles) {
+  for (int article = 1; article <= articles; ++article) {
     Insert(connection, "ART", "ART_Cod, ART_BARCODE, art_des, art_pve, art_tiva, art_alma",
            {CodeOf(article), BarCode(article), NameOf(article), NetPriceOf(article), TaxClassOf(article), 1});
     Insert(connection, "Exis", "exis_idart, exis_idalma, exis_uni", {article, 1, 100.0});
@@ -144,9 +146,13 @@ void FillCustomer(Connection& connection, int index) {
 
 }  // namespace
 
-double NetPriceOf(int article) { return kArticleData[article - 1].net_price; }
-int TaxClassOf(int article) { return kArticleData[article - 1].tax_class; }
-const char* NameOf(int article) { return kArticleData[article - 1].name; }
+double NetPriceOf(int article) { return DataOf(article).net_price; }
+int TaxClassOf(int article) { return DataOf(article).tax_class; }
+
+std::string NameOf(int article) {
+  const std::string name = DataOf(article).name;
+  return article <= kArticles ? name : name + " ref. " + std::to_string((article - 1) / kArticles);
+}
 
 std::string CodeOf(int article) { return FormatNumber(article, "0000"); }
 
@@ -155,7 +161,7 @@ double RateOf(int tax_class) {
   return kRates[tax_class - 1];
 }
 
-void FillCatalogue(Connection& connection) {
+void FillCatalogue(Connection& connection, int articles) {
   for (const auto& [code, name] : kStreetTypes) {
     Insert(connection, "zrcomun.dbo.TVI", "TVI_COD, TVI_NOM", {code, name});
   }
@@ -168,7 +174,7 @@ void FillCatalogue(Connection& connection) {
   }
   FillTaxes(connection);
   Insert(connection, "alm", "alm_des", {"Almacén de la tienda"});
-  FillArticles(connection);
+  FillArticles(connection, articles);
 }
 
 void FillPeople(Connection& connection) {

@@ -1,6 +1,8 @@
 // A shop worth looking at: articles, customers, agents, a fortnight of sales.
 #pragma once
 
+#include <cstdint>
+
 #include "base/date_time.h"
 
 namespace tpv {
@@ -10,5 +12,15 @@ class Connection;
 // Fills an empty store, always the same for the same moment. The connection
 // should be in a transaction. Ends with all tills closed.
 void FillDemonstration(Connection& connection, const DateTime& now);
+
+struct LargeStore {
+  int tickets = 100000;
+  int days = 365;
+  int articles = 100000;
+  std::uint64_t seed = 1;
+};
+
+// The same shop after years of sales, for measuring. In a transaction as well.
+void FillLarge(Connection& connection, const LargeStore& size, const DateTime& now);
 
 }  // namespace tpv
