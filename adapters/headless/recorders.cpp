@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 
 #include "base/text.h"
 
@@ -112,15 +111,7 @@ void MemorySettings::Write(std::string_view application, std::string_view sectio
 }
 
 DateTime StepClock::Now() const {
-  if (fixed) return *fixed;
-  const auto now = std::chrono::system_clock::now();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-  const auto milliseconds =
-      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-          local.tm_min, std::min(local.tm_sec, 59), static_cast<int>(milliseconds)};
+  return fixed ? *fixed : ToLocal(std::chrono::system_clock::now());
 }
 
 void RecordingConnection::RequireAllowed(std::string_view sql) const {

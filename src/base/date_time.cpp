@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 
 #include "base/text.h"
 
@@ -170,6 +171,16 @@ DateTime AddSeconds(const DateTime& value, std::int64_t seconds) {
   result.minute = static_cast<int>(of_day / 60 % 60);
   result.second = static_cast<int>(of_day % 60);
   return result;
+}
+
+DateTime ToLocal(std::chrono::system_clock::time_point moment) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count() % 1000;
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+          local.tm_min, std::min(local.tm_sec, 59), static_cast<int>(milliseconds)};
 }
 
 }  // namespace tpv

@@ -1,6 +1,7 @@
 // A moment of the shop's calendar, to the millisecond, without a time zone.
 #pragma once
 
+#include <chrono>
 #include <compare>
 #include <cstdint>
 #include <optional>
@@ -49,5 +50,8 @@ std::string ToDayFirstSeconds(const DateTime& value);
 // A result that leaves the calendar is not IsValid; it never wraps around.
 DateTime AddSeconds(const DateTime& value, std::int64_t seconds);
 DateTime AddDays(const DateTime& value, std::int64_t days);
+
+// What the clock on the wall shows in the machine's time zone.
+DateTime ToLocal(std::chrono::system_clock::time_point moment);
 
 }  // namespace tpv

@@ -1,0 +1,37 @@
+// The user's own folders, and files in them that nobody else can read.
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace tpv {
+
+class FileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// What an errno means, in the operator's words.
+std::string Reason(int error);
+
+std::string ConfigFolder();  // ${XDG_CONFIG_HOME:-~/.config}/tpv
+std::string DataFolder();    // ${XDG_DATA_HOME:-~/.local/share}/tpv
+// A path as a technician writes it, with "~/" for the user's home.
+std::string ExpandHome(const std::string& path);
+
+// A text as part of a file name: lower-case letters, digits and dashes, 40
+// characters at most, never empty. Other names cannot come out of it.
+std::string FileNamePiece(std::string_view text);
+
+// Makes the folder and those above it, for the user alone. Throws FileError.
+void MakePrivateFolder(const std::string& path);
+// False when the file is there already. Nothing is left behind by a failure.
+bool CreatePrivateFile(const std::string& path, std::string_view bytes);
+// The file holds either the old bytes or all the new ones, whatever happens.
+void ReplacePrivateFile(const std::string& path, std::string_view bytes);
+// Nullopt when there is no such file.
+std::optional<std::string> ReadFile(const std::string& path);
+
+}  // namespace tpv

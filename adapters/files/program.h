@@ -1,0 +1,25 @@
+// Runs one of the system's programs (lp, lpstat) without a shell in between.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tpv {
+
+struct ProgramResult {
+  bool found = false;  // whether there is such a program
+  bool done = false;   // it ran to its end and says that all went well
+  std::string output;  // what it printed, errors too
+};
+
+// The program is looked for on the path and speaks no language but its own
+// (LC_ALL=C). One that takes longer than it may is ended.
+ProgramResult RunProgram(const std::vector<std::string>& words, std::string_view input = {},
+                         std::chrono::seconds may_take = std::chrono::seconds(10));
+
+// Starts a program of the desktop and leaves it alone. False when there is none.
+bool LaunchProgram(const std::vector<std::string>& words);
+
+}  // namespace tpv

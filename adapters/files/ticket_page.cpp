@@ -1,0 +1,69 @@
+#include "adapters/files/ticket_page.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/text.h"
+
+namespace tpv {
+
+namespace {
+
+constexpr double kCentimetresPerPoint = 2.54 / 72;
+
+// A control character would reach a receipt printer as a command.
+std::string Printable(std::string_view text) {
+  std::string result = ValidUtf8(text);
+  for (char& c : result) {
+    if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = ' ';
+  }
+  return result;
+}
+
+void Feed(std::vector<TextRow>& rows, double centimetres, double line_height) {
+  const long count = std::lround(centimetres / line_height);
+  for (long i = 0; i < count; ++i) rows.emplace_back();
+}
+
+}  // namespace
+
+// 1.133: what the font's letters reach above and below, as a share of its size.
+double LineHeight(double points) { return points * 1.133 * kCentimetresPerPoint; }
+
+std::vector<TextRow> RowsOf(const TicketPage& page) {
+  std::vector<TextRow> rows;
+  double below_last = 0;
+  double height = LineHeight(9);
+  for (const PageLine& line : page.lines) {
+    height = LineHeight(line.points);
+    Feed(rows, line.y - below_last, height);
+    rows.push_back({TrimRight(line.text), line.bold});
+    below_last = line.y + height;
+  }
+  Feed(rows, page.length - below_last, height);
+  return rows;
+}
+
+std::string PlainText(const TicketPage& page) {
+  std::string text;
+  for (const TextRow& row : RowsOf(page)) text += row.text + "\n";
+  return text;
+}
+
+void PageRecorder::SetFont(std::string_view family, double points, bool bold) {
+  page_.family = Printable(family);
+  points_ = std::clamp(points, 1.0, 200.0);
+  bold_ = bold;
+}
+
+void PageRecorder::PrintLine(std::string_view text) {
+  const std::string lines = ReplaceAll(ReplaceAll(text, kLineBreak, "\n"), "\r", "\n");
+  for (const std::string& line : Split(lines, "\n")) {
+    if (!line.empty()) page_.lines.push_back({page_.length, points_, bold_, Printable(line)});
+    page_.length += LineHeight(points_);
+  }
+}
+
+void PageRecorder::SetY(double centimetres) { page_.length = std::max(0.0, centimetres); }
+
+}  // namespace tpv

@@ -1,0 +1,56 @@
+// A document for a receipt printer: lines at their places on a roll of paper.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/printer.h"
+
+namespace tpv {
+
+struct PageLine {
+  double y = 0;  // of its upper edge, in centimetres from the top
+  double points = 0;
+  bool bold = false;
+  std::string text;  // valid UTF-8 without control characters
+};
+
+struct TicketPage {
+  std::string family = "Courier New";
+  std::vector<PageLine> lines;
+  double length = 0;  // centimetres, with the lines fed at the end
+};
+
+// Of a line of text in that size, in centimetres.
+double LineHeight(double points);
+
+// The page as a printer that only knows lines sees it: lines at the places that
+// come nearest, with empty ones between and behind them.
+struct TextRow {
+  std::string text;
+  bool bold = false;
+};
+std::vector<TextRow> RowsOf(const TicketPage& page);
+std::string PlainText(const TicketPage& page);
+
+// Collects what is printed and hands it over at the end.
+class PageRecorder : public PrintDocument {
+ public:
+  using Deliver = std::function<void(const TicketPage&)>;
+  explicit PageRecorder(Deliver deliver) : deliver_(std::move(deliver)) {}
+
+  void SetFont(std::string_view family, double points, bool bold) override;
+  void PrintLine(std::string_view text) override;
+  double Y() const override { return page_.length; }
+  void SetY(double centimetres) override;
+  void End() override { deliver_(page_); }
+
+ private:
+  Deliver deliver_;
+  TicketPage page_;
+  double points_ = 9;
+  bool bold_ = false;
+};
+
+}  // namespace tpv
