@@ -1,0 +1,146 @@
+// Draws a report: title, who it is from and for, tables, bar charts.
+#include <algorithm>
+
+#include "adapters/files/pdf/bar_chart.h"
+#include "adapters/files/pdf/pdf.h"
+#include "adapters/files/pdf/sheet.h"
+
+namespace tpv {
+
+namespace {
+
+constexpr TextStyle kTitle{16, true};
+constexpr TextStyle kHeading{10, false};
+constexpr TextStyle kCaption{11, true};
+constexpr double kPad = 3;
+constexpr std::size_t kMostLines = 40;  // of one row: a page must hold it
+
+void DrawTitle(Sheet& sheet, const Report& report) {
+  for (const std::string& line : sheet.Wrapped(report.title, Sheet::kRight - Sheet::kLeft, kTitle)) {
+    sheet.Text(line, Sheet::kLeft, sheet.y, kTitle);
+    sheet.y += LineStep(kTitle);
+  }
+  sheet.y += 6;
+}
+
+double DrawBlock(Sheet& sheet, const std::vector<std::string>& texts, double x, double width) {
+  double y = sheet.y;
+  for (const std::string& text : texts) {
+    for (const std::string& line : sheet.Wrapped(text, width, kHeading)) {
+      sheet.Text(line, x, y, kHeading);
+      y += LineStep(kHeading);
+    }
+  }
+  return y;
+}
+
+void DrawHeadings(Sheet& sheet, const Report& report) {
+  const double middle = (Sheet::kLeft + Sheet::kRight) / 2 + 10;
+  const double left = DrawBlock(sheet, report.left, Sheet::kLeft, middle - Sheet::kLeft - 20);
+  const double right = DrawBlock(sheet, report.right, middle, Sheet::kRight - middle);
+  sheet.y = std::max(left, right) + 12;
+}
+
+class TablePainter {
+ public:
+  TablePainter(Sheet& sheet, const ReportTable& table) : sheet_(sheet), table_(table) {
+    double shares = 0;
+    for (const ReportColumn& column : table.columns) shares += std::max(column.width, 0.0);
+    double x = Sheet::kLeft;
+    for (const ReportColumn& column : table.columns) {
+      const double part = shares > 0 ? std::max(column.width, 0.0) / shares : 0;
+      const double width = std::max(part * (Sheet::kRight - Sheet::kLeft), 12.0);
+      cells_.push_back({x, width});
+      x += width;
+    }
+    for (const ReportColumn& column : table.columns) captions_.cells.push_back(column.caption);
+    captions_.strong = true;
+  }
+
+  void Draw() {
+    const double head = table_.caption.empty() ? 0 : LineStep(kCaption) + 4;
+    sheet_.Need(head + 60);
+    if (head > 0) sheet_.Text(table_.caption, Sheet::kLeft, sheet_.y, kCaption);
+    sheet_.y += head;
+    DrawCaptions();
+    for (const ReportRow& row : table_.rows) {
+      const Lines lines = LinesOf(row);
+      if (sheet_.Need(HeightOf(lines))) DrawCaptions();
+      if (row.strong) Shade(HeightOf(lines));
+      DrawRow(row, lines);
+    }
+    sheet_.y += 14;
+  }
+
+ private:
+  struct Cell {
+    double x;
+    double width;
+  };
+  using Lines = std::vector<std::vector<std::string>>;  // by column
+
+  static TextStyle StyleOf(const ReportRow& row) { return {9, row.strong}; }
+
+  Lines LinesOf(const ReportRow& row) {
+    Lines lines;
+    for (std::size_t i = 0; i < std::min(row.cells.size(), cells_.size()); ++i) {
+      lines.push_back(sheet_.Wrapped(row.cells[i], cells_[i].width - 2 * kPad, StyleOf(row)));
+      if (lines.back().size() > kMostLines) lines.back().resize(kMostLines);
+    }
+    return lines;
+  }
+
+  static double HeightOf(const Lines& lines) {
+    std::size_t most = 1;
+    for (const auto& cell : lines) most = std::max(most, cell.size());
+    return static_cast<double>(most) * LineStep({}) + 2 * kPad;
+  }
+
+  void Shade(double height) {
+    sheet_.Box(Sheet::kLeft, sheet_.y, Sheet::kRight - Sheet::kLeft, height, kPale);
+  }
+
+  void DrawRow(const ReportRow& row, const Lines& lines) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      const bool right = table_.columns[i].right;
+      const double x = right ? cells_[i].x + cells_[i].width - kPad : cells_[i].x + kPad;
+      double y = sheet_.y + kPad;
+      for (const std::string& line : lines[i]) {
+        sheet_.Text(line, x, y, StyleOf(row), right ? Align::Right : Align::Left);
+        y += LineStep({});
+      }
+    }
+    sheet_.y += HeightOf(lines);
+  }
+
+  void DrawCaptions() {
+    DrawRow(captions_, LinesOf(captions_));
+    sheet_.Box(Sheet::kLeft, sheet_.y, Sheet::kRight - Sheet::kLeft, 0.8, kInk);
+    sheet_.y += 2;
+  }
+
+  Sheet& sheet_;
+  const ReportTable& table_;
+  std::vector<Cell> cells_;
+  ReportRow captions_;
+};
+
+void Draw(Sheet& sheet, const Report& report) {
+  DrawTitle(sheet, report);
+  DrawHeadings(sheet, report);
+  for (const ReportTable& table : report.tables) TablePainter(sheet, table).Draw();
+  for (const BarChart& chart : report.charts) DrawBarChart(sheet, chart);
+}
+
+}  // namespace
+
+// Drawn twice: the first time tells how many pages there are.
+std::string ReportPdf(const Report& report) {
+  Sheet draft(0);
+  Draw(draft, report);
+  Sheet sheet(draft.page());
+  Draw(sheet, report);
+  return sheet.Finish();
+}
+
+}  // namespace tpv
