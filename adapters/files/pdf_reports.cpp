@@ -3,7 +3,6 @@
 #include <cstdlib>
 
 #include "adapters/files/pdf/pdf.h"
-#include "adapters/files/private_files.h"
 #include "adapters/files/program.h"
 #include "adapters/files/setting_names.h"
 
@@ -27,14 +26,10 @@ void PdfReports::Print(const Report& report, std::string_view printer) {
 
 std::string PdfReports::Show(const Report& report, std::string_view name) {
   const std::string pdf = ReportPdf(report);
-  try {
-    const DocumentFolder folder(PaperFolder(settings_, kReportFolder), clock_);
-    std::string path = folder.Save(name, {{".pdf", pdf}});
-    if (HasDisplay()) LaunchProgram({"xdg-open", path});
-    return path;
-  } catch (const FileError& error) {
-    throw PrintError(error.what());
-  }
+  const DocumentFolder folder(PaperFolder(settings_, kReportFolder), clock_);
+  std::string path = folder.Save(name, {{".pdf", pdf}});
+  if (HasDisplay()) LaunchProgram({"xdg-open", path});
+  return path;
 }
 
 }  // namespace tpv

@@ -21,9 +21,13 @@ void PrintPage(const PrinterSetup& printer, const TicketPage& page) {
 }  // namespace
 
 std::string PaperFolder(const Settings& settings, std::string_view key) {
-  const std::string folder = settings.Read(kTpv, kPaper, key);
-  if (!folder.empty()) return ExpandHome(folder);
-  return DataFolder() + (key == kTicketFolder ? "/tickets" : "/informes");
+  try {
+    const std::string folder = settings.Read(kTpv, kPaper, key);
+    if (!folder.empty()) return ExpandHome(folder);
+    return DataFolder() + (key == kTicketFolder ? "/tickets" : "/informes");
+  } catch (const FileError& error) {
+    throw PrintError(error.what());
+  }
 }
 
 std::vector<PrinterSetup> ShopPrinters::List() const {

@@ -51,6 +51,7 @@ class ShopPrinters : public Printers {
 };
 
 // Where the settings want it, else the usual place. `key` is in setting_names.h.
+// Throws PrintError.
 std::string PaperFolder(const Settings& settings, std::string_view key);
 
 }  // namespace tpv

@@ -11,15 +11,6 @@ namespace {
 
 constexpr double kCentimetresPerPoint = 2.54 / 72;
 
-// A control character would reach a receipt printer as a command.
-std::string Printable(std::string_view text) {
-  std::string result = ValidUtf8(text);
-  for (char& c : result) {
-    if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = ' ';
-  }
-  return result;
-}
-
 void Feed(std::vector<TextRow>& rows, double centimetres, double line_height) {
   const long count = std::lround(centimetres / line_height);
   for (long i = 0; i < count; ++i) rows.emplace_back();
@@ -51,7 +42,7 @@ std::string PlainText(const TicketPage& page) {
 }
 
 void PageRecorder::SetFont(std::string_view family, double points, bool bold) {
-  page_.family = Printable(family);
+  page_.family = OneLine(family);
   points_ = std::clamp(points, 1.0, 200.0);
   bold_ = bold;
 }
@@ -59,7 +50,8 @@ void PageRecorder::SetFont(std::string_view family, double points, bool bold) {
 void PageRecorder::PrintLine(std::string_view text) {
   const std::string lines = ReplaceAll(ReplaceAll(text, kLineBreak, "\n"), "\r", "\n");
   for (const std::string& line : Split(lines, "\n")) {
-    if (!line.empty()) page_.lines.push_back({page_.length, points_, bold_, Printable(line)});
+    // A control character would reach a receipt printer as a command.
+    if (!line.empty()) page_.lines.push_back({page_.length, points_, bold_, OneLine(line)});
     page_.length += LineHeight(points_);
   }
 }

@@ -204,4 +204,12 @@ std::string ValidUtf8(std::string_view text) {
   return result;
 }
 
+std::string OneLine(std::string_view text) {
+  std::string line = ValidUtf8(text);
+  for (char& c : line) {
+    if ((c >= 0 && c < ' ') || c == 0x7F) c = ' ';
+  }
+  return line;
+}
+
 }  // namespace tpv

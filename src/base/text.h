@@ -35,5 +35,7 @@ char32_t NextCharacter(std::string_view utf8, std::size_t& position);
 void AppendCharacter(std::string& utf8, char32_t character);
 // The text with every broken byte sequence replaced by U+FFFD.
 std::string ValidUtf8(std::string_view text);
+// Valid UTF-8 with line breaks and other control characters as blanks.
+std::string OneLine(std::string_view text);
 
 }  // namespace tpv

@@ -22,14 +22,6 @@ std::string Right32(std::string_view text) {
 
 std::string Centre32(std::string_view text) { return Centre(text, kTicketWidth); }
 
-std::string OneLine(std::string_view text) {
-  std::string line = ValidUtf8(text);
-  for (char& c : line) {
-    if ((c >= 0 && c < ' ') || c == 0x7F) c = ' ';
-  }
-  return line;
-}
-
 void PrintTextLine(PrintDocument& document, std::string_view text) {
   document.PrintLine(OneLine(text) + std::string(kLineBreak));
 }

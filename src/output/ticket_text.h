@@ -21,8 +21,6 @@ std::string Amount9(double euros);
 std::string Description23(std::string_view text);
 std::string Right32(std::string_view text);
 std::string Centre32(std::string_view text);
-// The text with line breaks and other control characters as blanks.
-std::string OneLine(std::string_view text);
 
 // Prints a text line with its line end, which leaves an empty line behind.
 void PrintTextLine(PrintDocument& document, std::string_view text);

@@ -9,14 +9,6 @@ namespace {
 constexpr double kPageWidth = 595.28;
 constexpr double kPageHeight = 841.89;
 
-std::string CleanText(std::string_view text) {
-  std::string clean = ValidUtf8(text);
-  for (char& c : clean) {
-    if (static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
-  return clean;
-}
-
 }  // namespace
 
 Sheet::Sheet(int pages) : canvas_(kPageWidth, kPageHeight), pages_(pages) {}
@@ -35,7 +27,7 @@ double Sheet::WidthOf(const std::string& text, const TextStyle& style) {
 }
 
 void Sheet::Text(std::string_view text, double x, double top, const TextStyle& style, Align align) {
-  const std::string clean = CleanText(text);
+  const std::string clean = OneLine(text);
   const double width = align == Align::Left ? 0 : WidthOf(clean, style);
   const double start = x - (align == Align::Right ? width : align == Align::Centre ? width / 2 : 0);
   UseStyle(style);
@@ -53,7 +45,7 @@ void Sheet::Box(double x, double top, double width, double height, const Colour&
 std::vector<std::string> Sheet::Wrapped(std::string_view text, double width,
                                         const TextStyle& style) {
   std::vector<std::string> lines = {""};
-  for (const std::string& word : Split(CleanText(text), " ")) {
+  for (const std::string& word : Split(OneLine(text), " ")) {
     const std::string longer = lines.back().empty() ? word : lines.back() + " " + word;
     if (WidthOf(longer, style) <= width) {
       lines.back() = longer;

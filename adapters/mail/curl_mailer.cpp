@@ -1,0 +1,170 @@
+#include "adapters/mail/curl_mailer.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+
+#include "adapters/mail/mail_message.h"
+#include "adapters/mail/mail_settings.h"
+#include "base/text.h"
+#include "platform/clock.h"
+
+namespace tpv {
+
+namespace {
+
+// A dead server holds the till no longer than this.
+constexpr long kConnectMilliseconds = 3000;
+constexpr long kAllMilliseconds = 8000;
+
+struct FreeCurl {
+  void operator()(CURL* curl) const { curl_easy_cleanup(curl); }
+  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+
+bool IsHost(std::string_view server) {
+  return std::all_of(server.begin(), server.end(), [](char c) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    return letter || std::string_view(".-:[]_").find(c) != std::string_view::npos;
+  });
+}
+
+// What the server says: its last refusal is why a mail was not sent.
+std::size_t KeepRefusal(char* data, std::size_t size, std::size_t count, void* refusal) {
+  const std::string_view line(data, size * count);
+  const bool refuses = line.size() > 3 && (line[0] == '4' || line[0] == '5');
+  if (refuses) *static_cast<std::string*>(refusal) = line;
+  return line.size();
+}
+
+std::size_t GiveMessage(char* buffer, std::size_t size, std::size_t count, void* message) {
+  auto& rest = *static_cast<std::string_view*>(message);
+  const std::size_t length = std::min(size * count, rest.size());
+  rest.copy(buffer, length);
+  rest.remove_prefix(length);
+  return length;
+}
+
+class Sending {
+ public:
+  Sending(const MailSettings& settings, std::vector<std::string> recipients, std::string message,
+          int port)
+      : settings_(settings),
+        recipients_(std::move(recipients)),
+        message_(std::move(message)),
+        rest_(message_),
+        port_(settings.port > 0 ? settings.port : port),
+        curl_(curl_easy_init()) {}
+
+  std::string Run() {
+    if (!curl_) return "No se puede preparar el envío";
+    SetServer();
+    SetLogin();
+    SetEnvelope();
+    const CURLcode code = curl_easy_perform(curl_.get());
+    return code == CURLE_OK ? std::string() : ErrorText(code);
+  }
+
+ private:
+  template <typename Value>
+  void Set(CURLoption option, Value value) {
+    curl_easy_setopt(curl_.get(), option, value);
+  }
+
+  void SetServer() {
+    const bool tls = settings_.security == MailSecurity::Tls;
+    const std::string url = std::string(tls ? "smtps" : "smtp") + "://" + settings_.server;
+    Set(CURLOPT_URL, url.c_str());
+    Set(CURLOPT_PORT, static_cast<long>(port_));
+    Set(CURLOPT_PROTOCOLS_STR, "smtp,smtps");
+    Set(CURLOPT_PROXY, "");
+    Set(CURLOPT_NOSIGNAL, 1L);
+    Set(CURLOPT_CONNECTTIMEOUT_MS, kConnectMilliseconds);
+    Set(CURLOPT_TIMEOUT_MS, kAllMilliseconds);
+    Set(CURLOPT_ERRORBUFFER, error_);
+    Set(CURLOPT_HEADERFUNCTION, &KeepRefusal);
+    Set(CURLOPT_HEADERDATA, &refusal_);
+  }
+
+  void SetLogin() {
+    constexpr long kUse[] = {CURLUSESSL_TRY, CURLUSESSL_ALL, CURLUSESSL_ALL, CURLUSESSL_NONE};
+    Set(CURLOPT_USE_SSL, kUse[static_cast<int>(settings_.security)]);
+    // Encryption that nobody asked for is better than none, whoever is there.
+    const bool verify = settings_.security != MailSecurity::Opportunistic;
+    Set(CURLOPT_SSL_VERIFYPEER, verify ? 1L : 0L);
+    Set(CURLOPT_SSL_VERIFYHOST, verify ? 2L : 0L);
+    if (!settings_.ca_file.empty()) Set(CURLOPT_CAINFO, settings_.ca_file.c_str());
+    if (settings_.user.empty()) return;
+    Set(CURLOPT_USERNAME, settings_.user.c_str());
+    Set(CURLOPT_PASSWORD, settings_.password.c_str());
+  }
+
+  void SetEnvelope() {
+    Set(CURLOPT_MAIL_FROM, settings_.from.c_str());
+    for (const std::string& recipient : recipients_) {
+      curl_slist* longer = curl_slist_append(list_.get(), recipient.c_str());
+      if (longer == nullptr) throw std::bad_alloc();
+      static_cast<void>(list_.release());
+      list_.reset(longer);
+    }
+    Set(CURLOPT_MAIL_RCPT, list_.get());
+    Set(CURLOPT_UPLOAD, 1L);
+    Set(CURLOPT_READFUNCTION, &GiveMessage);
+    Set(CURLOPT_READDATA, &rest_);
+  }
+
+  std::string ErrorText(CURLcode code) const {
+    const std::string server = settings_.server + ":" + std::to_string(port_);
+    std::string text = OneLine(error_[0] != '\0' ? error_ : curl_easy_strerror(code));
+    if (code == CURLE_COULDNT_CONNECT) text = "no se puede conectar (" + text + ")";
+    if (code == CURLE_OPERATION_TIMEDOUT) text = "no responde (" + text + ")";
+    if (code == CURLE_LOGIN_DENIED) text = "no acepta el usuario y la contraseña (" + text + ")";
+    if (!refusal_.empty()) text += ": " + TrimRight(OneLine(refusal_));
+    text = "Servidor de correo " + server + ": " + text;
+    return settings_.password.empty() ? text : ReplaceAll(text, settings_.password, "***");
+  }
+
+  const MailSettings& settings_;
+  std::vector<std::string> recipients_;
+  std::string message_;
+  std::string_view rest_;
+  int port_;
+  std::unique_ptr<CURL, FreeCurl> curl_;
+  std::unique_ptr<curl_slist, FreeCurl> list_;
+  std::string refusal_;
+  char error_[CURL_ERROR_SIZE] = "";
+};
+
+std::string SendWith(const MailSettings& settings, const Mail& mail, const DateTime& now) {
+  if (!settings.Usable()) return "Faltan los datos del servidor de correo";
+  if (!IsHost(settings.server)) return "El servidor de correo «" + settings.server + "» no es válido";
+  const std::vector<std::string> sender = Addresses(settings.from);
+  if (sender.size() != 1) return "El remitente «" + OneLine(settings.from) + "» no es una dirección de correo";
+  std::vector<std::string> recipients = Addresses(mail.to);
+  if (recipients.empty()) return "«" + OneLine(mail.to) + "» no es una dirección de correo";
+  std::string message = MailMessage(mail, settings.from, recipients, now);
+  return Sending(settings, std::move(recipients), std::move(message), mail.port).Run();
+}
+
+void InitializeOnce() {
+  static const CURLcode done = curl_global_init(CURL_GLOBAL_DEFAULT);
+  if (done != CURLE_OK) throw std::runtime_error("No se puede preparar el envío de correo");
+}
+
+}  // namespace
+
+bool CurlMailer::Configured() const { return ReadMailSettings(settings_).Usable(); }
+
+std::string CurlMailer::Send(const Mail& mail) {
+  try {
+    InitializeOnce();
+    return SendWith(ReadMailSettings(settings_), mail, clock_.Now());
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+}  // namespace tpv

@@ -1,0 +1,42 @@
+#include "host/machine.h"
+
+#include "adapters/files/private_files.h"
+#ifdef TPV_WITH_MAIL
+#include "adapters/mail/curl_mailer.h"
+#endif
+
+namespace tpv {
+
+namespace {
+
+#ifndef TPV_WITH_MAIL
+class NoMailer : public Mailer {
+ public:
+  bool Configured() const override { return false; }
+  std::string Send(const Mail&) override {
+    return "Este programa se construyó sin la biblioteca que envía correo";
+  }
+};
+#endif
+
+std::unique_ptr<Mailer> MailerFor([[maybe_unused]] const Settings& settings,
+                                  [[maybe_unused]] const Clock& clock) {
+#ifdef TPV_WITH_MAIL
+  return std::make_unique<CurlMailer>(settings, clock);
+#else
+  return std::make_unique<NoMailer>();
+#endif
+}
+
+}  // namespace
+
+Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
+
+Machine::Machine(std::string settings_file)
+    : settings(std::move(settings_file)), mailer(MailerFor(settings, clock)) {}
+
+Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects) {
+  return {front_end, printers, devices, settings, clock, *mailer, reports, objects};
+}
+
+}  // namespace tpv
