@@ -4,8 +4,10 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
+extern "C" {  // this header of the C library forgets to say so
+#include <sys/pidfd.h>
+}
 
 #include <cerrno>
 #include <csignal>

@@ -4,8 +4,9 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
-build_packages=(g++ cmake ninja-build ccache libsqlite3-dev)
-test_packages=(libgtest-dev nlohmann-json3-dev)
+build_packages=(g++ cmake ninja-build ccache libsqlite3-dev pkg-config libcairo2-dev
+  fonts-liberation libcurl4-openssl-dev)
+test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd)
 
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi

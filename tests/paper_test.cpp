@@ -1,0 +1,354 @@
+// What the till puts on paper, into files and onto devices.
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include <cmath>
+#include <sstream>
+#include <thread>
+
+#include "adapters/files/channel.h"
+#include "adapters/files/escpos.h"
+#include "adapters/files/program.h"
+#include "adapters/headless/headless_front_end.h"
+#include "component/zrtpve.h"
+#include "host/demo/demonstration.h"
+#include "host/machine.h"
+#include "suite/store_database.h"
+#include "suite/suite_factory.h"
+#include "tests/test_machine.h"
+#include "tests/test_store.h"
+
+namespace tpv {
+namespace {
+
+class Paper : public ::testing::Test {
+ protected:
+  TestFolder folder;
+  TestVariable data{"XDG_DATA_HOME", folder / "data"};
+  TestVariable config{"XDG_CONFIG_HOME", folder / "config"};
+  TestVariable programs{"PATH", folder / "bin" + ":" + std::getenv("PATH")};
+  Machine machine;
+
+  void PrintLines(const std::vector<std::string>& lines) {
+    const auto document = machine.printers.Begin();
+    document->SetFont("Courier New", 9, false);
+    for (const std::string& line : lines) {
+      document->PrintLine(line + "\r\n");
+      document->SetY(document->Y() - 0.3);
+    }
+    document->End();
+  }
+  template <typename Action>
+  static std::string ErrorOf(Action action) {
+    try {
+      action();
+    } catch (const PrintError& error) {
+      return error.what();
+    }
+    return "";
+  }
+};
+
+using PaperSettings = Paper;
+
+TEST_F(PaperSettings, SurviveOddTextsAndLeaveTheRestOfTheFileAlone) {
+  FileSettings& settings = machine.settings;
+  EXPECT_EQ(settings.Read("OKRA", "Printer", "Spool"), "");
+  settings.Write("OKRA", "Printer", "Spool", "Barra");
+  EXPECT_EQ(settings.path(), folder / "config/tpv/tpv.conf");
+  EXPECT_EQ(ModeOf(settings.path()), 0600);
+  EXPECT_EQ(ModeOf(folder / "config/tpv"), 0700);
+  std::ofstream(settings.path(), std::ios::app) << "# nuestra impresora\nRara=C:\\cola\n";
+
+  const std::string odd = " a=b\\41 ]\r\n[OKRA/Printer]\nSpool=Otra ñ ";
+  settings.Write("OKRA", "Odd [x]/y", "k=\n#", odd);
+  EXPECT_EQ(settings.Read("okra", "ODD [X]/Y", "K=\n#"), odd);
+  EXPECT_EQ(settings.Keys("OKRA", "Odd [x]/y"), std::vector<std::string>{"k=\n#"});
+  settings.Write("OKRA", "PRINTER", "spool", "Cocina");
+  EXPECT_EQ(FileSettings(settings.path()).Read("OKRA", "Printer", "Spool"), "Cocina");
+  EXPECT_EQ(settings.Read("OKRA", "Printer", "Rara"), "C:\\cola");
+  settings.Write("OKRA", "Printer", "Spool", "");
+  EXPECT_EQ(settings.Keys("OKRA", "Printer"), std::vector<std::string>{"Rara"});
+  EXPECT_NE(folder.Text("config/tpv/tpv.conf").find("# nuestra impresora\n"), std::string::npos);
+}
+
+TEST_F(PaperSettings, TwoTillsWritingAtOnceLoseNothing) {
+  const auto write = [&](const std::string& till) {
+    FileSettings settings(machine.settings.path());
+    for (int i = 0; i < 20; ++i) settings.Write("TPV", till, std::to_string(i), "x");
+  };
+  std::thread other(write, "Segunda");
+  write("Primera");
+  other.join();
+  EXPECT_EQ(machine.settings.Keys("TPV", "Primera").size(), 20U);
+  EXPECT_EQ(machine.settings.Keys("TPV", "Segunda").size(), 20U);
+}
+
+// A word of a PDF page and the box around it, in points.
+struct Word {
+  double left, top, right, bottom;
+  std::string text;
+};
+
+std::vector<Word> WordsOf(const std::string& pdf, double& page_width) {
+  std::vector<Word> words;
+  std::istringstream lines(RunProgram({"pdftotext", "-bbox", pdf, "-"}).output);
+  for (std::string line; std::getline(lines, line);) {
+    Word word{};
+    char text[200] = "";
+    std::sscanf(line.c_str(), " <page width=\"%lf\"", &page_width);
+    if (std::sscanf(line.c_str(), " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\">%199[^<]",
+                    &word.left, &word.top, &word.right, &word.bottom, text) == 5) {
+      word.text = text;
+      words.push_back(word);
+    }
+  }
+  const auto place = [](const Word& word) { return std::pair(std::lround(word.top), word.left); };
+  std::sort(words.begin(), words.end(),
+            [&](const Word& a, const Word& b) { return place(a) < place(b); });
+  return words;
+}
+
+// Nothing beyond the paper's edge, and no line into the one above it.
+void ExpectNothingOverlaps(const std::string& pdf) {
+  double width = 0;
+  const std::vector<Word> words = WordsOf(pdf, width);
+  ASSERT_GT(words.size(), 30U);
+  EXPECT_NEAR(width, 80 / 25.4 * 72, 0.1);
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    EXPECT_GE(words[i].left, 4 / 25.4 * 72 - 0.1) << words[i].text;
+    EXPECT_LE(words[i].right, 76 / 25.4 * 72 + 0.1) << words[i].text;
+    if (i == 0) continue;
+    const Word& before = words[i - 1];
+    const bool same_line = std::abs(words[i].top - before.top) < 1;
+    if (same_line) EXPECT_GT(words[i].left, before.right) << words[i].text;
+    else EXPECT_GE(words[i].top, before.bottom - 0.05) << words[i].text;
+  }
+}
+
+TEST_F(Paper, ASalesTicketIsTheSameAsTextAndAsPdfAndFitsThePaper) {
+  TestStore store;
+  Transaction transaction(store.connection());
+  FillDemonstration(store.connection(), store.clock().now);
+  store.connection().Execute("UPDATE Parametros SET Par_Nombre = 'Ultramarinos y Vinos Hermanos Peña e Hijas'");
+  store.connection().Execute("UPDATE Lav SET Lav_Uni = 1234, Lav_Dto1 = 10 WHERE Lav_Id = (SELECT MAX(Lav_Id) FROM Lav)");
+  transaction.Commit();
+  HeadlessFrontEnd front_end;
+  suite::SuiteFactory objects;
+  Ports ports = machine.PortsFor(front_end, objects);
+  objects.SetPorts(ports);
+  Zrtpve component(ports);
+  component.context().MyBd =
+      std::make_shared<suite::StoreDatabase>(store.connection(), 1, front_end, machine.clock);
+  component.context().IdAlbaran = std::stoi(store.Value("SELECT MAX(Lav_IdCav) FROM Lav"));
+  std::vector<std::string> told;
+  machine.printers.on_folder = [&](const std::string& where) { told.push_back(where); };
+
+  component.Emite_Ticket();
+  component.Emite_Ticket();
+
+  EXPECT_EQ(told, std::vector<std::string>{folder / "data/tpv/tickets"});
+  const auto texts = folder.Files(".txt");
+  const auto pdfs = folder.Files(".pdf");
+  ASSERT_EQ(texts.size(), 2U);
+  ASSERT_EQ(pdfs.size(), 2U);
+  EXPECT_EQ(ModeOf(texts[0]), 0600);
+  EXPECT_EQ(ModeOf(pdfs[0]), 0600);
+  EXPECT_EQ(ModeOf(folder / "data/tpv/tickets"), 0700);
+  const std::string text = *ReadFile(texts[0]);
+  EXPECT_TRUE(text.starts_with("Ultramarinos y Vinos Hermanos Peña e Hijas\n")) << text;
+  // Header lines close up, sold lines keep their gap, eight lines feed the paper.
+  EXPECT_NE(text.find("\nCIF/NIF "), std::string::npos);
+  EXPECT_NE(text.find(" GRACIAS POR SU VISITA *\n\n\n\n\n\n\n\n\n\n"), std::string::npos) << text;
+
+  const std::string on_paper = RunProgram({"pdftotext", "-layout", pdfs[0], "-"}).output;
+  const auto words = [](const std::string& all) {
+    std::istringstream stream(all);
+    return std::vector<std::string>(std::istream_iterator<std::string>(stream), {});
+  };
+  EXPECT_EQ(words(on_paper), words(text + "\f"));
+  ExpectNothingOverlaps(pdfs[0]);
+}
+
+TEST_F(Paper, NoNameLeadsOutOfTheFolder) {
+  for (const char* name : {"../../../fuera", "/etc/passwd", "..", "\xFF\n", "Ñandú/Barra"}) {
+    machine.settings.Write("TPV", "Printers", name, "folder");
+    machine.printers.SetCurrent(name);
+    PrintLines({name});
+    machine.printers.SendRaw("\x1Bp");
+    EXPECT_EQ(machine.reports.Show({"Título", {}, {}, {}, {}}, name).find(folder / "data/tpv/informes/2"), 0U);
+  }
+  EXPECT_EQ(folder.Files(".txt").size(), 5U);
+  EXPECT_EQ(folder.Files(".raw").size(), 5U);
+  for (const std::string& file : folder.Files("")) {
+    if (!std::filesystem::is_regular_file(file) || file.find("config") != std::string::npos) continue;
+    EXPECT_TRUE(file.starts_with(folder / "data/tpv/")) << file;
+    EXPECT_EQ(std::count(file.begin(), file.end(), '/'),
+              std::count(folder.path().begin(), folder.path().end(), '/') + 4) << file;
+  }
+  EXPECT_EQ(FileNamePiece("Ñandú/Barra"), "nandu-barra");
+}
+
+TEST_F(Paper, AFolderThatCannotBeWrittenIsAnErrorAndLeavesNothing) {
+  std::ofstream(folder / "file") << "x";
+  machine.settings.Write("TPV", "Paper", "Tickets", folder / "file/below");
+  EXPECT_NE(ErrorOf([&] { PrintLines({"x"}); }).find("no es una carpeta"), std::string::npos);
+  EXPECT_EQ(folder.Files(".txt").size(), 0U);
+}
+
+TEST_F(Paper, AReceiptPrinterGetsTheSameLinesInItsOwnLanguage) {
+  std::ofstream(folder / "lp0").flush();
+  machine.settings.Write("TPV", "Printers", "Barra", "escpos:" + folder / "lp0");
+  ASSERT_EQ(machine.printers.Current(), "Barra");
+  {
+    const auto document = machine.printers.Begin();
+    document->SetFont("Courier New", 10, true);
+    document->PrintLine("Peña 5,00 €\r\n");
+    document->SetFont("Courier New", 9, false);
+    document->SetY(document->Y() - 0.3);
+    document->PrintLine("A\x1B@ “Ő”→\r\n");  // no order to the printer
+    document->PrintLine("  Nº 1\r\n");
+    document->PrintLine("\r\n");
+    EXPECT_EQ(folder.Text("lp0"), "");
+    document->End();
+  }
+  const std::string expected("\x1B@\x1Bt\x13"
+                             "\x1B" "E\x01" "Pe\xA4" "a 5,00 \xD5\n"
+                             "\x1B" "E\0" "A @ \"o\"?\n\n"
+                             "  N\xA7 1\n\n\n\n"
+                             "\x1DVB\0", 47);
+  EXPECT_EQ(folder.Text("lp0"), expected);
+  machine.printers.SendRaw(std::string("\x1Bp\0\x19\xFA", 5));
+  EXPECT_EQ(folder.Text("lp0"), expected + std::string("\x1Bp\0\x19\xFA", 5));
+  EXPECT_EQ(CodePage858("ÇÿñÜ£ßýÝ³«»áí"), "\x80\x98\xA4\x9A\x9C\xE1\xEC\xED\xFC\xAE\xAF\xA0\xA1");
+  EXPECT_NE(ErrorOf([&] { machine.reports.Print({}, "Barra"); }).find("no imprime hojas"), std::string::npos);
+}
+
+// A printer on the loopback network that takes `wanted` bytes, or none at all.
+class NetworkPrinter {
+ public:
+  explicit NetworkPrinter(bool reads) : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ::bind(socket_, reinterpret_cast<sockaddr*>(&address), size);
+    ::listen(socket_, 1);
+    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
+    target = "127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    if (reads) thread_ = std::thread([this] { Read(); });
+  }
+  ~NetworkPrinter() {
+    Wait();
+    ::close(socket_);
+  }
+  void Wait() {
+    if (thread_.joinable()) thread_.join();
+  }
+
+  std::string target;
+  std::string got;
+
+ private:
+  void Read() {
+    const int connection = ::accept(socket_, nullptr, nullptr);
+    [[maybe_unused]] const auto status = ::write(connection, "\x12", 1);  // nobody reads it
+    char piece[4096];
+    for (ssize_t count; (count = ::read(connection, piece, sizeof piece)) > 0;) {
+      got.append(piece, static_cast<std::size_t>(count));
+    }
+    ::close(connection);
+  }
+
+  int socket_;
+  std::thread thread_;
+};
+
+TEST_F(Paper, BytesReachNetworkPrintersAndDevicesOrAnErrorSaysWhyInTime) {
+  std::string bytes(2'000'000, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7);
+  std::string dead;
+  {
+    NetworkPrinter printer(true);
+    dead = printer.target;
+    SendBytes("socket://" + printer.target, bytes);
+    printer.Wait();
+    EXPECT_TRUE(printer.got == bytes);
+  }
+  EXPECT_NE(ErrorOf([&] { SendBytes(dead, "x"); }).find("rechaza la conexión"), std::string::npos);
+  NetworkPrinter stuck(false);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_NE(ErrorOf([&] { SendBytes(stuck.target, std::string(20'000'000, 'x')); }).find("no responde"), std::string::npos);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+
+  std::ofstream(folder / "port").flush();
+  machine.settings.Write("TPV", "Devices", "LPT1", folder / "port");
+  machine.devices.Write("lpt1:", "kick");
+  EXPECT_EQ(folder.Text("port"), "kick");
+  for (const std::string& name : {folder / "missing", folder.path(), std::string("Barra"), std::string()}) {
+    EXPECT_NE(ErrorOf([&] { machine.devices.Write(name, "x"); }), "") << name;
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
+}
+
+TEST_F(Paper, SystemPrintersAreListedChosenAndFedByTheirProgram) {
+  folder.Program("lpstat", "[ \"$1\" = -e ] && printf 'Barra\\nOficina\\n' || echo 'system default destination: Oficina'");
+  folder.Program("lp", "echo \"$@\" >> $FOLDER/jobs; cat > $FOLDER/job; [ \"$2\" != Rota ] || { echo 'lp: «Rota» está parada'; exit 1; }");
+  EXPECT_EQ(machine.printers.Installed(), (std::vector<std::string>{"Oficina", "Barra", "Carpeta de tickets"}));
+  PrintLines({"Página"});
+  EXPECT_EQ(folder.Text("jobs"), "-d Oficina -t tpv -o print-scaling=none\n");
+  EXPECT_NE(RunProgram({"pdftotext", folder / "job", "-"}).output.find("Página"), std::string::npos);
+
+  machine.settings.Write("TPV", "Printers", "Barra", "escpos:queue:Barra");
+  machine.settings.Write("TPV", "Printers", "Vieja", "page:Rota");
+  machine.settings.Write("TPV", "Paper", "Default", "vieja");
+  EXPECT_EQ(machine.printers.Installed(),
+            (std::vector<std::string>{"Vieja", "Barra", "Oficina", "Carpeta de tickets"}));
+  const std::string before = machine.printers.Current();
+  EXPECT_EQ(before, "Vieja");
+  EXPECT_NE(ErrorOf([&] { PrintLines({"x"}); }).find("«Rota» está parada"), std::string::npos);
+  machine.printers.SetCurrent("Barra");
+  machine.printers.SendRaw("kick");
+  EXPECT_EQ(folder.Text("job"), "kick");
+  EXPECT_TRUE(folder.Text("jobs").ends_with("-d Barra -t tpv -o raw\n")) << folder.Text("jobs");
+  EXPECT_NE(ErrorOf([&] { machine.printers.SetCurrent("Nadie"); }), "");
+  EXPECT_EQ(machine.printers.Current(), "Barra");
+  machine.printers.SetCurrent(before);
+  EXPECT_EQ(machine.printers.Current(), "Vieja");
+  machine.settings.Write("TPV", "Printers", "Barra", "lasser");
+  EXPECT_NE(ErrorOf([&] { PrintLines({"x"}); }).find("«lasser»"), std::string::npos);
+}
+
+TEST_F(Paper, AProgramThatHangsIsEnded) {
+  folder.Program("lento", "sleep 20");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(RunProgram({"lento"}, "x", std::chrono::seconds(1)).done);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_FALSE(RunProgram({"no-existe-tal-programa"}).found);
+}
+
+TEST_F(Paper, AReportNumbersItsPagesRepeatsItsCaptionsAndOpens) {
+  folder.Program("xdg-open", "echo \"$1\" > $FOLDER/opened.part; mv $FOLDER/opened.part $FOLDER/opened");
+  Report report{"Diario de cierres", {"Ultramarinos Peña", "B-1234"}, {"Del 01/11/2026"}, {}, {}};
+  ReportTable table{"Cierres", {{"Fecha", 2, false}, {"Vendedor", 4, false}, {"Saldo", 1, true}}, {}};
+  for (int i = 1; i <= 90; ++i) table.rows.push_back({{"fila" + std::to_string(i), "Ana", "1.234,50"}});
+  table.rows.push_back({{"", "", "sobra"}, true});
+  table.rows.back().cells[1] = std::string(200, 'w') + " fin";  // wider than its column
+  report.tables = {table};
+  report.charts = {{"Efectivo y tarjeta", {"Efectivo", "Tarjeta"}, {"lun", "mar"}, {{120.5, 0}, {-30, 1e6}}},
+                   {"Vacío", {}, {}, {}}};
+  const TestVariable display("DISPLAY", ":7");
+  const std::string path = machine.reports.Show(report, "cierres");
+  const std::string text = RunProgram({"pdftotext", "-layout", path, "-"}).output;
+  for (const char* part : {"Diario de cierres", "B-1234", "Del 01/11/2026", "fila90", "fin", "Tarjeta", "1.000.000",
+                           "Página 1 de 3", "Página 3 de 3"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part;
+  }
+  EXPECT_NE(text.find("Vendedor", text.find('\f')), std::string::npos);
+  for (int i = 0; i < 100 && !std::filesystem::exists(folder / "opened"); ++i) ::usleep(20'000);
+  EXPECT_EQ(folder.Text("opened"), path + "\n");
+}
+
+}  // namespace
+}  // namespace tpv

@@ -1,0 +1,73 @@
+// A folder, programs and variables of its own for a test of what leaves the till.
+#pragma once
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "adapters/files/private_files.h"
+
+namespace tpv {
+
+class TestFolder {
+ public:
+  TestFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "tpv-paper-XXXXXX").string();
+    path_ = ::mkdtemp(name.data());
+  }
+  ~TestFolder() { std::filesystem::remove_all(path_); }
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
+
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  const std::string& path() const { return path_; }
+  std::string Text(const std::string& name) const { return ReadFile(*this / name).value_or("(none)"); }
+  // A program for the path, as shell text; it may write into $FOLDER.
+  void Program(const std::string& name, const std::string& shell) const {
+    std::filesystem::create_directory(path_ + "/bin");
+    std::ofstream(path_ + "/bin/" + name) << "#!/bin/sh\nFOLDER=" << path_ << "\n" << shell << "\n";
+    ::chmod((path_ + "/bin/" + name).c_str(), 0755);
+  }
+  // Paths of all files that end so, in order.
+  std::vector<std::string> Files(const std::string& ending) const {
+    std::vector<std::string> found;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path_)) {
+      if (entry.path().string().ends_with(ending)) found.push_back(entry.path().string());
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+  }
+
+ private:
+  std::string path_;
+};
+
+// An environment variable for the time of a test.
+class TestVariable {
+ public:
+  TestVariable(std::string name, const std::string& value) : name_(std::move(name)) {
+    if (const char* before = std::getenv(name_.c_str())) before_ = before;
+    ::setenv(name_.c_str(), value.c_str(), 1);
+  }
+  ~TestVariable() { ::setenv(name_.c_str(), before_.c_str(), 1); }
+  TestVariable(const TestVariable&) = delete;
+  TestVariable& operator=(const TestVariable&) = delete;
+
+ private:
+  std::string name_;
+  std::string before_;
+};
+
+inline mode_t ModeOf(const std::string& path) {
+  struct stat about {};
+  ::stat(path.c_str(), &about);
+  return about.st_mode & 0777;
+}
+
+}  // namespace tpv
