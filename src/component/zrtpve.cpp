@@ -3,6 +3,7 @@
 #include <string>
 
 #include "cash/closures_journal.h"
+#include "cash/movements_screen.h"
 #include "output/cash_drawer.h"
 #include "output/sales_ticket.h"
 #include "platform/objects.h"
@@ -48,7 +49,7 @@ void Zrtpve::ShowScreen() {
 void Zrtpve::zTpv() { ShowScreen<FrmTpv>(); }
 void Zrtpve::zDiario() { ShowScreen<FrmTpvDiarioVentas>(); }
 void Zrtpve::zAperturaCierre() { NotYet("El cierre de caja"); }
-void Zrtpve::zMovCaja() { NotYet("La pantalla de movimientos de caja"); }
+void Zrtpve::zMovCaja() { ShowScreen<FrmTpvMovCaja>(); }
 void Zrtpve::zFacturacion() { NotYet("La facturación de tickets"); }
 void Zrtpve::zDiarioCaja() { ShowScreen<FrmTpvDiarioCierres>(); }
 void Zrtpve::zInfPendienteCobro() { ShowScreen<FrmTpvPendiente>(); }

@@ -7,6 +7,7 @@
 #include "output/cash_drawer.h"
 #include "output/sales_ticket.h"
 #include "output/ticket_text.h"
+#include "data/journal.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 #include "platform/printer.h"
@@ -144,13 +145,13 @@ bool FrmTpv1::Store(Ending ending) {
 void FrmTpv1::RecordPayment() {
   const auto entry = EntryFor(ReadPayment(), on_credit_);
   if (!entry) return;
-  LinkEntry(InsertEntry(*entry), *entry);
+  const auto note = entry->LinkNote();
+  LinkTicket(context(), InsertEntry(*entry), context().IdAlbaran, entry->LinkedAmount(),
+             note ? Variant(*note) : Variant());
 }
 
 std::int32_t FrmTpv1::InsertEntry(const JournalEntry& entry) {
-  RowBuilder& row = context().MyBd->NuevaSentencia();
-  row.Tabla("DiaCaj");
-  row.BeginTrans(false);
+  RowBuilder& row = RowInTransaction(context(), "DiaCaj");
   row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context().MyBd->IdUsuario()));
   row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context().IdAgente));
   row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(context().Caja));
@@ -163,22 +164,8 @@ std::int32_t FrmTpv1::InsertEntry(const JournalEntry& entry) {
   row.Add("DiaCaj_Cobrado", ValueKind::Amount, Variant(entry.collected));
   row.Add("DiaCaj_Descuento", ValueKind::Amount, Variant(entry.discount));
   row.Add("DiaCaj_Obs", ValueKind::Literal, Variant("Null"));
-  std::string error;
-  if (!row.Insert(error)) throw DatabaseError(error);
-  return Database().Execute("SELECT MAX(DiaCaj_Id) FROM DiaCaj")->Field(0).ToInt32();
-}
-
-void FrmTpv1::LinkEntry(std::int32_t entry_id, const JournalEntry& entry) {
-  RowBuilder& row = context().MyBd->NuevaSentencia();
-  row.Tabla("Tco");
-  row.BeginTrans(false);
-  row.Add("Tco_IdDiaCaj", ValueKind::Whole, Variant(entry_id));
-  row.Add("Tco_IdCav", ValueKind::Whole, Variant(context().IdAlbaran));
-  row.Add("Tco_Importe", ValueKind::Amount, Variant(entry.LinkedAmount()));
-  const auto note = entry.LinkNote();
-  row.Add("Tco_Obs", ValueKind::Text, note ? Variant(*note) : Variant());
-  std::string error;
-  if (!row.Insert(error)) throw DatabaseError(error);
+  InsertOrThrow(row);
+  return LastEntry(context());
 }
 
 void FrmTpv1::CancelTheSale() {

@@ -62,7 +62,6 @@ class FrmTpv1 : public Screen {
   bool Store(Ending ending);
   void RecordPayment();
   std::int32_t InsertEntry(const JournalEntry& entry);
-  void LinkEntry(std::int32_t entry_id, const JournalEntry& entry);
   void CancelTheSale();
 
   ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
