@@ -3,6 +3,7 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "cash/balance_fields.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
@@ -16,9 +17,6 @@ FrmTpvAperturaCaja::FrmTpvAperturaCaja(Context& ctx) : Screen(ctx, "frmTpvApertu
   caption = "Punto de venta rapido. Abrir caja";
   DeclareFields();
   fraAgente.Rows({{&Text1[5], &Text1[13], &Text1[11], &Text1[12], &Text1[14]}});
-  Frame1.Rows({{&Text1[9], &Text1[10]},
-               {&Text1[3], &Text1[6], &Text1[7], &Text1[1]},
-               {&Text1[2], &Text1[4], &Text1[8], &Text1[0]}});
   rows = {{&fraAgente}, {&Frame1}, {&cmdGrabar, &cmdSalir}};
   cmdGrabar.click = [this] { Save(); };
   cmdSalir.click = [this] { Close(); };
@@ -43,11 +41,6 @@ void FrmTpvAperturaCaja::DeclareFields() {
       {5, "Fecha apertura", 12, Date, false}, {13, "Nº Caja", 6, Number, false},
       {11, "Vendedor", 8, Number, false},     {12, "", 30, Any, true},
       {14, "Saldo inicial de caja", 14, Number, false},
-      {9, "Fecha Cierre", 18, Any, true},     {10, "Vendedor", 30, Any, true},
-      {3, "Saldo inicial", 14, Any, true},    {6, "Cobros en metalico", 14, Any, true},
-      {7, "Cobros con tarjeta", 14, Any, true}, {1, "Pagos", 14, Any, true},
-      {2, "Saldo", 14, Any, true},            {4, "Retirado", 14, Any, true},
-      {8, "Saldo final", 14, Any, true},      {0, "Total de cobros", 14, Any, true},
   };
   for (const Field& field : fields) {
     ui::TextBox& box = Text1.Add(field.index, field.caption);
@@ -55,7 +48,6 @@ void FrmTpvAperturaCaja::DeclareFields() {
     box.input = field.input;
     box.locked = field.shown_only;
     box.tab_stop = !field.shown_only;
-    if (field.shown_only && field.columns == 14) box.align = ui::Align::Right;
   }
   MakeDateField(Text1[5]);
   Text1[13].max_length = 5;
@@ -63,7 +55,8 @@ void FrmTpvAperturaCaja::DeclareFields() {
   Text1[14].max_length = 12;
   Text1[14].align = ui::Align::Right;
   Text1[14].large = true;
-  Text1[12].stretch = Text1[10].stretch = true;
+  Text1[12].stretch = true;
+  AddBalanceFields(Text1, Frame1, "Fecha Cierre");
 }
 
 void FrmTpvAperturaCaja::OnLoad() {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "cash/closing_screen.h"
 #include "cash/closures_journal.h"
 #include "cash/movements_screen.h"
 #include "output/cash_drawer.h"
@@ -48,7 +49,7 @@ void Zrtpve::ShowScreen() {
 
 void Zrtpve::zTpv() { ShowScreen<FrmTpv>(); }
 void Zrtpve::zDiario() { ShowScreen<FrmTpvDiarioVentas>(); }
-void Zrtpve::zAperturaCierre() { NotYet("El cierre de caja"); }
+void Zrtpve::zAperturaCierre() { ShowScreen<FrmTpvCierreCaja>(); }
 void Zrtpve::zMovCaja() { ShowScreen<FrmTpvMovCaja>(); }
 void Zrtpve::zFacturacion() { NotYet("La facturación de tickets"); }
 void Zrtpve::zDiarioCaja() { ShowScreen<FrmTpvDiarioCierres>(); }

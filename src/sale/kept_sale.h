@@ -1,5 +1,5 @@
-// Keeps a screen's sale, customer and seller while another screen of the till,
-// which has a sale of its own, is open on top of it.
+// Keeps a screen's sale, customer, seller and till while another
+// screen, which works with its own, is open on top of it.
 #pragma once
 
 #include "context/context.h"
@@ -12,11 +12,13 @@ class KeptSale {
       : context_(context),
         sale_(context.IdAlbaran),
         customer_(context.IdCliente),
-        agent_(context.IdAgente) {}
+        agent_(context.IdAgente),
+        till_(context.Caja) {}
   ~KeptSale() {
     context_.IdAlbaran = sale_;
     context_.IdCliente = customer_;
     context_.IdAgente = agent_;
+    context_.Caja = till_;
   }
   KeptSale(const KeptSale&) = delete;
   KeptSale& operator=(const KeptSale&) = delete;
@@ -26,6 +28,7 @@ class KeptSale {
   std::int32_t sale_;
   std::int32_t customer_;
   std::int32_t agent_;
+  std::int16_t till_;
 };
 
 }  // namespace tpv

@@ -3,7 +3,9 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "cash/closing_screen.h"
 #include "cash/mail_queue.h"
+#include "cash/movements_screen.h"
 #include "cash/opening_screen.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
@@ -50,6 +52,7 @@ void FrmTpv::LeaveTill() {
 void FrmTpv::MarkTillOpen() {
   till_open_ = true;
   cmdApertura.enabled = false;
+  cmdCierre.enabled = true;
   Text1[6].enabled = Text1[4].enabled = false;
 }
 
@@ -211,6 +214,27 @@ void FrmTpv::OpenReturns() {
   context().ports.ui.Load(returns);
   for (const int index : {6, 0, 1}) returns.Text1[index].text = Text1[index].text;
   context().ports.ui.ShowModal(returns);
+}
+
+void FrmTpv::CloseTill() {
+  if (sale_in_progress_) return Refuse("Debe concluir la venta en curso", nullptr, Icon::Exclamation);
+  const KeptSale kept(context());
+  FrmTpvCierreCaja screen(context());
+  context().ports.ui.ShowModal(screen);
+  if (TillIsOpen(Database(), Text1[6].text)) return;
+  till_open_ = false;
+  cmdCierre.enabled = false;
+  cmdApertura.enabled = true;
+}
+
+void FrmTpv::MoveCash() {
+  if (!till_open_) {
+    return Refuse("Proceso no disponible con la caja cerrada", nullptr, Icon::Critical);
+  }
+  const KeptSale kept(context());
+  FrmTpvMovCaja movements(context());
+  movements.bCompleto = true;
+  context().ports.ui.ShowModal(movements);
 }
 
 void FrmTpv::Exit() {

@@ -55,6 +55,8 @@ class FrmTpv : public SaleEntry {
   void Reprint();
   void OpenTill();
   void OpenReturns();
+  void CloseTill();
+  void MoveCash();
   void Exit();
 
   ui::Grid dbgVenta{*this, "dbgVenta"};

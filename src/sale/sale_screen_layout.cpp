@@ -10,8 +10,7 @@ FrmTpv::FrmTpv(Context& ctx) : SaleEntry(ctx, "frmTpv") {
   ConnectButtons();
   Frame2.enabled = false;
   cmdGuardar.enabled = cmdCancelar.enabled = cmdFinalizar.enabled = false;
-  // Screens that are still to come.
-  cmdPagos.enabled = cmdCierre.enabled = false;
+  cmdCierre.enabled = false;
 }
 
 void FrmTpv::DeclareFields() {
@@ -61,6 +60,8 @@ void FrmTpv::ConnectButtons() {
   cmdCancelar.click = [this] { Drop(); };
   cmdApertura.click = [this] { OpenTill(); };
   cmdDevoluciones.click = [this] { OpenReturns(); };
+  cmdCierre.click = [this] { CloseTill(); };
+  cmdPagos.click = [this] { MoveCash(); };
   cmdReImprimir.click = [this] { Reprint(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };
   cmdSalir.click = [this] { Exit(); };

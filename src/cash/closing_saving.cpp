@@ -1,0 +1,106 @@
+// Checking and storing a closure, and telling when it failed.
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "cash/closing_screen.h"
+#include "cash/closure.h"
+#include "cash/mail_queue.h"
+#include "cash/ticket_dialog.h"
+#include "platform/settings.h"
+
+namespace tpv {
+
+using ui::Icon;
+
+bool FrmTpvCierreCaja::CheckDate() {
+  if (Check2.checked) return true;
+  if (!IsDate(Text1[5].text)) Text1[5].text.clear();
+  return RequireDate(Text1[5], "No ha informado de la fecha del cierre");
+}
+
+bool FrmTpvCierreCaja::CheckWithdrawal() {
+  const auto withdrawn = ParseNumber(Text1[4].text);
+  if (withdrawn && *withdrawn >= 0) return true;
+  Text1[4].text.clear();
+  Refuse("No ha informado el importe retirado", &Text1[4], Icon::Exclamation, "Atención");
+  return false;
+}
+
+bool FrmTpvCierreCaja::CheckTill() {
+  if (!opening_) {
+    Refuse("No ha elegido la caja que quiere cerrar", &ListView1, Icon::Exclamation);
+    return false;
+  }
+  return RequireAgent();
+}
+
+void FrmTpvCierreCaja::Save() {
+  if (!CheckDate() || !CheckWithdrawal() || !CheckTill()) return;
+  if (!Confirm("Confirma la grabación del proceso", Icon::Question)) return;
+  wait_cursor = true;
+  const auto closure_id = Store();
+  wait_cursor = false;
+  lblProceso.caption.clear();
+  if (!closure_id) return;
+  if (Check1.checked) PrintTicket(*closure_id);
+  BackToTills();
+}
+
+Closure FrmTpvCierreCaja::Entered() const {
+  Closure closure;
+  closure.server_date = Check2.checked;
+  closure.date = Text1[5].text;
+  closure.initial = Number(Text1[3]);
+  closure.cash = Number(Text1[6]);
+  closure.card = Number(Text1[7]);
+  closure.paid = Number(Text1[1]);
+  closure.withdrawn = Number(Text1[4]);
+  for (std::size_t row = 0; row < DbgDiario.rows.size(); ++row) {
+    closure.collections.push_back(DbgDiario.Value(static_cast<int>(row), "Id").ToInt32());
+  }
+  closure.mark = mark_;
+  return closure;
+}
+
+std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
+  const ClosingPeriod period(context(), context().Caja, opening_->when);
+  try {
+    return StoreClosure(context(), period, Entered(),
+                        [this](std::size_t done, std::size_t all) { ShowProgress(done, all); });
+  } catch (const PeriodChanged& changed) {
+    Refuse(changed.what(), &Text1[4], Icon::Exclamation);
+    ShowPeriod();
+    LeaveWithdrawal();
+  } catch (const ClosureFailed& failure) {
+    TellFailure(failure);
+  }
+  return std::nullopt;
+}
+
+void FrmTpvCierreCaja::ShowProgress(std::size_t done, std::size_t all) {
+  lblProceso.caption = "Grabando el cierre: " + FormatNumber(static_cast<double>(done), "#,##0") +
+                       " de " + FormatNumber(static_cast<double>(all), "#,##0");
+  context().ports.ui.ProcessEvents();
+}
+
+// Support hears of it where the shop has one; the operator always does.
+void FrmTpvCierreCaja::TellFailure(const ClosureFailed& failure) {
+  const std::string reason = failure.what();
+  const std::string support = Trim(context().ports.settings.Read("TPV", "Mail", "Support"));
+  if (!support.empty()) {
+    SendMailNow(context(), support, "Detalle del error:" + std::string(kLineBreak) + reason,
+                "Error en poceso de cierre de caja TPV");
+  }
+  Refuse("Error procesando cierre de caja" + std::string(kLineBreak) + reason, nullptr,
+         Icon::Critical, "Proceso Cancelado");
+  if (!failure.inserted) Close();
+}
+
+void FrmTpvCierreCaja::PrintTicket(std::int32_t closure_id) {
+  FrmFactuTicket ticket(context());
+  ticket.mode = FrmFactuTicket::Mode::ClosurePrint;
+  ticket.closure_id = closure_id;
+  context().ports.ui.ShowModal(ticket);
+}
+
+}  // namespace tpv

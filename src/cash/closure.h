@@ -1,0 +1,47 @@
+// Writing a closure: its own entry and its stamp on every entry that it covers,
+// all of it or nothing.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "cash/closing_period.h"
+
+namespace tpv {
+
+struct Closure {
+  bool server_date = true;
+  std::string date;  // as typed
+  double initial = 0;  // euros, as the next four
+  double cash = 0;
+  double card = 0;
+  double paid = 0;
+  double withdrawn = 0;
+  std::vector<std::int32_t> collections;  // entries to stamp
+  std::string mark;  // ClosingPeriod::Mark when the figures were read
+};
+
+class ClosureFailed : public std::runtime_error {
+ public:
+  ClosureFailed(const std::string& reason, bool closure_inserted)
+      : std::runtime_error(reason), inserted(closure_inserted) {}
+  bool inserted;  // false: the closure's own entry was refused
+};
+
+// The till's entries are no longer those of the figures shown.
+class PeriodChanged : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+using ClosureProgress = std::function<void(std::size_t done, std::size_t all)>;
+
+// Stores the closure for the context's till and agent; returns its DiaCaj_Id.
+// Nothing is stored when it throws one of the two above.
+std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const Closure& closure,
+                          const ClosureProgress& progress);
+
+}  // namespace tpv
