@@ -1,6 +1,8 @@
 // A folder, programs and variables of its own for a test of what leaves the till.
 #pragma once
 
+#include <arpa/inet.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -62,6 +64,30 @@ class TestVariable {
  private:
   std::string name_;
   std::string before_;
+};
+
+// Listens on the loopback and never says a word.
+class SilentServer {
+ public:
+  SilentServer() : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ::bind(socket_, reinterpret_cast<sockaddr*>(&address), size);
+    ::listen(socket_, 1);
+    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
+    port = ntohs(address.sin_port);
+  }
+  ~SilentServer() { ::close(socket_); }
+  SilentServer(const SilentServer&) = delete;
+  SilentServer& operator=(const SilentServer&) = delete;
+  int Accept() const { return ::accept(socket_, nullptr, nullptr); }
+
+  int port = 0;
+
+ private:
+  int socket_;
 };
 
 inline mode_t ModeOf(const std::string& path) {

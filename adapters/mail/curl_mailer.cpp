@@ -17,8 +17,9 @@ namespace tpv {
 namespace {
 
 // A dead server holds the till no longer than this.
-constexpr long kConnectMilliseconds = 3000;
+constexpr long kConnectMilliseconds = 5000;  // greeting and login included
 constexpr long kAllMilliseconds = 8000;
+constexpr std::chrono::seconds kRest{60};
 
 struct FreeCurl {
   void operator()(CURL* curl) const { curl_easy_cleanup(curl); }
@@ -64,8 +65,14 @@ class Sending {
     SetServer();
     SetLogin();
     SetEnvelope();
-    const CURLcode code = curl_easy_perform(curl_.get());
-    return code == CURLE_OK ? std::string() : ErrorText(code);
+    code_ = curl_easy_perform(curl_.get());
+    return code_ == CURLE_OK ? std::string() : ErrorText();
+  }
+
+  std::string Server() const { return settings_.server + ":" + std::to_string(port_); }
+  bool NobodyThere() const {
+    return code_ == CURLE_COULDNT_CONNECT || code_ == CURLE_COULDNT_RESOLVE_HOST ||
+           code_ == CURLE_OPERATION_TIMEDOUT;
   }
 
  private:
@@ -116,14 +123,13 @@ class Sending {
     Set(CURLOPT_READDATA, &rest_);
   }
 
-  std::string ErrorText(CURLcode code) const {
-    const std::string server = settings_.server + ":" + std::to_string(port_);
-    std::string text = OneLine(error_[0] != '\0' ? error_ : curl_easy_strerror(code));
-    if (code == CURLE_COULDNT_CONNECT) text = "no se puede conectar (" + text + ")";
-    if (code == CURLE_OPERATION_TIMEDOUT) text = "no responde (" + text + ")";
-    if (code == CURLE_LOGIN_DENIED) text = "no acepta el usuario y la contraseña (" + text + ")";
+  std::string ErrorText() const {
+    std::string text = OneLine(error_[0] != '\0' ? error_ : curl_easy_strerror(code_));
+    if (code_ == CURLE_COULDNT_CONNECT) text = "no se puede conectar (" + text + ")";
+    if (code_ == CURLE_OPERATION_TIMEDOUT) text = "no responde (" + text + ")";
+    if (code_ == CURLE_LOGIN_DENIED) text = "no acepta el usuario y la contraseña (" + text + ")";
     if (!refusal_.empty()) text += ": " + TrimRight(OneLine(refusal_));
-    text = "Servidor de correo " + server + ": " + text;
+    text = "Servidor de correo " + Server() + ": " + text;
     return settings_.password.empty() ? text : ReplaceAll(text, settings_.password, "***");
   }
 
@@ -134,19 +140,19 @@ class Sending {
   int port_;
   std::unique_ptr<CURL, FreeCurl> curl_;
   std::unique_ptr<curl_slist, FreeCurl> list_;
+  CURLcode code_ = CURLE_OK;
   std::string refusal_;
   char error_[CURL_ERROR_SIZE] = "";
 };
 
-std::string SendWith(const MailSettings& settings, const Mail& mail, const DateTime& now) {
+// Why a mail cannot even be tried; "" when it can.
+std::string Obstacle(const MailSettings& settings, const Mail& mail) {
   if (!settings.Usable()) return "Faltan los datos del servidor de correo";
-  if (!IsHost(settings.server)) return "El servidor de correo «" + settings.server + "» no es válido";
-  const std::vector<std::string> sender = Addresses(settings.from);
-  if (sender.size() != 1) return "El remitente «" + OneLine(settings.from) + "» no es una dirección de correo";
-  std::vector<std::string> recipients = Addresses(mail.to);
-  if (recipients.empty()) return "«" + OneLine(mail.to) + "» no es una dirección de correo";
-  std::string message = MailMessage(mail, settings.from, recipients, now);
-  return Sending(settings, std::move(recipients), std::move(message), mail.port).Run();
+  if (!IsHost(settings.server)) return "El servidor de correo «" + OneLine(settings.server) + "» no es válido";
+  const bool one_sender = Addresses(settings.from).size() == 1;
+  if (!one_sender) return "El remitente «" + OneLine(settings.from) + "» no es una dirección de correo";
+  if (!Addresses(mail.to).empty()) return "";
+  return "«" + OneLine(mail.to) + "» no es una dirección de correo";
 }
 
 void InitializeOnce() {
@@ -161,7 +167,19 @@ bool CurlMailer::Configured() const { return ReadMailSettings(settings_).Usable(
 std::string CurlMailer::Send(const Mail& mail) {
   try {
     InitializeOnce();
-    return SendWith(ReadMailSettings(settings_), mail, clock_.Now());
+    const MailSettings settings = ReadMailSettings(settings_);
+    std::string error = Obstacle(settings, mail);
+    if (!error.empty()) return error;
+    const std::vector<std::string> recipients = Addresses(mail.to);
+    Sending sending(settings, recipients,
+                    MailMessage(mail, settings.from, recipients, clock_.Now()), mail.port);
+    const auto now = std::chrono::steady_clock::now();
+    if (sending.Server() == dead_server_ && now < dead_until_) return dead_error_;
+    error = sending.Run();
+    dead_server_ = sending.NobodyThere() ? sending.Server() : std::string();
+    dead_error_ = error;
+    dead_until_ = std::chrono::steady_clock::now() + kRest;
+    return error;
   } catch (const std::exception& error) {
     return error.what();
   }

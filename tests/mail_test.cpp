@@ -1,0 +1,150 @@
+// Mail as a server on the loopback receives it, and what the shop hears when one
+// does not take it.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+
+#include "adapters/files/file_settings.h"
+#include "adapters/files/program.h"
+#include "adapters/mail/curl_mailer.h"
+#include "tests/test_machine.h"
+#include "tests/test_store.h"
+
+namespace tpv {
+namespace {
+
+// The server of mail_server.py, for the time of a test.
+class MailServer {
+ public:
+  explicit MailServer(const TestFolder& folder, const std::string& certificate = "") {
+    const std::string command = std::string(TPV_TEST_FOLDER) + "/mail_server.py " + folder.path() +
+                                certificate + " > " + folder / "port";
+    process_ = ::popen(command.c_str(), "w");
+    for (int i = 0; i < 500 && !folder.Text("port").ends_with('\n'); ++i) ::usleep(20'000);
+    port = std::atoi(folder.Text("port").c_str());
+  }
+  ~MailServer() { ::pclose(process_); }
+  MailServer(const MailServer&) = delete;
+  MailServer& operator=(const MailServer&) = delete;
+
+  int port = 0;
+
+ private:
+  FILE* process_;
+};
+
+class MailTest : public ::testing::Test {
+ protected:
+  TestFolder folder;
+  FileSettings settings{folder / "tpv.conf"};
+  FixedClock clock;
+  CurlMailer mailer{settings, clock};
+
+  void SetUp() override {
+    Configure("Server", "127.0.0.1");
+    Configure("From", "tienda@tienda.es");
+  }
+  void Configure(const char* key, const std::string& value) { settings.Write("TPV", "Mail", key, value); }
+  static Mail To(const std::string& recipient, int port) {
+    return {port, recipient, "Tienda", "Cierre", "Texto"};
+  }
+  void ExpectError(const Mail& mail, const std::string& fragment) {
+    const std::string error = mailer.Send(mail);
+    EXPECT_NE(error.find(fragment), std::string::npos) << error;
+  }
+};
+
+TEST_F(MailTest, ArrivesAsItWasWritten) {
+  const MailServer server(folder);
+  const std::string subject = "Cierre de caja ejecutado el 24/11/2026 10:30:00 — señoría, ¿€ y ñandú?";
+  EXPECT_EQ(mailer.Send({server.port, " jefa@tienda.es; b@tienda.es", "Peña, \"e Hijas\" S.L.", subject,
+                         "Saldo Final..........     12,50 €\r\n.\r\n..\nÑoño\r\nfin"}), "");
+  const std::string shown = folder.Text("1.txt");
+  for (const std::string& part :
+       {std::string("envelope: tienda@tienda.es > jefa@tienda.es,b@tienda.es\n"),
+        std::string("headers: Date From To Message-ID Subject MIME-Version Content-Type Content-Transfer-Encoding\n"),
+        std::string("From: \"Peña, \\\"e Hijas\\\" S.L.\" <tienda@tienda.es>\n"),
+        std::string("To: jefa@tienda.es, b@tienda.es\n"), "Subject: " + subject + "\n",
+        std::string("Message-ID: <20261124103000."), std::string("Date: 24/11/2026 10:30:00\n"),
+        std::string("defects: []\n"),
+        std::string("\n\nSaldo Final..........     12,50 €\n.\n..\nÑoño\nfin")}) {
+    EXPECT_NE(shown.find(part), std::string::npos) << part << "not in:\n" << shown;
+  }
+  std::size_t length = 0;
+  for (const char c : folder.Text("1.eml")) {
+    EXPECT_LT(static_cast<unsigned char>(c), 0x7F);
+    length = c == '\n' ? 0 : length + 1;
+    EXPECT_LE(length, 78U);
+  }
+}
+
+TEST_F(MailTest, NoTextBecomesAHeaderOrAnotherRecipient) {
+  const MailServer server(folder);
+  const std::string evil = "Hola\r\nBcc: otro@malo.es\r\n\r\n=?";
+  EXPECT_EQ(mailer.Send({server.port, "jefa@tienda.es", evil, evil, "\r\n.\r\nMAIL FROM:<a@b>\r\n"}), "");
+  const std::string shown = folder.Text("1.txt");
+  EXPECT_NE(shown.find("Subject: Hola  Bcc: otro@malo.es    =?\n"), std::string::npos) << shown;
+  EXPECT_EQ(shown.find(" Bcc "), std::string::npos) << shown;
+  EXPECT_NE(shown.find("MAIL FROM:<a@b>\n"), std::string::npos) << shown;
+  for (const char* to : {"jefa@tienda.es\r\nRCPT TO:<otro@malo.es>", "jefa", "<jefa@tienda.es>", "a b@c.es", "", ";",
+                         "jefa@tienda.es;x"}) {
+    ExpectError(To(to, server.port), "no es una dirección de correo");
+  }
+  EXPECT_EQ(folder.Files(".eml").size(), 1U);
+}
+
+TEST_F(MailTest, TheServersRefusalIsPassedOn) {
+  const MailServer server(folder);
+  ExpectError(To("nadie@tienda.es", server.port), "550 El buzón de «nadie» no existe, 'señor'");
+  Configure("Port", std::to_string(server.port));  // goes before the mail's
+  EXPECT_EQ(mailer.Send(To("jefa@tienda.es", 1)), "");
+  Configure("From", "sin arroba");
+  ExpectError(To("jefa@tienda.es", 1), "remitente");
+  Configure("Server", "malo.es/?x");
+  ExpectError(To("jefa@tienda.es", 1), "");
+  EXPECT_TRUE(mailer.Configured());
+  Configure("From", "");
+  EXPECT_FALSE(mailer.Configured());
+  ExpectError(To("jefa@tienda.es", 1), "Faltan los datos");
+}
+
+TEST_F(MailTest, ADeadServerHoldsTheTillOnceAndBriefly) {
+  const auto seconds = [start = std::chrono::steady_clock::now()] {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  SilentServer silent;
+  ExpectError(To("jefa@tienda.es", 1), "no se puede conectar");
+  EXPECT_LT(seconds(), 4);
+  ExpectError(To("jefa@tienda.es", silent.port), "no responde");
+  EXPECT_LT(seconds(), 10);
+  for (int i = 0; i < 20; ++i) ExpectError(To("jefa@tienda.es", silent.port), "no responde");
+  EXPECT_LT(seconds(), 11);
+}
+
+TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
+  const std::string key = folder / "key.pem";
+  const std::string certificate = folder / "cert.pem";
+  ASSERT_TRUE(RunProgram({"openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key, "-out",
+                          certificate, "-days", "2", "-subj", "/CN=tienda", "-addext",
+                          "subjectAltName=IP:127.0.0.1"}).done);
+  const MailServer server(folder, " " + certificate + " " + key);
+  const Mail mail = To("jefa@tienda.es", server.port);
+  ExpectError(mail, "530");  // nobody logged in
+  Configure("User", "caja");
+  Configure("Password", "se'cr et\"o");
+  ExpectError(mail, "certificate");  // nobody vouches for it
+  Configure("CaFile", certificate);
+  EXPECT_EQ(mailer.Send(mail), "");
+  EXPECT_NE(folder.Text("1.txt").find("tls: True"), std::string::npos);
+  Configure("Password", "otra=Clave");
+  ExpectError(mail, "no acepta el usuario y la contraseña");
+  EXPECT_EQ(mailer.Send(mail).find("otra=Clave"), std::string::npos);
+  const TestFolder other;
+  const MailServer plain(other);
+  ExpectError(To("jefa@tienda.es", plain.port), "STARTTLS");
+  EXPECT_EQ(other.Files(".eml").size(), 0U);
+}
+
+}  // namespace
+}  // namespace tpv
