@@ -10,6 +10,8 @@
 #include "base/number_text.h"
 #include "context/context.h"
 #include "host/demo/demonstration.h"
+#include "host/config.h"
+#include "host/machine.h"
 #include "host/play.h"
 #include "host/store.h"
 
@@ -31,6 +33,12 @@ constexpr const char* kHelp =
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql FICHERO \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
+    "  tpv config                        ajustes: impresoras, cajón y correo\n"
+    "      set NOMBRE [VALOR] | get NOMBRE | unset NOMBRE\n"
+    "                                    sin VALOR se lee de la entrada (la contraseña, siempre)\n"
+    "      printers                      impresoras que ve la caja, la actual con *\n"
+    "      try-printer [IMPRESORA] | try-mail DIRECCIÓN\n"
+    "                                    imprime o envía una prueba\n"
     "  tpv --version | --help\n"
     "\n"
     "Termina con 0 si todo fue bien, 1 si algo falló, 2 si la orden o el guion no son correctos.\n";
@@ -99,6 +107,10 @@ int Run(const Arguments& arguments) {
   if (arguments[0] == "play") return Play(ReadPlayOptions(rest), std::cout);
   if (arguments[0] == "store") return Store(rest);
   if (arguments[0] == "sql") return Sql(rest);
+  if (arguments[0] == "config") {
+    Machine machine;
+    return Config(machine, rest, std::cin, std::cout);
+  }
   throw UsageError("orden desconocida: " + arguments[0]);
 }
 

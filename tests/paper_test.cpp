@@ -10,8 +10,10 @@
 #include "adapters/files/program.h"
 #include "adapters/headless/headless_front_end.h"
 #include "component/zrtpve.h"
+#include "host/config.h"
 #include "host/demo/demonstration.h"
 #include "host/machine.h"
+#include "host/play.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
 #include "tests/test_machine.h"
@@ -30,7 +32,7 @@ class Paper : public ::testing::Test {
  protected:
   TestFolder folder;
   TestVariable data{"XDG_DATA_HOME", folder / "data"};
-  TestVariable config{"XDG_CONFIG_HOME", folder / "config"};
+  TestVariable settings_home{"XDG_CONFIG_HOME", folder / "config"};
   TestVariable programs{"PATH", folder / "bin" + ":" + std::getenv("PATH")};
   Machine machine;
 
@@ -343,6 +345,39 @@ TEST_F(Paper, AReportNumbersItsPagesRepeatsItsCaptionsAndOpens) {
   EXPECT_NE(text.find("Vendedor", text.find('\f')), std::string::npos);
   for (int i = 0; i < 100 && !std::filesystem::exists(folder / "opened"); ++i) ::usleep(20'000);
   EXPECT_EQ(folder.Text("opened"), path + "\n");
+}
+
+TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
+  std::string shown;
+  const auto config = [&](const std::vector<std::string>& words, const std::string& typed = "") {
+    std::istringstream in(typed);
+    std::ostringstream out;
+    const int status = Config(machine, words, in, out);
+    shown = out.str();
+    return status;
+  };
+  config({"set", "printers.Barra 1.2", "escpos:10.0.0.5:9100"});
+  config({"set", "Mail.password"}, "se creta=\n");
+  config({"set", "mail.PORT", "587"});
+  EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "se creta=");
+  config({});
+  EXPECT_EQ(shown, "# " + machine.settings.path() + "\nPrinters.Barra 1.2 = escpos:10.0.0.5:9100\n"
+                   "Mail.Password = (guardada)\nMail.Port = 587\n");
+  config({"get", "Mail.Password"});
+  EXPECT_EQ(shown, "(guardada)\n");
+  config({"printers"});
+  EXPECT_EQ(shown, "* Barra 1.2\n  Carpeta de tickets\n");
+  for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
+           {"set", "Mail.Password", "x"}, {"set", "Mail.Port", "0"}, {"set", "Mail.Security", "ssl"},
+           {"set", "Printers.", "page"}, {"set", "Printers.x", "escpos:"}, {"set", "Devices.LPT1", "lp0"},
+           {"set", "Paper.Tickets", "tickets"}, {"set", "Mial.Port", "1"}, {"set", "Mail"}, {"get"}, {"other"}}) {
+    EXPECT_THROW(config(wrong), UsageError) << wrong.back();
+  }
+  config({"try-printer", "Carpeta de tickets"});
+  EXPECT_EQ(shown, folder / "data/tpv/tickets" + "\n");
+  config({"unset", "Mail.Password"});
+  EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "");
+  EXPECT_EQ(config({"try-mail", "jefa@tienda.es"}), 1);
 }
 
 }  // namespace

@@ -1,0 +1,194 @@
+#include "host/config.h"
+
+#include <termios.h>
+#include <unistd.h>
+
+#include <istream>
+#include <ostream>
+
+#include "adapters/files/channel.h"
+#include "adapters/files/setting_names.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "host/machine.h"
+#include "host/play.h"
+
+namespace tpv {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+bool IsPort(const std::string& value) {
+  const auto port = ParseInt32(value);
+  return port && *port >= 1 && *port <= 65535;
+}
+bool IsSecurity(const std::string& value) {
+  return value == "none" || value == "starttls" || value == "tls";
+}
+bool IsFolder(const std::string& value) { return value.starts_with('/') || value.starts_with("~/"); }
+bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_value(); }
+bool IsDevice(const std::string& value) { return IsTarget(value); }
+bool IsAnything(const std::string&) { return true; }
+
+struct Known {
+  const char* section;
+  const char* key;  // "" for any
+  bool (*fits)(const std::string& value);
+  const char* wanted;
+};
+
+constexpr Known kKnown[] = {
+    {"Paper", "Default", IsAnything, "el nombre de una impresora"},
+    {"Paper", "Tickets", IsFolder, "una carpeta: /ruta o ~/ruta"},
+    {"Paper", "Reports", IsFolder, "una carpeta: /ruta o ~/ruta"},
+    {"Printers", "", IsMode, "folder[:/ruta], escpos:DESTINO o page[:COLA]"},
+    {"Devices", "", IsDevice, "/dev/…, ordenador:puerto o queue:COLA"},
+    {"Mail", "Server", IsAnything, "el servidor de correo"},
+    {"Mail", "Port", IsPort, "un puerto, de 1 a 65535"},
+    {"Mail", "Security", IsSecurity, "none, starttls o tls"},
+    {"Mail", "User", IsAnything, "el usuario"},
+    {"Mail", "Password", IsAnything, "la contraseña"},
+    {"Mail", "From", IsAnything, "la dirección del remitente"},
+    {"Mail", "CaFile", IsAnything, "el certificado de quien responde por el servidor"},
+    {"Mail", "Support", IsAnything, "la dirección de soporte"},
+};
+
+struct Setting {
+  const Known* known;
+  std::string key;
+
+  bool IsSecret() const { return std::string_view(known->key) == "Password"; }
+};
+
+Setting Find(const std::string& name) {
+  const std::size_t point = name.find('.');
+  const std::string section = name.substr(0, point);
+  const std::string key = point == std::string::npos ? "" : name.substr(point + 1);
+  for (const Known& known : kKnown) {
+    const bool any = *known.key == '\0';
+    if (!key.empty() && EqualNoCase(section, known.section) && (any || EqualNoCase(key, known.key))) {
+      return {&known, any ? key : known.key};
+    }
+  }
+  throw UsageError("ajuste desconocido: " + name);
+}
+
+// Typed text is not shown while this lives.
+class Unseen {
+ public:
+  Unseen() : terminal_(::isatty(STDIN_FILENO) == 1 && ::tcgetattr(STDIN_FILENO, &before_) == 0) {
+    if (!terminal_) return;
+    termios quiet = before_;
+    quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
+  }
+  ~Unseen() {
+    if (terminal_) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
+  }
+  Unseen(const Unseen&) = delete;
+  Unseen& operator=(const Unseen&) = delete;
+
+ private:
+  termios before_{};
+  bool terminal_;
+};
+
+std::string ReadValue(const Setting& setting, std::istream& in) {
+  std::string value;
+  if (setting.IsSecret()) {
+    const Unseen unseen;
+    std::getline(in, value);
+  } else {
+    std::getline(in, value);
+  }
+  if (value.ends_with('\r')) value.pop_back();
+  return value;
+}
+
+void Write(Machine& machine, const Setting& setting, const std::string& value) {
+  machine.settings.Write(kTpv, setting.known->section, setting.key, value);
+}
+
+void Set(Machine& machine, const Words& words, std::istream& in) {
+  const Setting setting = Find(words[1]);
+  const bool given = words.size() == 3;
+  if (given && setting.IsSecret()) {
+    throw UsageError("la contraseña se escribe aparte: otros usuarios ven las órdenes");
+  }
+  const std::string value = given ? words[2] : ReadValue(setting, in);
+  if (value.empty() || !setting.known->fits(value)) {
+    throw UsageError(words[1] + ": se espera " + setting.known->wanted);
+  }
+  Write(machine, setting, value);
+}
+
+std::string Shown(const Machine& machine, const Setting& setting) {
+  const std::string value = machine.settings.Read(kTpv, setting.known->section, setting.key);
+  return setting.IsSecret() && !value.empty() ? "(guardada)" : value;
+}
+
+void List(const Machine& machine, std::ostream& out) {
+  out << "# " << machine.settings.path() << "\n";
+  for (const std::string_view section : {kPaper, kPrinters, kDevices, std::string_view("Mail")}) {
+    for (const std::string& key : machine.settings.Keys(kTpv, section)) {
+      const std::string name = std::string(section) + "." + key;
+      out << name << " = " << Shown(machine, Find(name)) << "\n";
+    }
+  }
+}
+
+void ListPrinters(const Machine& machine, std::ostream& out) {
+  for (const std::string& name : machine.printers.Installed()) {
+    out << (name == machine.printers.Current() ? "* " : "  ") << name << "\n";
+  }
+}
+
+void TryPrinter(Machine& machine, const Words& words, std::ostream& out) {
+  if (words.size() == 2) machine.printers.SetCurrent(words[1]);
+  machine.printers.on_folder = [&out](const std::string& folder) { out << folder << "\n"; };
+  const auto document = machine.printers.Begin();
+  document->SetFont("Courier New", 9, true);
+  document->PrintLine("Prueba de impresión");
+  document->SetFont("Courier New", 9, false);
+  document->PrintLine("12345678901234567890123456789012");
+  document->PrintLine("áéíóúüñ ÁÉÍÓÚÜÑ ¿? ¡! €");
+  document->PrintLine(ToDayFirstSeconds(machine.clock.Now()) + "\r\n");
+  document->End();
+}
+
+int TryMail(Machine& machine, const std::string& recipient, std::ostream& out) {
+  const std::string error =
+      machine.mailer->Send({25, recipient, "tpv", "Prueba de correo", "Prueba de correo: ñ €"});
+  out << (error.empty() ? "Enviado" : error) << "\n";
+  return error.empty() ? 0 : 1;
+}
+
+}  // namespace
+
+int Config(Machine& machine, const Words& words, std::istream& in, std::ostream& out) {
+  const std::string verb = words.empty() ? "list" : words[0];
+  const auto is = [&](const char* name, std::size_t least, std::size_t most) {
+    return verb == name && words.size() >= least && words.size() <= most;
+  };
+  if (is("list", 0, 1)) {
+    List(machine, out);
+  } else if (is("get", 2, 2)) {
+    out << Shown(machine, Find(words[1])) << "\n";
+  } else if (is("set", 2, 3)) {
+    Set(machine, words, in);
+  } else if (is("unset", 2, 2)) {
+    Write(machine, Find(words[1]), "");
+  } else if (is("printers", 1, 1)) {
+    ListPrinters(machine, out);
+  } else if (is("try-printer", 1, 2)) {
+    TryPrinter(machine, words, out);
+  } else if (is("try-mail", 2, 2)) {
+    return TryMail(machine, words[1], out);
+  } else {
+    throw UsageError("config list | get | set | unset | printers | try-printer | try-mail");
+  }
+  return 0;
+}
+
+}  // namespace tpv
