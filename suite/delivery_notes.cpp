@@ -1,11 +1,10 @@
 #include "suite/delivery_notes.h"
 
-#include <optional>
-
 #include "base/text.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 #include "suite/number_series.h"
+#include "suite/own_transaction.h"
 #include "suite/store_database.h"
 
 namespace tpv::suite {
@@ -13,20 +12,6 @@ namespace tpv::suite {
 namespace {
 
 constexpr const char* kClass = "ZRALBARANES.ZRAlbVentas";
-
-// Joins the caller's transaction when there is one.
-class OwnTransaction {
- public:
-  explicit OwnTransaction(Connection& connection) {
-    if (!connection.InTransaction()) transaction_.emplace(connection);
-  }
-  void Commit() {
-    if (transaction_) transaction_->Commit();
-  }
-
- private:
-  std::optional<Transaction> transaction_;
-};
 
 std::int32_t NewId(Connection& connection, const char* statement) {
   return connection.Execute(statement)->Field(0).ToInt32();

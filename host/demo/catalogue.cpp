@@ -1,5 +1,7 @@
 #include "host/demo/catalogue.h"
 
+#include <vector>
+
 #include "base/mask.h"
 #include "base/text.h"
 #include "host/demo/fill.h"
@@ -144,6 +146,28 @@ void FillCustomer(Connection& connection, int index) {
   }
 }
 
+void FillPaymentMethods(Connection& connection) {
+  struct Method {
+    const char* name;
+    int mode;
+    std::vector<int> days;  // of its parts, all of one size
+  };
+  const Method methods[] = {{"Contado", 1, {0}},
+                            {"Tarjeta", 1, {0}},
+                            {"Recibo 30 días", 2, {30}},
+                            {"Giro 30/60 días", 2, {30, 60}},
+                            {"Transferencia", 4, {15}}};
+  int id = 0;
+  for (const Method& method : methods) {
+    Insert(connection, "Fco", "Fco_Des", {method.name});
+    ++id;
+    for (const int days : method.days) {
+      Insert(connection, "Fcol", "Fcol_id, Fcol_Mod, Fcol_Dias, Fcol_Por",
+             {id, method.mode, days, 100.0 / static_cast<double>(method.days.size())});
+    }
+  }
+}
+
 }  // namespace
 
 double NetPriceOf(int article) { return DataOf(article).net_price; }
@@ -182,13 +206,7 @@ void FillPeople(Connection& connection) {
                            "Carmen Sáez", "Francisco Javier Fernández"}) {
     Insert(connection, "Age", "Age_NOM, Age_Reg", {name, 1});
   }
-  const std::pair<const char*, int> methods[] = {{"Contado", 1}, {"Tarjeta", 1}, {"Recibo 30 días", 2},
-                                                 {"Giro 30/60 días", 2}, {"Transferencia", 4}};
-  int method = 0;
-  for (const auto& [name, mode] : methods) {
-    Insert(connection, "Fco", "Fco_Des", {name});
-    Insert(connection, "Fcol", "Fcol_id, Fcol_Mod", {++method, mode});
-  }
+  FillPaymentMethods(connection);
   Insert(connection, "BANCOS", "Ban_CCC", {"21000000000000067890"});
   int supplier = 0;
   for (const char* name : {"Lácteos del Norte", "Conservas Marín", "Bodegas Peñalba",

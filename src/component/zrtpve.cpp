@@ -1,10 +1,9 @@
 #include "component/zrtpve.h"
 
-#include <string>
-
 #include "cash/closing_screen.h"
 #include "cash/closures_journal.h"
 #include "cash/movements_screen.h"
+#include "invoicing/period_screen.h"
 #include "output/cash_drawer.h"
 #include "output/sales_ticket.h"
 #include "platform/objects.h"
@@ -21,10 +20,6 @@ namespace tpv {
 namespace {
 
 thread_local Zrtpve* current = nullptr;
-
-[[noreturn]] void NotYet(const char* what) {
-  throw ObjectError(std::string(what) + " todavía no está disponible");
-}
 
 }  // namespace
 
@@ -51,7 +46,7 @@ void Zrtpve::zTpv() { ShowScreen<FrmTpv>(); }
 void Zrtpve::zDiario() { ShowScreen<FrmTpvDiarioVentas>(); }
 void Zrtpve::zAperturaCierre() { ShowScreen<FrmTpvCierreCaja>(); }
 void Zrtpve::zMovCaja() { ShowScreen<FrmTpvMovCaja>(); }
-void Zrtpve::zFacturacion() { NotYet("La facturación de tickets"); }
+void Zrtpve::zFacturacion() { ShowScreen<FrmTpvFacturas>(); }
 void Zrtpve::zDiarioCaja() { ShowScreen<FrmTpvDiarioCierres>(); }
 void Zrtpve::zInfPendienteCobro() { ShowScreen<FrmTpvPendiente>(); }
 

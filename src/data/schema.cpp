@@ -86,6 +86,20 @@ Table Articles() {
           {{{"ART_Cod"}}, {{"ART_BARCODE"}}}};
 }
 
+// Invoices of tickets; their lines, totals by rate and due dates are Fal, Fai, Vto.
+Table Invoices() {
+  return {"Fav", kStore, true, false,
+          {{"Fav_Id", Int}, {"Fav_Serie", Text, 5}, {"Fav_Numero", Int}, {"Fav_Fecha", DateTime},
+           {"Fav_IdCli", Int}, {"Fav_CliCod", Text, 10}, {"Fav_CliNom", Text, 150},
+           {"Fav_CliDoc", Text, 20}, {"Fav_IdFco", Int}, {"Fav_Obs", Text, 255},
+           {"Fav_Sg", Text, 2}, {"Fav_Nombre", Text, 50}, {"Fav_Num", Text, 10},
+           {"Fav_Escalera", Text, 2}, {"Fav_Piso", Text, 2}, {"Fav_Puerta", Text, 2},
+           {"Fav_Cp", Text, 5}, {"Fav_Pais", Text, 3}, {"Fav_Poblacion", Text, 50},
+           {"Fav_Provincia", Text, 3}, {"Fav_Base", Money}, {"Fav_Impuestos", Money},
+           {"Fav_Total", Money}},
+          {{{"Fav_Serie", "Fav_Numero"}, true}, {{"Fav_Fecha"}}}};
+}
+
 Table Parameters() {
   return {"Parametros", kStore, false, false,
           {{"Par_NumCaja", Int}, {"Par_CliCon", Int}, {"Par_SerTic", Text, 5},
@@ -113,7 +127,8 @@ std::vector<Table> Describe() {
        {Required("CLIDIR_CLI", Int), Required("CLIDIR_DIR", Int)}, {{{"CLIDIR_CLI"}}}},
       {"BANCOS", kStore, true, false, {{"Ban_Id", Int}, {"Ban_CCC", Text, 24}}, {}},
       {"Fco", kStore, true, false, {{"Fco_Id", Int}, {"Fco_Des", Text, 50}}, {}},
-      {"Fcol", kStore, false, false, {Required("Fcol_id", Int), {"Fcol_Mod", Int}}, {}},
+      {"Fcol", kStore, false, false, {Required("Fcol_id", Int), {"Fcol_Mod", Int}, {"Fcol_Dias", Int}, {"Fcol_Por", Float}},
+       {{{"Fcol_id"}}}},
       {"Age", kStore, true, false, {{"Age_ID", Int}, {"Age_NOM", Text, 50}, {"Age_Reg", Int}}, {}},
       {"Pro", kStore, true, false, {{"Pro_Id", Int}, {"Pro_Cod", Int}, {"Pro_Nom", Text, 50}}, {}},
       {"alm", kStore, true, false, {{"alm_id", Int}, {"alm_des", Text, 50}}, {}},
@@ -133,6 +148,22 @@ std::vector<Table> Describe() {
       {"Contadores", kStore, false, false,
        {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
        {{{"cont_tipo", "cont_serie"}, true}}},
+      Invoices(),
+      // Lines as the tickets had them when they were invoiced.
+      {"Fal", kStore, true, false,
+       {{"Fal_Id", Int}, Required("Fal_IdFav", Int), {"Fal_IdCav", Int}, {"Fal_Ticket", Text, 20},
+        {"Fal_Fecha", DateTime}, {"Fal_CodArt", Text, 20}, {"Fal_Des", Text, 100},
+        {"Fal_Uni", Float}, {"Fal_Precio", Float}, {"Fal_Dto1", Float}, {"Fal_Importe", Float},
+        {"Fal_Iva", Float}, {"Fal_Total", Money}},
+       {{{"Fal_IdFav"}}}},
+      {"Fai", kStore, false, false,
+       {Required("Fai_IdFav", Int), {"Fai_Iva", Float}, {"Fai_Base", Money}, {"Fai_Cuota", Money}},
+       {{{"Fai_IdFav"}}}},
+      {"Vto", kStore, true, false,
+       {{"Vto_Id", Int}, Required("Vto_IdFav", Int), {"Vto_Orden", Int}, {"Vto_Fecha", DateTime},
+        {"Vto_Importe", Money}, {"Vto_Modo", Int}, {"Vto_Cobrado", Bit}, {"Vto_Cartera", Bit},
+        {"Vto_IdCli", Int}, {"Vto_Cta", Text, 24}, {"Vto_Banco", Text, 24}},
+       {{{"Vto_IdFav"}}, {{"Vto_Fecha"}}}},
       Parameters(),
       {"tivas", kCatalogue, true, false,
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},

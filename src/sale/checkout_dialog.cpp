@@ -136,10 +136,14 @@ bool FrmTpv1::Store(Ending ending) {
     transaction.Commit();
     return true;
   } catch (const std::exception& error) {
-    Refuse("No se ha podido grabar el cobro de la venta. " + std::string(kLineBreak) + error.what(),
-           nullptr, Icon::Critical);
+    RefusePayment(error.what());
     return false;
   }
+}
+
+void FrmTpv1::RefusePayment(const char* reason) {
+  Refuse("No se ha podido grabar el cobro de la venta. " + std::string(kLineBreak) + reason,
+         nullptr, Icon::Critical);
 }
 
 void FrmTpv1::RecordPayment() {

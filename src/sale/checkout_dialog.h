@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "invoicing/ticket_invoice.h"
 #include "sale/payment.h"
 #include "screen/lookups.h"
 #include "screen/screen.h"
@@ -62,7 +63,16 @@ class FrmTpv1 : public Screen {
   bool Store(Ending ending);
   void RecordPayment();
   std::int32_t InsertEntry(const JournalEntry& entry);
+  void RefusePayment(const char* reason);
   void CancelTheSale();
+
+  // invoice
+  void EndWithInvoice();
+  std::int32_t PaymentMethod() const;
+  bool CheckNotInvoiced();
+  bool CheckPaymentMethod(const CustomerRecord& customer);
+  TicketInvoice InvoiceOf(const CustomerRecord& customer, const InvoiceParameters& asked);
+  bool InvoiceAndPayment(Object& invoicing, const TicketInvoice& invoice);
 
   ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
   ui::ComboBox cboTipoVia{*this, "cboTipoVia", "Tipo de Via"};

@@ -95,6 +95,7 @@ void FrmTpv1::Connect() {
   Text1[2].left = [this] { LeaveCustomer(); };
   cmdTicket.click = [this] { End(Ending::Ticket); };
   cmdFinalizar.click = [this] { End(Ending::NoTicket); };
+  cmdFactura.click = [this] { EndWithInvoice(); };
   cmdCancelar.click = [this] { CancelTheSale(); };
   cmdPendiente.click = [this] { ShowPending(); };
   cmdNuevoCli.click = [this] { NewCustomer(); };
@@ -109,9 +110,11 @@ void FrmTpv1::OnLoad() {
 }
 
 void FrmTpv1::EnableCommands() {
-  constexpr int kInvoiceOnly = 1;
-  cmdTicket.enabled = Parameter("Par_Impre").IntOr(0) != kInvoiceOnly;
-  cmdFactura.enabled = false;  // invoicing at checkout is still to come
+  enum Documents { kTicketOnly = 0, kInvoiceOnly = 1, kBoth = 2 };
+  const std::int32_t documents = Parameter("Par_Impre").IntOr(kTicketOnly);
+  cmdTicket.enabled = documents != kInvoiceOnly;
+  cmdFactura.enabled = (documents == kInvoiceOnly || documents == kBoth) &&
+                       !Parameter("Par_SerTicFac").IsNull();
 }
 
 void FrmTpv1::FillLists() {

@@ -67,6 +67,14 @@ std::int32_t SearchAgent(FormToolkit& toolkit) {
   return Chosen(toolkit.BuscarPorNombre(search), 1);
 }
 
+std::optional<CustomerRecord> FirstCustomer(Context& context, const std::string& statement) {
+  const auto row = context.Database().Execute(statement);
+  if (row->Eof()) return std::nullopt;
+  CustomerRecord record;
+  for (std::size_t i = 0; i < row->FieldCount(); ++i) record.Set(row->FieldName(i), row->Field(i));
+  return record;
+}
+
 }  // namespace
 
 void CustomerRecord::Set(std::string_view field, Variant value) {
@@ -85,11 +93,12 @@ std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolki
   if (id == 0 && code < 0) return std::nullopt;
   const std::string condition = id != 0 ? " Cli_id = " + sql::Number(std::int64_t{id})
                                         : " Cli_COD = " + sql::Number(std::int64_t{code});
-  const auto row = context.Database().Execute(std::string(kCustomerSelect) + condition);
-  if (row->Eof()) return std::nullopt;
-  CustomerRecord record;
-  for (std::size_t i = 0; i < row->FieldCount(); ++i) record.Set(row->FieldName(i), row->Field(i));
-  return record;
+  return FirstCustomer(context, std::string(kCustomerSelect) + condition);
+}
+
+std::optional<CustomerRecord> CustomerByCode(Context& context, std::int32_t code) {
+  return FirstCustomer(context,
+                       "SELECT * FROM cli WHERE cli_cod = " + sql::Number(std::int64_t{code}));
 }
 
 bool LookUpAgent(Context& context, FormToolkit& toolkit, std::int32_t id, ui::TextBox& code,

@@ -38,6 +38,9 @@ class CustomerRecord {
 std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolkit,
                                            std::int32_t code, std::int32_t& id);
 
+// The whole row of the customer with this code.
+std::optional<CustomerRecord> CustomerByCode(Context& context, std::int32_t code);
+
 // Shows the agent in the two fields and makes it the context's IdAgente; an
 // unknown id empties the fields and sets 0. With id 0 the operator searches by
 // name first, and closing the search leaves the agent as it was. Returns whether

@@ -290,7 +290,7 @@ void Player::Inject(const Command& command) {
   const bool with_text = what == "mail" || what == "sql";
   if (with_text && command.Count() != 2) command.Fail("falta el texto");
   if (what == "printer") {
-    rig_.printers.failing = true;
+    rig_.printers.failing = rig_.reports.failing = true;
   } else if (what == "device") {
     rig_.devices.failing = true;
   } else if (what == "mail") {
@@ -298,7 +298,7 @@ void Player::Inject(const Command& command) {
   } else if (what == "sql") {
     rig_.connection.failing_fragment = command.Argument(1);
   } else {
-    rig_.printers.failing = rig_.devices.failing = false;
+    rig_.printers.failing = rig_.reports.failing = rig_.devices.failing = false;
     rig_.mail.error.clear();
     rig_.connection.failing_fragment.clear();
   }

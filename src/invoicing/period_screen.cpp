@@ -1,0 +1,134 @@
+#include "invoicing/period_screen.h"
+
+#include "base/mask.h"
+#include "data/statements.h"
+#include "platform/database.h"
+#include "platform/objects.h"
+
+namespace tpv {
+
+using ui::Icon;
+
+FrmTpvFacturas::FrmTpvFacturas(Context& ctx) : Screen(ctx, "frmTpvFacturas") {
+  caption = "Facturación de tickets de venta";
+  DeclareFields();
+  Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8]}});
+  rows = {{&Text1[5], &Text1[2], &cmdInforme, &cmdFacturar, &cmdSalir}, {&DbgDiario}, {&Frame4}};
+  cmdFacturar.enabled = false;
+  cmdInforme.click = [this] { Search(); };
+  cmdFacturar.click = [this] { Invoice(); };
+  cmdSalir.click = [this] { Close(); };
+}
+
+void FrmTpvFacturas::DeclareFields() {
+  MakeDateField(Text1.Add(5, "Desde Fecha"));
+  MakeDateField(Text1.Add(2, "Hasta Fecha"));
+  const std::pair<int, const char*> totals[] = {
+      {10, "Base Imponible"}, {3, "Impuestos"}, {8, "Total"}};
+  for (const auto& [index, label] : totals) {
+    ui::TextBox& box = Text1.Add(index, label);
+    box.locked = true;
+    box.tab_stop = false;
+    box.align = ui::Align::Right;
+  }
+  for (auto& [index, box] : Text1) box->columns = 12;
+  Text1[8].large = true;
+  DbgDiario.stretch = true;
+}
+
+void FrmTpvFacturas::Search() {
+  Frame4.caption = "Totales del periodo";
+  if (!RequireDate(Text1[5], "No ha indicado desde que fecha se inicia el periodo") ||
+      !RequireDate(Text1[2], "No ha indicado hasta que fecha termina el periodo")) {
+    return;
+  }
+  from_ = Text1[5].text;
+  to_ = Text1[2].text;
+  const std::string days = BetweenDays(from_, to_);
+  tickets_ = " WHERE Cav_fecha " + days + "AND Cav_Ticket = 1 AND Cav_Situa =1";
+  const auto count = Database().Execute("SELECT COUNT(*) From Cav " + tickets_);
+  Frame4.caption = "Totales del informe: Numero de ventas " +
+                   FormatNumber(count->Field(0).NumberOr(0), "#,###,##0");
+  ShowTotals(days);
+  ShowTickets();
+  cmdFacturar.enabled = !DbgDiario.rows.empty();
+}
+
+// Over every ticket of the period, also those already invoiced.
+void FrmTpvFacturas::ShowTotals(const std::string& days) {
+  double base = 0;
+  double taxes = 0;
+  double total = 0;
+  const auto lines = Database().Execute(SoldLines(days));
+  for (; !lines->Eof(); lines->MoveNext()) {
+    const double amount = lines->Field(0).NumberOr(0);
+    const double tax = amount / 100 * lines->Field(1).NumberOr(0);
+    base += amount;
+    taxes += tax;
+    total += amount + tax;
+  }
+  Text1[10].text = FormatNumber(base, "0.00");
+  Text1[3].text = FormatNumber(taxes, "0.00");
+  Text1[8].text = FormatNumber(total, "0.00");
+}
+
+void FrmTpvFacturas::ShowTickets() {
+  const auto tickets = Database().Execute(
+      "SELECT Cav_Id,Cav_Fecha, " + std::string(kTicketReference) +
+      " as Ticket, Cav_Caja,Cav_AGente as Agente, Cav_NFiscal as Cliente, " +
+      std::string(kAmountWithTax) +
+      " as total FROM Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id "
+      "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva " +
+      tickets_ +
+      "GROUP BY Cav_Id,Cav_Serie,Cav_Numero,Cav_Fecha,Cav_Caja,Cav_Situa,Cav_Agente,"
+      "Cav_IdFactura,Cav_NFiscal ORDER BY Cav_Fecha");
+  using enum ui::Align;
+  DbgDiario.Bind(*tickets, {{"", "", 0, Left, true, false},
+                            {"Fecha", "DD/MM/YYYY HH:MM", 1500, Centre, false, false},
+                            {"Numero", "", 1200, Left, false, false},
+                            {"Caja", "", 600, Centre, false, false},
+                            {"Vendedor", "", 1200, Centre, false, false},
+                            {"Cliente", "", 4200, Left, false, false},
+                            {"Ventas", "#,##0.00", 1100, Right, false, false}});
+}
+
+TicketInvoice FrmTpvFacturas::InvoiceTo(const CustomerRecord& customer,
+                                        const InvoiceParameters& asked) const {
+  TicketInvoice invoice;
+  invoice.series = asked.series;
+  invoice.date = asked.date;
+  invoice.customer_id = customer.Id();
+  invoice.customer_code = Parameter("Par_CliCon").TextOr("");
+  invoice.customer_name = customer.Name();
+  invoice.document = customer["Cli_doc"].TextOr("");
+  invoice.payment_method = customer["Cli_Fco"].IntOr(0);
+  invoice.observations = asked.observations;
+  invoice.address.street_type = "CL";
+  invoice.address.number = Variant(0);
+  invoice.address.post_code = "00000";
+  invoice.address.country = "011";
+  invoice.address.province = "30";
+  invoice.collected = true;
+  invoice.in_portfolio = !asked.in_portfolio;
+  invoice.tickets = tickets_;
+  return invoice;
+}
+
+void FrmTpvFacturas::Invoice() {
+  const InvoiceParameters asked = AskForInvoice(
+      context(), "Factura de tickets del periodo " + from_ + " al " + to_, true);
+  if (!asked.confirmed) return;
+  const auto invoicing = CreateInvoicing(context());
+  const auto customer = CustomerByCode(context(), Parameter("Par_CliCon").IntOr(0));
+  if (!customer) {
+    return Refuse("No está definido en parámetros el cliente contado", nullptr, Icon::Critical);
+  }
+  wait_cursor = true;
+  const bool stored = StoreInvoice(context(), *invoicing, InvoiceTo(*customer, asked));
+  const std::string error = stored ? IssueInvoice(*invoicing) : kInvoiceFailed;
+  wait_cursor = false;
+  if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
+  Close();
+}
+
+}  // namespace tpv

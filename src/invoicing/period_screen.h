@@ -1,0 +1,37 @@
+// Turns a period's tickets that are not invoiced yet into one invoice to the
+// counter customer.
+#pragma once
+
+#include "invoicing/ticket_invoice.h"
+#include "screen/lookups.h"
+#include "screen/screen.h"
+
+namespace tpv {
+
+class FrmTpvFacturas : public Screen {
+ public:
+  explicit FrmTpvFacturas(Context& context);
+
+  ui::TextBoxes Text1{*this, "Text1"};
+
+ private:
+  void DeclareFields();
+  void Search();
+  void ShowTotals(const std::string& days);
+  void ShowTickets();
+  void Invoice();
+  TicketInvoice InvoiceTo(const CustomerRecord& customer, const InvoiceParameters& asked) const;
+
+  ui::Button cmdInforme{*this, "cmdInforme", "Buscar registros"};
+  ui::Button cmdFacturar{*this, "cmdFacturar", "Generar factura"};
+  ui::Button cmdSalir{*this, "cmdSalir", "Salir"};
+  ui::Frame Frame4{*this, "Frame4", "Totales del informe"};
+  ui::Grid DbgDiario{*this, "DbgDiario"};
+
+  // The pending tickets of the last search: " WHERE …", and its days as shown.
+  std::string tickets_;
+  std::string from_;
+  std::string to_;
+};
+
+}  // namespace tpv

@@ -1,0 +1,74 @@
+// One invoice for one or many tickets: made, stored, given due dates and issued by
+// the suite's invoicing and treasury components, all in one transaction with the
+// marks on the tickets.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "base/variant.h"
+#include "cash/ticket_dialog.h"
+
+namespace tpv {
+
+struct Context;
+class Object;
+
+// Asks the operator for series, date and observations.
+InvoiceParameters AskForInvoice(Context& context, const std::string& observations,
+                                bool collected);
+
+struct InvoiceAddress {
+  std::string street_type;
+  std::string street;
+  Variant number;
+  std::string staircase;
+  std::string floor;
+  std::string door;
+  std::string post_code;
+  std::string country;
+  std::string town;
+  std::string province;
+};
+
+struct TicketInvoice {
+  std::string series;
+  std::string date;  // dd/mm/yyyy
+  std::int32_t customer_id = 0;
+  std::string customer_code;
+  std::string customer_name;
+  std::string document;
+  std::int32_t payment_method = 0;
+  std::string observations;
+  InvoiceAddress address;
+  bool collected = false;     // due dates are stored as collected
+  bool in_portfolio = false;
+  std::string tickets;        // " WHERE …": the tickets that it invoices
+  // Runs once the invoice has its number, before the tickets are marked.
+  std::function<void()> before_marking = [] {};
+  // Stores what must stand or fall with the invoice. An error of it goes to the
+  // caller of StoreInvoice as InvoiceCompanionError; nothing is stored then.
+  std::function<void()> companion = [] {};
+};
+
+class InvoiceCompanionError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The suite's invoicing component, with the database.
+std::shared_ptr<Object> CreateInvoicing(Context& context);
+
+// Everything or nothing; false when any step failed.
+bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice);
+
+// Prints the stored invoice. What the operator must be told when that fails, ""
+// when it does not: the invoice stands all the same.
+std::string IssueInvoice(Object& invoicing);
+
+inline constexpr const char* kInvoiceFailed = "Error generando factura, proceso cancelado";
+
+}  // namespace tpv

@@ -1,0 +1,169 @@
+#include "suite/invoice_paper.h"
+
+#include <algorithm>
+
+#include "base/mask.h"
+#include "base/text.h"
+#include "data/sql_text.h"
+#include "platform/printer.h"
+#include "platform/settings.h"
+
+namespace tpv::suite {
+
+namespace {
+
+std::string Euros(const Variant& value) { return FormatNumber(value.NumberOr(0), "#,##0.00"); }
+
+// The pieces that are not empty, joined by blanks.
+std::string Joined(std::initializer_list<std::string> pieces) {
+  std::string text;
+  for (const std::string& piece : pieces) {
+    if (!Trim(piece).empty()) text += (text.empty() ? "" : " ") + Trim(piece);
+  }
+  return text;
+}
+
+std::string After(const char* label, const std::string& text) {
+  return Trim(text).empty() ? std::string() : label + text;
+}
+
+void DropEmpty(std::vector<std::string>& lines) {
+  std::erase_if(lines, [](const std::string& line) { return line.empty(); });
+}
+
+bool IsInstalled(const Ports& ports, const std::string& printer) {
+  const auto installed = ports.printers.Installed();
+  return std::find(installed.begin(), installed.end(), printer) != installed.end();
+}
+
+}  // namespace
+
+InvoicePaper::InvoicePaper(DatabaseObject& database, std::int32_t invoice_id)
+    : database_(database), id_(std::to_string(invoice_id)) {
+  ReadHeader(invoice_id);
+  ReadSeller();
+  report_.tables = {Lines(), Taxes(), DueDates()};
+  if (!observations_.empty()) {
+    report_.tables.push_back({"Observaciones", {{"", 1}}, {{{observations_}}}});
+  }
+}
+
+void InvoicePaper::ReadHeader(std::int32_t invoice_id) {
+  const auto header = database_.Conexion().Execute("SELECT * FROM Fav WHERE Fav_Id = " +
+                                                   sql::Number(std::int64_t{invoice_id}));
+  if (header->Eof()) throw ObjectError("No existe la factura que se quiere imprimir");
+  const std::string series = header->Field("Fav_Serie").TextOr("");
+  const std::string number = header->Field("Fav_Numero").TextOr("");
+  const std::string reference = (series.empty() ? "" : series + "/") + number;
+  file_name_ = "factura-" + (series.empty() ? "" : series + "-") + number;
+  total_ = header->Field("Fav_Total").NumberOr(0);
+  observations_ = header->Field("Fav_Obs").TextOr("");
+  report_.title = "FACTURA " + reference;
+  report_.right = Buyer(*header);
+  report_.right.insert(report_.right.begin(),
+                       "Fecha " + Format(header->Field("Fav_Fecha"), "DD/MM/YYYY"));
+}
+
+void InvoicePaper::ReadSeller() {
+  const auto text = [this](const char* name) { return database_.Parametro(name).TextOr(""); };
+  report_.left = {text("Par_Nombre"), After("CIF/NIF ", text("Par_Doc")),
+                  Joined({text("Par_Sg"), text("Par_NombreVia")}),
+                  Joined({text("Par_Cp"), text("Par_Poblacion")}),
+                  After("Telefono ", text("Par_Telefono"))};
+  DropEmpty(report_.left);
+}
+
+std::vector<std::string> InvoicePaper::Buyer(const Recordset& header) {
+  const auto text = [&](const char* field) { return header.Field(field).TextOr(""); };
+  const std::string number = text("Fav_Num") == "0" ? "" : text("Fav_Num");
+  const std::string floor = Joined({After("Esc. ", text("Fav_Escalera")),
+                                    After("Piso ", text("Fav_Piso")),
+                                    After("Pta. ", text("Fav_Puerta"))});
+  const bool has_street = !text("Fav_Nombre").empty();
+  std::vector<std::string> lines = {text("Fav_CliNom"), After("CIF/NIF ", text("Fav_CliDoc"))};
+  if (has_street) {
+    lines.push_back(Joined({text("Fav_Sg"), text("Fav_Nombre"), number, floor}));
+    lines.push_back(Joined({text("Fav_Cp"), text("Fav_Poblacion")}));
+    lines.push_back(Joined(
+        {Name("SELECT PROV_NOM FROM zrcomun.dbo.PROV WHERE PROV_COD = ", text("Fav_Provincia")),
+         Name("SELECT PAIS_NOM FROM zrcomun.dbo.PAIS WHERE PAIS_COD = ", text("Fav_Pais"))}));
+  }
+  DropEmpty(lines);
+  return lines;
+}
+
+std::string InvoicePaper::Name(const char* statement, const std::string& code) {
+  const auto row = database_.Conexion().Execute(statement + sql::Quoted(code));
+  return row->Eof() ? std::string() : row->Field(0).TextOr("");
+}
+
+std::unique_ptr<Recordset> InvoicePaper::Read(const char* select, const char* order) {
+  return database_.Conexion().Execute(select + id_ + order);
+}
+
+ReportTable InvoicePaper::Lines() {
+  ReportTable table;
+  table.columns = {{"Código", 1.3},       {"Artículo", 4},         {"Unidades", 1, true},
+                   {"Precio", 1.2, true}, {"% Dto", 0.8, true}, {"Importe", 1.3, true},
+                   {"% IVA", 0.8, true}};
+  std::string ticket;
+  bool first = true;
+  const auto rows = Read("SELECT * FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
+  for (; !rows->Eof(); rows->MoveNext()) {
+    const std::string of_line = rows->Field("Fal_Ticket").TextOr("");
+    if (first || of_line != ticket) {
+      const std::string date = Format(rows->Field("Fal_Fecha"), "DD/MM/YYYY HH:MM");
+      table.rows.push_back({{"", "Ticket " + of_line + " del " + date, "", "", "", "", ""}, true});
+    }
+    first = false;
+    ticket = of_line;
+    table.rows.push_back({{rows->Field("Fal_CodArt").TextOr(""), rows->Field("Fal_Des").TextOr(""),
+                           Euros(rows->Field("Fal_Uni")), Euros(rows->Field("Fal_Precio")),
+                           Euros(rows->Field("Fal_Dto1")), Euros(rows->Field("Fal_Importe")),
+                           rows->Field("Fal_Iva").TextOr("")}});
+  }
+  return table;
+}
+
+ReportTable InvoicePaper::Taxes() {
+  ReportTable table;
+  table.caption = "Impuestos y total";
+  table.columns = {{"Base Imponible", 1, true}, {"% IVA", 1, true}, {"Cuota", 1, true},
+                   {"Total", 1, true}};
+  const auto rows = Read("SELECT * FROM Fai WHERE Fai_IdFav = ", " ORDER BY Fai_Iva DESC");
+  for (; !rows->Eof(); rows->MoveNext()) {
+    const double base = rows->Field("Fai_Base").NumberOr(0);
+    const double tax = rows->Field("Fai_Cuota").NumberOr(0);
+    table.rows.push_back({{Euros(Variant(base)), rows->Field("Fai_Iva").TextOr(""),
+                           Euros(Variant(tax)), Euros(Variant(base + tax))}});
+  }
+  table.rows.push_back({{"", "", "TOTAL FACTURA", Euros(Variant(total_))}, true});
+  return table;
+}
+
+ReportTable InvoicePaper::DueDates() {
+  ReportTable table;
+  table.caption = "Vencimientos";
+  table.columns = {{"Fecha", 1}, {"Importe", 1, true}, {"Situación", 1}};
+  const auto rows = Read("SELECT * FROM Vto WHERE Vto_IdFav = ", " ORDER BY Vto_Orden");
+  for (; !rows->Eof(); rows->MoveNext()) {
+    const bool collected = rows->Field("Vto_Cobrado").ToBool();
+    table.rows.push_back({{Format(rows->Field("Vto_Fecha"), "DD/MM/YYYY"),
+                           Euros(rows->Field("Vto_Importe")), collected ? "Cobrado" : "Pendiente"}});
+  }
+  return table;
+}
+
+void InvoicePaper::Print(const Ports& ports) const {
+  const std::string chosen = Trim(ports.settings.Read("OKRA", "Printer", "Spool"));
+  if (!chosen.empty() && IsInstalled(ports, chosen)) {
+    try {
+      return ports.reports.Print(report_, chosen);
+    } catch (const PrintError&) {
+      // The invoice exists: a page on the screen serves until the printer does.
+    }
+  }
+  ports.reports.Show(report_, file_name_);
+}
+
+}  // namespace tpv::suite
