@@ -1,0 +1,62 @@
+#include "bench/direct_store.h"
+
+#include <stdexcept>
+
+#include "adapters/sqlite/functions.h"
+#include "adapters/sqlite/sqlite_connection.h"
+
+namespace tpv::bench {
+
+DirectStore::DirectStore(const std::string& path, const Clock& clock) {
+  if (sqlite3_open(path.c_str(), &handle_) != SQLITE_OK) throw std::runtime_error("no store");
+  RegisterFunctions(handle_, clock);  // the tables name its collation
+  Run("PRAGMA foreign_keys = OFF");
+  Run(("ATTACH '" + CataloguePath(path) + "' AS zrcomun").c_str());
+  Run("PRAGMA main.journal_mode = WAL");
+  Run("PRAGMA synchronous = FULL");
+  sqlite3_busy_timeout(handle_, 5000);
+}
+
+DirectStore::~DirectStore() { sqlite3_close(handle_); }
+
+void DirectStore::Run(const char* sql) {
+  if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(handle_));
+  }
+}
+
+Prepared::Prepared(DirectStore& store, const char* sql) {
+  if (sqlite3_prepare_v3(store.handle(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) !=
+      SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(store.handle()));
+  }
+}
+
+double Prepared::ReadAll() {
+  double sum = 0;
+  int result;
+  while ((result = sqlite3_step(statement_)) == SQLITE_ROW) {
+    sum += sqlite3_column_double(statement_, 0);
+    ReadRow();
+  }
+  if (result != SQLITE_DONE) throw std::runtime_error(sqlite3_errmsg(sqlite3_db_handle(statement_)));
+  sqlite3_reset(statement_);
+  return sum;
+}
+
+void Prepared::ReadRow() {
+  for (int column = sqlite3_column_count(statement_) - 1; column >= 0; --column) {
+    switch (sqlite3_column_type(statement_, column)) {
+      case SQLITE_INTEGER:
+        sqlite3_column_int64(statement_, column);
+        break;
+      case SQLITE_FLOAT:
+        sqlite3_column_double(statement_, column);
+        break;
+      default:
+        sqlite3_column_text(statement_, column);
+    }
+  }
+}
+
+}  // namespace tpv::bench

@@ -1,0 +1,137 @@
+// tpv_bench [--tickets N] [--runs N]: the till against the same work done
+// directly on the engine, on a store of that size.
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+#include "base/mask.h"
+#include "base/number_text.h"
+#include "bench/direct_till.h"
+#include "bench/harness.h"
+#include "bench/till.h"
+#include "host/demo/demonstration.h"
+#include "host/store.h"
+
+namespace tpv::bench {
+namespace {
+
+class Folder {
+ public:
+  Folder() {
+    std::string name = (std::filesystem::current_path() / "tpv-bench-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder to measure in");
+    path_ = name;
+  }
+  ~Folder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  std::string File(const char* name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// Scans ten lines a sale, then starts the next one; which article changes.
+template <typename Seller>
+class TenLineSales {
+ public:
+  explicit TenLineSales(Seller& seller) : seller_(seller) {}
+
+  void Prepare() {
+    if (lines_ % 10 == 0) {
+      if (lines_ > 0) seller_.Finish();
+      seller_.StartSale();
+    }
+    code_ = FormatNumber(1 + (++lines_ * 7919) % 99999, "0000");
+  }
+  void Scan() { seller_.Scan(code_); }
+  void Finish() { seller_.Finish(); }
+
+  Work Scanning() {
+    return {[this] { Prepare(); }, [this] { Scan(); }};
+  }
+  Work Finishing() {
+    return {[this] {
+              lines_ = 0;
+              for (int line = 0; line < 10; ++line) {
+                Prepare();
+                Scan();
+              }
+            },
+            [this] {
+              Finish();
+              lines_ = 0;
+            }};
+  }
+
+ private:
+  Seller& seller_;
+  int lines_ = 0;
+  std::string code_;
+};
+
+void RequireSameDebt(Till& till, DirectTill& direct) {
+  for (const int customer : {2, 10, 30}) {
+    if (std::fabs(till.Debt(customer) - direct.Debt(customer)) > 0.005) {
+      throw std::runtime_error("the two sides disagree on what is owed");
+    }
+  }
+}
+
+std::vector<Row> Measure(const std::string& path, int runs) {
+  const StepClock clock;
+  Till till(path, clock);
+  DirectStore store(path, clock);
+  DirectTill direct(store);
+  TenLineSales<Till> sales(till);
+  TenLineSales<DirectTill> direct_sales(direct);
+  RequireSameDebt(till, direct);
+  std::vector<Row> rows;
+  rows.push_back(Compare("scan to stored and redrawn line (10-line ticket)", runs, sales.Scanning(),
+                         direct_sales.Scanning()));
+  till.Finish();
+  direct.Finish();
+  rows.push_back(Compare("finish a sale, checkout open to printed text", runs / 5, sales.Finishing(),
+                         direct_sales.Finishing()));
+  rows.push_back(Compare("is the till open", runs, {{}, [&] { till.IsOpen(); }},
+                         {{}, [&] { direct.TillState(); }}));
+  rows.push_back(Compare("what a customer owes", runs / 5, {{}, [&] { till.Debt(5); }},
+                         {{}, [&] { direct.Debt(5); }}));
+  till.connection().SetSynchronous(false);
+  store.Run("PRAGMA synchronous = OFF");
+  rows.push_back(Compare("scan, synchronous writes off", runs, sales.Scanning(),
+                         direct_sales.Scanning()));
+  return rows;
+}
+
+int Main(int count, char** words) {
+  LargeStore size;
+  int runs = 1000;
+  for (int i = 1; i + 1 < count; i += 2) {
+    const std::string option = words[i];
+    const int number = ParseInt32(words[i + 1]).value_or(0);
+    (option == "--tickets" ? size.tickets : option == "--articles" ? size.articles : runs) = number;
+  }
+  const Folder folder;
+  MakeLargeStore(folder.File("tienda.db"), size, StepClock());
+  std::printf("A store of %d tickets and %d articles, %d runs\n\n", size.tickets, size.articles, runs);
+  Print(Measure(folder.File("tienda.db"), runs));
+  return 0;
+}
+
+}  // namespace
+}  // namespace tpv::bench
+
+int main(int count, char** words) {
+  try {
+    return tpv::bench::Main(count, words);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tpv_bench: %s\n", error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,53 @@
+#include "bench/till.h"
+
+#include <stdexcept>
+
+#include "base/text.h"
+#include "data/till_state.h"
+#include "reports/pending_collections.h"
+
+namespace tpv::bench {
+
+Till::Till(const std::string& path, const Clock& clock) : connection_(path, clock) {
+  objects_.SetPorts(ports_);
+  front_end_.SetDriver(*this);
+  context().MyBd = std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_);
+  if (!IsOpen()) {
+    connection_.Execute("INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Modo) VALUES (1, 0, 1)");
+  }
+  screen_ = std::make_unique<FrmTpv>(context());
+  front_end_.engine().Open(*screen_);
+  front_end_.engine().FocusOn(screen_->Text1[0]);
+  Type("1");
+  front_end_.engine().PressKey(ui::Key::Enter);
+}
+
+void Till::Type(const std::string& text) {
+  for (const char c : text) front_end_.engine().TypeCharacter(static_cast<char32_t>(c));
+}
+
+void Till::StartSale() { front_end_.engine().PressKey(ui::Key::Add); }
+
+void Till::Scan(const std::string& code) {
+  Type(code);
+  front_end_.engine().PressKey(ui::Key::Enter);
+}
+
+void Till::Finish() {
+  printers_.documents.clear();
+  front_end_.engine().PressKey(ui::Key::Subtract);
+  if (printers_.documents.size() != 1) throw std::runtime_error("no ticket was printed");
+}
+
+bool Till::Step() {
+  front_end_.engine().Click(*front_end_.engine().Top()->Find("cmdTicket"));
+  return true;
+}
+
+void Till::OnBox(const ui::MessageBox& box) { throw std::runtime_error(box.text); }
+
+bool Till::IsOpen() { return TillIsOpen(connection_, "1"); }
+
+double Till::Debt(int customer) { return CustomerDebt(context(), customer); }
+
+}  // namespace tpv::bench

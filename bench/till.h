@@ -1,0 +1,52 @@
+// The real screens under measurement: no window, no player, nothing recorded
+// that a till would not do.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "adapters/headless/headless_front_end.h"
+#include "adapters/headless/recorders.h"
+#include "adapters/sqlite/sqlite_connection.h"
+#include "component/zrtpve.h"
+#include "sale/sale_screen.h"
+#include "suite/store_database.h"
+#include "suite/suite_factory.h"
+
+namespace tpv::bench {
+
+class Till : private Driver {
+ public:
+  // Opens till 1 for agent 1 when it is closed.
+  Till(const std::string& path, const Clock& clock);
+
+  void StartSale();
+  void Scan(const std::string& code);
+  // The checkout from opening to the printed ticket and the emptied screen.
+  void Finish();
+  bool IsOpen();
+  double Debt(int customer);
+
+  SqliteConnection& connection() { return connection_; }
+  Context& context() { return component_.context(); }
+
+ private:
+  bool Step() override;  // pays whatever checkout opens
+  void OnBox(const ui::MessageBox& box) override;
+  void Type(const std::string& text);
+
+  SqliteConnection connection_;
+  HeadlessFrontEnd front_end_;
+  RecordingPrinters printers_;
+  RecordingDevices devices_;
+  MemorySettings settings_;
+  StepClock clock_;
+  RecordingMailer mailer_;
+  RecordingReports reports_;
+  suite::SuiteFactory objects_;
+  Ports ports_{front_end_, printers_, devices_, settings_, clock_, mailer_, reports_, objects_};
+  Zrtpve component_{ports_};
+  std::unique_ptr<FrmTpv> screen_;
+};
+
+}  // namespace tpv::bench
