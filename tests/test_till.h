@@ -1,0 +1,60 @@
+// A whole till for one test: the component on a demonstration shop, driven by
+// scenario text, with its ports at hand.
+#pragma once
+
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "adapters/headless/scenario/headless_operator.h"
+#include "adapters/headless/scenario/player.h"
+#include "host/store.h"
+#include "tests/test_shop.h"
+
+namespace tpv {
+
+class TestTill {
+ public:
+  // Several tills may share a store that was made before.
+  TestTill(const std::string& path, const Clock& clock)
+      : store_(OpenStore(path, Contents::Demonstration, clock)),
+        connection_(*store_),
+        shop_(connection_, clock),
+        component_(shop_.ports),
+        rig_{*store_,        connection_,    shop_.step_clock, shop_.printers,  shop_.devices,
+             shop_.settings, shop_.mailer,   shop_.reports,    shop_.front_end, component_},
+        hands_(shop_.front_end),
+        player_(rig_, hands_, transcript_) {
+    component_.context().MyBd = shop_.database;
+    shop_.front_end.SetDriver(player_);
+  }
+
+  // "" when every expectation held, else the transcript.
+  std::string Play(const std::string& script) {
+    transcript_.str("");
+    std::vector<scenario::Command> commands;
+    std::istringstream lines(script);
+    int number = 0;
+    for (std::string line; std::getline(lines, line);) {
+      commands.push_back(scenario::ReadCommand(line, "test", ++number));
+    }
+    return player_.Play(std::move(commands)) ? std::string() : transcript_.str();
+  }
+
+  Context& context() { return component_.context(); }
+  TestShop& shop() { return shop_; }
+  Connection& store() { return *store_; }
+  RecordingConnection& connection() { return connection_; }
+
+ private:
+  std::unique_ptr<Connection> store_;
+  RecordingConnection connection_;
+  TestShop shop_;
+  Zrtpve component_;
+  scenario::Rig rig_;
+  scenario::HeadlessOperator hands_;
+  std::ostringstream transcript_;
+  scenario::Player player_;
+};
+
+}  // namespace tpv
