@@ -40,14 +40,14 @@ class Folder {
 template <typename Seller>
 class TenLineSales {
  public:
-  explicit TenLineSales(Seller& seller) : seller_(seller) {}
+  TenLineSales(Seller& seller, int articles) : seller_(seller), articles_(articles) {}
 
   void Prepare() {
     if (lines_ % 10 == 0) {
       if (lines_ > 0) seller_.Finish();
       seller_.StartSale();
     }
-    code_ = FormatNumber(1 + (++lines_ * 7919) % 99999, "0000");
+    code_ = FormatNumber(1 + (++lines_ * 7919) % articles_, "0000");
   }
   void Scan() { seller_.Scan(code_); }
   void Finish() { seller_.Finish(); }
@@ -71,6 +71,7 @@ class TenLineSales {
 
  private:
   Seller& seller_;
+  int articles_;
   int lines_ = 0;
   std::string code_;
 };
@@ -83,13 +84,13 @@ void RequireSameDebt(Till& till, DirectTill& direct) {
   }
 }
 
-std::vector<Row> Measure(const std::string& path, int runs) {
+std::vector<Row> Measure(const std::string& path, int articles, int runs) {
   const StepClock clock;
   Till till(path, clock);
   DirectStore store(path, clock);
   DirectTill direct(store);
-  TenLineSales<Till> sales(till);
-  TenLineSales<DirectTill> direct_sales(direct);
+  TenLineSales<Till> sales(till, articles);
+  TenLineSales<DirectTill> direct_sales(direct, articles);
   RequireSameDebt(till, direct);
   std::vector<Row> rows;
   rows.push_back(Compare("scan to stored and redrawn line (10-line ticket)", runs, sales.Scanning(),
@@ -120,7 +121,7 @@ int Main(int count, char** words) {
   const Folder folder;
   MakeLargeStore(folder.File("tienda.db"), size, StepClock());
   std::printf("A store of %d tickets and %d articles, %d runs\n\n", size.tickets, size.articles, runs);
-  Print(Measure(folder.File("tienda.db"), runs));
+  Print(Measure(folder.File("tienda.db"), size.articles, runs));
   return 0;
 }
 

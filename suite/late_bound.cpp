@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "base/text.h"
+
 namespace tpv::suite {
 
 namespace {
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 Variant Initial(Kind kind) {
   switch (kind) {
@@ -18,29 +18,32 @@ Variant Initial(Kind kind) {
   }
 }
 
-}  // namespace
-
-bool LateBound::NoCase::operator()(std::string_view left, std::string_view right) const {
-  return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                      [](char a, char b) { return Lower(a) < Lower(b); });
+// The member so named regardless of case; null when there is none.
+template <typename Member>
+Member* Named(std::vector<Member>& members, std::string_view name) {
+  const auto found = std::find_if(members.begin(), members.end(), [name](const Member& member) {
+    return member.name.size() == name.size() && EqualNoCase(member.name, name);
+  });
+  return found == members.end() ? nullptr : &*found;
 }
 
+}  // namespace
+
 void LateBound::Properties(Kind kind, std::initializer_list<std::string_view> names) {
-  for (const std::string_view name : names) {
-    properties_.insert_or_assign(std::string(name), Property{kind, Initial(kind)});
-  }
+  properties_.reserve(properties_.size() + names.size());
+  for (const std::string_view name : names) properties_.push_back({name, kind, Initial(kind)});
 }
 
 void LateBound::Define(std::string_view name, std::size_t least, std::size_t most, Method method) {
-  methods_.insert_or_assign(std::string(name), MethodEntry{least, most, std::move(method)});
+  methods_.push_back({name, least, most, std::move(method)});
 }
 
 LateBound::Property& LateBound::Find(std::string_view property) {
-  const auto found = properties_.find(property);
-  if (found == properties_.end()) {
+  Property* const found = Named(properties_, property);
+  if (found == nullptr) {
     throw ObjectError(class_name_ + " no tiene la propiedad «" + std::string(property) + "»");
   }
-  return found->second;
+  return *found;
 }
 
 Variant LateBound::Checked(std::string_view property, Kind kind, const Variant& value) const {
@@ -68,16 +71,15 @@ void LateBound::Set(std::string_view property, Variant value) {
 }
 
 Variant LateBound::Call(std::string_view method, std::span<Variant> arguments) {
-  const auto found = methods_.find(method);
-  if (found == methods_.end()) {
+  const MethodEntry* const entry = Named(methods_, method);
+  if (entry == nullptr) {
     throw ObjectError(class_name_ + " no tiene el método «" + std::string(method) + "»");
   }
-  const MethodEntry& entry = found->second;
-  if (arguments.size() < entry.least || arguments.size() > entry.most) {
+  if (arguments.size() < entry->least || arguments.size() > entry->most) {
     throw ObjectError(class_name_ + "." + std::string(method) +
                       ": número de argumentos incorrecto");
   }
-  return entry.method(arguments);
+  return entry->method(arguments);
 }
 
 }  // namespace tpv::suite

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/objects.h"
 
@@ -26,7 +26,8 @@ class LateBound : public Object {
 
   explicit LateBound(std::string class_name) : class_name_(std::move(class_name)) {}
 
-  // Declares members; a property starts as 0, "", false or no object.
+  // Declares members by literal names; a property starts as 0, "", false or no
+  // object.
   void Properties(Kind kind, std::initializer_list<std::string_view> names);
   void Define(std::string_view name, std::size_t least, std::size_t most, Method method);
 
@@ -36,15 +37,13 @@ class LateBound : public Object {
   void Set(std::string_view property, Variant value);
 
  private:
-  struct NoCase {
-    using is_transparent = void;
-    bool operator()(std::string_view left, std::string_view right) const;
-  };
   struct Property {
+    std::string_view name;
     Kind kind;
     Variant value;
   };
   struct MethodEntry {
+    std::string_view name;
     std::size_t least;
     std::size_t most;
     Method method;
@@ -54,8 +53,10 @@ class LateBound : public Object {
   Variant Checked(std::string_view property, Kind kind, const Variant& value) const;
 
   std::string class_name_;
-  std::map<std::string, Property, NoCase> properties_;
-  std::map<std::string, MethodEntry, NoCase> methods_;
+  // Few enough that looking through them costs less than building a tree for
+  // every object made.
+  std::vector<Property> properties_;
+  std::vector<MethodEntry> methods_;
 };
 
 }  // namespace tpv::suite

@@ -50,11 +50,11 @@ StoreDatabase::StoreDatabase(Connection& connection, std::int32_t user, ui::Fron
       columns_(std::make_shared<Columns>(builder_)) {}
 
 Variant StoreDatabase::Parametro(std::string_view name) {
-  const int column = schema::FindTable("Parametros")->Find(name);
-  if (column < 0) throw ObjectError("No existe el parámetro «" + std::string(name) + "»");
-  const auto row = connection_.Execute("SELECT TOP 1 * FROM Parametros");
+  static const schema::Table& parameters = *schema::FindTable("Parametros");
+  if (parameters.Find(name) < 0) throw ObjectError("No existe el parámetro «" + std::string(name) + "»");
+  const auto row = connection_.Execute("SELECT TOP 1 " + std::string(name) + " FROM Parametros");
   if (row->Eof()) throw ObjectError("Falta el registro de parámetros de la tienda");
-  return row->Field(static_cast<std::size_t>(column));
+  return row->Field(0);
 }
 
 RowBuilder& StoreDatabase::NuevaSentencia() {

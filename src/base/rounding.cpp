@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <optional>
 
 namespace tpv {
 
@@ -47,16 +48,35 @@ double Rounded(const Digits& digits, int keep, int decimals) {
   return result;
 }
 
+// Far from a half the decimal text decides nothing that the double does not;
+// below this size the product's error is far smaller than the margin.
+std::optional<double> RoundedPlainly(double size, int decimals) {
+  constexpr double kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
+  constexpr double kLargest = 1e9;
+  constexpr double kMargin = 1e-6;
+  if (decimals < 0 || decimals > 6) return std::nullopt;
+  const double scaled = size * kPowers[decimals];
+  const double whole = std::floor(scaled);
+  const double fraction = scaled - whole;
+  if (scaled >= kLargest || std::fabs(fraction - 0.5) < kMargin) return std::nullopt;
+  return (fraction > 0.5 ? whole + 1 : whole) / kPowers[decimals];
+}
+
+double RoundedByDigits(double size, int decimals) {
+  const Digits digits = ShortestDigits(size);
+  const int keep = digits.exponent + decimals;  // significant digits that stay
+  if (keep >= digits.count) return size;
+  return keep < 0 ? 0 : Rounded(digits, keep, decimals);
+}
+
 }  // namespace
 
 double RoundHalfAway(double value, int decimals) {
   const double size = std::fabs(value);
   if (!std::isfinite(value) || size >= 1e15 || size == 0) return value;
-  const Digits digits = ShortestDigits(size);
-  const int keep = digits.exponent + decimals;  // significant digits that stay
-  if (keep >= digits.count) return value;
-  if (keep < 0) return 0;
-  return std::copysign(Rounded(digits, keep, decimals), value);
+  const auto plain = RoundedPlainly(size, decimals);
+  const double rounded = plain ? *plain : RoundedByDigits(size, decimals);
+  return rounded == 0 ? 0 : std::copysign(rounded, value);
 }
 
 bool SameCents(double left, double right) {
