@@ -68,8 +68,7 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path,
   Zrtpve component(ports);
   component.context().MyBd =
       std::make_shared<suite::StoreDatabase>(connection, options.user, front_end, clock);
-  scenario::Rig rig{*store,   connection, clock,   printers,  devices,
-                    settings, mail,       reports, front_end, component};
+  scenario::Rig rig{*store, connection, clock, printers, devices, settings, mail, reports, component};
   scenario::HeadlessOperator hands(front_end);
   scenario::Player player(rig, hands, transcript);
   front_end.SetDriver(player);

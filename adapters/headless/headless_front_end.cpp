@@ -5,20 +5,6 @@
 
 namespace tpv {
 
-namespace {
-
-// What a box is answered with when nobody is left to answer: the button that
-// goes on with least.
-ui::Answer Harmless(const ui::MessageBox& box) {
-  for (const ui::Answer answer : {ui::Answer::Cancel, ui::Answer::No}) {
-    const auto& buttons = box.buttons;
-    if (std::find(buttons.begin(), buttons.end(), answer) != buttons.end()) return answer;
-  }
-  return ui::Answer::Ok;
-}
-
-}  // namespace
-
 void HeadlessFrontEnd::ShowModal(ui::Form& form) {
   engine_.Open(form);
   while (!form.closing && driver_->Step()) {

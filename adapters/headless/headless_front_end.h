@@ -3,26 +3,16 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
 
-#include "platform/ui/front_end.h"
+#include "platform/ui/operator.h"
 #include "screen/engine.h"
 #include "screen/search_list.h"
 
 namespace tpv {
 
-// Gives the operator's actions, one a call.
-class Driver {
- public:
-  virtual ~Driver() = default;
-  // False when there are no more: what is open then closes by itself.
-  virtual bool Step() = 0;
-  virtual void OnBox(const ui::MessageBox& box) = 0;
-};
-
 class HeadlessFrontEnd : public ui::FrontEnd {
  public:
-  void SetDriver(Driver& driver) { driver_ = &driver; }
+  void SetDriver(ui::Driver& driver) { driver_ = &driver; }
 
   void ShowModal(ui::Form& form) override;
   void Load(ui::Form& form) override { engine_.Load(form); }
@@ -40,7 +30,7 @@ class HeadlessFrontEnd : public ui::FrontEnd {
 
  private:
   ui::Engine engine_;
-  Driver* driver_ = nullptr;
+  ui::Driver* driver_ = nullptr;
   const ui::MessageBox* box_ = nullptr;
   std::optional<ui::Answer> answer_;
   ui::SearchList* search_ = nullptr;

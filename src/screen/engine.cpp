@@ -178,9 +178,9 @@ void Engine::TypeCharacter(char32_t character) {
   Form& form = *Top();
   if (form.focus == nullptr) throw ActionRefused("ningún control tiene el foco");
   if (character == U' ' && dynamic_cast<TextBox*>(form.focus) == nullptr) {
-    Click(*form.focus);
-    return;
+    return PressSpace(*form.focus);
   }
+  if (auto* combo = dynamic_cast<ComboBox*>(form.focus)) return FindEntry(*combo, character);
   auto* box = dynamic_cast<TextBox*>(form.focus);
   if (box == nullptr) throw ActionRefused(form.focus->name + " no admite texto");
   Run(form, [&] {
@@ -197,12 +197,40 @@ void Engine::TypeCharacter(char32_t character) {
   if (openings == openings_) Run(form, [&] { form.OnKeyUp(Key::Other); });
 }
 
+// The space bar does what a click on the control's own mark or button does.
+void Engine::PressSpace(Control& control) {
+  if (auto* list = dynamic_cast<ListView*>(&control); list != nullptr && list->check_boxes) {
+    const int row = list->current_row;
+    if (row >= 0) SetCheck(*list, row, !list->items.at(row).checked);
+  } else if (auto* grid = dynamic_cast<Grid*>(&control)) {
+    const auto button = std::find_if(grid->layout.begin(), grid->layout.end(),
+                                     [](const GridColumn& column) { return column.cell_button; });
+    const bool usable = button != grid->layout.end() && grid->current_row >= 0 && !grid->read_only;
+    if (usable) CellButton(*grid, grid->current_row, static_cast<int>(button - grid->layout.begin()));
+  } else {
+    Click(control);
+  }
+}
+
+// The next entry that begins with the letter, as a list box's own search.
+void Engine::FindEntry(ComboBox& combo, char32_t character) {
+  std::string letter;
+  AppendCharacter(letter, character);
+  const int count = static_cast<int>(combo.items.size());
+  for (int step = 1; step <= count; ++step) {
+    const int row = (std::max(combo.index, -1) + step) % count;
+    if (!FoldForSearch(combo.items[row]).starts_with(FoldForSearch(letter))) continue;
+    if (row != combo.index) SelectRow(combo, row);
+    return;
+  }
+}
+
 void Engine::ClearText() {
   auto* box = dynamic_cast<TextBox*>(Top()->focus);
   if (box == nullptr) throw ActionRefused("ningún campo de texto tiene el foco");
   if (box->locked) throw ActionRefused(box->name + " no se puede cambiar");
   box->SelectAll();
-  ReplaceSelection(*box, "");
+  PressKey(Key::Delete);
 }
 
 void Engine::KeyDown(Key key) {

@@ -38,7 +38,7 @@ class Engine {
   // focus; the form stays open then.
   void FocusOn(Control& control);           // as a mouse click does
   void TypeCharacter(char32_t character);   // through OnCharacter and the box's limits
-  void ClearText();                         // select all, delete
+  void ClearText();                         // select all, the Delete key
   void KeyDown(Key key);
   void KeyUp(Key key);
   void PressKey(Key key);                   // down and up, the release lost to what opened
@@ -54,11 +54,14 @@ class Engine {
   // Boxes, dialogs and forms that opened since the start; a key whose press
   // opened something is released there and never reaches the form.
   void CountOpening() { ++openings_; }
+  std::size_t Openings() const { return openings_; }
 
  private:
   void DefaultKey(Form& form, Key key);
   void TypeKeypad(Form& form, TextBox& box, char32_t character);
   void MoveRow(Control& control, int step);
+  void PressSpace(Control& control);
+  void FindEntry(ComboBox& combo, char32_t character);
 
   std::vector<Form*> forms_;
   std::size_t openings_ = 0;

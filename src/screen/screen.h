@@ -24,6 +24,8 @@ class Screen : public ui::Form {
   char32_t OnCharacter(ui::TextBox& box, char32_t character) override;
   void OnEnter(ui::Control& control) override;
   void OnLeave(ui::Control& control) override;
+  // The Enter that closes a box does not also move the focus, and the next one does.
+  void OnClosingKeyReleased() override { pending_message.clear(); }
 
  protected:
   Context& context() const { return context_; }

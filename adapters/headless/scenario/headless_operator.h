@@ -2,11 +2,10 @@
 #pragma once
 
 #include "adapters/headless/headless_front_end.h"
-#include "adapters/headless/scenario/operator.h"
 
 namespace tpv::scenario {
 
-class HeadlessOperator : public Operator {
+class HeadlessOperator : public ui::Operator {
  public:
   explicit HeadlessOperator(HeadlessFrontEnd& front_end) : front_end_(front_end) {}
 

@@ -33,7 +33,7 @@ bool IsSearchCommand(std::string_view verb) { return verb == "pick" || verb == "
 
 }  // namespace
 
-Player::Player(Rig& rig, Operator& hands, std::ostream& transcript)
+Player::Player(Rig& rig, ui::Operator& hands, std::ostream& transcript)
     : rig_(rig), hands_(hands), out_(transcript) {
   rig_.printers.on_document = [this](const PrintedDocument& document) {
     out_ << "--- printed on " << document.printer << "\n";

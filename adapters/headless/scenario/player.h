@@ -7,9 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "adapters/headless/scenario/operator.h"
 #include "adapters/headless/scenario/rig.h"
 #include "adapters/headless/scenario/script.h"
+#include "platform/ui/operator.h"
+#include "screen/engine.h"
 
 namespace tpv::scenario {
 
@@ -24,10 +25,10 @@ class Failure : public std::runtime_error {
   bool fatal_;
 };
 
-class Player : public Driver {
+class Player : public ui::Driver {
  public:
   // All references outlive the player.
-  Player(Rig& rig, Operator& hands, std::ostream& transcript);
+  Player(Rig& rig, ui::Operator& hands, std::ostream& transcript);
 
   // Plays the commands; true when every expectation held.
   bool Play(std::vector<Command> commands);
@@ -74,7 +75,7 @@ class Player : public Driver {
   void Report(const Command& command, const std::string& text);
 
   Rig& rig_;
-  Operator& hands_;
+  ui::Operator& hands_;
   std::ostream& out_;
   std::vector<Command> commands_;
   std::size_t next_ = 0;

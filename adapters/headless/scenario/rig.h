@@ -2,7 +2,6 @@
 // record what it sends out.
 #pragma once
 
-#include "adapters/headless/headless_front_end.h"
 #include "adapters/headless/recorders.h"
 #include "component/zrtpve.h"
 
@@ -18,7 +17,6 @@ struct Rig {
   MemorySettings& settings;
   RecordingMailer& mail;
   RecordingReports& reports;
-  HeadlessFrontEnd& front_end;
   Zrtpve& component;
 };
 

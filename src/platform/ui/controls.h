@@ -23,6 +23,10 @@ struct Frame;
 
 enum class Align { Left, Right, Centre };
 
+// How much a control asks for the eye: Strong is the figure to read from afar or
+// the command that goes on, Warning what gives something up.
+enum class Emphasis { Normal, Strong, Warning };
+
 struct Control {
   // Registers itself with the form, which must outlive it.
   Control(Form& form, std::string name);
@@ -39,6 +43,7 @@ struct Control {
   bool tab_stop = true;
   Frame* frame = nullptr;  // the frame it stands in, set by the layout
   int columns = 0;         // preferred width in characters; 0: the front end's choice
+  Emphasis emphasis = Emphasis::Normal;
   bool stretch = false;    // takes the room that its row has left
 
   // Runs when the control gets or loses the focus.

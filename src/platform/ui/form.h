@@ -10,6 +10,14 @@
 
 namespace tpv::ui {
 
+// One fact of the till that is to be seen at a glance.
+struct StatusItem {
+  enum class Tone { Neutral, Good, Missing };
+  std::string label;
+  std::string text;
+  Tone tone = Tone::Neutral;
+};
+
 enum class Key { Enter, Tab, BackTab, Esc, F1, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
 
 class Form {
@@ -59,8 +67,12 @@ class Form {
   virtual void OnEnter(Control&) {}  // before the control's own `entered`
   virtual void OnLeave(Control&) {}  // before the control's own `left`
   virtual void OnUnload() {}
+  // The key that closed a message box or a dialog over this form came up.
+  virtual void OnClosingKeyReleased() {}
   // The window's close box; may refuse by not calling Close.
   virtual void OnCloseBox() { Close(); }
+  // Asked for after each event; shown where the operator sees it at once.
+  virtual std::vector<StatusItem> Status() const { return {}; }
 
  private:
   friend struct Control;

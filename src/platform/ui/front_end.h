@@ -22,6 +22,9 @@ struct MessageBox {
   std::string title;
 };
 
+// What a box that closes unanswered counts as: the button that goes on with least.
+Answer Harmless(const MessageBox& box);
+
 // A list to choose one row from, narrowed as one types.
 struct SearchRequest {
   std::string title;

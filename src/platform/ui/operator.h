@@ -1,0 +1,50 @@
+// Who works a front end when no person does: the hands on the top screen, box or
+// dialog, and the driver that whatever is on top asks for the next action.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/ui/form.h"
+#include "platform/ui/front_end.h"
+
+namespace tpv::ui {
+
+// Gives the operator's actions, one a call.
+class Driver {
+ public:
+  virtual ~Driver() = default;
+  // False when there are no more: what is open then closes by itself.
+  virtual bool Step() = 0;
+  virtual void OnBox(const MessageBox& box) = 0;
+};
+
+// Actions that cannot be done throw ActionRefused; errors of handlers pass.
+class Operator {
+ public:
+  virtual ~Operator() = default;
+
+  virtual Form* Top() = 0;
+  virtual const MessageBox* Box() = 0;
+  virtual bool HasSearch() = 0;
+
+  virtual void Focus(Control& control) = 0;
+  virtual void Type(std::string_view text) = 0;
+  virtual void Clear() = 0;
+  virtual void Press(Key key) = 0;
+  virtual void Click(Control& control) = 0;
+  virtual void Select(Control& control, const std::string& row_or_entry) = 0;
+  virtual void Tick(Control& control, int row, bool on) = 0;
+  virtual void CellButton(Control& control, int row, int column) = 0;
+  virtual void ChooseMenu(std::string_view entry) = 0;
+  virtual void Close() = 0;
+
+  virtual void Answer(ui::Answer answer) = 0;
+  virtual void Find(std::string_view text) = 0;
+  virtual void PickRow(std::size_t visible_row) = 0;
+  virtual void PickText(std::string_view text) = 0;
+  virtual void PickNone() = 0;
+};
+
+}  // namespace tpv::ui
