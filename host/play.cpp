@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <ostream>
 
-#include "adapters/headless/scenario/headless_operator.h"
 #include "adapters/headless/scenario/player.h"
 #include "base/number_text.h"
+#include "host/stage.h"
 #include "host/store.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
@@ -47,7 +47,23 @@ void RequireEmpty(Connection& connection) {
   }
 }
 
-bool PlayFile(const PlayOptions& options, const std::string& store_path,
+// Takes a picture before each command, so that the last is of what the script
+// led to.
+class Photographer : public ui::Driver {
+ public:
+  Photographer(ui::Driver& driver, Stage& stage) : driver_(driver), stage_(stage) {}
+  bool Step() override {
+    stage_.TakePicture();
+    return driver_.Step();
+  }
+  void OnBox(const ui::MessageBox& box) override { driver_.OnBox(box); }
+
+ private:
+  ui::Driver& driver_;
+  Stage& stage_;
+};
+
+bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& stage,
               std::vector<scenario::Command> commands, std::ostream& transcript) {
   StepClock clock;
   clock.fixed = options.now;
@@ -61,7 +77,7 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path,
   MemorySettings settings;
   RecordingMailer mail;
   RecordingReports reports;
-  HeadlessFrontEnd front_end;
+  ui::FrontEnd& front_end = stage.FrontEnd();
   suite::SuiteFactory objects;
   Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects};
   objects.SetPorts(ports);
@@ -69,9 +85,10 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path,
   component.context().MyBd =
       std::make_shared<suite::StoreDatabase>(connection, options.user, front_end, clock);
   scenario::Rig rig{*store, connection, clock, printers, devices, settings, mail, reports, component};
-  scenario::HeadlessOperator hands(front_end);
-  scenario::Player player(rig, hands, transcript);
-  front_end.SetDriver(player);
+  scenario::Player player(rig, stage.Hands(), transcript);
+  Photographer photographer(player, stage);
+  const bool pictures = !options.screenshots.empty();
+  stage.SetDriver(pictures ? static_cast<ui::Driver&>(photographer) : player);
   return player.Play(std::move(commands));
 }
 
@@ -92,7 +109,10 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
       options.empty = true;
     } else if (argument == "--ui") {
       const std::string front_end = ValueOf(arguments, at);
-      if (front_end != "headless") throw UsageError("--ui: solo hay headless por ahora");
+      if (front_end != "headless" && front_end != "qt") throw UsageError("--ui: headless o qt");
+      options.windows = front_end == "qt";
+    } else if (argument == "--screenshots") {
+      options.screenshots = ValueOf(arguments, at);
     } else if (argument == "--user") {
       const auto user = ParseInt32(ValueOf(arguments, at));
       if (!user) throw UsageError("--user: se espera un número");
@@ -109,18 +129,27 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
     }
   }
   if (options.files.empty()) throw UsageError("falta el guion que reproducir");
+  if (!options.screenshots.empty() && !options.windows) {
+    throw UsageError("--screenshots: solo con --ui qt");
+  }
   return options;
 }
 
 int Play(const PlayOptions& options, std::ostream& transcript) {
   std::vector<std::vector<scenario::Command>> scripts;
   for (const std::string& file : options.files) scripts.push_back(scenario::ReadScript(file));
+  const auto theatre = options.windows ? WindowTheatre() : HeadlessTheatre();
   bool held = true;
   for (auto& script : scripts) {
     const TemporaryFolder folder;
     const std::string path = options.store.empty() ? folder.File("tienda.db") : options.store;
-    held = PlayFile(options, path, std::move(script), transcript) && held;
+    const std::string name = script.empty() ? "" : script.front().file;
+    const auto stage = theatre->SetUp();
+    held = PlayFile(options, path, *stage, std::move(script), transcript) && held;
     transcript.flush();
+    if (options.screenshots.empty()) continue;
+    const std::string picture = std::filesystem::path(name).stem().string() + ".png";
+    stage->SavePicture((std::filesystem::path(options.screenshots) / picture).string());
   }
   return held ? 0 : 1;
 }

@@ -20,6 +20,8 @@ class UsageError : public std::runtime_error {
 struct PlayOptions {
   std::string store;  // "" for a temporary one each file
   bool empty = false;
+  bool windows = false;     // real windows instead of none
+  std::string screenshots;  // folder for a picture a script, as it stood before its last command
   int user = 1;
   std::optional<DateTime> now;
   std::vector<std::string> files;

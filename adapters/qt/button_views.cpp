@@ -1,0 +1,129 @@
+// What is pressed, ticked or chosen with one click, and captions.
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+
+#include "adapters/qt/control_view.h"
+#include "adapters/qt/text.h"
+#include "adapters/qt/till_style.h"
+
+namespace tpv::qt {
+
+namespace {
+
+constexpr int kButtonHeight = 44;
+
+// The caption of a button is its access key too, so Qt's mark is the model's.
+template <typename Widget>
+void SyncCaption(Widget& widget, const ui::Control& control) {
+  const QString caption = Text(control.caption);
+  if (widget.text() != caption) widget.setText(caption);
+}
+
+template <typename Widget>
+class PressView : public ControlView {
+ public:
+  PressView(ui::Control& shown, Surroundings around)
+      : ControlView(shown), widget_(new Widget(&around.parent)) {
+    widget_->setFocusPolicy(Qt::NoFocus);
+    QObject::connect(widget_, &QAbstractButton::clicked, [this, &actions = around.actions] {
+      actions.Act([this](ui::Engine& engine) { engine.Click(control); });
+    });
+  }
+  QWidget* Outer() override { return widget_; }
+  void Sync() override {
+    ControlView::Sync();
+    SyncCaption(*widget_, control);
+  }
+  std::string Shown() const override { return Utf8(widget_->text()); }
+  std::string Expected() const override { return control.caption; }
+
+ protected:
+  Widget* widget_;
+};
+
+class ButtonView : public PressView<QPushButton> {
+ public:
+  ButtonView(ui::Button& button, Surroundings around) : PressView(button, around) {
+    widget_->setMinimumHeight(kButtonHeight);
+    widget_->setAutoDefault(false);
+    widget_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+  }
+  void Sync() override {
+    PressView::Sync();
+    if (emphasis_ == control.emphasis) return;
+    emphasis_ = control.emphasis;
+    widget_->setProperty(kEmphasis, static_cast<int>(*emphasis_));
+    widget_->setFont(Type(kTextSize, emphasis_ == ui::Emphasis::Strong));
+    const QColor colours[] = {colour::kText, Qt::white, colour::kWarning};
+    QPalette palette = widget_->palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+      palette.setColor(group, QPalette::ButtonText, colours[static_cast<int>(*emphasis_)]);
+    }
+    widget_->setPalette(palette);
+  }
+
+ private:
+  std::optional<ui::Emphasis> emphasis_;
+};
+
+// A mark that the model sets; the widget's own toggling does not count.
+template <typename Widget, typename Control>
+class MarkView : public PressView<Widget> {
+ public:
+  MarkView(Control& mark, Surroundings around) : PressView<Widget>(mark, around), mark_(mark) {
+    this->widget_->setAutoExclusive(false);
+    this->widget_->setMinimumHeight(34);
+  }
+  void Sync() override {
+    PressView<Widget>::Sync();
+    const QSignalBlocker quiet(this->widget_);
+    this->widget_->setChecked(mark_.checked);
+  }
+  std::string Shown() const override { return this->widget_->isChecked() ? "True" : "False"; }
+  std::string Expected() const override { return mark_.checked ? "True" : "False"; }
+
+ private:
+  Control& mark_;
+};
+
+class LabelView : public ControlView {
+ public:
+  LabelView(ui::Label& label, Surroundings around)
+      : ControlView(label), widget_(new QLabel(&around.parent)) {
+    widget_->setFont(Type(label.large ? kLargeSize : kTextSize, label.large));
+    widget_->setTextFormat(Qt::PlainText);
+  }
+  QWidget* Outer() override { return widget_; }
+  void Sync() override {
+    ControlView::Sync();
+    SyncCaption(*widget_, control);
+  }
+  std::string Shown() const override { return Utf8(widget_->text()); }
+  std::string Expected() const override { return control.caption; }
+
+ private:
+  QLabel* widget_;
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeLabelView(ui::Label& label, Surroundings around) {
+  return std::make_unique<LabelView>(label, around);
+}
+
+std::unique_ptr<ControlView> MakeButtonView(ui::Button& button, Surroundings around) {
+  return std::make_unique<ButtonView>(button, around);
+}
+
+std::unique_ptr<ControlView> MakeCheckView(ui::CheckBox& check, Surroundings around) {
+  return std::make_unique<MarkView<QCheckBox, ui::CheckBox>>(check, around);
+}
+
+std::unique_ptr<ControlView> MakeOptionView(ui::OptionButton& option, Surroundings around) {
+  return std::make_unique<MarkView<QRadioButton, ui::OptionButton>>(option, around);
+}
+
+}  // namespace tpv::qt

@@ -1,0 +1,14 @@
+#include "adapters/qt/control_view.h"
+
+namespace tpv::qt {
+
+void ControlView::Sync() {
+  QWidget* outer = Outer();
+  if (outer->isVisibleTo(outer->parentWidget()) != control.visible) {
+    outer->setVisible(control.visible);
+  }
+  const bool enabled = control.IsEnabled();
+  if (Target()->isEnabled() != enabled) outer->setEnabled(enabled);
+}
+
+}  // namespace tpv::qt

@@ -1,0 +1,123 @@
+#include "adapters/qt/message_dialog.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "adapters/qt/text.h"
+#include "adapters/qt/till_style.h"
+
+namespace tpv::qt {
+
+namespace {
+
+constexpr int kIconSize = 48;
+constexpr int kWidestText = 620;
+
+QString CaptionOf(ui::Answer answer) {
+  switch (answer) {
+    case ui::Answer::Yes:
+      return "&Sí";
+    case ui::Answer::No:
+      return "&No";
+    case ui::Answer::Cancel:
+      return "&Cancelar";
+    default:
+      return "&Aceptar";
+  }
+}
+
+std::optional<QStyle::StandardPixmap> PictureOf(ui::Icon icon) {
+  switch (icon) {
+    case ui::Icon::Information:
+      return QStyle::SP_MessageBoxInformation;
+    case ui::Icon::Question:
+      return QStyle::SP_MessageBoxQuestion;
+    case ui::Icon::Exclamation:
+      return QStyle::SP_MessageBoxWarning;
+    case ui::Icon::Critical:
+      return QStyle::SP_MessageBoxCritical;
+    default:
+      return std::nullopt;
+  }
+}
+
+QLabel* TextLabel(const std::string& text, QWidget* parent) {
+  auto* label = new QLabel(Text(text).replace("\r\n", "\n"), parent);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  const int wanted = label->fontMetrics().size(0, label->text()).width() + 8;
+  label->setMinimumWidth(std::clamp(wanted, 260, kWidestText));
+  return label;
+}
+
+}  // namespace
+
+MessageDialog::MessageDialog(const ui::MessageBox& box, QWidget* parent)
+    : QDialog(parent, Qt::Dialog), box_(box) {
+  setWindowModality(Qt::ApplicationModal);
+  setWindowTitle(Text(box.title.empty() ? "Punto de venta" : box.title));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(24, 22, 24, 20);
+  layout->setSpacing(22);
+  auto* top = new QHBoxLayout;
+  top->setSpacing(18);
+  if (const auto picture = PictureOf(box.icon)) {
+    auto* icon = new QLabel(this);
+    icon->setPixmap(style()->standardIcon(*picture).pixmap(kIconSize));
+    top->addWidget(icon, 0, Qt::AlignTop);
+  }
+  top->addWidget(TextLabel(box.text, this), 1, Qt::AlignVCenter);
+  layout->addLayout(top);
+  layout->addWidget(Buttons());
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QWidget* MessageDialog::Buttons() {
+  auto* row = new QWidget(this);
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(12);
+  layout->addStretch(1);
+  for (const ui::Answer answer : box_.buttons) {
+    auto* button = new QPushButton(CaptionOf(answer), row);
+    button->setMinimumSize(130, 44);
+    connect(button, &QPushButton::clicked, this, [this, answer] { Give(answer); });
+    layout->addWidget(button);
+    buttons_[answer] = button;
+  }
+  if (QPushButton* standard = ButtonOf(box_.default_button)) {
+    standard->setDefault(true);
+    standard->setFocus();
+  }
+  return row;
+}
+
+QPushButton* MessageDialog::ButtonOf(ui::Answer answer) const {
+  const auto found = buttons_.find(answer);
+  return found == buttons_.end() ? nullptr : found->second;
+}
+
+void MessageDialog::Give(ui::Answer answer) {
+  answer_ = answer;
+  hide();
+}
+
+void MessageDialog::reject() { Give(ui::Harmless(box_)); }
+
+void MessageDialog::keyPressEvent(QKeyEvent* event) {
+  by_key_ = true;
+  // A letter alone answers too: S, N, A, C.
+  for (const auto& [answer, button] : buttons_) {
+    const QString letter = button->text().mid(button->text().indexOf(u'&') + 1, 1);
+    if (!letter.isEmpty() && event->text().compare(letter, Qt::CaseInsensitive) == 0) {
+      return Give(answer);
+    }
+  }
+  QDialog::keyPressEvent(event);
+  by_key_ = answer_.has_value();
+}
+
+}  // namespace tpv::qt

@@ -1,0 +1,170 @@
+#include "adapters/qt/qt_front_end.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QPainter>
+#include <QScreen>
+#include <utility>
+
+#include "adapters/qt/till_style.h"
+
+namespace tpv::qt {
+
+namespace {
+
+constexpr QSize kUsualSize(1280, 800);
+
+}  // namespace
+
+// A form's window for as long as the form is shown.
+class QtFrontEnd::Shown {
+ public:
+  Shown(QtFrontEnd& front_end, ui::Form& form)
+      : front_end_(front_end), window_(form, front_end, front_end.Uppermost()) {
+    front_end_.windows_.push_back(&window_);
+  }
+  ~Shown() {
+    std::erase(front_end_.windows_, &window_);
+    front_end_.BackFrom(window_);
+  }
+  Shown(const Shown&) = delete;
+  Shown& operator=(const Shown&) = delete;
+  FormWindow& window() { return window_; }
+
+ private:
+  QtFrontEnd& front_end_;
+  FormWindow window_;
+};
+
+QtFrontEnd::QtFrontEnd() { DressApplication(); }
+QtFrontEnd::~QtFrontEnd() = default;
+
+QWidget* QtFrontEnd::Uppermost() const {
+  if (box_ != nullptr) return box_;
+  if (search_ != nullptr) return search_;
+  return windows_.empty() ? host_window_ : windows_.back();
+}
+
+void QtFrontEnd::Open(QWidget& window) {
+  window.resize(window.size().boundedTo(window.screen()->availableSize()));
+  window.show();
+  window.activateWindow();
+}
+
+// Whatever is below takes the keyboard again.
+void QtFrontEnd::BackFrom(QWidget& window) {
+  window.hide();
+  if (QWidget* below = Uppermost()) below->activateWindow();
+}
+
+void QtFrontEnd::ShowModal(ui::Form& form) {
+  engine_.Load(form);
+  {
+    Shown shown(*this, form);
+    FormWindow& window = shown.window();
+    window.Sync();
+    window.resize(window.PreferredSize(kUsualSize));
+    Open(window);
+    engine_.Open(form);
+    Refresh();
+    Wait([&form] { return form.closing; });
+  }
+  engine_.Unload(form);
+  Refresh();
+}
+
+ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
+  engine_.CountOpening();
+  Refresh();
+  MessageDialog dialog(box, Uppermost());
+  MessageDialog* below = std::exchange(box_, &dialog);
+  dialog.adjustSize();
+  Open(dialog);
+  if (driver_ != nullptr) driver_->OnBox(box);
+  Wait([&dialog] { return dialog.answer().has_value(); });
+  box_ = below;
+  BackFrom(dialog);
+  closing_key_down_ = dialog.answered_by_key();
+  return dialog.answer().value_or(ui::Harmless(box));
+}
+
+std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) {
+  engine_.CountOpening();
+  Refresh();
+  SearchDialog dialog(request, Uppermost());
+  SearchDialog* below = std::exchange(search_, &dialog);
+  Open(dialog);
+  Wait([&dialog] { return dialog.closed(); });
+  search_ = below;
+  BackFrom(dialog);
+  closing_key_down_ = dialog.closed_by_key();
+  return dialog.chosen();
+}
+
+void QtFrontEnd::ProcessEvents() {
+  Refresh();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void QtFrontEnd::Wait(const std::function<bool()>& done) {
+  if (driver_ != nullptr) {
+    while (!done() && driver_->Step()) {
+    }
+    return;
+  }
+  QEventLoop loop;
+  while (!done()) loop.processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+bool QtFrontEnd::Listens(const ui::Form& form) const {
+  return engine_.Top() == &form && box_ == nullptr && search_ == nullptr;
+}
+
+void QtFrontEnd::Act(const std::function<void(ui::Engine&)>& action) {
+  try {
+    action(engine_);
+  } catch (const ui::ActionRefused&) {
+    // A key that has nothing to do where the focus is.
+    if (driver_ != nullptr) error_ = std::current_exception();
+  } catch (const std::exception& error) {
+    if (driver_ != nullptr) {
+      error_ = std::current_exception();
+    } else {
+      ShowError(error);
+    }
+  }
+  Refresh();
+}
+
+void QtFrontEnd::ShowError(const std::exception& error) {
+  ui::MessageBox box;
+  box.text = std::string("No se ha podido completar la operación.\r\n") + error.what();
+  box.icon = ui::Icon::Critical;
+  Show(box);
+}
+
+void QtFrontEnd::RethrowError() {
+  if (error_) std::rethrow_exception(std::exchange(error_, nullptr));
+}
+
+void QtFrontEnd::Refresh() {
+  for (FormWindow* window : windows_) window->Sync();
+}
+
+QPixmap QtFrontEnd::Picture() const {
+  if (windows_.empty()) return Uppermost() == nullptr ? QPixmap() : Uppermost()->grab();
+  QPixmap picture = windows_.back()->grab();
+  for (QWidget* over : {static_cast<QWidget*>(search_), static_cast<QWidget*>(box_)}) {
+    if (over == nullptr) continue;
+    QPainter painter(&picture);
+    const QRect whole({}, windows_.back()->size());
+    painter.fillRect(whole, QColor(18, 51, 72, 110));
+    QRect place({}, over->size());
+    place.moveCenter(whole.center());
+    painter.fillRect(place.adjusted(-1, -1, 1, 1), colour::kFieldLine);
+    painter.drawPixmap(place.topLeft(), over->grab());
+  }
+  return picture;
+}
+
+}  // namespace tpv::qt

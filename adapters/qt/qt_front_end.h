@@ -1,0 +1,69 @@
+// The front end of real windows: screens, message boxes and search dialogs on
+// top of each other, over the shared event engine.
+#pragma once
+
+#include <QPixmap>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "adapters/qt/form_window.h"
+#include "adapters/qt/message_dialog.h"
+#include "adapters/qt/search_dialog.h"
+#include "platform/ui/operator.h"
+
+namespace tpv::qt {
+
+// Needs a QApplication that outlives it. What a handler throws is shown to the
+// operator, or kept for the driver when there is one.
+class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
+ public:
+  QtFrontEnd();
+  ~QtFrontEnd() override;
+
+  // From now on whatever is on top asks the driver instead of waiting.
+  void SetDriver(ui::Driver& driver) { driver_ = &driver; }
+  // The window that screens opened by the host stand over; null for none.
+  void SetHostWindow(QWidget* window) { host_window_ = window; }
+
+  void ShowModal(ui::Form& form) override;
+  void Load(ui::Form& form) override { engine_.Load(form); }
+  ui::Answer Show(const ui::MessageBox& box) override;
+  std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  void ProcessEvents() override;
+
+  void Act(const std::function<void(ui::Engine&)>& action) override;
+  bool Listens(const ui::Form& form) const override;
+  bool TakeClosingKey() override { return std::exchange(closing_key_down_, false); }
+
+  // Brings all windows to what the forms say.
+  void Refresh();
+  ui::Form* Top() const { return engine_.Top(); }
+  FormWindow* TopWindow() const { return windows_.empty() ? nullptr : windows_.back(); }
+  MessageDialog* open_box() const { return box_; }
+  SearchDialog* open_search() const { return search_; }
+  // Throws what the last action's handler threw, once.
+  void RethrowError();
+  // Everything open as the operator sees it; a null picture when nothing is.
+  QPixmap Picture() const;
+
+ private:
+  class Shown;
+  void Open(QWidget& window);
+  void BackFrom(QWidget& window);
+  void Wait(const std::function<bool()>& done);
+  void ShowError(const std::exception& error);
+  QWidget* Uppermost() const;
+
+  ui::Engine engine_;
+  ui::Driver* driver_ = nullptr;
+  QWidget* host_window_ = nullptr;
+  std::vector<FormWindow*> windows_;
+  MessageDialog* box_ = nullptr;
+  SearchDialog* search_ = nullptr;
+  std::exception_ptr error_;
+  bool closing_key_down_ = false;
+};
+
+}  // namespace tpv::qt

@@ -1,0 +1,49 @@
+// The operator of the real windows: keys and clicks on the widgets, and a look
+// after each whether the windows show what the forms say.
+#pragma once
+
+#include "adapters/qt/qt_front_end.h"
+#include "platform/ui/operator.h"
+
+class QComboBox;
+
+namespace tpv::qt {
+
+class RowsView;
+
+class QtOperator : public ui::Operator {
+ public:
+  explicit QtOperator(QtFrontEnd& front_end) : front_end_(front_end) {}
+
+  ui::Form* Top() override { return front_end_.Top(); }
+  const ui::MessageBox* Box() override;
+  bool HasSearch() override { return front_end_.open_search() != nullptr; }
+
+  void Focus(ui::Control& control) override;
+  void Type(std::string_view text) override;
+  void Clear() override;
+  void Press(ui::Key key) override;
+  void Click(ui::Control& control) override;
+  void Select(ui::Control& control, const std::string& row_or_entry) override;
+  void Tick(ui::Control& control, int row, bool on) override;
+  void CellButton(ui::Control& control, int row, int column) override;
+  void ChooseMenu(std::string_view entry) override;
+  void Close() override;
+
+  void Answer(ui::Answer answer) override;
+  void Find(std::string_view text) override;
+  void PickRow(std::size_t visible_row) override;
+  void PickText(std::string_view text) override;
+  void PickNone() override;
+
+ private:
+  ControlView& Usable(const ui::Control& control);
+  RowsView& Rows(ui::Control& control);
+  void SelectEntry(ui::ComboBox& combo, const std::string& entry);
+  void Begin();
+  void Done();
+
+  QtFrontEnd& front_end_;
+};
+
+}  // namespace tpv::qt

@@ -1,0 +1,80 @@
+#include "adapters/qt/rows_model.h"
+
+#include "adapters/qt/text.h"
+
+namespace tpv::qt {
+
+namespace {
+
+bool Same(const ui::GridColumn& left, const ui::GridColumn& right) {
+  return left.caption == right.caption && left.width == right.width &&
+         left.align == right.align && left.hidden == right.hidden &&
+         left.cell_button == right.cell_button;
+}
+
+Qt::Alignment AlignmentOf(ui::Align align) {
+  if (align == ui::Align::Right) return Qt::AlignRight | Qt::AlignVCenter;
+  return (align == ui::Align::Centre ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter;
+}
+
+}  // namespace
+
+RowsModel::RowsModel(const RowSource& source, QObject* parent)
+    : QAbstractTableModel(parent), source_(source) {}
+
+bool RowsModel::Update() {
+  const auto& now = source_.Columns();
+  if (!std::equal(now.begin(), now.end(), columns_.begin(), columns_.end(), Same)) {
+    beginResetModel();
+    columns_ = now;
+    rows_ = source_.Count();
+    endResetModel();
+    return true;
+  }
+  const int count = source_.Count();
+  if (count > rows_) {
+    beginInsertRows({}, rows_, count - 1);
+    rows_ = count;
+    endInsertRows();
+  } else if (count < rows_) {
+    beginRemoveRows({}, count, rows_ - 1);
+    rows_ = count;
+    endRemoveRows();
+  }
+  return false;
+}
+
+bool RowsModel::HasButton(int column) const {
+  return column >= 0 && column < columnCount() && columns_[column].cell_button &&
+         !source_.ReadOnly();
+}
+
+int RowsModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
+
+int RowsModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant RowsModel::data(const QModelIndex& index, int role) const {
+  if (index.row() >= source_.Count()) return {};  // the view has not heard yet
+  switch (role) {
+    case Qt::DisplayRole:
+      return Text(source_.Cell(index.row(), index.column()));
+    case Qt::TextAlignmentRole:
+      return QVariant::fromValue(AlignmentOf(columns_[index.column()].align));
+    case Qt::CheckStateRole:
+      if (!source_.HasChecks() || index.column() != 0) return {};
+      return source_.Checked(index.row()) ? Qt::Checked : Qt::Unchecked;
+    default:
+      return {};
+  }
+}
+
+QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal) return {};
+  if (role == Qt::DisplayRole) return Text(columns_[section].caption);
+  if (role == Qt::TextAlignmentRole) return QVariant::fromValue(AlignmentOf(columns_[section].align));
+  return {};
+}
+
+}  // namespace tpv::qt

@@ -1,0 +1,49 @@
+// Grids and list views: a table that paints the model's rows and turns clicks on
+// rows, check marks and cell buttons into calls of the engine.
+#pragma once
+
+#include <QTableView>
+
+#include "adapters/qt/control_view.h"
+#include "adapters/qt/rows_model.h"
+
+namespace tpv::qt {
+
+class RowsView : public ControlView {
+ public:
+  RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surroundings around);
+  ~RowsView() override;
+
+  QWidget* Outer() override { return table_; }
+  QWidget* Surface() override;  // the header
+  QWidget* Rows() const { return table_->viewport(); }
+  void Sync() override;
+  bool Filter(QObject* watched, QEvent& event) override;
+  bool TakesKey(const QKeyEvent& event) override;
+  std::string Shown() const override;
+  std::string Expected() const override;
+  bool Tall() const override { return true; }
+
+  // Where to click, in Rows(), for a row, its check mark or cell button;
+  // scrolls there first. A null point when there is none.
+  QPoint RowPoint(int row);
+  QPoint CheckPoint(int row);
+  QPoint ButtonPoint(int row, int column);
+
+ private:
+  bool Press(const QPoint& at);
+  bool Page(int key);
+  void SyncCurrentRow();
+  void SetWidths();
+  int WidthOf(int column) const;
+  QModelIndex Visible(int row) const;
+  std::string PaintedText() const;
+
+  std::unique_ptr<RowSource> source_;
+  Actions& actions_;
+  QTableView* table_;
+  RowsModel* model_;
+  std::string painted_;  // what the visible rows held when last painted
+};
+
+}  // namespace tpv::qt

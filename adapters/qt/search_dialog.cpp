@@ -1,0 +1,170 @@
+#include "adapters/qt/search_dialog.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include "adapters/qt/text.h"
+#include "adapters/qt/till_style.h"
+
+namespace tpv::qt {
+
+namespace {
+
+constexpr int kRowHeight = 32;
+constexpr double kPixelsInTwip = 1.4 / 15;  // the till's type against the one widths were made for
+
+void Prepare(QTableView& table) {
+  table.setFocusPolicy(Qt::NoFocus);
+  table.setSelectionBehavior(QAbstractItemView::SelectRows);
+  table.setSelectionMode(QAbstractItemView::SingleSelection);
+  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table.setShowGrid(false);
+  table.setAlternatingRowColors(true);
+  table.verticalHeader()->hide();
+  table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  table.verticalHeader()->setDefaultSectionSize(kRowHeight);
+  table.horizontalHeader()->setFont(Type(kLabelSize + 1, true));
+  table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  table.horizontalHeader()->setHighlightSections(false);
+  table.horizontalHeader()->setStretchLastSection(true);
+}
+
+}  // namespace
+
+SearchModel::SearchModel(const ui::SearchRequest& request, QObject* parent)
+    : QAbstractTableModel(parent), list_(request) {}
+
+void SearchModel::Narrow(const QString& text) {
+  beginResetModel();
+  list_.Narrow(Utf8(text));
+  endResetModel();
+}
+
+int SearchModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(list_.Visible().size());
+}
+
+int SearchModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(list_.request().shown_columns.size());
+}
+
+QVariant SearchModel::data(const QModelIndex& index, int role) const {
+  if (role != Qt::DisplayRole) return {};
+  const auto& request = list_.request();
+  const std::size_t row = list_.Visible()[static_cast<std::size_t>(index.row())];
+  return Text(request.rows[row][request.shown_columns[index.column()]].ToText());
+}
+
+QVariant SearchModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  const auto& captions = list_.request().captions;
+  const bool named = section < static_cast<int>(captions.size());
+  return named ? Text(captions[section]) : QString();
+}
+
+SearchDialog::SearchDialog(const ui::SearchRequest& request, QWidget* parent)
+    : QDialog(parent, Qt::Dialog),
+      model_(new SearchModel(request, this)),
+      edit_(new QLineEdit(this)),
+      table_(new QTableView(this)),
+      count_(new QLabel(this)) {
+  setWindowModality(Qt::ApplicationModal);
+  setWindowTitle(Text(request.title.empty() ? "Buscar" : request.title));
+  LayOut(request);
+  connect(edit_, &QLineEdit::textChanged, this, [this](const QString& text) { Narrow(text); });
+  connect(table_, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& index) { Choose(index.row()); });
+  edit_->installEventFilter(this);
+  edit_->setFocus();
+  MoveTo(0);
+}
+
+void SearchDialog::LayOut(const ui::SearchRequest& request) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(16, 16, 16, 14);
+  layout->setSpacing(10);
+  edit_->setMinimumHeight(38);
+  edit_->setPlaceholderText("Escriba parte del código o del nombre");
+  Prepare(*table_);
+  table_->setModel(model_);
+  SetWidths(request);
+  count_->setFont(Type(kLabelSize));
+  layout->addWidget(edit_);
+  layout->addWidget(table_, 1);
+  layout->addWidget(count_);
+  resize(760, 560);
+}
+
+void SearchDialog::SetWidths(const ui::SearchRequest& request) {
+  const int columns = std::min(model_->columnCount(), static_cast<int>(request.widths.size()));
+  for (int column = 0; column < columns; ++column) {
+    const int wanted = qRound(request.widths[column] * kPixelsInTwip);
+    table_->setColumnWidth(column, std::max(110, wanted));
+  }
+}
+
+void SearchDialog::Narrow(const QString& text) {
+  model_->Narrow(text);
+  MoveTo(0);
+}
+
+void SearchDialog::MoveTo(int row) {
+  const int rows = model_->rowCount();
+  count_->setText(QString("%1 de %2    ↑↓ elegir    Enter aceptar    Esc cerrar")
+                      .arg(rows)
+                      .arg(model_->list().request().rows.size()));
+  if (rows == 0) return;
+  const QModelIndex index = model_->index(std::clamp(row, 0, rows - 1), 0);
+  table_->setCurrentIndex(index);
+  table_->scrollTo(index);
+}
+
+bool SearchDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != edit_ || event->type() != QEvent::KeyPress) return false;
+  return Key(static_cast<QKeyEvent*>(event)->key());
+}
+
+// The list's keys while the search box has the focus.
+bool SearchDialog::Key(int key) {
+  const int row = table_->currentIndex().row();
+  const int page = std::max(1, table_->viewport()->height() / kRowHeight - 1);
+  switch (key) {
+    case Qt::Key_Up:
+      MoveTo(row - 1);
+      return true;
+    case Qt::Key_Down:
+      MoveTo(row + 1);
+      return true;
+    case Qt::Key_PageUp:
+      MoveTo(row - page);
+      return true;
+    case Qt::Key_PageDown:
+      MoveTo(row + page);
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      by_key_ = true;
+      Choose(row);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void SearchDialog::Choose(int row) {
+  if (row < 0 || row >= model_->rowCount()) return;
+  chosen_ = model_->list().Visible()[static_cast<std::size_t>(row)];
+  closed_ = true;
+  hide();
+}
+
+void SearchDialog::reject() {
+  closed_ = true;
+  hide();
+}
+
+}  // namespace tpv::qt

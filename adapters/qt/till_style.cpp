@@ -1,0 +1,185 @@
+#include "adapters/qt/till_style.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QStyleOption>
+
+#include "platform/ui/controls.h"
+
+namespace tpv::qt {
+
+namespace {
+
+constexpr qreal kRadius = 4;
+
+void Panel(QPainter& painter, const QRect& rect, const QColor& fill, const QColor& line,
+           qreal width) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(fill);
+  painter.setPen(QPen(line, width));
+  const qreal inset = width / 2;
+  painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
+  painter.restore();
+}
+
+// A field's frame: the palette's base says the colour the screen gave it.
+void FieldPanel(const QStyleOption& option, QPainter& painter) {
+  const bool enabled = option.state & QStyle::State_Enabled;
+  const bool focused = option.state & QStyle::State_HasFocus;
+  const bool shown_only = option.state & QStyle::State_ReadOnly;
+  const QColor fill = enabled ? option.palette.color(QPalette::Base) : colour::kGround;
+  const QColor line = focused ? colour::kAccent
+                      : enabled && !shown_only ? colour::kFieldLine
+                                               : colour::kLine;
+  Panel(painter, option.rect, fill, line, focused ? 2 : 1);
+}
+
+struct ButtonColours {
+  QColor fill;
+  QColor line;
+};
+
+ButtonColours ColoursOf(const QStyleOption& option, ui::Emphasis emphasis) {
+  if (!(option.state & QStyle::State_Enabled)) return {colour::kGround, colour::kLine};
+  const bool down = option.state & (QStyle::State_Sunken | QStyle::State_On);
+  const bool hover = option.state & QStyle::State_MouseOver;
+  switch (emphasis) {
+    case ui::Emphasis::Strong:
+      return {down || hover ? colour::kAccentDark : colour::kAccent, colour::kAccentDark};
+    case ui::Emphasis::Warning:
+      return {down ? QColor(0xF6, 0xD9, 0xD6) : colour::kCard, colour::kWarning};
+    default:
+      return {down || hover ? colour::kSelected : colour::kCard, colour::kFieldLine};
+  }
+}
+
+void ButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+  const auto emphasis = widget == nullptr
+                            ? ui::Emphasis::Normal
+                            : static_cast<ui::Emphasis>(widget->property(kEmphasis).toInt());
+  const ButtonColours colours = ColoursOf(option, emphasis);
+  Panel(painter, option.rect, colours.fill, colours.line, 1);
+  if (!(option.state & QStyle::State_HasFocus)) return;
+  // The focus: the toolkit's yellow inside a dark ring, on whatever fill.
+  Panel(painter, option.rect, Qt::transparent, colour::kText, 2);
+  Panel(painter, option.rect.adjusted(2, 2, -2, -2), Qt::transparent, Qt::yellow, 2);
+}
+
+void Arrow(QPainter& painter, const QRect& rect, const QColor& colour) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  const QPointF centre = QRectF(rect).center();
+  painter.drawPolyline(QPolygonF{centre + QPointF(-5, -2.5), centre + QPointF(0, 2.5),
+                                 centre + QPointF(5, -2.5)});
+  painter.restore();
+}
+
+QPalette TillPalette() {
+  QPalette palette;
+  const auto both = [&](QPalette::ColorRole role, const QColor& on, const QColor& off) {
+    palette.setColor(QPalette::Active, role, on);
+    palette.setColor(QPalette::Inactive, role, on);
+    palette.setColor(QPalette::Disabled, role, off);
+  };
+  both(QPalette::Window, colour::kGround, colour::kGround);
+  both(QPalette::WindowText, colour::kText, colour::kFaded);
+  both(QPalette::Base, colour::kCard, colour::kGround);
+  both(QPalette::AlternateBase, colour::kShown, colour::kGround);
+  both(QPalette::Text, colour::kText, colour::kFaded);
+  both(QPalette::Button, colour::kCard, colour::kGround);
+  both(QPalette::ButtonText, colour::kText, colour::kFaded);
+  both(QPalette::Highlight, colour::kAccent, colour::kLine);
+  both(QPalette::HighlightedText, Qt::white, colour::kText);
+  both(QPalette::PlaceholderText, colour::kLabel, colour::kFaded);
+  return palette;
+}
+
+}  // namespace
+
+QFont Type(int pixels, bool bold) {
+  QFont font(QStringList{"Liberation Sans", "DejaVu Sans", "Sans"});
+  font.setPixelSize(pixels);
+  font.setBold(bold);
+  return font;
+}
+
+TillStyle::TillStyle() : QProxyStyle("Fusion") {}
+
+void TillStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                              QPainter* painter, const QWidget* widget) const {
+  switch (element) {
+    case PE_PanelLineEdit:
+      return FieldPanel(*option, *painter);
+    case PE_PanelButtonCommand:
+      return ButtonPanel(*option, *painter, widget);
+    case PE_FrameFocusRect:
+      // Buttons and fields show the focus in their own frames.
+      if (widget != nullptr && (widget->inherits("QPushButton") || widget->inherits("QComboBox") ||
+                                widget->inherits("QAbstractItemView"))) {
+        return;
+      }
+      return Panel(*painter, option->rect.adjusted(-2, -1, 2, 1), Qt::transparent,
+                   colour::kAccent, 2);
+    default:
+      QProxyStyle::drawPrimitive(element, option, painter, widget);
+  }
+}
+
+void TillStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+  if (control != CC_ComboBox) {
+    return QProxyStyle::drawComplexControl(control, option, painter, widget);
+  }
+  QStyleOption panel(*option);
+  if (option->state & State_HasFocus) panel.palette.setColor(QPalette::Base, Qt::yellow);
+  FieldPanel(panel, *painter);
+  const QRect arrow = subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget);
+  const bool enabled = option->state & State_Enabled;
+  Arrow(*painter, arrow, enabled ? colour::kText : colour::kFaded);
+}
+
+int TillStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                           const QWidget* widget) const {
+  switch (metric) {
+    case PM_ButtonMargin:
+      return 22;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+      return 20;
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+      return 0;
+    default:
+      return QProxyStyle::pixelMetric(metric, option, widget);
+  }
+}
+
+int TillStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                         QStyleHintReturn* data) const {
+  switch (hint) {
+    case SH_UnderlineShortcut:
+      return 1;
+    case SH_ComboBox_Popup:
+      return 0;
+    case SH_Widget_Animate:
+    case SH_Widget_Animation_Duration:
+      return 0;
+    default:
+      return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+}
+
+void DressApplication() {
+  QApplication::setStyle(new TillStyle);  // owned by the application
+  QApplication::setPalette(TillPalette());
+  QApplication::setFont(Type(kTextSize));
+  QApplication::setEffectEnabled(Qt::UI_AnimateCombo, false);
+  QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);
+}
+
+}  // namespace tpv::qt

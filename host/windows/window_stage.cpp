@@ -1,0 +1,42 @@
+#include <stdexcept>
+
+#include "adapters/qt/qt_operator.h"
+#include "adapters/qt/text.h"
+#include "host/stage.h"
+#include "host/windows/application.h"
+
+namespace tpv {
+
+namespace {
+
+class WindowStage : public Stage {
+ public:
+  ui::FrontEnd& FrontEnd() override { return front_end_; }
+  ui::Operator& Hands() override { return hands_; }
+  void SetDriver(ui::Driver& driver) override { front_end_.SetDriver(driver); }
+  void TakePicture() override { picture_ = front_end_.Picture(); }
+  void SavePicture(const std::string& path) override {
+    if (picture_.isNull() || !picture_.save(qt::Text(path), "PNG")) {
+      throw std::runtime_error("No se puede guardar la imagen «" + path + "»");
+    }
+  }
+
+ private:
+  qt::QtFrontEnd front_end_;
+  qt::QtOperator hands_{front_end_};
+  QPixmap picture_;
+};
+
+class Windows : public Theatre {
+ public:
+  std::unique_ptr<Stage> SetUp() override { return std::make_unique<WindowStage>(); }
+
+ private:
+  Application application_;
+};
+
+}  // namespace
+
+std::unique_ptr<Theatre> WindowTheatre() { return std::make_unique<Windows>(); }
+
+}  // namespace tpv
