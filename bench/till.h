@@ -15,7 +15,7 @@
 
 namespace tpv::bench {
 
-class Till : private Driver {
+class Till : private ui::Driver {
  public:
   // Opens till 1 for agent 1 when it is closed.
   Till(const std::string& path, const Clock& clock);

@@ -13,6 +13,7 @@
 #include "host/config.h"
 #include "host/machine.h"
 #include "host/play.h"
+#include "host/start.h"
 #include "host/store.h"
 
 namespace tpv {
@@ -21,6 +22,7 @@ namespace {
 constexpr const char* kHelp =
     "tpv: punto de venta rápido\n"
     "\n"
+    "  tpv                               abre el punto de venta\n"
     "  tpv play [opciones] GUION…        reproduce guiones y muestra lo que pasa\n"
     "      --store FICHERO               almacén que usar; se crea si no existe\n"
     "      --empty                       un almacén nuevo sin datos (si no, los de demostración)\n"
@@ -96,9 +98,10 @@ int Sql(const Arguments& arguments) {
 }
 
 int Run(const Arguments& arguments) {
-  if (arguments.empty() || arguments[0] == "--help" || arguments[0] == "-h") {
+  if (arguments.empty()) return Start();
+  if (arguments[0] == "--help" || arguments[0] == "-h") {
     std::cout << kHelp;
-    return arguments.empty() ? 2 : 0;
+    return 0;
   }
   const Arguments rest(arguments.begin() + 1, arguments.end());
   if (arguments[0] == "--version") {

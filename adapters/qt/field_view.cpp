@@ -15,7 +15,7 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kUsualColumns = 12;
-constexpr int kPadding = 22;
+constexpr int kPadding = 28;
 
 int PixelsOf(const ui::TextBox& box) {
   if (box.emphasis == ui::Emphasis::Strong) return kDisplaySize;
@@ -56,6 +56,7 @@ class FieldView : public ControlView {
     const int pixels = PixelsOf(box);
     edit_->setFont(Type(pixels, pixels != kTextSize));
     edit_->setAlignment(AlignmentOf(box.align) | Qt::AlignVCenter);
+    edit_->setTextMargins(5, 0, 5, 0);
     edit_->setContextMenuPolicy(Qt::NoContextMenu);
     edit_->setAcceptDrops(false);
     edit_->setSizePolicy(box.stretch ? QSizePolicy::Expanding : QSizePolicy::Preferred,

@@ -46,7 +46,9 @@ QWidget* QtFrontEnd::Uppermost() const {
 }
 
 void QtFrontEnd::Open(QWidget& window) {
-  window.resize(window.size().boundedTo(window.screen()->availableSize()));
+  // The platform without a screen reports one that is smaller than any shop's.
+  const bool real_screen = QGuiApplication::platformName() != "offscreen";
+  if (real_screen) window.resize(window.size().boundedTo(window.screen()->availableSize()));
   window.show();
   window.activateWindow();
 }

@@ -29,6 +29,18 @@ QRect ButtonRect(const QRect& cell) {
 
 QRect CheckRect(const QRect& cell) { return {cell.left() + 6, cell.center().y() - 10, 20, 20}; }
 
+// Getting the focus selects no row: the model says which one is current.
+class Table : public QTableView {
+ public:
+  using QTableView::QTableView;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+  }
+};
+
 // Paints cells with room around the text, and the button of those that have one.
 class CellDelegate : public QStyledItemDelegate {
  public:
@@ -141,7 +153,7 @@ RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surrou
     : ControlView(shown),
       source_(std::move(source)),
       actions_(around.actions),
-      table_(new QTableView(&around.parent)),
+      table_(new Table(&around.parent)),
       model_(new RowsModel(*source_, table_)) {
   Prepare(*table_);
   table_->setModel(model_);

@@ -146,6 +146,8 @@ int TillStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
   switch (metric) {
     case PM_ButtonMargin:
       return 22;
+    case PM_HeaderMargin:
+      return 9;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:

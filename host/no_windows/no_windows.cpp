@@ -1,11 +1,20 @@
 // The program as built where Qt is missing.
 #include "host/play.h"
 #include "host/stage.h"
+#include "host/start.h"
 
 namespace tpv {
 
-std::unique_ptr<Theatre> WindowTheatre() {
+namespace {
+
+[[noreturn]] void Refuse() {
   throw UsageError("este programa se construyó sin ventanas (falta Qt 6)");
 }
+
+}  // namespace
+
+std::unique_ptr<Theatre> WindowTheatre() { Refuse(); }
+
+int Start() { Refuse(); }
 
 }  // namespace tpv

@@ -117,7 +117,7 @@ void FrmTpvDevoluciones::StartOrCancel() {
 void FrmTpvDevoluciones::Start() {
   CreateHeader();
   sale_in_progress_ = true;
-  cmdNueva.caption = "&Cancelar Venta";
+  OfferToCancel();
   EmptyLine();
   ShowOpenTicket(true);
   SetFocus(Text1[19]);

@@ -22,7 +22,8 @@ void SaleEntry::Declare(std::span<const Field> fields) {
     if (field.input == ui::Input::Number) box.align = ui::Align::Right;
   }
   for (const int index : {10, 3, 8}) Text1[index].align = ui::Align::Right;
-  Text1[8].large = true;
+  Text1[8].emphasis = ui::Emphasis::Strong;
+  OfferNewSale();
   Text1[0].left = [this] { LeaveAgent(); };
   Text1[2].left = [this] { LeaveCustomer(); };
   Text1[17].left = [this] { ReformatNumber(17, PriceDecimals()); };
@@ -137,7 +138,17 @@ void SaleEntry::ForgetSale() {
   EmptyLine();
   context().IdAlbaran = -1;
   sale_in_progress_ = false;
+  OfferNewSale();
+}
+
+void SaleEntry::OfferNewSale() {
   cmdNueva.caption = "&Nueva Venta";
+  cmdNueva.emphasis = ui::Emphasis::Strong;
+}
+
+void SaleEntry::OfferToCancel() {
+  cmdNueva.caption = "&Cancelar Venta";
+  cmdNueva.emphasis = ui::Emphasis::Warning;
 }
 
 }  // namespace tpv

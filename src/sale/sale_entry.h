@@ -23,6 +23,7 @@ class SaleEntry : public Screen {
 
   void OnLoad() override;
   void OnEnter(ui::Control& control) override;
+  std::vector<ui::StatusItem> Status() const override;
 
  protected:
   SaleEntry(Context& context, std::string form_name);
@@ -56,6 +57,9 @@ class SaleEntry : public Screen {
   // the operator keeps it.
   bool CancelSaleInProgress();
   void ForgetSale();
+  // cmdNueva starts a sale, or gives up the one in progress.
+  void OfferNewSale();
+  void OfferToCancel();
 
   // line
   void LookUpArticle(ArticleKey key);

@@ -70,7 +70,7 @@ void FrmTpv::Start() {
   context().Caja = till;
   sale_in_progress_ = true;
   Frame2.enabled = true;
-  cmdNueva.caption = "&Cancelar Venta";
+  OfferToCancel();
   Frame1.enabled = false;
   Text1[21].text = FormatNumber(1, "0.00");
   cmdGuardar.enabled = cmdCancelar.enabled = !Quick();

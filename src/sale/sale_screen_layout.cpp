@@ -40,12 +40,13 @@ void FrmTpv::DeclareFields() {
 void FrmTpv::DeclareLayout() {
   Frame1.Rows({{&Text1[6], &Text1[0], &Text1[1], &Text1[9], &Text1[11]},
                {&Text1[2], &Text1[5], &cboFpago, &Check1, &Text1[4]}});
-  Frame2.Rows({{&Text1[21], &Text1[19], &Text1[18], &Text1[17], &Text1[7]},
-               {&cmdGuardar, &cmdCancelar}});
+  Frame2.Rows({{&Text1[21], &Text1[19], &Text1[18], &Text1[17], &Text1[7], &cmdGuardar,
+                &cmdCancelar}});
   Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8], &cmdFinalizar}});
   Frame3.Rows({{&cmdApertura, &cmdCierre, &cmdPagos, &cmdDevoluciones, &cmdReImprimir,
                 &cmdAbreCajon, &cmdBuscar}});
-  rows = {{&Frame1}, {&Frame2}, {&dbgVenta}, {&Frame4}, {&cmdNueva, &cmdSalir}, {&Frame3}};
+  cmdFinalizar.emphasis = ui::Emphasis::Strong;
+  rows = {{&Frame1}, {&Frame2}, {&dbgVenta}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
 }
 
 void FrmTpv::ConnectFields() {

@@ -1,0 +1,212 @@
+#include "host/start_screen.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "data/till_state.h"
+#include "host/machine.h"
+#include "host/store.h"
+#include "suite/store_database.h"
+
+namespace tpv {
+
+namespace {
+
+constexpr std::int32_t kUser = 1;
+constexpr std::int32_t kNoSale = -1;
+// Where the choices are kept from one start to the next.
+constexpr const char* kApplication = "TPV";
+constexpr const char* kSection = "Start";
+
+std::string DataFolder() {
+  const char* data = std::getenv("XDG_DATA_HOME");
+  if (data != nullptr && *data != '\0') return std::string(data) + "/tpv";
+  const char* home = std::getenv("HOME");
+  return std::string(home != nullptr ? home : ".") + "/.local/share/tpv";
+}
+
+// What is sold and to whom is for the user's eyes.
+void MakePrivateFolder(const std::filesystem::path& folder) {
+  if (folder.empty() || std::filesystem::exists(folder)) return;
+  std::filesystem::create_directories(folder);
+  std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+}
+
+}  // namespace
+
+std::string UsualStore() { return DataFolder() + "/demo/tienda.db"; }
+
+StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end)
+    : Form("frmInicio"),
+      machine_(machine),
+      front_end_(front_end),
+      ports_(machine.PortsFor(front_end, objects_)) {
+  objects_.SetPorts(ports_);
+  caption = "Punto de venta";
+  DeclareLayout();
+  Text1[0].left = [this] { OpenTyped(); };
+  cmdAlmacen.click = [this] { ChooseStore(); };
+  cmdSalir.click = [this] { Close(); };
+  const std::pair<ui::Button*, void (Zrtpve::*)()> screens[] = {
+      {&cmdVenta, &Zrtpve::zTpv},
+      {&cmdMovimientos, &Zrtpve::zMovCaja},
+      {&cmdCierre, &Zrtpve::zAperturaCierre},
+      {&cmdDiario, &Zrtpve::zDiario},
+      {&cmdDiarioCaja, &Zrtpve::zDiarioCaja},
+      {&cmdFacturacion, &Zrtpve::zFacturacion},
+      {&cmdPendiente, &Zrtpve::zInfPendienteCobro},
+      {&cmdProveedores, &Zrtpve::zFindByName}};
+  for (const auto& [button, screen] : screens) {
+    button->click = [this, screen = screen] { Run(screen); };
+  }
+}
+
+StartScreen::~StartScreen() = default;
+
+void StartScreen::DeclareLayout() {
+  Text1.Add(0, "Almacén de la tienda").columns = 48;
+  Text1[0].stretch = true;
+  ui::TextBox& till = Text1.Add(1, "Caja");
+  till.columns = 6;
+  till.max_length = 5;
+  till.input = ui::Input::Number;
+  till.align = ui::Align::Right;
+  cboVendedor.columns = 28;
+  cmdVenta.emphasis = ui::Emphasis::Strong;
+  Frame1.Rows({{&Text1[0], &cmdAlmacen}, {&Text1[1], &cboVendedor}});
+  Frame2.Rows({{&cmdVenta},
+               {&cmdMovimientos, &cmdCierre},
+               {&cmdDiario, &cmdDiarioCaja},
+               {&cmdFacturacion, &cmdPendiente},
+               {&cmdProveedores, &cmdSalir}});
+  for (const auto& row : Frame2.rows) {
+    for (ui::Control* button : row) button->stretch = true;
+  }
+  rows = {{&Frame1}, {&Frame2}};
+}
+
+void StartScreen::OnLoad() {
+  const std::string kept = machine_.settings.Read(kApplication, kSection, "Store");
+  const bool usable = !kept.empty() && std::filesystem::exists(kept);
+  if (!Open(usable ? kept : UsualStore()) && usable) Open(UsualStore());
+  SetFocus(cmdVenta);
+}
+
+void StartScreen::OnKeyUp(ui::Key key) {
+  if (key == ui::Key::Esc) Close();
+  if (key == ui::Key::Enter) tab_sent = true;
+}
+
+void StartScreen::ChooseStore() {
+  const std::string path = choose_file ? choose_file(Text1[0].text) : std::string();
+  if (!path.empty()) Open(path);
+}
+
+// A store is made only where a usual one is missing, never from a typing slip.
+void StartScreen::OpenTyped() {
+  const std::string path = Trim(Text1[0].text);
+  if (path == opened_) return;
+  if (std::filesystem::exists(path) || path == UsualStore()) {
+    Open(path);
+  } else {
+    Tell("No existe el almacén «" + path + "»", ui::Icon::Exclamation);
+    Text1[0].text = opened_;
+  }
+}
+
+bool StartScreen::Open(const std::string& path) {
+  try {
+    MakePrivateFolder(std::filesystem::path(path).parent_path());
+    auto connection = OpenStore(path, Contents::Demonstration, machine_.clock);
+    auto database =
+        std::make_shared<suite::StoreDatabase>(*connection, kUser, front_end_, machine_.clock);
+    const std::string till = database->Parametro("Par_NumCaja").TextOr("");
+    auto component = std::make_unique<Zrtpve>(ports_);
+    component->context().MyBd = std::move(database);
+    component_ = std::move(component);  // the old one lets its connection go first
+    connection_ = std::move(connection);
+    opened_ = path;
+    Text1[0].text = path;
+    const std::string kept = machine_.settings.Read(kApplication, kSection, "Till");
+    Text1[1].text = kept.empty() ? till : kept;
+    FillAgents();
+    return true;
+  } catch (const std::exception& error) {
+    Text1[0].text = opened_;
+    Tell("No se puede abrir el almacén «" + path + "».\r\n" + error.what(), ui::Icon::Critical);
+    return false;
+  }
+}
+
+void StartScreen::FillAgents() {
+  cboVendedor.items.clear();
+  const auto agents = connection_->Execute("SELECT Age_Id, Age_Nom FROM Age ORDER BY Age_Id");
+  for (; !agents->Eof(); agents->MoveNext()) {
+    cboVendedor.items.push_back(agents->Field(0).ToText() + " - " + agents->Field(1).TextOr(""));
+  }
+  cboVendedor.index = cboVendedor.items.empty() ? -1 : 0;
+  const std::string kept = machine_.settings.Read(kApplication, kSection, "Agent");
+  if (kept.empty()) return;
+  cboVendedor.SelectIf([&](const std::string& entry) { return entry.starts_with(kept + " - "); });
+}
+
+std::int32_t StartScreen::Agent() const {
+  const std::string entry = cboVendedor.Text();
+  return Int32OrZero(entry.substr(0, entry.find(' ')));
+}
+
+bool StartScreen::CheckTill() {
+  const auto till = ParseInt32(Text1[1].text);
+  if (till && *till >= 1 && *till <= 32767) return true;
+  Tell("El número de caja no es válido", ui::Icon::Exclamation);
+  SetFocus(Text1[1]);
+  return false;
+}
+
+void StartScreen::Remember() {
+  const auto keep = [this](const char* key, const std::string& value) {
+    if (machine_.settings.Read(kApplication, kSection, key) == value) return;
+    machine_.settings.Write(kApplication, kSection, key, value);
+  };
+  keep("Store", opened_);
+  keep("Till", Text1[1].text);
+  keep("Agent", std::to_string(Agent()));
+}
+
+void StartScreen::Run(void (Zrtpve::*screen)()) {
+  if (!component_ || !CheckTill()) return;
+  try {
+    Remember();
+    Context& context = component_->context();
+    context.Caja = Variant(Text1[1].text).ToInt16();
+    context.IdAgente = Agent();
+    context.IdCliente = 0;
+    context.IdAlbaran = kNoSale;
+    (component_.get()->*screen)();
+  } catch (const std::exception& error) {
+    Tell(error.what(), ui::Icon::Critical);
+  }
+}
+
+std::vector<ui::StatusItem> StartScreen::Status() const {
+  using Tone = ui::StatusItem::Tone;
+  if (!connection_) return {};
+  const bool known = ParseInt32(Text1[1].text).has_value();
+  const bool open = known && TillIsOpen(*connection_, Text1[1].text);
+  return {{"Tienda", std::filesystem::path(opened_).stem().string(), Tone::Neutral},
+          {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
+           open ? Tone::Good : Tone::Missing},
+          {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+}
+
+void StartScreen::Tell(const std::string& text, ui::Icon icon) {
+  ui::MessageBox box;
+  box.text = text;
+  box.icon = icon;
+  box.title = "Punto de venta";
+  front_end_.Show(box);
+}
+
+}  // namespace tpv
