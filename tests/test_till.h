@@ -21,8 +21,8 @@ class TestTill {
         connection_(*store_),
         shop_(connection_, clock),
         component_(shop_.ports),
-        rig_{*store_,        connection_,    shop_.step_clock, shop_.printers,  shop_.devices,
-             shop_.settings, shop_.mailer,   shop_.reports,    shop_.front_end, component_},
+        rig_{*store_,        connection_,  shop_.step_clock, shop_.printers, shop_.devices,
+             shop_.settings, shop_.mailer, shop_.reports,    component_},
         hands_(shop_.front_end),
         player_(rig_, hands_, transcript_) {
     component_.context().MyBd = shop_.database;
