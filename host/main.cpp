@@ -28,6 +28,7 @@ constexpr const char* kHelp =
     "      --empty                       un almacén nuevo sin datos (si no, los de demostración)\n"
     "      --ui headless|qt              sin ventanas (lo normal) o con ellas\n"
     "      --screenshots CARPETA         con ventanas: una imagen por guion, antes de su última orden\n"
+    "      --paper CARPETA               guarda allí lo impreso, como texto y PDF\n"
     "      --user N                      usuario conectado (1)\n"
     "      --now \"dd/mm/aaaa hh:mm:ss\"   fija el reloj; cada orden lo adelanta un segundo\n"
     "  tpv store create FICHERO [--demo|--empty]\n"

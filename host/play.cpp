@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <ostream>
 
+#include "adapters/files/ticket_page.h"
 #include "adapters/headless/scenario/player.h"
 #include "base/number_text.h"
 #include "host/stage.h"
@@ -73,6 +74,13 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& 
   if (existed && options.empty) RequireEmpty(*store);
   RecordingConnection connection(*store);
   RecordingPrinters printers;
+  const DocumentFolder paper(options.paper, clock);
+  if (!options.paper.empty()) {
+    printers.copy = [&paper] {
+      return std::make_unique<PageRecorder>(
+          [&paper](const TicketPage& page) { paper.Save("Ticket", TicketFiles(page)); });
+    };
+  }
   RecordingDevices devices;
   MemorySettings settings;
   RecordingMailer mail;
@@ -105,6 +113,8 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
     const std::string& argument = arguments[at];
     if (argument == "--store") {
       options.store = ValueOf(arguments, at);
+    } else if (argument == "--paper") {
+      options.paper = ValueOf(arguments, at);
     } else if (argument == "--empty") {
       options.empty = true;
     } else if (argument == "--ui") {

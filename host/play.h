@@ -21,6 +21,7 @@ struct PlayOptions {
   std::string store;  // "" for a temporary one each file
   bool empty = false;
   bool windows = false;     // real windows instead of none
+  std::string paper;        // folder that gets what is printed, as text and PDF
   std::string screenshots;  // folder for a picture a script, as it stood before its last command
   int user = 1;
   std::optional<DateTime> now;

@@ -67,9 +67,7 @@ std::unique_ptr<PrintDocument> ShopPrinters::Begin() {
 void ShopPrinters::PrintTicket(const PrinterSetup& printer, const TicketPage& page) {
   if (printer.mode == PrinterMode::Receipt) return SendBytes(printer.target, ReceiptBytes(page));
   if (printer.mode == PrinterMode::Page) return PrintPage(printer, page);
-  std::vector<DocumentFolder::Part> parts = {{".txt", PlainText(page)}};
-  if (auto pdf = TicketPdf(page)) parts.push_back({".pdf", std::move(*pdf)});
-  Save(printer, printer.name, parts);
+  Save(printer, printer.name, TicketFiles(page));
 }
 
 void ShopPrinters::Save(const PrinterSetup& printer, std::string_view about,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "adapters/files/pdf/pdf.h"
 #include "base/text.h"
 
 namespace tpv {
@@ -57,5 +58,11 @@ void PageRecorder::PrintLine(std::string_view text) {
 }
 
 void PageRecorder::SetY(double centimetres) { page_.length = std::max(0.0, centimetres); }
+
+std::vector<DocumentFolder::Part> TicketFiles(const TicketPage& page) {
+  std::vector<DocumentFolder::Part> files = {{".txt", PlainText(page)}};
+  if (auto pdf = TicketPdf(page)) files.push_back({".pdf", std::move(*pdf)});
+  return files;
+}
 
 }  // namespace tpv

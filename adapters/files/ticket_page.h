@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "adapters/files/document_folder.h"
 #include "platform/printer.h"
 
 namespace tpv {
@@ -33,6 +34,9 @@ struct TextRow {
 };
 std::vector<TextRow> RowsOf(const TicketPage& page);
 std::string PlainText(const TicketPage& page);
+
+// The page as files of a folder: a text and, where PDFs can be drawn, its picture.
+std::vector<DocumentFolder::Part> TicketFiles(const TicketPage& page);
 
 // Collects what is printed and hands it over at the end.
 class PageRecorder : public PrintDocument {

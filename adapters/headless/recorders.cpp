@@ -10,20 +10,30 @@ namespace tpv {
 class RecordedDocument : public PrintDocument {
  public:
   RecordedDocument(RecordingPrinters& printers, std::string printer)
-      : printers_(printers), document_{std::move(printer), {}} {}
+      : printers_(printers),
+        document_{std::move(printer), {}},
+        copy_(printers.copy ? printers.copy() : nullptr) {}
 
-  void SetFont(std::string_view, double points, bool) override { line_height_ = points * 0.0423; }
+  void SetFont(std::string_view family, double points, bool bold) override {
+    line_height_ = points * 0.0423;
+    if (copy_) copy_->SetFont(family, points, bold);
+  }
   void PrintLine(std::string_view text) override {
     printers_.RequireWorking();
+    if (copy_) copy_->PrintLine(text);
     const bool break_inside = text.ends_with(kLineBreak);
     if (break_inside) text.remove_suffix(kLineBreak.size());
     document_.lines.emplace_back(text);
     y_ += line_height_ * (break_inside ? 2 : 1);
   }
   double Y() const override { return y_; }
-  void SetY(double centimetres) override { y_ = centimetres; }
+  void SetY(double centimetres) override {
+    y_ = centimetres;
+    if (copy_) copy_->SetY(centimetres);
+  }
   void End() override {
     printers_.RequireWorking();
+    if (copy_) copy_->End();
     printers_.last_printer = document_.printer;
     printers_.documents.push_back(document_);
     if (printers_.on_document) printers_.on_document(document_);
@@ -32,6 +42,7 @@ class RecordedDocument : public PrintDocument {
  private:
   RecordingPrinters& printers_;
   PrintedDocument document_;
+  std::unique_ptr<PrintDocument> copy_;
   double y_ = 0;
   double line_height_ = 0.4;
 };

@@ -31,6 +31,8 @@ class RecordingPrinters : public Printers {
   bool failing = false;
   std::function<void(const PrintedDocument&)> on_document;
   std::function<void(const std::string&)> on_raw;
+  // When set, every document goes to one that this makes as well.
+  std::function<std::unique_ptr<PrintDocument>()> copy;
 
   std::vector<std::string> Installed() const override { return installed; }
   std::string Current() const override;

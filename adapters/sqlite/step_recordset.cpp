@@ -125,12 +125,6 @@ Variant StepRecordset::Stepped(std::size_t index) const {
   }
 }
 
-Variant StepRecordset::Field(std::string_view name) const {
-  const auto& columns = shape_->translation.columns;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (EqualNoCase(columns[i].name, name)) return Field(i);
-  }
-  throw DatabaseError("No existe el campo «" + std::string(name) + "»", "42S22");
-}
+Variant StepRecordset::Field(std::string_view name) const { return Field(IndexOf(name)); }
 
 }  // namespace tpv::sqlite

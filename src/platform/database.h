@@ -44,6 +44,8 @@ class Recordset {
   virtual Variant Field(std::size_t index) const = 0;
   // By name regardless of case; throws DatabaseError naming an unknown field.
   virtual Variant Field(std::string_view name) const = 0;
+  // The index of a field by name, for reading it in many rows; throws as Field.
+  std::size_t IndexOf(std::string_view name) const;
 
   virtual void MoveNext() = 0;  // no effect at EOF
   virtual void Close() = 0;     // no effect twice; the destructor closes too

@@ -12,13 +12,14 @@ namespace {
 std::vector<std::string> Entries(Connection& connection, const char* statement, const char* code,
                                  const char* name, const char* mask) {
   std::vector<std::string> entries;
+  const bool numeric = *mask != '\0';
   const auto rows = connection.Execute(statement);
+  const std::size_t code_at = rows->IndexOf(code);
+  const std::size_t name_at = rows->IndexOf(name);
   for (; !rows->Eof(); rows->MoveNext()) {
-    const Variant value = rows->Field(code);
-    const bool numeric = *mask != '\0';
-    const std::string text =
-        numeric ? FormatNumber(value.NumberOr(0), mask) : value.TextOr("");
-    entries.push_back(text + " - " + rows->Field(name).TextOr(""));
+    const Variant value = rows->Field(code_at);
+    entries.push_back((numeric ? FormatNumber(value.NumberOr(0), mask) : value.TextOr("")) + " - " +
+                      rows->Field(name_at).TextOr(""));
   }
   return entries;
 }
