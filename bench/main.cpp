@@ -2,6 +2,7 @@
 // directly on the engine, on a store of that size.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include "base/number_text.h"
 #include "bench/direct_till.h"
 #include "bench/harness.h"
+#include "bench/lists.h"
 #include "bench/till.h"
 #include "host/demo/demonstration.h"
 #include "host/store.h"
@@ -31,6 +33,7 @@ class Folder {
     std::filesystem::remove_all(path_, ignored);
   }
   std::string File(const char* name) const { return path_ / name; }
+  std::string Path() const { return path_; }
 
  private:
   std::filesystem::path path_;
@@ -122,6 +125,12 @@ int Main(int count, char** words) {
   MakeLargeStore(folder.File("tienda.db"), size, StepClock());
   std::printf("A store of %d tickets and %d articles, %d runs\n\n", size.tickets, size.articles, runs);
   Print(Measure(folder.File("tienda.db"), size.articles, runs));
+  std::printf("\nLists of a month, 30,000 tickets and 150,000 lines, and of a day\n\n");
+  std::vector<Row> lists = MeasureMonth(folder.Path(), std::max(5, runs / 100));
+  for (Row& row : MeasureGrowth(folder.Path(), size.tickets, std::max(5, runs / 10))) {
+    lists.push_back(std::move(row));
+  }
+  Print(lists);
   return 0;
 }
 

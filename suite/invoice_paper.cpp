@@ -42,7 +42,9 @@ InvoicePaper::InvoicePaper(DatabaseObject& database, std::int32_t invoice_id)
     : database_(database), id_(std::to_string(invoice_id)) {
   ReadHeader(invoice_id);
   ReadSeller();
-  report_.tables = {Lines(), Taxes(), DueDates()};
+  report_.tables.push_back(Lines());
+  report_.tables.push_back(Taxes());
+  report_.tables.push_back(DueDates());
   if (!observations_.empty()) {
     report_.tables.push_back({"Observaciones", {{"", 1}}, {{{observations_}}}});
   }
@@ -106,21 +108,23 @@ ReportTable InvoicePaper::Lines() {
   table.columns = {{"Código", 1.3},       {"Artículo", 4},         {"Unidades", 1, true},
                    {"Precio", 1.2, true}, {"% Dto", 0.8, true}, {"Importe", 1.3, true},
                    {"% IVA", 0.8, true}};
-  std::string ticket;
-  bool first = true;
-  const auto rows = Read("SELECT * FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
+  std::int32_t ticket = 0;
+  const auto rows = Read(
+      "SELECT Fal_IdCav, Fal_Ticket, Fal_Fecha, Fal_CodArt, Fal_Des, Fal_Uni, Fal_Precio, Fal_Dto1, "
+      "Fal_Importe, Fal_Iva FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
   for (; !rows->Eof(); rows->MoveNext()) {
-    const std::string of_line = rows->Field("Fal_Ticket").TextOr("");
-    if (first || of_line != ticket) {
-      const std::string date = Format(rows->Field("Fal_Fecha"), "DD/MM/YYYY HH:MM");
-      table.rows.push_back({{"", "Ticket " + of_line + " del " + date, "", "", "", "", ""}, true});
+    const std::int32_t of_line = rows->Field(0).IntOr(0);
+    if (table.rows.empty() || of_line != ticket) {
+      table.rows.push_back({{"", "Ticket " + rows->Field(1).TextOr("") + " del " +
+                             Format(rows->Field(2), "DD/MM/YYYY HH:MM"), "", "", "", "", ""}, true});
     }
-    first = false;
     ticket = of_line;
-    table.rows.push_back({{rows->Field("Fal_CodArt").TextOr(""), rows->Field("Fal_Des").TextOr(""),
-                           Euros(rows->Field("Fal_Uni")), Euros(rows->Field("Fal_Precio")),
-                           Euros(rows->Field("Fal_Dto1")), Euros(rows->Field("Fal_Importe")),
-                           rows->Field("Fal_Iva").TextOr("")}});
+    ReportRow& line = table.rows.emplace_back();
+    line.cells = {rows->Field(3).TextOr(""), rows->Field(4).TextOr("")};
+    for (std::size_t amount = 5; amount <= 8; ++amount) {
+      line.cells.push_back(Euros(rows->Field(amount)));
+    }
+    line.cells.push_back(rows->Field(9).TextOr(""));
   }
   return table;
 }

@@ -54,7 +54,7 @@ Table DiaCaj() {
            {"DiaCaj_CobMet", Money}, {"DiaCaj_CobTar", Money}, {"DiaCaj_Pagos", Money},
            {"DiaCaj_Ret", Money}, With("DiaCaj_IdCierre", Int, Default::Zero)},
           {{{"DiaCaj_Caja", "DiaCaj_Fecha DESC"}}, {{"DiaCaj_Fecha"}}, {{"DiaCaj_IdCierre"}},
-           {{"DiaCaj_Tipo", "DiaCaj_Caja", "DiaCaj_Fecha DESC"}}}};
+           {{"DiaCaj_Tipo", "DiaCaj_Fecha DESC"}}}};
 }
 
 Table Customers() {
