@@ -26,7 +26,9 @@ bool IsPort(const std::string& value) {
 bool IsSecurity(const std::string& value) {
   return value == "none" || value == "starttls" || value == "tls";
 }
-bool IsFolder(const std::string& value) { return value.starts_with('/') || value.starts_with("~/"); }
+bool IsFolder(const std::string& value) {
+  return value.starts_with('/') || value.starts_with("~/");
+}
 bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_value(); }
 bool IsDevice(const std::string& value) { return IsTarget(value); }
 bool IsAnything(const std::string&) { return true; }
@@ -67,7 +69,8 @@ Setting Find(const std::string& name) {
   const std::string key = point == std::string::npos ? "" : name.substr(point + 1);
   for (const Known& known : kKnown) {
     const bool any = *known.key == '\0';
-    if (!key.empty() && EqualNoCase(section, known.section) && (any || EqualNoCase(key, known.key))) {
+    if (!key.empty() && EqualNoCase(section, known.section) &&
+        (any || EqualNoCase(key, known.key))) {
       return {&known, any ? key : known.key};
     }
   }

@@ -1,4 +1,5 @@
 // What the till puts on paper, into files and onto devices.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -104,7 +105,8 @@ std::vector<Word> WordsOf(const std::string& pdf, double& page_width) {
     Word word{};
     char text[200] = "";
     std::sscanf(line.c_str(), " <page width=\"%lf\"", &page_width);
-    if (std::sscanf(line.c_str(), " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\">%199[^<]",
+    if (std::sscanf(line.c_str(),
+                    " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\">%199[^<]",
                     &word.left, &word.top, &word.right, &word.bottom, text) == 5) {
       word.text = text;
       words.push_back(word);
@@ -128,8 +130,10 @@ void ExpectNothingOverlaps(const std::string& pdf) {
     if (i == 0) continue;
     const Word& before = words[i - 1];
     const bool same_line = std::abs(words[i].top - before.top) < 1;
-    if (same_line) EXPECT_GT(words[i].left, before.right) << words[i].text;
-    else EXPECT_GE(words[i].top, before.bottom - 0.05) << words[i].text;
+    if (same_line)
+      EXPECT_GT(words[i].left, before.right) << words[i].text;
+    else
+      EXPECT_GE(words[i].top, before.bottom - 0.05) << words[i].text;
   }
 }
 
@@ -138,8 +142,10 @@ TEST_F(Paper, ASalesTicketIsTheSameAsTextAndAsPdfAndFitsThePaper) {
   TestStore store;
   Transaction transaction(store.connection());
   FillDemonstration(store.connection(), store.clock().now);
-  store.connection().Execute("UPDATE Parametros SET Par_Nombre = 'Ultramarinos y Vinos Hermanos Peña e Hijas'");
-  store.connection().Execute("UPDATE Lav SET Lav_Uni = 1234, Lav_Dto1 = 10 WHERE Lav_Id = (SELECT MAX(Lav_Id) FROM Lav)");
+  store.connection().Execute(
+      "UPDATE Parametros SET Par_Nombre = 'Ultramarinos y Vinos Hermanos Peña e Hijas'");
+  store.connection().Execute(
+      "UPDATE Lav SET Lav_Uni = 1234, Lav_Dto1 = 10 WHERE Lav_Id = (SELECT MAX(Lav_Id) FROM Lav)");
   transaction.Commit();
   HeadlessFrontEnd front_end;
   suite::SuiteFactory objects;
@@ -185,15 +191,19 @@ TEST_F(Paper, NoNameLeadsOutOfTheFolder) {
     machine.printers.SetCurrent(name);
     PrintLines({name});
     machine.printers.SendRaw("\x1Bp");
-    EXPECT_EQ(machine.reports.Show({"Título", {}, {}, {}, {}}, name).find(folder / "data/tpv/informes/2"), 0U);
+    EXPECT_EQ(
+        machine.reports.Show({"Título", {}, {}, {}, {}}, name).find(folder / "data/tpv/informes/2"),
+        0U);
   }
   EXPECT_EQ(folder.Files(".txt").size(), 5U);
   EXPECT_EQ(folder.Files(".raw").size(), 5U);
   for (const std::string& file : folder.Files("")) {
-    if (!std::filesystem::is_regular_file(file) || file.find("config") != std::string::npos) continue;
+    if (!std::filesystem::is_regular_file(file) || file.find("config") != std::string::npos)
+      continue;
     EXPECT_TRUE(file.starts_with(folder / "data/tpv/")) << file;
     EXPECT_EQ(std::count(file.begin(), file.end(), '/'),
-              std::count(folder.path().begin(), folder.path().end(), '/') + 4) << file;
+              std::count(folder.path().begin(), folder.path().end(), '/') + 4)
+        << file;
   }
   EXPECT_EQ(FileNamePiece("Ñandú/Barra"), "nandu-barra");
 }
@@ -222,16 +232,24 @@ TEST_F(Paper, AReceiptPrinterGetsTheSameLinesInItsOwnLanguage) {
     EXPECT_EQ(folder.Text("lp0"), "");
     document->End();
   }
-  const std::string expected("\x1B@\x1Bt\x13"
-                             "\x1B" "E\x01" "Pe\xA4" "a 5,00 \xD5\n"
-                             "\x1B" "E\0" "A @ \"o\"?\n\n"
-                             "  N\xA7 1\n\n\n\n"
-                             "\x1DVB\0", 47);
+  const std::string expected(
+      "\x1B@\x1Bt\x13"
+      "\x1B"
+      "E\x01"
+      "Pe\xA4"
+      "a 5,00 \xD5\n"
+      "\x1B"
+      "E\0"
+      "A @ \"o\"?\n\n"
+      "  N\xA7 1\n\n\n\n"
+      "\x1DVB\0",
+      47);
   EXPECT_EQ(folder.Text("lp0"), expected);
   machine.printers.SendRaw(std::string("\x1Bp\0\x19\xFA", 5));
   EXPECT_EQ(folder.Text("lp0"), expected + std::string("\x1Bp\0\x19\xFA", 5));
   EXPECT_EQ(CodePage858("ÇÿñÜ£ßýÝ³«»áí"), "\x80\x98\xA4\x9A\x9C\xE1\xEC\xED\xFC\xAE\xAF\xA0\xA1");
-  EXPECT_NE(ErrorOf([&] { machine.reports.Print({}, "Barra"); }).find("no imprime hojas"), std::string::npos);
+  EXPECT_NE(ErrorOf([&] { machine.reports.Print({}, "Barra"); }).find("no imprime hojas"),
+            std::string::npos);
 }
 
 // A printer on the loopback network, until its first document has come.
@@ -274,27 +292,48 @@ TEST_F(Paper, BytesReachNetworkPrintersAndDevicesOrAnErrorSaysWhyInTime) {
   EXPECT_NE(ErrorOf([&] { SendBytes(dead, "x"); }).find("rechaza la conexión"), std::string::npos);
   const SilentServer stuck;
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_NE(ErrorOf([&] { SendBytes("127.0.0.1:" + std::to_string(stuck.port), std::string(20'000'000, 'x')); }).find("no responde"), std::string::npos);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+  EXPECT_NE(ErrorOf([&] {
+              SendBytes("127.0.0.1:" + std::to_string(stuck.port), std::string(20'000'000, 'x'));
+            }).find("no responde"),
+            std::string::npos);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
 
   std::ofstream(folder / "port").flush();
   machine.settings.Write("TPV", "Devices", "LPT1", folder / "port");
   machine.devices.Write("lpt1:", "kick");
   EXPECT_EQ(folder.Text("port"), "kick");
-  for (const std::string& name : {folder / "missing", folder.path(), std::string("Barra"), std::string()}) {
+  for (const std::string& name :
+       {folder / "missing", folder.path(), std::string("Barra"), std::string()}) {
     EXPECT_NE(ErrorOf([&] { machine.devices.Write(name, "x"); }), "") << name;
   }
   EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
+
+  // A serial port gets the bytes as they are, line feeds too.
+  const int printer = ::posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_EQ(::grantpt(printer) | ::unlockpt(printer), 0);
+  const int held = ::open(::ptsname(printer), O_RDWR | O_NOCTTY);
+  SendBytes(::ptsname(printer), "a\nb\r\t\x04");
+  char got[20] = "";
+  EXPECT_EQ(::read(printer, got, sizeof got), 6);
+  EXPECT_STREQ(got, "a\nb\r\t\x04");
+  ::close(held);
+  ::close(printer);
 }
 
 TEST_F(Paper, SystemPrintersAreListedChosenAndFedByTheirProgram) {
   if (!kWithPdf) GTEST_SKIP() << "built without cairo";
-  folder.Program("lpstat", "[ \"$1\" = -e ] && printf 'Barra\\nOficina\\n' || echo 'system default destination: Oficina'");
-  folder.Program("lp", "echo \"$@\" >> $FOLDER/jobs; cat > $FOLDER/job; [ \"$2\" != Rota ] || { echo 'lp: «Rota» está parada'; exit 1; }");
-  EXPECT_EQ(machine.printers.Installed(), (std::vector<std::string>{"Oficina", "Barra", "Carpeta de tickets"}));
+  folder.Program("lpstat",
+                 "[ \"$1\" = -e ] && printf 'Barra\\nOficina\\n' || echo 'system default "
+                 "destination: Oficina'");
+  folder.Program("lp",
+                 "echo \"$@\" >> $FOLDER/jobs; cat > $FOLDER/job; [ \"$2\" != Rota ] || { echo "
+                 "'lp: «Rota» está parada'; exit 1; }");
+  EXPECT_EQ(machine.printers.Installed(),
+            (std::vector<std::string>{"Oficina", "Barra", "Carpeta de tickets"}));
   PrintLines({"Página"});
   EXPECT_EQ(folder.Text("jobs"), "-d Oficina -t tpv -o print-scaling=none\n");
-  EXPECT_NE(RunProgram({"pdftotext", folder / "job", "-"}).output.find("Página"), std::string::npos);
+  EXPECT_NE(RunProgram({"pdftotext", folder / "job", "-"}).output.find("Página"),
+            std::string::npos);
 
   machine.settings.Write("TPV", "Printers", "Barra", "escpos:queue:Barra");
   machine.settings.Write("TPV", "Printers", "Vieja", "page:Rota");
@@ -310,36 +349,43 @@ TEST_F(Paper, SystemPrintersAreListedChosenAndFedByTheirProgram) {
   EXPECT_TRUE(folder.Text("jobs").ends_with("-d Barra -t tpv -o raw\n")) << folder.Text("jobs");
   EXPECT_NE(ErrorOf([&] { machine.printers.SetCurrent("Nadie"); }), "");
   EXPECT_EQ(machine.printers.Current(), "Barra");
+  machine.settings.Write("TPV", "Printers", "Vieja", "page:Oficina");
   machine.printers.SetCurrent(before);
   EXPECT_EQ(machine.printers.Current(), "Vieja");
   machine.settings.Write("TPV", "Printers", "Barra", "lasser");
+  PrintLines({"the others still print"});
+  machine.printers.SetCurrent("Barra");
   EXPECT_NE(ErrorOf([&] { PrintLines({"x"}); }).find("«lasser»"), std::string::npos);
 }
 
 TEST_F(Paper, AProgramThatHangsIsEnded) {
-  folder.Program("lento", "sleep 20");
+  folder.Program("lento", "sleep 60");
   const auto start = std::chrono::steady_clock::now();
   EXPECT_FALSE(RunProgram({"lento"}, "x", std::chrono::seconds(1)).done);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
   EXPECT_FALSE(RunProgram({"no-existe-tal-programa"}).found);
 }
 
 TEST_F(Paper, AReportNumbersItsPagesRepeatsItsCaptionsAndOpens) {
   if (!kWithPdf) GTEST_SKIP() << "built without cairo";
-  folder.Program("xdg-open", "echo \"$1\" > $FOLDER/opened.part; mv $FOLDER/opened.part $FOLDER/opened");
+  folder.Program("xdg-open",
+                 "echo \"$1\" > $FOLDER/opened.part; mv $FOLDER/opened.part $FOLDER/opened");
   Report report{"Diario de cierres", {"Ultramarinos Peña", "B-1234"}, {"Del 01/11/2026"}, {}, {}};
-  ReportTable table{"Cierres", {{"Fecha", 2, false}, {"Vendedor", 4, false}, {"Saldo", 1, true}}, {}};
-  for (int i = 1; i <= 90; ++i) table.rows.push_back({{"fila" + std::to_string(i), "Ana", "1.234,50"}});
+  ReportTable table{
+      "Cierres", {{"Fecha", 2, false}, {"Vendedor", 4, false}, {"Saldo", 1, true}}, {}};
+  for (int i = 1; i <= 90; ++i)
+    table.rows.push_back({{"fila" + std::to_string(i), "Ana", "1.234,50"}});
   table.rows.push_back({{"", "", "sobra"}, true});
   table.rows.back().cells[1] = std::string(200, 'w') + " fin";  // wider than its column
   report.tables = {table};
-  report.charts = {{"Efectivo y tarjeta", {"Efectivo", "Tarjeta"}, {"lun", "mar"}, {{120.5, 0}, {-30, 1e6}}},
-                   {"Vacío", {}, {}, {}}};
+  report.charts = {
+      {"Efectivo y tarjeta", {"Efectivo", "Tarjeta"}, {"lun", "mar"}, {{120.5, 0}, {-30, 1e6}}},
+      {"Vacío", {}, {}, {}}};
   const TestVariable display("DISPLAY", ":7");
   const std::string path = machine.reports.Show(report, "cierres");
   const std::string text = RunProgram({"pdftotext", "-layout", path, "-"}).output;
-  for (const char* part : {"Diario de cierres", "B-1234", "Del 01/11/2026", "fila90", "fin", "Tarjeta", "1.000.000",
-                           "Página 1 de 3", "Página 3 de 3"}) {
+  for (const char* part : {"Diario de cierres", "B-1234", "Del 01/11/2026", "fila90", "fin",
+                           "Tarjeta", "1.000.000", "Página 1 de 3", "Página 3 de 3"}) {
     EXPECT_NE(text.find(part), std::string::npos) << part;
   }
   EXPECT_NE(text.find("Vendedor", text.find('\f')), std::string::npos);
@@ -361,16 +407,25 @@ TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
   config({"set", "mail.PORT", "587"});
   EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "se creta=");
   config({});
-  EXPECT_EQ(shown, "# " + machine.settings.path() + "\nPrinters.Barra 1.2 = escpos:10.0.0.5:9100\n"
-                   "Mail.Password = (guardada)\nMail.Port = 587\n");
+  EXPECT_EQ(shown, "# " + machine.settings.path() +
+                       "\nPrinters.Barra 1.2 = escpos:10.0.0.5:9100\n"
+                       "Mail.Password = (guardada)\nMail.Port = 587\n");
   config({"get", "Mail.Password"});
   EXPECT_EQ(shown, "(guardada)\n");
   config({"printers"});
   EXPECT_EQ(shown, "* Barra 1.2\n  Carpeta de tickets\n");
-  for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
-           {"set", "Mail.Password", "x"}, {"set", "Mail.Port", "0"}, {"set", "Mail.Security", "ssl"},
-           {"set", "Printers.", "page"}, {"set", "Printers.x", "escpos:"}, {"set", "Devices.LPT1", "lp0"},
-           {"set", "Paper.Tickets", "tickets"}, {"set", "Mial.Port", "1"}, {"set", "Mail"}, {"get"}, {"other"}}) {
+  for (const std::vector<std::string>& wrong :
+       std::vector<std::vector<std::string>>{{"set", "Mail.Password", "x"},
+                                             {"set", "Mail.Port", "0"},
+                                             {"set", "Mail.Security", "ssl"},
+                                             {"set", "Printers.", "page"},
+                                             {"set", "Printers.x", "escpos:"},
+                                             {"set", "Devices.LPT1", "lp0"},
+                                             {"set", "Paper.Tickets", "tickets"},
+                                             {"set", "Mial.Port", "1"},
+                                             {"set", "Mail"},
+                                             {"get"},
+                                             {"other"}}) {
     EXPECT_THROW(config(wrong), UsageError) << wrong.back();
   }
   config({"try-printer", "Carpeta de tickets"});

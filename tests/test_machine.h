@@ -29,7 +29,9 @@ class TestFolder {
 
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
   const std::string& path() const { return path_; }
-  std::string Text(const std::string& name) const { return ReadFile(*this / name).value_or("(none)"); }
+  std::string Text(const std::string& name) const {
+    return ReadFile(*this / name).value_or("(none)");
+  }
   // A program for the path, as shell text; it may write into $FOLDER.
   void Program(const std::string& name, const std::string& shell) const {
     std::filesystem::create_directory(path_ + "/bin");

@@ -3,11 +3,16 @@
 #include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <termios.h>
 
 #include <cerrno>
+#include <chrono>
+#include <future>
 #include <memory>
+#include <thread>
 
 #include "adapters/files/descriptor.h"
 #include "adapters/files/private_files.h"
@@ -47,9 +52,10 @@ Address AddressOf(std::string_view target) {
 
 int WaitUntil(int file, short event) {
   pollfd wait{file, event, 0};
-  const int ready = ::poll(&wait, 1, kPatience);
-  if (ready == 0) return ETIMEDOUT;
-  return ready < 0 && errno != EINTR ? errno : 0;
+  int ready = -1;
+  while ((ready = ::poll(&wait, 1, kPatience)) < 0 && errno == EINTR) {
+  }
+  return ready == 0 ? ETIMEDOUT : ready < 0 ? errno : 0;
 }
 
 // `write_some` writes like write(2) to a file that does not block.
@@ -68,16 +74,42 @@ int WriteAll(int file, std::string_view bytes, WriteSome write_some) {
   return 0;
 }
 
+// Control characters are for the printer, not for the port's driver.
+void MakeRaw(int port) {
+  termios settings{};
+  if (::tcgetattr(port, &settings) != 0) return;  // no serial port
+  ::cfmakeraw(&settings);
+  ::tcsetattr(port, TCSANOW, &settings);
+}
+
+// Closing drops what a USB printer has not taken yet, and waits half a minute for
+// a serial one that is off.
+int WaitUntilTaken(int device) {
+  if (const int error = WaitUntil(device, POLLOUT)) return error;
+  int left = 0;
+  for (int waited = 0; ::ioctl(device, TIOCOUTQ, &left) == 0 && left > 0; waited += 20) {
+    if (waited >= kPatience) {
+      ::tcflush(device, TCOFLUSH);
+      return ETIMEDOUT;
+    }
+    ::usleep(20'000);
+  }
+  return 0;
+}
+
 void WriteToDevice(const std::string& path, std::string_view bytes) {
-  const Descriptor device(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_APPEND | O_CLOEXEC));
+  const Descriptor device(
+      ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_APPEND | O_CLOEXEC));
   if (!device) Fail(path, Reason(errno));
   struct stat about {};
-  const bool fits = ::fstat(device.get(), &about) == 0 &&
-                    (S_ISCHR(about.st_mode) || S_ISREG(about.st_mode));
+  const bool fits =
+      ::fstat(device.get(), &about) == 0 && (S_ISCHR(about.st_mode) || S_ISREG(about.st_mode));
   if (!fits) Fail(path, "no es un dispositivo en el que se pueda escribir");
-  const int error = WriteAll(device.get(), bytes, [&](std::string_view rest) {
+  MakeRaw(device.get());
+  int error = WriteAll(device.get(), bytes, [&](std::string_view rest) {
     return ::write(device.get(), rest.data(), rest.size());
   });
+  if (error == 0) error = WaitUntilTaken(device.get());
   if (error != 0) Fail(path, Reason(error));
 }
 
@@ -91,16 +123,34 @@ int ConnectTo(int file, const addrinfo& address) {
   return error;
 }
 
-Descriptor Connected(const std::string& target, const Address& address) {
+struct FreeAddresses {
+  void operator()(addrinfo* addresses) const { ::freeaddrinfo(addresses); }
+};
+using Addresses = std::unique_ptr<addrinfo, FreeAddresses>;
+
+Addresses LookUp(const Address& address) {
   addrinfo wanted{};
   wanted.ai_socktype = SOCK_STREAM;
   addrinfo* found = nullptr;
-  if (::getaddrinfo(address.host.c_str(), address.port.c_str(), &wanted, &found) != 0) {
-    Fail(target, "no se conoce esa dirección en la red");
-  }
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> addresses(found, &::freeaddrinfo);
+  const int error = ::getaddrinfo(address.host.c_str(), address.port.c_str(), &wanted, &found);
+  return Addresses(error == 0 ? found : nullptr);
+}
+
+// A name server may take longer than the till has: it is then left to itself.
+Addresses LookUpInTime(const Address& address) {
+  std::packaged_task<Addresses()> task([address] { return LookUp(address); });
+  std::future<Addresses> answer = task.get_future();
+  std::thread(std::move(task)).detach();
+  const bool came =
+      answer.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready;
+  return came ? answer.get() : nullptr;
+}
+
+Descriptor Connected(const std::string& target, const Address& address) {
+  const Addresses addresses = LookUpInTime(address);
+  if (!addresses) Fail(target, "no se conoce esa dirección en la red");
   int error = 0;
-  for (const addrinfo* next = found; next != nullptr; next = next->ai_next) {
+  for (const addrinfo* next = addresses.get(); next != nullptr; next = next->ai_next) {
     Descriptor file(::socket(next->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     error = file ? ConnectTo(file.get(), *next) : errno;
     if (error == 0) return file;

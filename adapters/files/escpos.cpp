@@ -47,7 +47,14 @@ std::string ReceiptBytes(const TicketPage& page) {
   for (const TextRow& row : RowsOf(page)) {
     if (row.bold != bold && !row.text.empty()) {
       bold = row.bold;
-      bytes += bold ? std::string_view("\x1B" "E\x01", 3) : std::string_view("\x1B" "E\0", 3);
+      bytes += bold ? std::string_view(
+                          "\x1B"
+                          "E\x01",
+                          3)
+                    : std::string_view(
+                          "\x1B"
+                          "E\0",
+                          3);
     }
     bytes += CodePage858(row.text) + "\n";
   }

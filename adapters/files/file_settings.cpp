@@ -40,7 +40,8 @@ std::string Unescaped(std::string_view text) {
     };
     const std::size_t high = digit(i + 1);
     const std::size_t low = digit(i + 2);
-    const bool escape = text[i] == '\\' && high != std::string_view::npos && low != std::string_view::npos;
+    const bool escape =
+        text[i] == '\\' && high != std::string_view::npos && low != std::string_view::npos;
     result += escape ? static_cast<char>(high * 16 + low) : text[i];
     if (escape) i += 2;
   }

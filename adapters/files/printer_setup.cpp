@@ -8,7 +8,6 @@
 #include "adapters/files/program.h"
 #include "adapters/files/setting_names.h"
 #include "base/text.h"
-#include "platform/printer.h"
 
 namespace tpv {
 
@@ -22,9 +21,9 @@ bool Has(const std::vector<PrinterSetup>& printers, std::string_view name) {
 }
 
 void MoveToFront(std::vector<PrinterSetup>& printers, std::string_view name) {
-  const auto found = std::find_if(printers.begin(), printers.end(), [&](const PrinterSetup& printer) {
-    return EqualNoCase(printer.name, name);
-  });
+  const auto found =
+      std::find_if(printers.begin(), printers.end(),
+                   [&](const PrinterSetup& printer) { return EqualNoCase(printer.name, name); });
   if (found != printers.end()) std::rotate(printers.begin(), found, found + 1);
 }
 
@@ -32,9 +31,8 @@ std::vector<PrinterSetup> Configured(const FileSettings& settings) {
   std::vector<PrinterSetup> printers;
   for (const std::string& name : settings.Keys(kTpv, kPrinters)) {
     const std::string mode = settings.Read(kTpv, kPrinters, name);
-    auto setup = ParsePrinterMode(name, mode);
-    if (!setup) throw PrintError("Impresora «" + name + "»: no se entiende el modo «" + mode + "»");
-    printers.push_back(std::move(*setup));
+    printers.push_back(
+        ParsePrinterMode(name, mode).value_or(PrinterSetup{name, PrinterMode::Unknown, mode}));
   }
   return printers;
 }

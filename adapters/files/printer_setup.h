@@ -16,12 +16,13 @@ enum class PrinterMode {
   Folder,   // a text file and a PDF a document
   Receipt,  // escape codes to a target (channel.h)
   Page,     // pages to a queue of the printing system
+  Unknown,  // a mode that nobody understands: listed, but it cannot print
 };
 
 struct PrinterSetup {
   std::string name;
   PrinterMode mode = PrinterMode::Folder;
-  std::string target;  // folder, target or queue; "" for the usual folder
+  std::string target;  // folder, target, queue or what is not understood; "" for the usual folder
 };
 
 inline constexpr std::string_view kFolderPrinter = "Carpeta de tickets";
@@ -37,7 +38,7 @@ struct SystemQueues {
 SystemQueues FindSystemQueues();
 
 // Those of the settings, the queues that the settings do not name, and the folder
-// printer; the default first. Throws PrintError for a mode that cannot be read.
+// printer; the default first. Never empty.
 std::vector<PrinterSetup> FindPrinters(const FileSettings& settings, const SystemQueues& queues);
 
 }  // namespace tpv

@@ -55,22 +55,34 @@ void FillNewFile(const Descriptor& file, const std::string& path, std::string_vi
 std::string Reason(int error) {
   switch (error) {
     case ENOSPC:
-    case EDQUOT: return "no queda sitio en el disco";
+    case EDQUOT:
+      return "no queda sitio en el disco";
     case EACCES:
-    case EPERM: return "no hay permiso";
-    case EROFS: return "el disco es de solo lectura";
-    case ENOENT: return "no existe";
-    case ENOTDIR: return "no es una carpeta";
-    case EISDIR: return "es una carpeta";
+    case EPERM:
+      return "no hay permiso";
+    case EROFS:
+      return "el disco es de solo lectura";
+    case ENOENT:
+      return "no existe";
+    case ENOTDIR:
+      return "no es una carpeta";
+    case EISDIR:
+      return "es una carpeta";
     case ENXIO:
-    case ENODEV: return "no está conectada";
-    case ECONNREFUSED: return "rechaza la conexión";
-    case ETIMEDOUT: return "no responde";
+    case ENODEV:
+      return "no está conectada";
+    case ECONNREFUSED:
+      return "rechaza la conexión";
+    case ETIMEDOUT:
+      return "no responde";
     case EHOSTUNREACH:
-    case ENETUNREACH: return "no se llega por la red";
+    case ENETUNREACH:
+      return "no se llega por la red";
     case ECONNRESET:
-    case EPIPE: return "se cortó la conexión";
-    default: return "error " + std::to_string(error) + " del sistema";
+    case EPIPE:
+      return "se cortó la conexión";
+    default:
+      return "error " + std::to_string(error) + " del sistema";
   }
 }
 
@@ -86,8 +98,10 @@ std::string FileNamePiece(std::string_view text) {
   std::string name;
   for (const char c : piece) {
     const bool plain = (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
-    if (plain) name += c;
-    else if (!name.empty() && name.back() != '-') name += '-';
+    if (plain)
+      name += c;
+    else if (!name.empty() && name.back() != '-')
+      name += '-';
   }
   if (name.ends_with('-')) name.pop_back();
   return name.empty() ? "documento" : name;
@@ -99,7 +113,8 @@ void MakePrivateFolder(const std::string& path) {
     made /= part;
     if (::mkdir(made.c_str(), 0700) == 0) continue;
     const int error = errno;
-    if (!std::filesystem::is_directory(made)) {
+    std::error_code unseen;
+    if (!std::filesystem::is_directory(made, unseen)) {
       Fail("crear la carpeta", path, error == EEXIST ? ENOTDIR : error);
     }
   }
@@ -139,8 +154,10 @@ std::optional<std::string> ReadFile(const std::string& path) {
   for (;;) {
     const ssize_t count = ::read(file.get(), piece, sizeof piece);
     if (count == 0) return bytes;
-    if (count > 0) bytes.append(piece, static_cast<std::size_t>(count));
-    else if (errno != EINTR) Fail("leer", path, errno);
+    if (count > 0)
+      bytes.append(piece, static_cast<std::size_t>(count));
+    else if (errno != EINTR)
+      Fail("leer", path, errno);
   }
 }
 

@@ -115,7 +115,8 @@ bool LaunchProgram(const std::vector<std::string>& words) {
   Actions actions;
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) actions.Discard(stream);
   std::vector<std::string> environment;
-  for (char** variable = environ; *variable != nullptr; ++variable) environment.emplace_back(*variable);
+  for (char** variable = environ; *variable != nullptr; ++variable)
+    environment.emplace_back(*variable);
   const pid_t process = actions.Start(words, environment);
   if (process < 0) return false;
   std::thread([process] { ::waitpid(process, nullptr, 0); }).detach();

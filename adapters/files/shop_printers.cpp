@@ -55,13 +55,26 @@ std::vector<std::string> ShopPrinters::Installed() const {
   return names;
 }
 
-std::string ShopPrinters::Current() const { return chosen_.empty() ? Find("").name : chosen_; }
+PrinterSetup ShopPrinters::Working(std::string_view name) const {
+  PrinterSetup printer = Find(name);
+  if (printer.mode != PrinterMode::Unknown) return printer;
+  throw PrintError("Impresora «" + printer.name + "»: no se entiende el modo «" + printer.target +
+                   "»");
+}
+
+std::string ShopPrinters::Current() const {
+  try {
+    return chosen_.empty() ? Find("").name : chosen_;
+  } catch (const PrintError&) {
+    return "";
+  }
+}
 
 void ShopPrinters::SetCurrent(std::string_view name) { chosen_ = Find(name).name; }
 
 std::unique_ptr<PrintDocument> ShopPrinters::Begin() {
   return std::make_unique<PageRecorder>(
-      [this, printer = Find(chosen_)](const TicketPage& page) { PrintTicket(printer, page); });
+      [this, printer = Working(chosen_)](const TicketPage& page) { PrintTicket(printer, page); });
 }
 
 void ShopPrinters::PrintTicket(const PrinterSetup& printer, const TicketPage& page) {
@@ -72,31 +85,35 @@ void ShopPrinters::PrintTicket(const PrinterSetup& printer, const TicketPage& pa
 
 void ShopPrinters::Save(const PrinterSetup& printer, std::string_view about,
                         const std::vector<DocumentFolder::Part>& parts) {
-  const DocumentFolder folder(printer.target.empty() ? PaperFolder(settings_, kTicketFolder)
-                                                     : ExpandHome(printer.target),
-                              clock_);
+  const DocumentFolder folder(
+      printer.target.empty() ? PaperFolder(settings_, kTicketFolder) : ExpandHome(printer.target),
+      clock_);
   folder.Save(about, parts);
   if (on_folder && !std::exchange(told_, true)) on_folder(folder.path());
 }
 
 void ShopPrinters::SendRaw(std::string_view bytes) {
-  const PrinterSetup printer = Find(chosen_);
+  const PrinterSetup printer = Working(chosen_);
   switch (printer.mode) {
-    case PrinterMode::Receipt: return SendBytes(printer.target, bytes);
-    case PrinterMode::Page: return SendToQueue(printer.target, {"raw"}, bytes);
-    case PrinterMode::Folder:
+    case PrinterMode::Receipt:
+      return SendBytes(printer.target, bytes);
+    case PrinterMode::Page:
+      return SendToQueue(printer.target, {"raw"}, bytes);
+    default:
       return Save(printer, printer.name + " bytes", {{".raw", std::string(bytes)}});
   }
 }
 
 void ShopPrinters::PrintSheets(std::string_view name, std::string_view about,
                                const std::string& pdf) {
-  const PrinterSetup printer = Find(name.empty() ? chosen_ : name);
+  const PrinterSetup printer = Working(name.empty() ? chosen_ : name);
   switch (printer.mode) {
-    case PrinterMode::Folder: return Save(printer, about, {{".pdf", pdf}});
-    case PrinterMode::Page: return SendToQueue(printer.target, {"media=A4"}, pdf);
+    case PrinterMode::Page:
+      return SendToQueue(printer.target, {"media=A4"}, pdf);
     case PrinterMode::Receipt:
       throw PrintError("La impresora «" + printer.name + "» es de tickets: no imprime hojas");
+    default:
+      return Save(printer, about, {{".pdf", pdf}});
   }
 }
 

@@ -24,6 +24,7 @@ class ShopPrinters : public Printers {
   std::function<void(const std::string& folder)> on_folder;
 
   std::vector<std::string> Installed() const override;
+  // "" when the settings cannot be read; printing then says why.
   std::string Current() const override;
   void SetCurrent(std::string_view name) override;
   std::unique_ptr<PrintDocument> Begin() override;
@@ -37,6 +38,7 @@ class ShopPrinters : public Printers {
  private:
   std::vector<PrinterSetup> List() const;
   PrinterSetup Find(std::string_view name) const;  // "" for the default
+  PrinterSetup Working(std::string_view name) const;
   void PrintTicket(const PrinterSetup& printer, const TicketPage& page);
   void Save(const PrinterSetup& printer, std::string_view about,
             const std::vector<DocumentFolder::Part>& parts);

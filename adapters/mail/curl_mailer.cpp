@@ -148,9 +148,11 @@ class Sending {
 // Why a mail cannot even be tried; "" when it can.
 std::string Obstacle(const MailSettings& settings, const Mail& mail) {
   if (!settings.Usable()) return "Faltan los datos del servidor de correo";
-  if (!IsHost(settings.server)) return "El servidor de correo «" + OneLine(settings.server) + "» no es válido";
+  if (!IsHost(settings.server))
+    return "El servidor de correo «" + OneLine(settings.server) + "» no es válido";
   const bool one_sender = Addresses(settings.from).size() == 1;
-  if (!one_sender) return "El remitente «" + OneLine(settings.from) + "» no es una dirección de correo";
+  if (!one_sender)
+    return "El remitente «" + OneLine(settings.from) + "» no es una dirección de correo";
   if (!Addresses(mail.to).empty()) return "";
   return "«" + OneLine(mail.to) + "» no es una dirección de correo";
 }

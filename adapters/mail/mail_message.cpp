@@ -16,7 +16,8 @@ constexpr std::size_t kWordBytes = 42;  // 56 letters and 12 of wrapping: under 
 constexpr std::size_t kLineLength = 76;
 
 bool IsPlain(std::string_view text) {
-  const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; });
+  const bool ascii =
+      std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; });
   return ascii && text.size() <= kPlainLength && text.find("=?") == std::string_view::npos;
 }
 
@@ -43,12 +44,14 @@ bool IsAddress(std::string_view text) {
   const bool shape = at != std::string_view::npos && at > 0 && at + 1 < text.size() &&
                      text.find('@', at + 1) == std::string_view::npos;
   return shape && std::all_of(text.begin(), text.end(), [](char c) {
-           return c > ' ' && c < 0x7F && std::string_view("<>()[]\\,;:\"").find(c) == std::string_view::npos;
+           return c > ' ' && c < 0x7F &&
+                  std::string_view("<>()[]\\,;:\"").find(c) == std::string_view::npos;
          });
 }
 
 std::string BodyText(std::string_view body) {
-  const std::string lines = ReplaceAll(ReplaceAll(ValidUtf8(body), kLineBreak, "\n"), "\n", kLineBreak);
+  const std::string lines =
+      ReplaceAll(ReplaceAll(ValidUtf8(body), kLineBreak, "\n"), "\n", kLineBreak);
   const std::string letters = Base64(lines);
   std::string text;
   for (std::size_t at = 0; at < letters.size(); at += kLineLength) {

@@ -13,7 +13,8 @@ constexpr TextStyle kCaption{11, true};
 constexpr TextStyle kSmall{7.5, false};
 constexpr double kHeight = 130;  // of the bars
 constexpr double kAxis = 52;     // room for the scale's numbers
-constexpr Colour kSeries[] = {{0.16, 0.42, 0.62}, {0.88, 0.58, 0.20}, {0.35, 0.60, 0.38}, {0.60, 0.35, 0.55}};
+constexpr Colour kSeries[] = {
+    {0.16, 0.42, 0.62}, {0.88, 0.58, 0.20}, {0.35, 0.60, 0.38}, {0.60, 0.35, 0.55}};
 
 // 1, 2 or 5 times a power of ten: four or so lines below the highest bar.
 double Step(double range) {
@@ -85,13 +86,15 @@ class ChartPainter {
 
   void DrawGroups() {
     double widest = 1;
-    for (const std::string& label : chart_.labels) widest = std::max(widest, sheet_.WidthOf(label, kSmall) + 4);
+    for (const std::string& label : chart_.labels)
+      widest = std::max(widest, sheet_.WidthOf(label, kSmall) + 4);
     const auto every = static_cast<std::size_t>(std::ceil(widest / GroupWidth()));
     for (std::size_t label = 0; label < chart_.labels.size(); ++label) {
       const double start = Sheet::kLeft + kAxis + static_cast<double>(label) * GroupWidth();
       DrawBars(label, start);
       if (label % every != 0) continue;
-      sheet_.Text(chart_.labels[label], start + GroupWidth() / 2, top_ + kHeight + 4, kSmall, Align::Centre);
+      sheet_.Text(chart_.labels[label], start + GroupWidth() / 2, top_ + kHeight + 4, kSmall,
+                  Align::Centre);
     }
   }
 

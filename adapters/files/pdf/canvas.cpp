@@ -24,7 +24,8 @@ std::string Canvas::Finish() {
   cairo_surface_finish(surface_.get());
   if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(surface_.get());
   if (status == CAIRO_STATUS_SUCCESS) return std::move(bytes_);
-  throw PrintError(std::string("No se puede dibujar el documento: ") + cairo_status_to_string(status));
+  throw PrintError(std::string("No se puede dibujar el documento: ") +
+                   cairo_status_to_string(status));
 }
 
 }  // namespace tpv

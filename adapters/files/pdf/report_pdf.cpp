@@ -16,7 +16,8 @@ constexpr double kPad = 3;
 constexpr std::size_t kMostLines = 40;  // of one row: a page must hold it
 
 void DrawTitle(Sheet& sheet, const Report& report) {
-  for (const std::string& line : sheet.Wrapped(report.title, Sheet::kRight - Sheet::kLeft, kTitle)) {
+  for (const std::string& line :
+       sheet.Wrapped(report.title, Sheet::kRight - Sheet::kLeft, kTitle)) {
     sheet.Text(line, Sheet::kLeft, sheet.y, kTitle);
     sheet.y += LineStep(kTitle);
   }

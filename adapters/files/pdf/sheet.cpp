@@ -56,7 +56,8 @@ std::vector<std::string> Sheet::Wrapped(std::string_view text, double width,
     for (std::size_t at = 0; at < word.size();) {
       std::string character;
       AppendCharacter(character, NextCharacter(word, at));
-      if (!lines.back().empty() && WidthOf(lines.back() + character, style) > width) lines.emplace_back();
+      if (!lines.back().empty() && WidthOf(lines.back() + character, style) > width)
+        lines.emplace_back();
       lines.back() += character;
     }
   }

@@ -32,8 +32,7 @@ void DrawLine(cairo_t* context, const PageLine& line) {
   int glyph_count = 0;
   int cluster_count = 0;
   cairo_text_cluster_flags_t flags{};
-  const double baseline =
-      kMargin + line.y * kPointsPerCentimetre + kAscent * line.points;
+  const double baseline = kMargin + line.y * kPointsPerCentimetre + kAscent * line.points;
   const cairo_status_t status = cairo_scaled_font_text_to_glyphs(
       cairo_get_scaled_font(context), 0, baseline, line.text.data(), length, &glyphs, &glyph_count,
       &clusters, &cluster_count, &flags);
@@ -51,7 +50,8 @@ void DrawLine(cairo_t* context, const PageLine& line) {
 
 std::optional<std::string> TicketPdf(const TicketPage& page) {
   double length = std::max(page.length, kShortest);
-  for (const PageLine& line : page.lines) length = std::max(length, line.y + LineHeight(line.points));
+  for (const PageLine& line : page.lines)
+    length = std::max(length, line.y + LineHeight(line.points));
   Canvas canvas(kWidth, length * kPointsPerCentimetre + 2 * kMargin);
   for (const PageLine& line : page.lines) {
     cairo_select_font_face(canvas.get(), page.family.c_str(), CAIRO_FONT_SLANT_NORMAL,
