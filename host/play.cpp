@@ -50,17 +50,17 @@ void RequireEmpty(Connection& connection) {
 
 // Takes a picture before each command, so that the last is of what the script
 // led to.
-class Photographer : public ui::Driver {
+class Photographer final : public ui::Driver {
  public:
-  Photographer(ui::Driver& driver, Stage& stage) : driver_(driver), stage_(stage) {}
+  Photographer(scenario::Player& player, Stage& stage) : player_(player), stage_(stage) {}
   bool Step() override {
-    stage_.TakePicture();
-    return driver_.Step();
+    if (!player_.Over()) stage_.TakePicture();
+    return player_.Step();
   }
-  void OnBox(const ui::MessageBox& box) override { driver_.OnBox(box); }
+  void OnBox(const ui::MessageBox& box) override { player_.OnBox(box); }
 
  private:
-  ui::Driver& driver_;
+  scenario::Player& player_;
   Stage& stage_;
 };
 
@@ -150,15 +150,14 @@ int Play(const PlayOptions& options, std::ostream& transcript) {
   for (const std::string& file : options.files) scripts.push_back(scenario::ReadScript(file));
   const auto theatre = options.windows ? WindowTheatre() : HeadlessTheatre();
   bool held = true;
-  for (auto& script : scripts) {
+  for (std::size_t i = 0; i < scripts.size(); ++i) {
     const TemporaryFolder folder;
     const std::string path = options.store.empty() ? folder.File("tienda.db") : options.store;
-    const std::string name = script.empty() ? "" : script.front().file;
     const auto stage = theatre->SetUp();
-    held = PlayFile(options, path, *stage, std::move(script), transcript) && held;
+    held = PlayFile(options, path, *stage, std::move(scripts[i]), transcript) && held;
     transcript.flush();
     if (options.screenshots.empty()) continue;
-    const std::string picture = std::filesystem::path(name).stem().string() + ".png";
+    const std::string picture = std::filesystem::path(options.files[i]).stem().string() + ".png";
     stage->SavePicture((std::filesystem::path(options.screenshots) / picture).string());
   }
   return held ? 0 : 1;

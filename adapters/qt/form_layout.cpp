@@ -99,7 +99,7 @@ class Builder {
       auto* line = new QHBoxLayout;
       line->setSpacing(kGap);
       const bool tall_row = FillRow(*line, parent, row);
-      layout.addLayout(line, tall_row ? 1 : 0);
+      layout.addLayout(line);  // what is tall expands by itself while it is visible
       tall = tall || tall_row;
     }
     return tall;
@@ -130,7 +130,11 @@ class Builder {
     if (auto* frame = dynamic_cast<ui::Frame*>(&control)) {
       auto framed = std::make_unique<FrameView>(*frame, Surroundings{actions_, parent});
       tall = Fill(framed->layout(), framed->card(), frame->rows);
-      if (!tall) framed->layout().addStretch(0);
+      // Beside a taller frame the rows stay together at the top.
+      if (!tall) {
+        framed->layout().addItem(
+            new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Preferred));
+      }
       view = std::move(framed);
     } else {
       view = MakeView(control, {actions_, parent});

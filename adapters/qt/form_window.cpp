@@ -1,10 +1,12 @@
 #include "adapters/qt/form_window.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -15,6 +17,21 @@
 #include "base/text.h"
 
 namespace tpv::qt {
+
+namespace {
+
+// Layouts keep their sizes until their window shows; what the first look at the
+// model changed must count before, from the inside out.
+void SettleLayouts(QWidget& widget) {
+  for (QObject* child : widget.children()) {
+    if (child->isWidgetType()) SettleLayouts(static_cast<QWidget&>(*child));
+  }
+  if (widget.layout() == nullptr) return;
+  widget.layout()->invalidate();
+  widget.layout()->activate();
+}
+
+}  // namespace
 
 FormWindow::FormWindow(ui::Form& form, WindowOwner& owner, QWidget* parent)
     : QWidget(parent, Qt::Window),
@@ -59,11 +76,13 @@ ControlView* FormWindow::ViewOf(const ui::Control& control) const {
 }
 
 QSize FormWindow::PreferredSize(const QSize& usual) const {
-  const QSize needed = scroll_->widget()->sizeHint() +
-                       QSize(2, 2 + (band_->isHidden() ? 0 : band_->sizeHint().height()));
+  SettleLayouts(*scroll_->widget());
+  const QWidget& content = *scroll_->widget();
   const bool tall = std::any_of(views_.begin(), views_.end(),
                                 [](const auto& entry) { return entry.second->Tall(); });
-  return tall ? usual.expandedTo({needed.width(), 0}) : needed;
+  if (tall) return usual.expandedTo({content.minimumSizeHint().width(), 0});
+  return content.sizeHint() +
+         QSize(0, band_->isHidden() ? 0 : band_->sizeHint().height());
 }
 
 void FormWindow::Reveal(const ControlView& view) {
@@ -119,7 +138,20 @@ void FormWindow::SyncMenu() {
   menu_->popup(QCursor::pos());
 }
 
+// The first caption that has less room than it needs; "" when all have enough.
+std::string FormWindow::Clipped() const {
+  for (const auto* label : findChildren<QLabel*>()) {
+    if (label->isVisible() && label->width() < label->sizeHint().width()) return Utf8(label->text());
+  }
+  for (const auto* button : findChildren<QAbstractButton*>()) {
+    const int text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width();
+    if (button->isVisible() && button->width() < text + 8) return Utf8(button->text());
+  }
+  return {};
+}
+
 std::string FormWindow::Difference() const {
+  if (const std::string clipped = Clipped(); !clipped.empty()) return clipped + ": clipped";
   for (const auto& [control, view] : views_) {
     const bool shown = view->Outer()->isVisible();
     if (shown != control->IsVisible()) return control->name + ": visible";

@@ -33,10 +33,10 @@ class FormWindow : public QWidget {
   void Sync();
   ControlView* ViewOf(const ui::Control& control) const;
   QMenu* menu() const { return menu_; }
-  // As wide as it needs; a window with a grid or a list takes the usual size.
+  // As large as it needs; a window with a grid or a list takes the usual size.
   QSize PreferredSize(const QSize& usual) const;
   void Reveal(const ControlView& view);  // scrolls to it where the window is small
-  // What the window shows differently from the model; "" when nothing.
+  // What the window shows differently from the model or cuts off; "" when nothing.
   std::string Difference() const;
 
  protected:
@@ -47,6 +47,7 @@ class FormWindow : public QWidget {
 
  private:
   void Watch(QWidget& widget, ControlView& view);
+  std::string Clipped() const;
   void SyncFocus();
   void SyncMenu();
   bool Press(QKeyEvent& event, ControlView* view);

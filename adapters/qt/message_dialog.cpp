@@ -8,6 +8,7 @@
 
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "platform/ui/controls.h"
 
 namespace tpv::qt {
 
@@ -90,6 +91,11 @@ QWidget* MessageDialog::Buttons() {
   }
   if (QPushButton* standard = ButtonOf(box_.default_button)) {
     standard->setDefault(true);
+    standard->setProperty(kEmphasis, static_cast<int>(ui::Emphasis::Strong));
+    standard->setFont(Type(kTextSize, true));
+    QPalette palette = standard->palette();
+    palette.setColor(QPalette::ButtonText, Qt::white);
+    standard->setPalette(palette);
     standard->setFocus();
   }
   return row;

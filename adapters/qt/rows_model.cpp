@@ -1,5 +1,6 @@
 #include "adapters/qt/rows_model.h"
 
+#include "adapters/qt/cell_delegate.h"
 #include "adapters/qt/text.h"
 
 namespace tpv::qt {
@@ -62,6 +63,8 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
       return Text(source_.Cell(index.row(), index.column()));
     case Qt::TextAlignmentRole:
       return QVariant::fromValue(AlignmentOf(columns_[index.column()].align));
+    case kButtonRole:
+      return HasButton(index.column());
     case Qt::CheckStateRole:
       if (!source_.HasChecks() || index.column() != 0) return {};
       return source_.Checked(index.row()) ? Qt::Checked : Qt::Unchecked;

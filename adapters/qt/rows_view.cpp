@@ -3,31 +3,18 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QScrollBar>
-#include <QStyledItemDelegate>
 #include <algorithm>
 
+#include "adapters/qt/cell_delegate.h"
+#include "adapters/qt/table_setup.h"
 #include "adapters/qt/text.h"
-#include "adapters/qt/till_style.h"
 
 namespace tpv::qt {
 
 namespace {
 
-constexpr int kRowHeight = 32;
-constexpr int kTwipsInPixel = 15;
-constexpr double kTypeScale = 1.4;  // the till's type against the one widths were made for
-constexpr int kCellPadding = 20;
-constexpr int kButtonWidth = 34;
-constexpr int kCheckWidth = 30;
 constexpr int kSampleRows = 40;
-
-QRect ButtonRect(const QRect& cell) {
-  return {cell.right() - kButtonWidth, cell.top() + 3, kButtonWidth - 2, cell.height() - 6};
-}
-
-QRect CheckRect(const QRect& cell) { return {cell.left() + 6, cell.center().y() - 10, 20, 20}; }
+constexpr int kWidestColumn = 500;
 
 // Getting the focus selects no row: the model says which one is current.
 class Table : public QTableView {
@@ -39,60 +26,6 @@ class Table : public QTableView {
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
   }
-};
-
-// Paints cells with room around the text, and the button of those that have one.
-class CellDelegate : public QStyledItemDelegate {
- public:
-  CellDelegate(QTableView& table, const RowsModel& model)
-      : QStyledItemDelegate(&table), table_(table), model_(model) {}
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override {
-    const bool enabled = option.state & QStyle::State_Enabled;
-    const bool selected = option.state & QStyle::State_Selected && enabled;
-    const bool focused = selected && table_.hasFocus();
-    painter->fillRect(option.rect, focused ? colour::kAccent
-                                   : selected ? colour::kSelected
-                                              : option.palette.color(QPalette::Base));
-    painter->setPen(colour::kLine);
-    painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
-    QRect text = option.rect.adjusted(kCellPadding / 2, 0, -kCellPadding / 2, 0);
-    if (const QVariant check = index.data(Qt::CheckStateRole); check.isValid()) {
-      DrawCheck(*painter, option, check.toInt() == Qt::Checked);
-      text.setLeft(option.rect.left() + kCheckWidth + 4);
-    }
-    if (model_.HasButton(index.column())) {
-      DrawButton(*painter, option.rect, enabled);
-      text.setRight(option.rect.right() - kButtonWidth - 4);
-    }
-    painter->setPen(focused ? Qt::white : enabled ? colour::kText : colour::kFaded);
-    painter->setFont(option.font);
-    const QString shown = index.data(Qt::DisplayRole).toString();
-    painter->drawText(text, index.data(Qt::TextAlignmentRole).toInt() | Qt::TextSingleLine,
-                      option.fontMetrics.elidedText(shown, Qt::ElideRight, text.width()));
-  }
-
- private:
-  void DrawCheck(QPainter& painter, const QStyleOptionViewItem& option, bool checked) const {
-    QStyleOptionViewItem mark(option);
-    mark.rect = CheckRect(option.rect);
-    mark.state &= ~QStyle::State_HasFocus;
-    mark.state |= checked ? QStyle::State_On : QStyle::State_Off;
-    table_.style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &mark, &painter, &table_);
-  }
-
-  void DrawButton(QPainter& painter, const QRect& cell, bool enabled) const {
-    QStyleOptionButton button;
-    button.rect = ButtonRect(cell);
-    button.state = enabled ? QStyle::State_Enabled : QStyle::State_None;
-    table_.style()->drawPrimitive(QStyle::PE_PanelButtonCommand, &button, &painter, nullptr);
-    painter.setPen(enabled ? colour::kText : colour::kFaded);
-    painter.drawText(button.rect, Qt::AlignCenter, "…");
-  }
-
-  QTableView& table_;
-  const RowsModel& model_;
 };
 
 class GridRows : public RowSource {
@@ -128,25 +61,6 @@ class ListRows : public RowSource {
   const ui::ListView& list_;
 };
 
-void Prepare(QTableView& table) {
-  table.setFocusPolicy(Qt::NoFocus);
-  table.setSelectionBehavior(QAbstractItemView::SelectRows);
-  table.setSelectionMode(QAbstractItemView::SingleSelection);
-  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table.setShowGrid(false);
-  table.setTabKeyNavigation(false);
-  table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  table.setMinimumHeight(kRowHeight * 4);
-  table.verticalHeader()->hide();
-  table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  table.verticalHeader()->setDefaultSectionSize(kRowHeight);
-  QHeaderView& header = *table.horizontalHeader();
-  header.setFont(Type(kLabelSize + 1, true));
-  header.setHighlightSections(false);
-  header.setSectionsClickable(false);
-  header.setMinimumSectionSize(20);
-}
-
 }  // namespace
 
 RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surroundings around)
@@ -155,9 +69,9 @@ RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surrou
       actions_(around.actions),
       table_(new Table(&around.parent)),
       model_(new RowsModel(*source_, table_)) {
-  Prepare(*table_);
+  PrepareTable(*table_);
   table_->setModel(model_);
-  table_->setItemDelegate(new CellDelegate(*table_, *model_));
+  table_->setItemDelegate(new CellDelegate(*table_, *table_));
 }
 
 // The table goes with its window, after this; it must not ask for rows any more.
@@ -166,7 +80,8 @@ RowsView::~RowsView() { table_->setModel(nullptr); }
 void RowsView::Sync() {
   ControlView::Sync();
   const int before = model_->rowCount();
-  if (model_->Update()) SetWidths();
+  const bool other_columns = model_->Update();
+  if (other_columns || (before == 0 && model_->rowCount() > 0)) SetWidths();
   SyncCurrentRow();
   if (before > 0 && model_->rowCount() == before + 1) table_->scrollToBottom();
   std::string now = PaintedText();
@@ -212,12 +127,15 @@ int RowsView::WidthOf(int column) const {
   const ui::GridColumn& layout = source_->Columns()[column];
   const QFontMetrics header(table_->horizontalHeader()->font());
   int width = header.horizontalAdvance(Text(layout.caption)) + kCellPadding;
-  if (layout.width > 0) return std::max(width, qRound(layout.width * kTypeScale / kTwipsInPixel));
+  width = std::max(width, qRound(layout.width * kPixelsInTwip));
   const QFontMetrics cells(table_->font());
+  const int extra = kCellPadding + (column == 0 && source_->HasChecks() ? kCheckWidth : 0) +
+                    (layout.cell_button ? kButtonWidth : 0);
+  const int most = layout.width > 0 ? width * 2 : kWidestColumn;
   for (int row = 0; row < std::min(source_->Count(), kSampleRows); ++row) {
-    width = std::max(width, cells.horizontalAdvance(Text(source_->Cell(row, column))) + kCellPadding);
+    width = std::max(width, cells.horizontalAdvance(Text(source_->Cell(row, column))) + extra);
   }
-  return width + (column == 0 && source_->HasChecks() ? kCheckWidth : 0);
+  return std::min(width, most);
 }
 
 // The widest column of text takes the room that is left.

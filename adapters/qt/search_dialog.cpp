@@ -7,6 +7,8 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "adapters/qt/cell_delegate.h"
+#include "adapters/qt/table_setup.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 
@@ -14,24 +16,9 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kRowHeight = 32;
-constexpr double kPixelsInTwip = 1.4 / 15;  // the till's type against the one widths were made for
-
-void Prepare(QTableView& table) {
-  table.setFocusPolicy(Qt::NoFocus);
-  table.setSelectionBehavior(QAbstractItemView::SelectRows);
-  table.setSelectionMode(QAbstractItemView::SingleSelection);
-  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table.setShowGrid(false);
-  table.setAlternatingRowColors(true);
-  table.verticalHeader()->hide();
-  table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  table.verticalHeader()->setDefaultSectionSize(kRowHeight);
-  table.horizontalHeader()->setFont(Type(kLabelSize + 1, true));
-  table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  table.horizontalHeader()->setHighlightSections(false);
-  table.horizontalHeader()->setStretchLastSection(true);
-}
+constexpr int kSampleRows = 60;
+constexpr int kNarrowest = 760;
+constexpr int kWidest = 1100;
 
 }  // namespace
 
@@ -88,23 +75,38 @@ void SearchDialog::LayOut(const ui::SearchRequest& request) {
   layout->setContentsMargins(16, 16, 16, 14);
   layout->setSpacing(10);
   edit_->setMinimumHeight(38);
+  edit_->setTextMargins(6, 0, 6, 0);
   edit_->setPlaceholderText("Escriba parte del código o del nombre");
-  Prepare(*table_);
+  PrepareTable(*table_);
+  table_->setAlternatingRowColors(true);
+  table_->setItemDelegate(new CellDelegate(*table_, *edit_));
+  table_->horizontalHeader()->setStretchLastSection(true);
   table_->setModel(model_);
   SetWidths(request);
   count_->setFont(Type(kLabelSize));
   layout->addWidget(edit_);
   layout->addWidget(table_, 1);
   layout->addWidget(count_);
-  resize(760, 560);
 }
 
 void SearchDialog::SetWidths(const ui::SearchRequest& request) {
-  const int columns = std::min(model_->columnCount(), static_cast<int>(request.widths.size()));
-  for (int column = 0; column < columns; ++column) {
-    const int wanted = qRound(request.widths[column] * kPixelsInTwip);
-    table_->setColumnWidth(column, std::max(110, wanted));
+  const QFontMetrics cells(table_->font());
+  const QFontMetrics header(table_->horizontalHeader()->font());
+  int all = 0;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    const QString caption = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    int width = header.horizontalAdvance(caption);
+    for (int row = 0; row < std::min(model_->rowCount(), kSampleRows); ++row) {
+      const QString text = model_->index(row, column).data().toString();
+      width = std::max(width, cells.horizontalAdvance(text));
+    }
+    const bool declared = column < static_cast<int>(request.widths.size());
+    const int wanted = declared ? qRound(request.widths[column] * kPixelsInTwip) : 0;
+    width = std::min(std::max(width + kCellPadding, std::min(wanted, width * 2)), kNarrowest);
+    table_->setColumnWidth(column, width);
+    all += width;
   }
+  resize(std::clamp(all + 60, kNarrowest, kWidest), 560);
 }
 
 void SearchDialog::Narrow(const QString& text) {

@@ -141,6 +141,13 @@ void TillStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
   Arrow(*painter, arrow, enabled ? colour::kText : colour::kFaded);
 }
 
+QRect TillStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                SubControl part, const QWidget* widget) const {
+  const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+  const bool text = control == CC_ComboBox && part == SC_ComboBoxEditField;
+  return text ? rect.adjusted(6, 0, 0, 0) : rect;
+}
+
 int TillStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
   switch (metric) {

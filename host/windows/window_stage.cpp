@@ -1,5 +1,6 @@
 #include <stdexcept>
 
+#include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_operator.h"
 #include "adapters/qt/text.h"
 #include "host/stage.h"
@@ -14,7 +15,11 @@ class WindowStage : public Stage {
   ui::FrontEnd& FrontEnd() override { return front_end_; }
   ui::Operator& Hands() override { return hands_; }
   void SetDriver(ui::Driver& driver) override { front_end_.SetDriver(driver); }
-  void TakePicture() override { picture_ = front_end_.Picture(); }
+  void TakePicture() override {
+    front_end_.Refresh();
+    qt::SettleWindows();
+    picture_ = front_end_.Picture();
+  }
   void SavePicture(const std::string& path) override {
     if (picture_.isNull() || !picture_.save(qt::Text(path), "PNG")) {
       throw std::runtime_error("No se puede guardar la imagen «" + path + "»");

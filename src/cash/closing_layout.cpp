@@ -38,6 +38,7 @@ void FrmTpvCierreCaja::DeclareLayout() {
   Frame1.visible = false;
   Frame2.Rows({{&Text1[5], &Check2, &Text1[11], &Text1[12]}, {&Check1, &cmdProceso}});
   Frame4.Rows({{&ListView1}});
+  cmdGrabar.emphasis = cmdProceso.emphasis = ui::Emphasis::Strong;
   rows = {{&Frame2}, {&Frame4, &Frame1}, {&DbgDiario}, {&dbgCajas}, {&lblProceso},
           {&cmdGrabar, &cmdCancelar, &cmdInforme, &cmdSalir}};
 }

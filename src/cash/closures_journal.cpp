@@ -36,6 +36,7 @@ FrmTpvDiarioCierres::FrmTpvDiarioCierres(Context& ctx) : Screen(ctx, "frmTpvDiar
                {&cmdInforme, &cmdGenerar, &cmdSalir}});
   rows = {{&Frame1}, {&DbgDiario}, {&lblInforme}};
   DbgDiario.stretch = true;
+  cmdInforme.emphasis = ui::Emphasis::Strong;
   cmdGenerar.enabled = false;
   Text1[11].left = [this] { LeaveAgent(); };
   cmdInforme.click = [this] { Run(); };

@@ -68,6 +68,7 @@ void FrmTpvMovCaja::DeclareLayout() {
                   {&Text1[11], &Text1[7], &Text1[4]}});
   frmPagos.Rows({{&Text1[3], &Text1[6]}});
   rows = {{&Frame1}, {&frmCobros}, {&frmPagos}, {&cmdTicket, &cmdCancelar}};
+  cmdTicket.emphasis = ui::Emphasis::Strong;
   Option1_0.Check();
   Option3.Check();
   ShowKind();

@@ -18,6 +18,7 @@ FrmTpvAperturaCaja::FrmTpvAperturaCaja(Context& ctx) : Screen(ctx, "frmTpvApertu
   DeclareFields();
   fraAgente.Rows({{&Text1[5], &Text1[13], &Text1[11], &Text1[12], &Text1[14]}});
   rows = {{&fraAgente}, {&Frame1}, {&cmdGrabar, &cmdSalir}};
+  cmdGrabar.emphasis = ui::Emphasis::Strong;
   cmdGrabar.click = [this] { Save(); };
   cmdSalir.click = [this] { Close(); };
   Text1[11].left = [this] { LeaveAgent(); };

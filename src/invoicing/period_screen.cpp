@@ -15,6 +15,7 @@ FrmTpvFacturas::FrmTpvFacturas(Context& ctx) : Screen(ctx, "frmTpvFacturas") {
   Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8]}});
   rows = {{&Text1[5], &Text1[2], &cmdInforme, &cmdFacturar, &cmdSalir}, {&DbgDiario}, {&Frame4}};
   cmdFacturar.enabled = false;
+  cmdInforme.emphasis = cmdFacturar.emphasis = ui::Emphasis::Strong;
   cmdInforme.click = [this] { Search(); };
   cmdFacturar.click = [this] { Invoice(); };
   cmdSalir.click = [this] { Close(); };

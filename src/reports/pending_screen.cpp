@@ -32,6 +32,7 @@ void FrmTpvPendiente::DeclareLayout() {
   }
   Text1[4].stretch = DbgDiario.stretch = true;
   lblTotales.large = true;
+  cmdInforme.emphasis = ui::Emphasis::Strong;
   Frame1.Rows({{&Text1[9], &Text1[4]}, {&Text1[5], &Text1[2], &Check1, &cmdInforme, &cmdSalir}});
   rows = {{&Frame1}, {&DbgDiario}, {&lblTotales}};
 }

@@ -77,6 +77,7 @@ void FrmTpvDiarioVentas::DeclareLayout() {
 }
 
 void FrmTpvDiarioVentas::Connect() {
+  cmdInforme.emphasis = ui::Emphasis::Strong;
   cmdInforme.click = [this] { Run(); };
   cmdSalir.click = [this] { Close(); };
   Check1.click = [this] { RunAgain(); };

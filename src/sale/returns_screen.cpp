@@ -39,7 +39,7 @@ void FrmTpvDevoluciones::DeclareFields() {
       {8, "Total", 12, 0, Any, true},
   };
   Declare(fields);
-  Text1[5].stretch = Text1[18].stretch = ListView1.stretch = true;
+  Text1[5].stretch = Text1[8].stretch = Text1[18].stretch = ListView1.stretch = true;
 }
 
 void FrmTpvDevoluciones::DeclareLayout() {
@@ -53,9 +53,14 @@ void FrmTpvDevoluciones::DeclareLayout() {
   Frame1.Rows({{&Text1[6], &Text1[0], &Text1[1], &Text1[12], &Text1[13]},
                {&Text1[2], &Text1[5], &cboFpago, &Check1, &Text1[4]}});
   Frame2.Rows({{&Text1[9], &Text1[11], &cmdBuscar, &cmdBuscarVentas}});
-  Frame3.Rows({{&Text1[21], &Text1[19], &Text1[18], &Text1[17], &Text1[7]}, {&cmdCancelar}});
+  Frame3.Rows({{&Text1[21], &Text1[19], &Text1[18], &Text1[17], &Text1[7], &cmdCancelar}});
   Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8], &cmdFinalizar}});
-  rows = {{&Frame1}, {&Frame2}, {&Frame3}, {&ListView1}, {&Frame4}, {&cmdNueva, &cmdAbreCajon, &cmdSalir}};
+  cmdFinalizar.emphasis = ui::Emphasis::Strong;
+  rows = {{&Frame1},
+          {&Frame2},
+          {&Frame3},
+          {&ListView1},
+          {&Frame4, &cmdNueva, &cmdAbreCajon, &cmdSalir}};
   Frame3.enabled = false;
 }
 

@@ -34,7 +34,7 @@ void FrmTpv::DeclareFields() {
       {8, "Total", 12, 0, Any, true},
   };
   Declare(fields);
-  Text1[5].stretch = Text1[18].stretch = dbgVenta.stretch = true;
+  Text1[5].stretch = Text1[8].stretch = Text1[18].stretch = dbgVenta.stretch = true;
 }
 
 void FrmTpv::DeclareLayout() {

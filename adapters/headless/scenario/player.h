@@ -30,6 +30,8 @@ class Player : public ui::Driver {
   // All references outlive the player.
   Player(Rig& rig, ui::Operator& hands, std::ostream& transcript);
 
+  // Whether no command is left to play.
+  bool Over() const { return over_ || next_ >= commands_.size(); }
   // Plays the commands; true when every expectation held.
   bool Play(std::vector<Command> commands);
 
