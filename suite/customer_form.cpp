@@ -34,6 +34,7 @@ CustomerForm::CustomerForm(Context& ctx) : Screen(ctx, "frmNuevoCliente") {
   Frame2.Rows({{&cboTipoVia, &Text1[kStreet], &Text1[kNumber]},
                {&Text1[kPostCode], &Text1[kTown], &cboProvincias}});
   rows = {{&Frame1}, {&Frame2}, {&cmdAceptar, &cmdCancelar}};
+  cmdAceptar.emphasis = ui::Emphasis::Strong;
   cmdAceptar.click = [this] { Accept(); };
   cmdCancelar.click = [this] { Close(); };
 }

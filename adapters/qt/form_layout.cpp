@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <algorithm>
-#include <typeindex>
 
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
@@ -88,63 +87,59 @@ bool IsButton(const ui::Control* control) {
   return dynamic_cast<const ui::Button*>(control) != nullptr;
 }
 
+bool AnyTall(const std::vector<Row>& rows);
+
+bool IsTall(const ui::Control* control) {
+  if (const auto* frame = dynamic_cast<const ui::Frame*>(control)) return AnyTall(frame->rows);
+  return dynamic_cast<const ui::Grid*>(control) != nullptr ||
+         dynamic_cast<const ui::ListView*>(control) != nullptr;
+}
+
+bool AnyTall(const std::vector<Row>& rows) {
+  return std::any_of(rows.begin(), rows.end(), [](const Row& row) {
+    return std::any_of(row.begin(), row.end(), IsTall);
+  });
+}
+
+bool IsWide(const ui::Control* control) {
+  return control->stretch || IsTall(control) || dynamic_cast<const ui::Frame*>(control) != nullptr;
+}
+
 class Builder {
  public:
   Builder(Actions& actions, Views& views) : actions_(actions), views_(views) {}
 
-  // True when something in the rows takes height.
-  bool Fill(QVBoxLayout& layout, QWidget& parent, const std::vector<Row>& rows) {
-    bool tall = false;
+  // What is tall expands by itself while it is visible.
+  void Fill(QVBoxLayout& layout, QWidget& parent, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
       auto* line = new QHBoxLayout;
       line->setSpacing(kGap);
-      const bool tall_row = FillRow(*line, parent, row);
-      layout.addLayout(line);  // what is tall expands by itself while it is visible
-      tall = tall || tall_row;
+      FillRow(*line, parent, row);
+      layout.addLayout(line);
     }
-    return tall;
   }
 
  private:
-  bool FillRow(QHBoxLayout& line, QWidget& parent, const Row& row) {
-    const bool stretches = std::any_of(row.begin(), row.end(), Wide);
+  void FillRow(QHBoxLayout& line, QWidget& parent, const Row& row) {
     const bool toolbar = row.size() > 3 && std::all_of(row.begin(), row.end(), IsButton);
-    bool tall = false;
+    const bool tall = std::any_of(row.begin(), row.end(), IsTall);
     for (ui::Control* control : row) {
-      const bool tall_control = Place(line, parent, *control, toolbar || Wide(control));
-      tall = tall || tall_control;
+      const bool is_frame = dynamic_cast<ui::Frame*>(control) != nullptr;
+      auto view = is_frame ? Framed(parent, static_cast<ui::Frame&>(*control), tall)
+                           : MakeView(*control, {actions_, parent});
+      if (!view) continue;
+      const Qt::Alignment place = is_frame || IsTall(control) ? Qt::Alignment() : Qt::AlignBottom;
+      line.addWidget(view->Outer(), toolbar || IsWide(control) ? 1 : 0, place);
+      views_[control] = std::move(view);
     }
-    if (!stretches && !toolbar) line.addStretch(1);
-    return tall;
+    if (!toolbar && std::none_of(row.begin(), row.end(), IsWide)) line.addStretch(1);
   }
 
-  static bool Wide(const ui::Control* control) {
-    return control->stretch || dynamic_cast<const ui::Frame*>(control) != nullptr ||
-           dynamic_cast<const ui::Grid*>(control) != nullptr ||
-           dynamic_cast<const ui::ListView*>(control) != nullptr;
-  }
-
-  bool Place(QHBoxLayout& line, QWidget& parent, ui::Control& control, bool wide) {
-    bool tall = false;
-    std::unique_ptr<ControlView> view;
-    if (auto* frame = dynamic_cast<ui::Frame*>(&control)) {
-      auto framed = std::make_unique<FrameView>(*frame, Surroundings{actions_, parent});
-      tall = Fill(framed->layout(), framed->card(), frame->rows);
-      // Beside a taller frame the rows stay together at the top.
-      if (!tall) {
-        framed->layout().addItem(
-            new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Preferred));
-      }
-      view = std::move(framed);
-    } else {
-      view = MakeView(control, {actions_, parent});
-      if (!view) return false;
-      tall = view->Tall();
-    }
-    const bool fills = tall || dynamic_cast<ui::Frame*>(&control) != nullptr;
-    line.addWidget(view->Outer(), wide ? 1 : 0, fills ? Qt::Alignment() : Qt::AlignBottom);
-    views_[&control] = std::move(view);
-    return tall;
+  std::unique_ptr<ControlView> Framed(QWidget& parent, ui::Frame& frame, bool beside_tall) {
+    auto view = std::make_unique<FrameView>(frame, Surroundings{actions_, parent});
+    Fill(view->layout(), view->card(), frame.rows);
+    if (beside_tall && !IsTall(&frame)) view->layout().addStretch(1);  // its rows stay on top
+    return view;
   }
 
   Actions& actions_;
@@ -158,8 +153,8 @@ Views LayOut(ui::Form& form, QWidget& content, Actions& actions) {
   auto* layout = new QVBoxLayout(&content);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kRowGap);
-  const bool tall = Builder(actions, views).Fill(*layout, content, form.rows);
-  if (!tall) layout->addStretch(1);
+  Builder(actions, views).Fill(*layout, content, form.rows);
+  if (!AnyTall(form.rows)) layout->addStretch(1);
   return views;
 }
 
