@@ -25,6 +25,17 @@ class DatabaseError : public std::runtime_error {
   int native_;
 };
 
+// A commit got no answer and the store could not be asked: the transaction may
+// be stored or not. Repeating it blindly might store it twice.
+class CommitUnknown : public DatabaseError {
+ public:
+  explicit CommitUnknown(const DatabaseError& loss)
+      : DatabaseError(
+            "Se perdió la conexión al grabar y no se sabe si quedó grabado. Compruébelo antes de "
+            "repetirlo",
+            loss.sqlstate(), loss.native()) {}
+};
+
 // The rows of one statement, read forward only. It stays readable while other
 // statements run on its connection; a rollback may end it (then it is at EOF).
 // It must not outlive its connection. Statements without rows give a record set
@@ -62,6 +73,7 @@ class Connection {
   // A writing transaction: it takes the store's lock here, so that numbers read
   // inside are its own. Transactions do not nest: a second BeginTrans throws.
   virtual void BeginTrans() = 0;
+  // CommitUnknown when it may have happened; after any other error it did not.
   virtual void CommitTrans() = 0;
   virtual void RollbackTrans() = 0;
   virtual bool InTransaction() const = 0;

@@ -1,0 +1,141 @@
+#include "adapters/odbc/link.h"
+
+#include <array>
+
+#include "base/text.h"
+
+namespace tpv::odbc {
+
+namespace {
+
+std::vector<Report> ReportsOf(SQLSMALLINT kind, SQLHANDLE handle) {
+  std::vector<Report> reports;
+  std::array<SQLCHAR, 6> state{};
+  std::array<SQLCHAR, SQL_MAX_MESSAGE_LENGTH * 4> text{};
+  SQLINTEGER native = 0;
+  SQLSMALLINT length = 0;
+  for (SQLSMALLINT at = 1; SQL_SUCCEEDED(SQLGetDiagRec(
+           kind, handle, at, state.data(), &native, text.data(), text.size(), &length));
+       ++at) {
+    reports.push_back({reinterpret_cast<const char*>(state.data()), native,
+                       ValidUtf8(reinterpret_cast<const char*>(text.data()))});
+  }
+  return reports;
+}
+
+SQLPOINTER Number(int value) { return reinterpret_cast<SQLPOINTER>(static_cast<SQLLEN>(value)); }
+
+SQLCHAR* Characters(std::string_view text) {
+  return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
+}
+
+EnvironmentHandle NewEnvironment() {
+  EnvironmentHandle environment(SQL_NULL_HANDLE);
+  SQLSetEnvAttr(environment.get(), SQL_ATTR_ODBC_VERSION, Number(SQL_OV_ODBC3), 0);
+  return environment;
+}
+
+}  // namespace
+
+Link::Link(const Target& target, const Limits& limits, const Faults& faults)
+    : limits_(limits),
+      faults_(faults),
+      secret_(target.password),
+      environment_(NewEnvironment()),
+      connection_(environment_.get()) {
+  MeetFault(Call::Connect, Moment::Before);
+  SQLHDBC handle = connection_.get();
+  SQLSetConnectAttr(handle, SQL_ATTR_LOGIN_TIMEOUT, Number(limits.login_seconds), 0);
+  const std::string text = FullConnectionString(target);
+  Check(SQLDriverConnect(handle, nullptr, Characters(text), static_cast<SQLSMALLINT>(text.size()),
+                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+        SQL_HANDLE_DBC, handle);
+  connected_ = true;
+  FindOutServer();
+}
+
+Link::~Link() {
+  if (connected_) SQLDisconnect(connection_.get());
+}
+
+void Link::FindOutServer() {
+  std::array<char, 128> name{};
+  SQLSMALLINT length = 0;
+  SQLGetInfo(connection_.get(), SQL_DBMS_NAME, name.data(), name.size(), &length);
+  sql_server_ = std::string_view(name.data()).find("SQL Server") != std::string_view::npos;
+}
+
+void Link::MeetFault(Call call, Moment moment, std::string_view sql) {
+  if (!faults_) return;
+  const std::string state = faults_(call, moment, sql);
+  if (!state.empty()) Fail({{state, 0, "fault made on purpose"}});
+}
+
+void Link::Fail(const std::vector<Report>& reports) {
+  failed_ = true;
+  DatabaseError error = ErrorFrom(reports);
+  dead_ = dead_ || IsConnectionLoss(error.sqlstate());
+  if (dead_ && !IsConnectionLoss(error.sqlstate())) {
+    error = ErrorFrom({{"08S01", error.native(), {}}});
+  }
+  throw error;
+}
+
+// Some drivers report a loss under a state of its own kind.
+void Link::NoticeLoss() {
+  if (!connected_) return;
+  SQLUINTEGER gone = SQL_CD_FALSE;
+  SQLGetConnectAttr(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &gone, 0, nullptr);
+  dead_ = dead_ || gone == SQL_CD_TRUE;
+}
+
+void Link::Check(SQLRETURN result, SQLSMALLINT kind, SQLHANDLE handle) {
+  if (SQL_SUCCEEDED(result)) return;
+  std::vector<Report> reports = ReportsOf(kind, handle);
+  for (Report& report : reports) report.text = ReplaceAll(report.text, secret_, "***");
+  NoticeLoss();
+  Fail(reports);
+}
+
+StatementHandle Link::Execute(std::string_view sql) {
+  MeetFault(Call::Execute, Moment::Before, sql);
+  StatementHandle statement(connection_.get());
+  SQLSetStmtAttr(statement.get(), SQL_ATTR_QUERY_TIMEOUT, Number(limits_.query_seconds), 0);
+  const SQLRETURN result =
+      SQLExecDirect(statement.get(), Characters(sql), static_cast<SQLINTEGER>(sql.size()));
+  // SQL_NO_DATA: an update that touched no row.
+  if (result != SQL_NO_DATA) Check(result, SQL_HANDLE_STMT, statement.get());
+  SkipToRows(statement);
+  MeetFault(Call::Execute, Moment::After, sql);
+  return statement;
+}
+
+// A statement of several parts may answer with counts before its rows, and the
+// error of a later part shows only when its turn comes.
+void Link::SkipToRows(StatementHandle& statement) {
+  SQLSMALLINT columns = 0;
+  do {
+    Check(SQLNumResultCols(statement.get(), &columns), SQL_HANDLE_STMT, statement.get());
+  } while (columns == 0 && NextResult(statement));
+}
+
+bool Link::NextResult(StatementHandle& statement) {
+  const SQLRETURN result = SQLMoreResults(statement.get());
+  if (result == SQL_NO_DATA) return false;
+  Check(result, SQL_HANDLE_STMT, statement.get());
+  return true;
+}
+
+bool Link::Fetch(StatementHandle& statement) {
+  MeetFault(Call::Fetch, Moment::Before);
+  const SQLRETURN result = SQLFetch(statement.get());
+  if (result != SQL_NO_DATA) {
+    Check(result, SQL_HANDLE_STMT, statement.get());
+    return true;
+  }
+  while (NextResult(statement)) {
+  }
+  return false;
+}
+
+}  // namespace tpv::odbc

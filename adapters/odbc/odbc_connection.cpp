@@ -1,0 +1,236 @@
+#include "adapters/odbc/odbc_connection.h"
+
+#include <chrono>
+#include <random>
+#include <thread>
+
+#include "adapters/odbc/odbc_recordset.h"
+#include "base/text.h"
+
+namespace tpv {
+
+using odbc::IsConnectionLoss;
+
+namespace {
+
+constexpr std::chrono::milliseconds kBetweenLooks{500};
+
+std::string NewSessionName() {
+  std::random_device device;
+  std::string name;
+  constexpr char kHex[] = "0123456789abcdef";
+  for (int i = 0; i < 32; ++i) name += kHex[device() % 16];
+  return name;
+}
+
+bool OnlyReads(std::string_view sql) { return StartsWithNoCase(Trim(sql), "SELECT"); }
+
+DatabaseError UndoneError() {
+  return DatabaseError("El servidor deshizo la operación: no se ha grabado nada", "40000");
+}
+
+}  // namespace
+
+OdbcConnection::OdbcConnection(odbc::Target target, OdbcOptions options)
+    : target_(std::move(target)),
+      options_(std::move(options)),
+      active_(std::make_unique<odbc::ActiveResult>()) {
+  mark_.session = NewSessionName();
+  Open();
+}
+
+OdbcConnection::~OdbcConnection() {
+  if (active_->owner != nullptr) active_->owner->Close();
+}
+
+void OdbcConnection::Open() {
+  link_ = std::make_unique<odbc::Link>(
+      target_, odbc::Limits{options_.login_seconds, options_.query_seconds}, options_.faults);
+  try {
+    sql_server_ = link_->IsSqlServer();
+    if (sql_server_) SetUpSession();
+    FindMarks();
+  } catch (const DatabaseError&) {
+    link_.reset();
+    throw;
+  }
+}
+
+void OdbcConnection::SetUpSession() {
+  try {
+    link_->Run(odbc::SessionLanguage());
+  } catch (const DatabaseError& error) {
+    if (link_->IsDead()) throw;  // otherwise its messages stay in its own language
+  }
+  for (const std::string& statement : odbc::SessionSetup()) link_->Run(statement);
+  const auto day = First(odbc::DateProbe());
+  if (!day || day->ToInt32() != 2) {
+    throw DatabaseError("El servidor no lee las fechas en el orden día/mes/año", "22007");
+  }
+}
+
+// A store made by others may have no marks: then a lost answer stays unknown.
+void OdbcConnection::FindMarks() {
+  marks_ = false;
+  try {
+    for (const std::string& statement : odbc::ForgetOldMarks(sql_server_)) link_->Run(statement);
+    marks_ = true;
+  } catch (const DatabaseError&) {
+    if (link_->IsDead()) throw;
+  }
+}
+
+void OdbcConnection::Drop() {
+  if (active_->owner != nullptr) active_->owner->ReadAhead();  // ends in its failure
+  link_.reset();
+}
+
+void OdbcConnection::EnsureOpen() {
+  if (link_ != nullptr && link_->IsDead()) Drop();
+  if (link_ == nullptr) Open();
+}
+
+void OdbcConnection::ReadAhead() {
+  if (active_->owner != nullptr) active_->owner->ReadAhead();
+}
+
+// Runs the work again, on a new session, when the old one turns out to be lost.
+template <typename Work>
+auto OdbcConnection::OnceMore(Work work) {
+  EnsureOpen();
+  try {
+    return work();
+  } catch (const DatabaseError&) {
+    if (!link_->IsDead()) throw;
+  }
+  EnsureOpen();
+  return work();
+}
+
+std::unique_ptr<Recordset> OdbcConnection::Run(std::string_view sql) {
+  auto reader = std::make_unique<odbc::RowReader>(*link_, link_->Execute(sql));
+  return std::make_unique<odbc::OdbcRecordset>(std::move(reader), *active_);
+}
+
+std::optional<Variant> OdbcConnection::First(std::string_view sql) {
+  const auto rows = Run(sql);
+  if (rows->Eof()) return std::nullopt;
+  return rows->Field(std::size_t{0});
+}
+
+std::unique_ptr<Recordset> OdbcConnection::Execute(std::string_view sql) {
+  ReadAhead();
+  if (state_ != State::None) {
+    RequireTransaction();
+    return Run(sql);
+  }
+  if (OnlyReads(sql)) return OnceMore([&] { return Run(sql); });
+  // A write whose answer is lost must not be sent again, so the session is
+  // tried with something harmless first.
+  OnceMore([this] { return First("SELECT 1 AS vivo"); });
+  return Run(sql);
+}
+
+// After a failure the server may have ended the transaction: what followed would
+// be stored at once, piece by piece.
+void OdbcConnection::RequireTransaction() {
+  if (state_ == State::None) {
+    throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  }
+  if (state_ == State::Open && !StillOpenOnServer()) state_ = State::Undone;
+  if (state_ == State::Undone) throw UndoneError();
+}
+
+bool OdbcConnection::StillOpenOnServer() {
+  if (link_ == nullptr || link_->IsDead()) return false;
+  if (!link_->TakeFailure() || !sql_server_) return true;
+  try {
+    return First(odbc::TransactionProbe()).value_or(Variant(0)).ToInt32() == 1;
+  } catch (const DatabaseError&) {
+    return false;
+  }
+}
+
+void OdbcConnection::BeginTrans() {
+  if (state_ != State::None) throw DatabaseError("Ya hay una transacción abierta", "25001");
+  ReadAhead();
+  ++mark_.number;
+  OnceMore([this] { Begin(marks_ ? mark_.Write() : std::vector<std::string>()); });
+  link_->TakeFailure();
+  state_ = State::Open;
+}
+
+void OdbcConnection::Begin(const std::vector<std::string>& mark) {
+  try {
+    if (!sql_server_) {
+      link_->Run("BEGIN TRANSACTION");
+      for (const std::string& statement : mark) link_->Run(statement);
+      return;
+    }
+    const auto lock = First(odbc::BeginLocked(options_.lock_seconds, mark));
+    if (lock && lock->ToInt32() >= 0) return;
+  } catch (const DatabaseError&) {
+    if (!link_->IsDead()) Undo();
+    throw;
+  }
+  throw DatabaseError("Otra caja está grabando en este momento; inténtelo de nuevo", "HYT00");
+}
+
+void OdbcConnection::Undo() {
+  try {
+    link_->Run(sql_server_ ? odbc::RollbackIfOpen() : "ROLLBACK TRANSACTION");
+  } catch (const DatabaseError&) {
+    Drop();  // the server undoes what a session leaves behind
+  }
+}
+
+void OdbcConnection::CommitTrans() {
+  ReadAhead();
+  RequireTransaction();
+  try {
+    link_->Run("COMMIT TRANSACTION");
+    state_ = State::None;
+  } catch (const DatabaseError& error) {
+    if (!link_->IsDead() && !odbc::IsTimeout(error.sqlstate())) throw;
+    state_ = State::None;
+    ResolveCommit(error);
+  }
+}
+
+void OdbcConnection::ResolveCommit(const DatabaseError& loss) {
+  Drop();
+  const auto end =
+      std::chrono::steady_clock::now() + std::chrono::seconds(options_.look_seconds);
+  while (marks_) {
+    try {
+      if (LookForCommit()) return;
+      break;
+    } catch (const DatabaseError&) {
+      if (std::chrono::steady_clock::now() >= end) {
+        throw CommitUnknown(loss);
+      }
+      std::this_thread::sleep_for(kBetweenLooks);
+    }
+  }
+  if (!marks_) throw CommitUnknown(loss);
+  throw DatabaseError("Se perdió la conexión con el servidor y no se ha grabado nada; repítalo",
+                      loss.sqlstate(), loss.native());
+}
+
+// Under the store's lock, so that the lost session's transaction is over.
+bool OdbcConnection::LookForCommit() {
+  EnsureOpen();
+  Begin({});
+  const auto number = First(mark_.Read());
+  Undo();
+  return number && number->IntOr(0) == mark_.number;
+}
+
+void OdbcConnection::RollbackTrans() {
+  if (state_ == State::None) throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  ReadAhead();
+  state_ = State::None;
+  if (link_ != nullptr && !link_->IsDead()) Undo();
+}
+
+}  // namespace tpv
