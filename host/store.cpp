@@ -8,15 +8,19 @@
 
 namespace tpv {
 
-void MakeStore(const std::string& path, Contents contents, const Clock& clock) {
-  CreateStore(path);
-  SqliteConnection connection(path, clock);
-  Transaction transaction(connection);
+void FillStore(Connection& connection, Contents contents, const Clock& clock) {
   if (contents == Contents::Demonstration) {
     FillDemonstration(connection, clock.Now());
   } else {
     connection.Execute("INSERT INTO Parametros (Par_NumCaja) VALUES (NULL)");
   }
+}
+
+void MakeStore(const std::string& path, Contents contents, const Clock& clock) {
+  CreateStore(path);
+  SqliteConnection connection(path, clock);
+  Transaction transaction(connection);
+  FillStore(connection, contents, clock);
   transaction.Commit();
 }
 

@@ -16,6 +16,9 @@ enum class Contents {
   Demonstration,  // a shop worth looking at
 };
 
+// Fills a store without rows; the connection should be in a transaction.
+void FillStore(Connection& connection, Contents contents, const Clock& clock);
+
 // Creates the store. Throws DatabaseError when the file exists or cannot be made.
 void MakeStore(const std::string& path, Contents contents, const Clock& clock);
 

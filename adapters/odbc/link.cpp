@@ -55,7 +55,10 @@ Link::Link(const Target& target, const Limits& limits, const Faults& faults)
 }
 
 Link::~Link() {
-  if (connected_) SQLDisconnect(connection_.get());
+  if (!connected_ || SQL_SUCCEEDED(SQLDisconnect(connection_.get()))) return;
+  // Some drivers hold on to an open transaction.
+  SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
+  SQLDisconnect(connection_.get());
 }
 
 void Link::FindOutServer() {
@@ -74,8 +77,11 @@ void Link::MeetFault(Call call, Moment moment, std::string_view sql) {
 void Link::Fail(const std::vector<Report>& reports) {
   failed_ = true;
   DatabaseError error = ErrorFrom(reports);
-  dead_ = dead_ || IsConnectionLoss(error.sqlstate());
-  if (dead_ && !IsConnectionLoss(error.sqlstate())) {
+  const bool lost = IsConnectionLoss(error.sqlstate());
+  dead_ = dead_ || lost;
+  if (!connected_ && (lost || IsTimeout(error.sqlstate()))) {
+    error = ErrorFrom({{"08001", error.native(), {}}});
+  } else if (dead_ && !lost) {
     error = ErrorFrom({{"08S01", error.native(), {}}});
   }
   throw error;
@@ -105,18 +111,19 @@ StatementHandle Link::Execute(std::string_view sql) {
       SQLExecDirect(statement.get(), Characters(sql), static_cast<SQLINTEGER>(sql.size()));
   // SQL_NO_DATA: an update that touched no row.
   if (result != SQL_NO_DATA) Check(result, SQL_HANDLE_STMT, statement.get());
-  SkipToRows(statement);
+  if (!SkipToRows(statement)) statement = {};
   MeetFault(Call::Execute, Moment::After, sql);
   return statement;
 }
 
 // A statement of several parts may answer with counts before its rows, and the
 // error of a later part shows only when its turn comes.
-void Link::SkipToRows(StatementHandle& statement) {
+bool Link::SkipToRows(StatementHandle& statement) {
   SQLSMALLINT columns = 0;
   do {
     Check(SQLNumResultCols(statement.get(), &columns), SQL_HANDLE_STMT, statement.get());
   } while (columns == 0 && NextResult(statement));
+  return columns != 0;
 }
 
 bool Link::NextResult(StatementHandle& statement) {

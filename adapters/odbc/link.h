@@ -26,7 +26,8 @@ class Link {
   Link(const Link&) = delete;
   Link& operator=(const Link&) = delete;
 
-  // Runs one statement up to its first result with rows, or to its end.
+  // Runs one statement up to its first result with rows; without one, to its
+  // end, and the handle is empty.
   StatementHandle Execute(std::string_view sql);
   // The next row; false behind the last, when later results held no error.
   bool Fetch(StatementHandle& statement);
@@ -46,7 +47,7 @@ class Link {
   [[noreturn]] void Fail(const std::vector<Report>& reports);
   void NoticeLoss();
   bool NextResult(StatementHandle& statement);
-  void SkipToRows(StatementHandle& statement);
+  bool SkipToRows(StatementHandle& statement);
   void FindOutServer();
 
   const Limits limits_;

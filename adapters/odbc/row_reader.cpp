@@ -30,6 +30,7 @@ DateTime ToDateTime(const SQL_TIMESTAMP_STRUCT& stamp) {
 
 RowReader::RowReader(Link& link, StatementHandle statement)
     : link_(link), statement_(std::move(statement)) {
+  if (statement_.get() == nullptr) return;
   SQLSMALLINT count = 0;
   link_.Check(SQLNumResultCols(statement_.get(), &count), SQL_HANDLE_STMT, statement_.get());
   for (SQLUSMALLINT number = 1; number <= count; ++number) columns_.push_back(Describe(number));

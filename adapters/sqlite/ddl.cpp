@@ -1,7 +1,5 @@
 #include "adapters/sqlite/ddl.h"
 
-#include <algorithm>
-
 namespace tpv {
 
 namespace {
@@ -33,21 +31,6 @@ std::string ColumnText(const schema::Table& table, std::size_t index) {
   return text;
 }
 
-std::string Joined(const std::vector<std::string_view>& names, std::string_view separator) {
-  std::string text;
-  for (const std::string_view name : names) {
-    if (!text.empty()) text += separator;
-    text += name;
-  }
-  return text;
-}
-
-std::string IndexName(const schema::Index& index) {
-  std::string name = Joined(index.columns, "_");
-  std::replace(name.begin(), name.end(), ' ', '_');
-  return name;
-}
-
 }  // namespace
 
 std::vector<std::string> SqliteDdl(schema::Home home) {
@@ -63,8 +46,8 @@ std::vector<std::string> SqliteDdl(schema::Home home) {
     statements.push_back("CREATE TABLE " + prefix + "\"" + name + "\" (" + columns + ")");
     for (const schema::Index& index : table.indexes) {
       statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
-                           prefix + "\"ix_" + name + "_" + IndexName(index) + "\" ON \"" +
-                           name + "\" (" + Joined(index.columns, ", ") + ")");
+                           prefix + "\"" + schema::IndexName(table, index) + "\" ON \"" + name +
+                           "\" (" + schema::IndexColumns(index) + ")");
     }
   }
   return statements;

@@ -7,6 +7,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build_packages=(g++ cmake ninja-build ccache libsqlite3-dev qt6-base-dev pkg-config libcairo2-dev
   fonts-liberation libcurl4-openssl-dev)
 test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd openssl)
+build_packages+=(unixodbc-dev)
+test_packages+=(libsqliteodbc tdsodbc)
 
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi

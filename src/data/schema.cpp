@@ -184,6 +184,20 @@ int Table::Find(std::string_view column) const {
   return -1;
 }
 
+std::string IndexColumns(const Index& index) {
+  std::string text;
+  for (const std::string_view column : index.columns) {
+    if (!text.empty()) text += ", ";
+    text += column;
+  }
+  return text;
+}
+
+std::string IndexName(const Table& table, const Index& index) {
+  const std::string columns = ReplaceAll(IndexColumns(index), ", ", "_");
+  return "ix_" + std::string(table.name) + "_" + ReplaceAll(columns, " ", "_");
+}
+
 std::span<const Table> Tables() {
   static const std::vector<Table> tables = Describe();
   return tables;

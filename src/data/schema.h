@@ -3,6 +3,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -43,6 +44,11 @@ struct Table {
   // Index of a column by name regardless of case, -1 when there is none.
   int Find(std::string_view column) const;
 };
+
+// "ix_DiaCaj_DiaCaj_Caja_DiaCaj_Fecha_DESC", and the columns as they stand in
+// the index's definition.
+std::string IndexName(const Table& table, const Index& index);
+std::string IndexColumns(const Index& index);
 
 std::span<const Table> Tables();
 // By name regardless of case; null when there is none.

@@ -1,0 +1,24 @@
+// Stores on a server: opening them and making their tables.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/store.h"
+#include "platform/database.h"
+
+namespace tpv {
+
+// `connection` is what follows --odbc: a data source or a connection string
+// without a password (adapters/odbc/target.h). Throws DatabaseError and UsageError.
+std::unique_ptr<Connection> OpenServer(const std::string& connection);
+
+// Makes the tables, functions and indexes that are missing; true when it made
+// any table. What is there already is left as it is. All or nothing.
+bool MakeServerTables(Connection& connection);
+
+// Makes what is missing and fills a store without rows. Throws UsageError for
+// Contents::Empty when there are rows already.
+void PrepareServer(Connection& connection, Contents contents, const Clock& clock);
+
+}  // namespace tpv

@@ -1,0 +1,58 @@
+// A store behind an ODBC driver that Debian has, for one test: SQLite's. It shows
+// how the adapter deals with a real driver manager and driver, not SQL Server.
+#pragma once
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "adapters/odbc/odbc_connection.h"
+
+namespace tpv {
+
+#ifdef TPV_SQLITE_ODBC_DRIVER
+inline constexpr const char* kSqliteDriver = TPV_SQLITE_ODBC_DRIVER;
+#else
+inline constexpr const char* kSqliteDriver = nullptr;
+#endif
+
+class OdbcStore {
+ public:
+  OdbcStore() {
+    std::string name = (std::filesystem::temp_directory_path() / "tpv-odbc-XXXXXX").string();
+    folder_ = ::mkdtemp(name.data());
+    const auto connection = Open();
+    connection->Execute("CREATE TABLE Pro (Pro_Id INTEGER PRIMARY KEY AUTOINCREMENT, "
+                        "Pro_Cod integer, Pro_Nom varchar(50))");
+    connection->Execute(
+        "CREATE TABLE DiaCaj (DiaCaj_Id INTEGER PRIMARY KEY AUTOINCREMENT, DiaCaj_Caja integer, "
+        "DiaCaj_Entrega float, DiaCaj_Fecha timestamp, DiaCaj_Obs varchar(100), "
+        "DiaCaj_SaldoIni decimal(19,4))");
+    connection->Execute("CREATE TABLE QCIERRES (QCIERRES_id INTEGER PRIMARY KEY AUTOINCREMENT, "
+                        "QCIERRES_Asunto varchar(50), QCIERRES_Texto text)");
+  }
+  ~OdbcStore() { std::filesystem::remove_all(folder_); }
+  OdbcStore(const OdbcStore&) = delete;
+  OdbcStore& operator=(const OdbcStore&) = delete;
+
+  void KeepMarks() {
+    Open()->Execute("CREATE TABLE TpvSesiones (Sesion varchar(40) PRIMARY KEY, Numero integer)");
+  }
+  // StepAPI: rows are stepped as they are fetched.
+  odbc::Target target() const {
+    return {std::string("Driver=") + kSqliteDriver + ";Database=" + folder_ +
+                "/tienda.sqlite;StepAPI=Yes;Timeout=2000",
+            {}, {}, false};
+  }
+  std::unique_ptr<OdbcConnection> Open(OdbcOptions options = {}) const {
+    return std::make_unique<OdbcConnection>(target(), std::move(options));
+  }
+
+ private:
+  std::string folder_;
+};
+
+}  // namespace tpv

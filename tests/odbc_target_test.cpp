@@ -1,0 +1,188 @@
+// How a till finds its server: connection strings, credentials, what a driver's
+// reports become, and the tables as SQL Server is told to make them.
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <map>
+
+#include "adapters/odbc/decimal.h"
+#include "adapters/odbc/errors.h"
+#include "adapters/odbc/odbc_connection.h"
+#include "adapters/odbc/server_ddl.h"
+#include "tests/odbc_store.h"
+
+namespace tpv {
+namespace {
+
+using odbc::FullConnectionString;
+using odbc::ReadTarget;
+using odbc::TargetError;
+
+odbc::Environment With(std::map<std::string, std::string> values) {
+  return [values = std::move(values)](const char* name) -> std::optional<std::string> {
+    const auto found = values.find(name);
+    if (found == values.end()) return std::nullopt;
+    return found->second;
+  };
+}
+
+TEST(OdbcTarget, PasswordsStayOutOfTheCommand) {
+  for (const char* argument : {"DSN=tienda;PWD=1234", "dsn=tienda; pwd = 1234", "DSN=a;Password={x;y}"}) {
+    try {
+      ReadTarget(argument, With({}));
+      ADD_FAILURE() << argument;
+    } catch (const TargetError& error) {
+      EXPECT_EQ(std::string(error.what()).find("1234"), std::string::npos);
+      EXPECT_NE(std::string(error.what()).find("TPV_ODBC_PASSWORD"), std::string::npos);
+    }
+  }
+  // Inside of a value it is no key.
+  EXPECT_NO_THROW(ReadTarget("DSN=tienda;APP={a;PWD=1}", With({})));
+}
+
+TEST(OdbcTarget, CredentialsJoinTheConnectionString) {
+  const auto secret = With({{"TPV_ODBC_USER", "caja"}, {"TPV_ODBC_PASSWORD", "a;b}c"}});
+  EXPECT_EQ(FullConnectionString(ReadTarget("tienda", secret)),
+            "DSN=tienda;UID=caja;PWD={a;b}}c};ClientCharset=UTF-8");
+  EXPECT_EQ(FullConnectionString(ReadTarget("DSN=tienda;UID=otro;", secret)),
+            "DSN=tienda;UID=otro;PWD={a;b}}c};ClientCharset=UTF-8");
+}
+
+TEST(OdbcTarget, EncryptionCanBeDemanded) {
+  const auto demanded = With({{"TPV_ODBC_ENCRYPT", "yes"}});
+  EXPECT_EQ(FullConnectionString(ReadTarget("DSN=t;ClientCharset=UTF-8", demanded)),
+            "DSN=t;ClientCharset=UTF-8;Encryption=require;Encrypt=yes");
+  EXPECT_THROW(FullConnectionString(ReadTarget("DSN=t;Encrypt=no", demanded)), TargetError);
+  EXPECT_THROW(FullConnectionString(ReadTarget("DSN=t;Encryption=off", demanded)), TargetError);
+  EXPECT_NO_THROW(FullConnectionString(ReadTarget("DSN=t;Encrypt=strict", demanded)));
+}
+
+TEST(OdbcTarget, CredentialFilesAreTheUsersAlone) {
+  const std::string path = testing::TempDir() + "tpv-credenciales-" + std::to_string(::getpid());
+  std::ofstream(path) << "user=caja1\r\npassword= con = y ;\n";
+  const auto environment = With({{"TPV_ODBC_CREDENTIALS", path}});
+  ::chmod(path.c_str(), 0600);
+  const odbc::Target target = ReadTarget("tienda", environment);
+  EXPECT_EQ(target.user, "caja1");
+  EXPECT_EQ(target.password, " con = y ;");
+  for (const mode_t open : {0640, 0604, 0620}) {
+    ::chmod(path.c_str(), open);
+    EXPECT_THROW(ReadTarget("tienda", environment), TargetError);
+  }
+  std::remove(path.c_str());
+  EXPECT_THROW(ReadTarget("tienda", environment), TargetError);
+}
+
+TEST(OdbcErrors, TheReportThatTellsMostIsShown) {
+  const auto text = [](const std::vector<odbc::Report>& reports) {
+    return std::string(odbc::ErrorFrom(reports).what());
+  };
+  const odbc::Report failed{"08001", 20002, "[FreeTDS][SQL Server]Adaptive Server connection failed"};
+  EXPECT_EQ(text({failed, {"28000", 18456, "[FreeTDS][SQL Server]Login failed for user 'caja'."}}),
+            "El servidor no acepta el usuario o la contraseña");
+  EXPECT_EQ(text({{"28000", 18456, "Login failed"}, {"42000", 4060, "Cannot open database"}, failed}),
+            "La base de datos no existe en el servidor, o el usuario no puede abrirla");
+  EXPECT_EQ(text({{"01000", 0, "aviso"}, failed}),
+            "No se encuentra el servidor de la tienda; compruebe la red y que esté encendido");
+  EXPECT_EQ(text({{"HYT00", 0, "Timeout expired"}}),
+            "El servidor de la tienda no responde a tiempo; inténtelo de nuevo");
+  EXPECT_EQ(text({{"42000", 8152, "[FreeTDS][SQL Server]Los datos se truncarían."}}),
+            "Los datos se truncarían.");
+  EXPECT_EQ(odbc::ErrorFrom({{"42S02", 208, "x"}}).native(), 208);
+  EXPECT_FALSE(text({}).empty());
+}
+
+TEST(OdbcDecimals, AreReadWithoutBinaryFractions) {
+  const auto money = [](const char* text) { return odbc::ReadDecimal(text).ToMoney().ten_thousandths; };
+  EXPECT_EQ(money("12.1000"), 121000);
+  EXPECT_EQ(money("-.05"), -500);
+  EXPECT_EQ(money("7"), 70000);
+  EXPECT_EQ(money("99999999999999.9999"), 999999999999999999);
+  EXPECT_EQ(odbc::ReadDecimal("0.12345"), Variant(0.12345));
+  EXPECT_EQ(odbc::ReadDecimal("123456789012345678"), Variant(123456789012345678.0));
+  for (const char* none : {"", "-", "1.2.3", "doce"}) EXPECT_THROW(odbc::ReadDecimal(none), DatabaseError);
+}
+
+TEST(ServerDdl, TablesFunctionsAndIndexesInTheDialect) {
+  std::map<std::string, std::vector<std::string>> made;
+  for (const schema::Home home : {schema::Home::Catalogue, schema::Home::Store}) {
+    for (const ServerObject& object : ServerObjects(home)) made[object.name] = object.statements;
+  }
+  EXPECT_EQ(made["QCIERRES"].front(),
+            "CREATE TABLE dbo.[QCIERRES] ([QCIERRES_id] int IDENTITY(1,1) NOT NULL PRIMARY KEY, "
+            "[QCIERRES_Email] nvarchar(100) NULL, [QCIERRES_Asunto] nvarchar(50) NULL, "
+            "[QCIERRES_Texto] nvarchar(max) NULL, [QCIERRES_Enviado] datetime NULL, "
+            "[QCIERRES_Error] nvarchar(500) NULL)");
+  EXPECT_EQ(made["TVI"].front(), "CREATE TABLE dbo.[TVI] ([TVI_COD] nvarchar(2) NOT NULL PRIMARY "
+                                 "KEY, [TVI_NOM] nvarchar(50) NULL)");
+  EXPECT_NE(made["Cav"].front().find("[Cav_Cobrado] bit NOT NULL DEFAULT (0)"), std::string::npos);
+  EXPECT_NE(made["Cav"].front().find("[Cav_Fecha] datetime NULL DEFAULT (getdate())"), std::string::npos);
+  EXPECT_NE(made["DiaCaj"].front().find("[DiaCaj_SaldoIni] money NULL"), std::string::npos);
+  EXPECT_EQ(made["DiaCaj"][1], "CREATE INDEX [ix_DiaCaj_DiaCaj_Caja_DiaCaj_Fecha_DESC] ON "
+                               "dbo.[DiaCaj] (DiaCaj_Caja, DiaCaj_Fecha DESC)");
+  EXPECT_EQ(made["Contadores"][1].substr(0, 20), "CREATE UNIQUE INDEX ");
+  EXPECT_NE(made["FncImporteConIva"].front().find(
+                "ROUND(CAST(Lav_Importe + (Lav_Importe / 100 * Tiva_iva) AS money), 2)"),
+            std::string::npos);
+}
+
+// A socket that accepts and says nothing, or nobody at all.
+class Port {
+ public:
+  explicit Port(bool listening) : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    ::bind(socket_, generic, sizeof address);
+    socklen_t size = sizeof address;
+    ::getsockname(socket_, generic, &size);
+    number_ = ntohs(address.sin_port);
+    if (listening) ::listen(socket_, 4);
+  }
+  ~Port() { ::close(socket_); }
+  int number() const { return number_; }
+
+ private:
+  int socket_;
+  int number_ = 0;
+};
+
+#ifdef TPV_FREETDS_ODBC_DRIVER
+std::string LoginError(const Port& port) {
+  OdbcOptions options;
+  options.login_seconds = 1;
+  try {
+    OdbcConnection({std::string("Driver=") + TPV_FREETDS_ODBC_DRIVER + ";Server=127.0.0.1;Port=" +
+                        std::to_string(port.number()) + ";TDS_Version=7.4",
+                    "caja", "secreto", false},
+                   options);
+  } catch (const DatabaseError& error) {
+    return error.what();
+  }
+  return "connected";
+}
+
+TEST(OdbcLogin, WithoutAServerTheOperatorIsTold) {
+  const std::string expected =
+      "No se encuentra el servidor de la tienda; compruebe la red y que esté encendido";
+  EXPECT_EQ(LoginError(Port(false)), expected);
+  EXPECT_EQ(LoginError(Port(true)), expected);
+}
+#endif
+
+TEST(OdbcLogin, AMissingDriverOrDataSourceIsAnErrorOfItsOwn) {
+  EXPECT_THROW(OdbcConnection({"Driver=/no/existe.so", {}, {}, false}), DatabaseError);
+  try {
+    OdbcConnection({"DSN=tpv-no-existe", {}, {}, false});
+    ADD_FAILURE();
+  } catch (const DatabaseError& error) {
+    EXPECT_EQ(std::string(error.what()), "No existe el origen de datos o falta su controlador ODBC");
+  }
+}
+
+}  // namespace
+}  // namespace tpv
