@@ -1,20 +1,15 @@
 // tpv: the point of sale as a program of its own.
-#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "adapters/headless/recorders.h"
-#include "adapters/headless/scenario/display.h"
 #include "adapters/headless/scenario/script.h"
-#include "base/number_text.h"
 #include "context/context.h"
-#include "host/demo/demonstration.h"
 #include "host/config.h"
 #include "host/machine.h"
 #include "host/play.h"
 #include "host/start.h"
-#include "host/store.h"
+#include "host/store_commands.h"
 
 namespace tpv {
 namespace {
@@ -25,18 +20,22 @@ constexpr const char* kHelp =
     "  tpv                               abre el punto de venta\n"
     "  tpv play [opciones] GUION…        reproduce guiones y muestra lo que pasa\n"
     "      --store FICHERO               almacén que usar; se crea si no existe\n"
+    "      --odbc CONEXIÓN               o un almacén de un servidor\n"
     "      --empty                       un almacén nuevo sin datos (si no, los de demostración)\n"
     "      --ui headless|qt              sin ventanas (lo normal) o con ellas\n"
     "      --screenshots CARPETA         con ventanas: una imagen por guion, antes de su última orden\n"
     "      --paper CARPETA               guarda allí lo impreso, como texto y PDF\n"
     "      --user N                      usuario conectado (1)\n"
     "      --now \"dd/mm/aaaa hh:mm:ss\"   fija el reloj; cada orden lo adelanta un segundo\n"
-    "  tpv store create FICHERO [--demo|--empty]\n"
+    "  tpv store create ALMACÉN [--demo|--empty]\n"
     "                                    crea un almacén, con los datos de demostración (--demo,\n"
     "                                    lo normal) o vacío\n"
+    "  tpv store copy ALMACÉN ALMACÉN    copia un almacén entero a otro sitio y lo comprueba\n"
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
-    "  tpv sql FICHERO \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
+    "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
+    "      Un ALMACÉN es un FICHERO o --odbc CONEXIÓN: un origen de datos o una cadena de conexión\n"
+    "      sin contraseña, que va en TPV_ODBC_PASSWORD o en el fichero TPV_ODBC_CREDENTIALS\n"
     "  tpv config                        ajustes: impresoras, cajón y correo\n"
     "      set NOMBRE [VALOR] | get NOMBRE | unset NOMBRE\n"
     "                                    sin VALOR se lee de la entrada (la contraseña, siempre)\n"
@@ -48,55 +47,6 @@ constexpr const char* kHelp =
     "Termina con 0 si todo fue bien, 1 si algo falló, 2 si la orden o el guion no son correctos.\n";
 
 using Arguments = std::vector<std::string>;
-
-int Fill(const Arguments& arguments) {
-  LargeStore size;
-  for (std::size_t i = 2; i + 1 < arguments.size(); i += 2) {
-    const auto number = ParseInt32(arguments[i + 1]);
-    if (!number || *number < 1) throw UsageError(arguments[i] + ": se espera un número");
-    if (arguments[i] == "--tickets") {
-      size.tickets = *number;
-    } else if (arguments[i] == "--days") {
-      size.days = *number;
-    } else if (arguments[i] == "--articles") {
-      size.articles = *number;
-    } else if (arguments[i] == "--seed") {
-      size.seed = static_cast<std::uint64_t>(*number);
-    } else {
-      throw UsageError("opción desconocida: " + arguments[i]);
-    }
-  }
-  MakeLargeStore(arguments[1], size, StepClock());
-  std::cout << "Almacén creado en " << arguments[1] << "\n";
-  return 0;
-}
-
-int Store(const Arguments& arguments) {
-  if (arguments.size() >= 2 && arguments.size() % 2 == 0 && arguments[0] == "fill") {
-    return Fill(arguments);
-  }
-  const bool create = arguments.size() >= 2 && arguments[0] == "create";
-  if (!create || arguments.size() > 3) throw UsageError("store create FICHERO [--demo|--empty]");
-  const std::string contents = arguments.size() == 3 ? arguments[2] : "--demo";
-  if (contents != "--demo" && contents != "--empty") throw UsageError("opción desconocida: " + contents);
-  MakeStore(arguments[1], contents == "--demo" ? Contents::Demonstration : Contents::Empty,
-            StepClock());
-  std::cout << "Almacén creado en " << arguments[1] << "\n";
-  return 0;
-}
-
-int Sql(const Arguments& arguments) {
-  if (arguments.size() < 2) throw UsageError("sql FICHERO \"SENTENCIA\"…");
-  const StepClock clock;
-  if (!std::filesystem::exists(arguments[0])) {
-    throw DatabaseError("No existe el almacén «" + arguments[0] + "»");
-  }
-  const auto connection = OpenStore(arguments[0], Contents::Empty, clock);
-  for (std::size_t i = 1; i < arguments.size(); ++i) {
-    std::cout << scenario::PlainRows(*connection->Execute(arguments[i]));
-  }
-  return 0;
-}
 
 int Run(const Arguments& arguments) {
   if (arguments.empty()) return Start();
@@ -110,8 +60,8 @@ int Run(const Arguments& arguments) {
     return 0;
   }
   if (arguments[0] == "play") return Play(ReadPlayOptions(rest), std::cout);
-  if (arguments[0] == "store") return Store(rest);
-  if (arguments[0] == "sql") return Sql(rest);
+  if (arguments[0] == "store") return StoreCommand(rest, std::cout);
+  if (arguments[0] == "sql") return SqlCommand(rest, std::cout);
   if (arguments[0] == "config") {
     Machine machine;
     return Config(machine, rest, std::cin, std::cout);

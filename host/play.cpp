@@ -9,8 +9,10 @@
 #include "adapters/files/ticket_page.h"
 #include "adapters/headless/scenario/player.h"
 #include "base/number_text.h"
+#include "host/server_store.h"
 #include "host/stage.h"
 #include "host/store.h"
+#include "host/store_copy.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
 
@@ -41,11 +43,19 @@ class TemporaryFolder {
 };
 
 // An existing store is left alone by --empty only while it holds no rows.
-void RequireEmpty(Connection& connection) {
-  for (const char* table : {"Cav", "DiaCaj", "Cli", "ART"}) {
-    const auto row = connection.Execute(std::string("SELECT TOP 1 * FROM ") + table);
-    if (!row->Eof()) throw UsageError("--empty: el almacén ya tiene datos");
+std::unique_ptr<Connection> OpenFor(const PlayOptions& options, const std::string& store_path,
+                                    const Clock& clock) {
+  const Contents contents = options.empty ? Contents::Empty : Contents::Demonstration;
+  if (!options.server.empty()) {
+    PrepareServer(options.server, contents, clock);
+    return OpenServer(options.server);
   }
+  const bool existed = std::filesystem::exists(store_path);
+  auto store = OpenStore(store_path, contents, clock);
+  if (existed && options.empty && HoldsRows(*store)) {
+    throw UsageError("--empty: el almacén ya tiene datos");
+  }
+  return store;
 }
 
 // Takes a picture before each command, so that the last is of what the script
@@ -68,10 +78,7 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& 
               std::vector<scenario::Command> commands, std::ostream& transcript) {
   StepClock clock;
   clock.fixed = options.now;
-  const bool existed = std::filesystem::exists(store_path);
-  const auto store = OpenStore(
-      store_path, options.empty ? Contents::Empty : Contents::Demonstration, clock);
-  if (existed && options.empty) RequireEmpty(*store);
+  const auto store = OpenFor(options, store_path, clock);
   RecordingConnection connection(*store);
   RecordingPrinters printers;
   const DocumentFolder paper(options.paper, clock);
@@ -131,12 +138,15 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
       options.now = ParseDayFirst(ValueOf(arguments, at));
       if (!options.now) throw UsageError("--now: se espera \"dd/mm/aaaa hh:mm:ss\"");
     } else if (argument == "--odbc") {
-      throw UsageError("--odbc: todavía no está disponible");
+      options.server = ValueOf(arguments, at);
     } else if (argument.starts_with("--")) {
       throw UsageError("opción desconocida: " + argument);
     } else {
       options.files.push_back(argument);
     }
+  }
+  if (!options.server.empty() && !options.store.empty()) {
+    throw UsageError("--store y --odbc no van juntos");
   }
   if (options.files.empty()) throw UsageError("falta el guion que reproducir");
   if (!options.screenshots.empty() && !options.windows) {

@@ -18,7 +18,8 @@ class UsageError : public std::runtime_error {
 };
 
 struct PlayOptions {
-  std::string store;  // "" for a temporary one each file
+  std::string store;   // "" for a temporary one each file
+  std::string server;  // what follows --odbc; "" for an embedded store
   bool empty = false;
   bool windows = false;     // real windows instead of none
   std::string paper;        // folder that gets what is printed, as text and PDF

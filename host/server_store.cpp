@@ -2,6 +2,8 @@
 
 #include "data/schema.h"
 #include "host/play.h"
+#include "host/store_copy.h"
+#include "host/using_database.h"
 #include "platform/clock.h"
 #ifdef TPV_HAS_ODBC
 #include "adapters/odbc/odbc_connection.h"
@@ -10,34 +12,9 @@
 
 namespace tpv {
 
-namespace {
-
 #ifdef TPV_HAS_ODBC
 
-// The session works in another database of the server while this lives.
-class Using {
- public:
-  Using(Connection& connection, const std::string& database)
-      : connection_(connection),
-        home_(connection.Execute("SELECT DB_NAME() AS nombre")->Field(0).ToText()) {
-    Use(database);
-  }
-  ~Using() {
-    try {
-      Use(home_);
-    } catch (const DatabaseError&) {
-      // The session is lost, and a new one begins at home.
-    }
-  }
-  Using(const Using&) = delete;
-  Using& operator=(const Using&) = delete;
-
- private:
-  void Use(const std::string& database) { connection_.Execute("USE [" + database + "]"); }
-
-  Connection& connection_;
-  const std::string home_;
-};
+namespace {
 
 bool Exists(Connection& connection, const std::string& name) {
   return !connection.Execute("SELECT OBJECT_ID('dbo." + name + "') AS numero")->Field(0).IsNull();
@@ -53,20 +30,7 @@ bool MakeMissing(Connection& connection, schema::Home home) {
   return made;
 }
 
-#endif
-
-bool HasRows(Connection& connection) {
-  for (const schema::Table& table : schema::Tables()) {
-    if (table.home != schema::Home::Store) continue;
-    const std::string statement = "SELECT TOP 1 * FROM " + std::string(table.name);
-    if (!connection.Execute(statement)->Eof()) return true;
-  }
-  return false;
-}
-
 }  // namespace
-
-#ifdef TPV_HAS_ODBC
 
 std::unique_ptr<Connection> OpenServer(const std::string& connection) {
   try {
@@ -80,7 +44,7 @@ bool MakeServerTables(Connection& connection) {
   Transaction transaction(connection);
   bool made = false;
   {
-    const Using catalogue(connection, "zrcomun");
+    const UsingDatabase catalogue(connection, "zrcomun");
     made = MakeMissing(connection, schema::Home::Catalogue);
   }
   made |= MakeMissing(connection, schema::Home::Store);
@@ -98,14 +62,19 @@ bool MakeServerTables(Connection&) { return false; }
 
 #endif
 
-void PrepareServer(Connection& connection, Contents contents, const Clock& clock) {
-  MakeServerTables(connection);
-  const bool filled = HasRows(connection);
+bool PrepareServer(const std::string& name, Contents contents, const Clock& clock) {
+  MakeServerTables(*OpenServer(name));
+  const auto connection = OpenServer(name);
+  const bool filled = HoldsRows(*connection);
   if (filled && contents == Contents::Empty) throw UsageError("--empty: el almacén ya tiene datos");
-  if (filled) return;
-  Transaction transaction(connection);
-  FillStore(connection, contents, clock);
+  if (filled) return false;
+  Transaction transaction(*connection);
+  DropBlankParameters(*connection);
+  // A shop that has set its parameters has begun on its own.
+  const bool begun = !connection->Execute("SELECT TOP 1 * FROM Parametros")->Eof();
+  if (!begun) FillStore(*connection, contents, clock);
   transaction.Commit();
+  return !begun;
 }
 
 }  // namespace tpv

@@ -64,7 +64,11 @@ std::string ByNumber(const Report& report) {
 }
 
 std::string ByState(const std::string& sqlstate) {
-  if (sqlstate == "08001" || sqlstate == "HYT01") {
+  if (sqlstate == kNotEncrypted) {
+    return "No se puede abrir una conexión cifrada con el servidor de la tienda; compruebe la red, "
+           "que esté encendido y que admita el cifrado";
+  }
+  if (sqlstate == kNotConnected || sqlstate == "HYT01") {
     return "No se encuentra el servidor de la tienda; compruebe la red y que esté encendido";
   }
   if (IsConnectionLoss(sqlstate)) return "Se ha perdido la conexión con el servidor de la tienda";

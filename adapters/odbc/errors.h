@@ -15,6 +15,9 @@ struct Report {
   std::string text;
 };
 
+// No session came about; with encryption demanded, that may be the reason.
+inline constexpr const char* kNotConnected = "08001";
+inline constexpr const char* kNotEncrypted = "08004";
 // Whether the report says that the connection is gone, or never came about.
 bool IsConnectionLoss(const std::string& sqlstate);
 // Whether a statement was given up for lack of an answer in time.

@@ -41,6 +41,7 @@ Link::Link(const Target& target, const Limits& limits, const Faults& faults)
     : limits_(limits),
       faults_(faults),
       secret_(target.password),
+      encrypted_(target.encrypt),
       environment_(NewEnvironment()),
       connection_(environment_.get()) {
   MeetFault(Call::Connect, Moment::Before);
@@ -80,7 +81,7 @@ void Link::Fail(const std::vector<Report>& reports) {
   const bool lost = IsConnectionLoss(error.sqlstate());
   dead_ = dead_ || lost;
   if (!connected_ && (lost || IsTimeout(error.sqlstate()))) {
-    error = ErrorFrom({{"08001", error.native(), {}}});
+    error = ErrorFrom({{encrypted_ ? kNotEncrypted : kNotConnected, error.native(), {}}});
   } else if (dead_ && !lost) {
     error = ErrorFrom({{"08S01", error.native(), {}}});
   }

@@ -53,6 +53,7 @@ class Link {
   const Limits limits_;
   const Faults& faults_;
   const std::string secret_;
+  const bool encrypted_;
   EnvironmentHandle environment_;
   ConnectionHandle connection_;
   bool connected_ = false;

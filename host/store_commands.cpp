@@ -1,0 +1,184 @@
+#include "host/store_commands.h"
+
+#include <filesystem>
+#include <ostream>
+
+#include "adapters/headless/recorders.h"
+#include "adapters/headless/scenario/display.h"
+#include "adapters/sqlite/sqlite_connection.h"
+#include "base/number_text.h"
+#include "host/demo/demonstration.h"
+#include "host/play.h"
+#include "host/server_store.h"
+#include "host/store.h"
+#include "host/store_copy.h"
+
+namespace tpv {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Arguments = std::vector<std::string>;
+
+constexpr const char* kCreateUsage = "store create FICHERO|--odbc CONEXIÓN [--demo|--empty]";
+constexpr const char* kCopyUsage = "store copy FICHERO|--odbc CONEXIÓN FICHERO|--odbc CONEXIÓN";
+constexpr const char* kSqlUsage = "sql FICHERO|--odbc CONEXIÓN \"SENTENCIA\"…";
+
+// Where a store is: a file, or behind a connection.
+struct Place {
+  bool server = false;
+  std::string name;
+};
+
+// Reads the place at `at`, which moves behind it.
+Place TakePlace(const Arguments& arguments, std::size_t& at, const char* usage) {
+  Place place;
+  place.server = at < arguments.size() && arguments[at] == "--odbc";
+  at += place.server ? 1 : 0;
+  if (at >= arguments.size() || arguments[at].starts_with("--")) throw UsageError(usage);
+  place.name = arguments[at++];
+  return place;
+}
+
+std::unique_ptr<Connection> OpenExisting(const Place& place, const Clock& clock) {
+  if (place.server) return OpenServer(place.name);
+  if (!fs::exists(place.name)) throw DatabaseError("No existe el almacén «" + place.name + "»");
+  return std::make_unique<SqliteConnection>(place.name, clock);
+}
+
+int Create(const Arguments& arguments, std::ostream& out) {
+  std::size_t at = 1;
+  const Place place = TakePlace(arguments, at, kCreateUsage);
+  const std::string option = at < arguments.size() ? arguments[at++] : "--demo";
+  if (at != arguments.size()) throw UsageError(kCreateUsage);
+  if (option != "--demo" && option != "--empty") throw UsageError("opción desconocida: " + option);
+  const Contents contents = option == "--demo" ? Contents::Demonstration : Contents::Empty;
+  const StepClock clock;
+  if (!place.server) {
+    MakeStore(place.name, contents, clock);
+    out << "Almacén creado en " << place.name << "\n";
+    return 0;
+  }
+  if (!PrepareServer(place.name, contents, clock)) {
+    throw DatabaseError("El almacén del servidor ya tiene datos: se dejan como están");
+  }
+  out << "Almacén creado en el servidor\n";
+  return 0;
+}
+
+int Fill(const Arguments& arguments, std::ostream& out) {
+  if (arguments.size() < 2 || arguments.size() % 2 != 0) {
+    throw UsageError("store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]");
+  }
+  LargeStore size;
+  for (std::size_t i = 2; i + 1 < arguments.size(); i += 2) {
+    const auto number = ParseInt32(arguments[i + 1]);
+    if (!number || *number < 1) throw UsageError(arguments[i] + ": se espera un número");
+    if (arguments[i] == "--tickets") {
+      size.tickets = *number;
+    } else if (arguments[i] == "--days") {
+      size.days = *number;
+    } else if (arguments[i] == "--articles") {
+      size.articles = *number;
+    } else if (arguments[i] == "--seed") {
+      size.seed = static_cast<std::uint64_t>(*number);
+    } else {
+      throw UsageError("opción desconocida: " + arguments[i]);
+    }
+  }
+  MakeLargeStore(arguments[1], size, StepClock());
+  out << "Almacén creado en " << arguments[1] << "\n";
+  return 0;
+}
+
+// A new pair of files that appears under its name only when it is complete.
+class NewFiles {
+ public:
+  explicit NewFiles(std::string path) : path_(std::move(path)), partial_(path_ + ".parcial") {
+    for (const std::string& file : {path_, CataloguePath(path_)}) {
+      if (fs::exists(file)) throw DatabaseError("Ya existe «" + file + "»");
+    }
+    Remove();  // what an interrupted copy left
+    CreateStore(partial_);
+  }
+  ~NewFiles() { Remove(); }
+  NewFiles(const NewFiles&) = delete;
+  NewFiles& operator=(const NewFiles&) = delete;
+
+  const std::string& partial() const { return partial_; }
+  void Keep() {
+    fs::rename(CataloguePath(partial_), CataloguePath(path_));
+    fs::rename(partial_, path_);
+  }
+
+ private:
+  void Remove() const {
+    std::error_code ignored;
+    for (const std::string& file : {partial_, CataloguePath(partial_)}) {
+      for (const char* ending : {"", "-wal", "-shm"}) fs::remove(file + ending, ignored);
+    }
+  }
+
+  std::string path_;
+  std::string partial_;
+};
+
+void CopyToFile(Connection& from, const std::string& path, const Clock& clock,
+                const CopyProgress& progress) {
+  NewFiles files(path);
+  {
+    SqliteConnection to(files.partial(), clock);
+    CopyStore(from, to, Numbers::Plain, progress);
+  }
+  files.Keep();
+}
+
+void CopyToServer(Connection& from, const std::string& name, const CopyProgress& progress) {
+  MakeServerTables(*OpenServer(name));
+  CopyStore(from, *OpenServer(name), Numbers::Switched, progress);
+}
+
+int Copy(const Arguments& arguments, std::ostream& out) {
+  std::size_t at = 1;
+  const Place source = TakePlace(arguments, at, kCopyUsage);
+  const Place target = TakePlace(arguments, at, kCopyUsage);
+  if (at != arguments.size()) throw UsageError(kCopyUsage);
+  const StepClock clock;
+  const auto from = OpenExisting(source, clock);
+  long total = 0;
+  const CopyProgress progress = [&](std::string_view table, long rows) {
+    total += rows;
+    out << table << ": " << rows << "\n" << std::flush;
+  };
+  if (target.server) {
+    CopyToServer(*from, target.name, progress);
+  } else {
+    CopyToFile(*from, target.name, clock, progress);
+  }
+  out << "Copiado y comprobado: " << total << " filas\n";
+  return 0;
+}
+
+}  // namespace
+
+int StoreCommand(const Arguments& arguments, std::ostream& out) {
+  const std::string order = arguments.empty() ? "" : arguments[0];
+  if (order == "create") return Create(arguments, out);
+  if (order == "fill") return Fill(arguments, out);
+  if (order == "copy") return Copy(arguments, out);
+  throw UsageError("store create|fill|copy …");
+}
+
+int SqlCommand(const Arguments& arguments, std::ostream& out) {
+  std::size_t at = 0;
+  const Place place = TakePlace(arguments, at, kSqlUsage);
+  if (at == arguments.size()) throw UsageError(kSqlUsage);
+  const StepClock clock;
+  const auto connection = OpenExisting(place, clock);
+  for (; at < arguments.size(); ++at) {
+    out << scenario::PlainRows(*connection->Execute(arguments[at]));
+  }
+  return 0;
+}
+
+}  // namespace tpv

@@ -1,0 +1,15 @@
+// The orders of the program about stores: tpv store …, tpv sql ….
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace tpv {
+
+// create, fill, copy. 0 when done. Throws UsageError and DatabaseError.
+int StoreCommand(const std::vector<std::string>& arguments, std::ostream& out);
+// Runs statements and prints their rows.
+int SqlCommand(const std::vector<std::string>& arguments, std::ostream& out);
+
+}  // namespace tpv
