@@ -68,9 +68,13 @@ void RequireNothingAgainstEncryption(const Pairs& pairs) {
   }
 }
 
+// Braces around what drivers take for their own; a "}" inside is doubled only
+// where there is no way without, since older drivers take both for the value.
 std::string Braced(const std::string& value) {
-  if (value.find_first_of(";{}[](),?*=!@ ") == std::string::npos) return value;
-  return "{" + ReplaceAll(value, "}", "}}") + "}";
+  const bool must = value.find(';') != std::string::npos || value.starts_with('{');
+  const bool should = value.find_first_of("[](),?*=!@{ ") != std::string::npos;
+  if (must) return "{" + ReplaceAll(value, "}", "}}") + "}";
+  return should && value.find('}') == std::string::npos ? "{" + value + "}" : value;
 }
 
 class File {
