@@ -17,7 +17,9 @@ class TestTill {
  public:
   // Several tills may share a store that was made before.
   TestTill(const std::string& path, const Clock& clock)
-      : store_(OpenStore(path, Contents::Demonstration, clock)),
+      : TestTill(OpenStore(path, Contents::Demonstration, clock), clock) {}
+  TestTill(std::unique_ptr<Connection> store, const Clock& clock)
+      : store_(std::move(store)),
         connection_(*store_),
         shop_(connection_, clock),
         component_(shop_.ports),

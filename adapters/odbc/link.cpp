@@ -82,7 +82,7 @@ void Link::Fail(const std::vector<Report>& reports) {
   dead_ = dead_ || lost;
   if (!connected_ && (lost || IsTimeout(error.sqlstate()))) {
     error = ErrorFrom({{encrypted_ ? kNotEncrypted : kNotConnected, error.native(), {}}});
-  } else if (dead_ && !lost) {
+  } else if (dead_ && !lost && !IsTimeout(error.sqlstate())) {
     error = ErrorFrom({{"08S01", error.native(), {}}});
   }
   throw error;

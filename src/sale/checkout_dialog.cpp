@@ -128,6 +128,8 @@ void FrmTpv1::End(Ending ending) {
 // not at all.
 bool FrmTpv1::Store(Ending ending) {
   try {
+    if (DoubtfulPaymentIsStored()) return true;
+    entry_id_ = 0;
     Transaction transaction(Database());
     msActualizaClienteAlbaran();
     const bool drawer = ending == Ending::Ticket && Parameter("Par_PCajon").IntOr(0) != 0;
@@ -135,10 +137,24 @@ bool FrmTpv1::Store(Ending ending) {
     RecordPayment();
     transaction.Commit();
     return true;
+  } catch (const CommitUnknown& error) {
+    doubtful_entry_id_ = entry_id_;
+    RefusePayment(error.what());
   } catch (const std::exception& error) {
     RefusePayment(error.what());
-    return false;
   }
+  return false;
+}
+
+// Whether the payment whose commit got no answer is there after all. Numbers of
+// entries are given once, so a link of that entry to this sale is proof.
+bool FrmTpv1::DoubtfulPaymentIsStored() {
+  if (doubtful_entry_id_ == 0) return false;
+  return !Database()
+              .Execute("SELECT Tco_IdDiaCaj FROM Tco WHERE Tco_IdDiaCaj = " +
+                       sql::Number(std::int64_t{doubtful_entry_id_}) + " AND Tco_IdCav = " +
+                       sql::Number(std::int64_t{context().IdAlbaran}))
+              ->Eof();
 }
 
 void FrmTpv1::RefusePayment(const char* reason) {
@@ -150,7 +166,8 @@ void FrmTpv1::RecordPayment() {
   const auto entry = EntryFor(ReadPayment(), on_credit_);
   if (!entry) return;
   const auto note = entry->LinkNote();
-  LinkTicket(context(), InsertEntry(*entry), context().IdAlbaran, entry->LinkedAmount(),
+  entry_id_ = InsertEntry(*entry);
+  LinkTicket(context(), entry_id_, context().IdAlbaran, entry->LinkedAmount(),
              note ? Variant(*note) : Variant());
 }
 
@@ -173,6 +190,7 @@ std::int32_t FrmTpv1::InsertEntry(const JournalEntry& entry) {
 }
 
 void FrmTpv1::CancelTheSale() {
+  if (DoubtfulPaymentIsStored()) return Refuse("El cobro de la venta quedó grabado", nullptr);
   CancelSale(context(), context().IdAlbaran);
   completed_ = true;
   Close();

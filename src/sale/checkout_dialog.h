@@ -61,6 +61,7 @@ class FrmTpv1 : public Screen {
   void FocusPayment();
   void End(Ending ending);
   bool Store(Ending ending);
+  bool DoubtfulPaymentIsStored();
   void RecordPayment();
   std::int32_t InsertEntry(const JournalEntry& entry);
   void RefusePayment(const char* reason);
@@ -90,6 +91,8 @@ class FrmTpv1 : public Screen {
 
   std::int32_t customer_id_ = 0;
   bool on_credit_ = false;
+  std::int32_t entry_id_ = 0;           // of the payment being stored
+  std::int32_t doubtful_entry_id_ = 0;  // its commit got no answer; 0 for none
   bool completed_ = false;
   double total_ = 0;
 };
