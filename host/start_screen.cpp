@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "data/till_state.h"
 #include "host/machine.h"
+#include "host/server_store.h"
 #include "host/store.h"
 #include "suite/store_database.h"
 
@@ -19,6 +20,10 @@ constexpr std::int32_t kNoSale = -1;
 // Where the choices are kept from one start to the next.
 constexpr const char* kApplication = "TPV";
 constexpr const char* kSection = "Start";
+// Before the data source or connection string of a store on a server.
+constexpr std::string_view kServer = "odbc:";
+
+bool IsServer(std::string_view store) { return StartsWithNoCase(store, kServer); }
 
 std::string DataFolder() {
   const char* data = std::getenv("XDG_DATA_HOME");
@@ -89,8 +94,10 @@ void StartScreen::DeclareLayout() {
 
 void StartScreen::OnLoad() {
   const std::string kept = machine_.settings.Read(kApplication, kSection, "Store");
-  const bool usable = !kept.empty() && std::filesystem::exists(kept);
-  if (!Open(usable ? kept : UsualStore()) && usable) Open(UsualStore());
+  const bool usable = !kept.empty() && (IsServer(kept) || std::filesystem::exists(kept));
+  const bool open = Open(usable ? kept : UsualStore());
+  // A till of a server that does not answer must not sell on another store.
+  if (!open && usable && !IsServer(kept)) Open(UsualStore());
   SetFocus(cmdVenta);
 }
 
@@ -108,7 +115,7 @@ void StartScreen::ChooseStore() {
 void StartScreen::OpenTyped() {
   const std::string path = Trim(Text1[0].text);
   if (path == opened_) return;
-  if (std::filesystem::exists(path) || path == UsualStore()) {
+  if (IsServer(path) || std::filesystem::exists(path) || path == UsualStore()) {
     Open(path);
   } else {
     Tell("No existe el almacén «" + path + "»", ui::Icon::Exclamation);
@@ -116,10 +123,15 @@ void StartScreen::OpenTyped() {
   }
 }
 
+std::unique_ptr<Connection> StartScreen::Connect(const std::string& path) {
+  if (IsServer(path)) return OpenServer(path.substr(kServer.size()));
+  MakePrivateFolder(std::filesystem::path(path).parent_path());
+  return OpenStore(path, Contents::Demonstration, machine_.clock);
+}
+
 bool StartScreen::Open(const std::string& path) {
   try {
-    MakePrivateFolder(std::filesystem::path(path).parent_path());
-    auto connection = OpenStore(path, Contents::Demonstration, machine_.clock);
+    auto connection = Connect(path);
     auto database =
         std::make_shared<suite::StoreDatabase>(*connection, kUser, front_end_, machine_.clock);
     const std::string till = database->Parametro("Par_NumCaja").TextOr("");
@@ -134,7 +146,7 @@ bool StartScreen::Open(const std::string& path) {
     FillAgents();
     return true;
   } catch (const std::exception& error) {
-    Text1[0].text = opened_;
+    Text1[0].text = opened_.empty() && IsServer(path) ? path : opened_;
     Tell("No se puede abrir el almacén «" + path + "».\r\n" + error.what(), ui::Icon::Critical);
     return false;
   }
@@ -176,6 +188,8 @@ void StartScreen::Remember() {
 }
 
 void StartScreen::Run(void (Zrtpve::*screen)()) {
+  const bool again = !component_ && IsServer(Text1[0].text);
+  if (again && !Open(Text1[0].text)) return;
   if (!component_ || !CheckTill()) return;
   try {
     Remember();
@@ -193,12 +207,19 @@ void StartScreen::Run(void (Zrtpve::*screen)()) {
 std::vector<ui::StatusItem> StartScreen::Status() const {
   using Tone = ui::StatusItem::Tone;
   if (!connection_) return {};
-  const bool known = ParseInt32(Text1[1].text).has_value();
-  const bool open = known && TillIsOpen(*connection_, Text1[1].text);
-  return {{"Tienda", std::filesystem::path(opened_).stem().string(), Tone::Neutral},
-          {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
-           open ? Tone::Good : Tone::Missing},
-          {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+  const std::string store =
+      IsServer(opened_) ? "Servidor" : std::filesystem::path(opened_).stem().string();
+  try {
+    const bool known = ParseInt32(Text1[1].text).has_value();
+    const bool open = known && TillIsOpen(*connection_, Text1[1].text);
+    return {{"Tienda", store, Tone::Neutral},
+            {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
+             open ? Tone::Good : Tone::Missing},
+            {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+  } catch (const DatabaseError&) {
+    // The line only informs; the next command reports what is wrong.
+    return {{"Tienda", store + " · sin conexión", Tone::Missing}};
+  }
 }
 
 void StartScreen::Tell(const std::string& text, ui::Icon icon) {

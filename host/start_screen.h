@@ -33,6 +33,7 @@ class StartScreen : public ui::Form {
   void ChooseStore();
   void OpenTyped();
   bool Open(const std::string& path);
+  std::unique_ptr<Connection> Connect(const std::string& path);
   void FillAgents();
   std::int32_t Agent() const;
   bool CheckTill();
