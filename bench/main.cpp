@@ -11,6 +11,7 @@
 
 #include "base/mask.h"
 #include "base/number_text.h"
+#include "bench/closing_bench.h"
 #include "bench/direct_till.h"
 #include "bench/harness.h"
 #include "bench/lists.h"
@@ -106,6 +107,7 @@ std::vector<Row> Measure(const std::string& path, int articles, int runs) {
                          {{}, [&] { direct.TillState(); }}));
   rows.push_back(Compare("what a customer owes", runs / 5, {{}, [&] { till.Debt(5); }},
                          {{}, [&] { direct.Debt(5); }}));
+  rows.push_back(CompareClosing(till, store, 10000, 20));
   till.connection().SetSynchronous(false);
   store.Run("PRAGMA synchronous = OFF");
   rows.push_back(Compare("scan, synchronous writes off", runs, sales.Scanning(),

@@ -55,9 +55,8 @@ Closure FrmTpvCierreCaja::Entered() const {
   closure.card = Number(Text1[7]);
   closure.paid = Number(Text1[1]);
   closure.withdrawn = Number(Text1[4]);
-  for (std::size_t row = 0; row < DbgDiario.rows.size(); ++row) {
-    closure.collections.push_back(DbgDiario.Value(static_cast<int>(row), "Id").ToInt32());
-  }
+  const int id = DbgDiario.Column("Id");
+  for (const auto& row : DbgDiario.rows) closure.collections.push_back(row.at(id).ToInt32());
   closure.mark = mark_;
   return closure;
 }
