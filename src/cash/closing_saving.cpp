@@ -37,10 +37,7 @@ bool FrmTpvCierreCaja::CheckTill() {
 void FrmTpvCierreCaja::Save() {
   if (!CheckDate() || !CheckWithdrawal() || !CheckTill()) return;
   if (!Confirm("Confirma la grabación del proceso", Icon::Question)) return;
-  wait_cursor = true;
   const auto closure_id = Store();
-  wait_cursor = false;
-  lblProceso.caption.clear();
   if (!closure_id) return;
   if (Check1.checked) PrintTicket(*closure_id);
   BackToTills();
@@ -61,11 +58,18 @@ Closure FrmTpvCierreCaja::Entered() const {
   return closure;
 }
 
-std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
+std::int32_t FrmTpvCierreCaja::StoreShowingProgress() {
+  const ui::WaitCursor waiting(*this);
   const ClosingPeriod period(context(), context().Caja, opening_->when);
+  const auto show = [this](std::size_t done, std::size_t all) { ShowProgress(done, all); };
+  const std::int32_t closure_id = StoreClosure(context(), period, Entered(), show);
+  lblProceso.caption.clear();
+  return closure_id;
+}
+
+std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
   try {
-    return StoreClosure(context(), period, Entered(),
-                        [this](std::size_t done, std::size_t all) { ShowProgress(done, all); });
+    return StoreShowingProgress();
   } catch (const PeriodChanged& changed) {
     Refuse(changed.what(), &Text1[4], Icon::Exclamation);
     ShowPeriod();
@@ -84,6 +88,7 @@ void FrmTpvCierreCaja::ShowProgress(std::size_t done, std::size_t all) {
 
 // Support hears of it where the shop has one; the operator always does.
 void FrmTpvCierreCaja::TellFailure(const ClosureFailed& failure) {
+  lblProceso.caption.clear();
   const std::string reason = failure.what();
   const std::string support = Trim(context().ports.settings.Read("TPV", "Mail", "Support"));
   if (!support.empty()) {

@@ -47,6 +47,7 @@ class FrmTpvCierreCaja : public Screen {
   bool CheckTill();
   void Save();
   Closure Entered() const;
+  std::int32_t StoreShowingProgress();
   std::optional<std::int32_t> Store();
   void TellFailure(const ClosureFailed& failure);
   void ShowProgress(std::size_t done, std::size_t all);

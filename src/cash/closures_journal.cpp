@@ -102,14 +102,16 @@ void FrmTpvDiarioCierres::Run() {
   lblInforme.caption.clear();
 }
 
-void FrmTpvDiarioCierres::Report() {
-  wait_cursor = true;
+std::string FrmTpvDiarioCierres::MakeReport() {
+  const ui::WaitCursor waiting(*this);
   const auto reports = context().ports.objects.Create("ZRReportes.ZRReports");
   reports->Put("MyBd", Variant(std::static_pointer_cast<Object>(context().MyBd)));
-  lblInforme.caption =
-      reports->Invoke("ZTPVCierresCaja", true, std::static_pointer_cast<Object>(rsCierres))
-          .TextOr("");
-  wait_cursor = false;
+  return reports->Invoke("ZTPVCierresCaja", true, std::static_pointer_cast<Object>(rsCierres))
+      .TextOr("");
+}
+
+void FrmTpvDiarioCierres::Report() {
+  lblInforme.caption = MakeReport();
   context().ports.ui.ProcessEvents();
 }
 

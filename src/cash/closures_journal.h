@@ -27,6 +27,7 @@ class FrmTpvDiarioCierres : public Screen {
   void LeaveAgent();
   std::string Filter() const;
   void Run();
+  std::string MakeReport();  // where it is
   void Report();
   void PrintAgain();
 

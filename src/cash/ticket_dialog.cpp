@@ -66,9 +66,8 @@ void FrmFactuTicket::ChoosePrinter() {
 
 void FrmFactuTicket::Confirm() {
   if (mode == Mode::InvoiceParameters) return HandBackInvoice();
-  wait_cursor = true;
+  const ui::WaitCursor waiting(*this);
   PrintClosure();
-  wait_cursor = false;
 }
 
 void FrmFactuTicket::HandBackInvoice() {

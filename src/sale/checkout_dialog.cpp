@@ -108,18 +108,16 @@ bool FrmTpv1::ConfirmChange(double limit) {
 void FrmTpv1::End(Ending ending) {
   constexpr double kLargeChange = 100;
   if (!CheckPayment() || !ConfirmChange(kLargeChange)) return;
-  wait_cursor = true;
-  const bool stored = Store(ending);
-  if (stored && ending == Ending::Ticket) PrintSalesTicket(context());
-  if (stored && ending == Ending::NoTicket) {
+  const ui::WaitCursor waiting(*this);
+  if (!Store(ending)) return;
+  if (ending == Ending::Ticket) PrintSalesTicket(context());
+  if (ending == Ending::NoTicket) {
     try {
       PrintOpeningLine(context());
     } catch (const PrintError&) {
       // The line only kicks a drawer that hangs on the printer.
     }
   }
-  wait_cursor = false;
-  if (!stored) return;
   completed_ = true;
   Close();
 }

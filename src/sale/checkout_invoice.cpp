@@ -24,10 +24,8 @@ void FrmTpv1::EndWithInvoice() {
       AskForInvoice(context(), (*customer)["cli_FavObs"].TextOr(""), !on_credit_);
   if (!asked.confirmed) return;
   const auto invoicing = CreateInvoicing(context());
-  wait_cursor = true;
-  const bool stored = InvoiceAndPayment(*invoicing, InvoiceOf(*customer, asked));
-  wait_cursor = false;
-  if (!stored) return;
+  const ui::WaitCursor waiting(*this);
+  if (!InvoiceAndPayment(*invoicing, InvoiceOf(*customer, asked))) return;
   completed_ = true;
   Close();
 }

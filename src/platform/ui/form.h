@@ -79,4 +79,16 @@ class Form {
   std::vector<Control*> controls_;
 };
 
+// Shows the wait cursor while it lives, also when the work throws.
+class WaitCursor {
+ public:
+  explicit WaitCursor(Form& form) : form_(form) { form_.wait_cursor = true; }
+  ~WaitCursor() { form_.wait_cursor = false; }
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+
+ private:
+  Form& form_;
+};
+
 }  // namespace tpv::ui
