@@ -6,6 +6,7 @@
 #include "cash/closure.h"
 #include "cash/mail_queue.h"
 #include "cash/ticket_dialog.h"
+#include "data/till_state.h"
 #include "platform/settings.h"
 
 namespace tpv {
@@ -72,12 +73,18 @@ std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
     return StoreShowingProgress();
   } catch (const PeriodChanged& changed) {
     Refuse(changed.what(), &Text1[4], Icon::Exclamation);
-    ShowPeriod();
-    LeaveWithdrawal();
+    ShowWhatChanged();
   } catch (const ClosureFailed& failure) {
     TellFailure(failure);
   }
   return std::nullopt;
+}
+
+// Another till may have closed this one, or an answer to our own closure got lost.
+void FrmTpvCierreCaja::ShowWhatChanged() {
+  if (!TillIsOpen(Database(), std::to_string(context().Caja))) return BackToTills();
+  ShowPeriod();
+  LeaveWithdrawal();
 }
 
 void FrmTpvCierreCaja::ShowProgress(std::size_t done, std::size_t all) {

@@ -49,6 +49,7 @@ class FrmTpvCierreCaja : public Screen {
   Closure Entered() const;
   std::int32_t StoreShowingProgress();
   std::optional<std::int32_t> Store();
+  void ShowWhatChanged();
   void TellFailure(const ClosureFailed& failure);
   void ShowProgress(std::size_t done, std::size_t all);
   void PrintTicket(std::int32_t closure_id);

@@ -70,6 +70,8 @@ bool FrmTpvMovCaja::InTransaction(Write write) {
     Refuse("Las ventas pendientes del cliente han cambiado. Revise la selección", &Text1[11],
            ui::Icon::Exclamation);
     ListTickets();
+  } catch (const CommitUnknown& error) {
+    Refuse(error.what(), nullptr, ui::Icon::Critical);
   } catch (const std::exception&) {
     Refuse("Error en la grabación", nullptr, ui::Icon::Critical);
   }
