@@ -86,6 +86,31 @@ TEST_F(Day, AFailedClosureIsToldToSupport) {
   EXPECT_EQ(mail.body, "Detalle del error:\r\nFallo provocado en la sentencia");
 }
 
+TEST_F(Day, TheReportTotalsTillsAndDays) {
+  TestTill till(path, clock);
+  till.store().Execute("DELETE FROM DiaCaj");
+  for (const char* closure : {"'01/03/2026 14:00', 2, 10, 100.5, 50, 5, 90", "'01/03/2026 20:00', 1, 0, 1000, 0, 0, 7",
+                              "'02/03/2026 14:00', 2, 15.5, 1, 2, 3, 4"}) {
+    till.store().Execute("INSERT INTO DiaCaj (DiaCaj_Tipo, DiaCaj_IdAge, DiaCaj_Fecha, DiaCaj_Caja, "
+                         "DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, DiaCaj_Ret) "
+                         "VALUES (9, 1, " + std::string(closure) + ")");
+  }
+  // Twice: the list is walked from its start each time.
+  ASSERT_EQ(till.Play("call zDiarioCaja\nclick cmdInforme\nclick cmdGenerar\nclick cmdGenerar\n"), "");
+  ASSERT_EQ(till.shop().reports.reports.size(), 2u);
+  const Report& report = till.shop().reports.reports.back();
+  using Cells = std::vector<std::string>;
+  ASSERT_EQ(report.tables.at(0).rows.size(), 3u);
+  EXPECT_EQ(report.tables[0].rows[0].cells, (Cells{"02/03/2026 14:00", "2", "Ana Ruiz", "15,50", "1,00",
+                                                   "2,00", "3,00", "4,00", "9,50"}));
+  ASSERT_EQ(report.tables.at(1).rows.size(), 3u);
+  EXPECT_EQ(report.tables[1].rows[0].cells, (Cells{"1", "1", "1.000,00", "0,00", "0,00", "7,00"}));
+  EXPECT_EQ(report.tables[1].rows[1].cells, (Cells{"2", "2", "101,50", "52,00", "8,00", "94,00"}));
+  EXPECT_EQ(report.tables[1].rows[2].cells, (Cells{"Total", "3", "1.101,50", "52,00", "8,00", "101,00"}));
+  EXPECT_EQ(report.charts.at(0).labels, (Cells{"01/03/26", "02/03/26"}));
+  EXPECT_EQ(report.charts[0].values, (std::vector<std::vector<double>>{{1100.5, 1}, {50, 2}}));
+}
+
 // The clock that a mail server makes run: each statement after a sending is later.
 class RunningClock : public Clock {
  public:
