@@ -37,6 +37,7 @@ class Office : private ui::Driver {
     RequireRows(screen);
     if (make_invoice) engine().Click(*screen.Find("cmdFacturar"));
     engine().Unload(screen);
+    shop_.reports.reports.clear();  // a month's invoice is thousands of pages
   }
 
  private:
