@@ -10,6 +10,7 @@
 #include "invoicing/ticket_invoice.h"
 #include "platform/objects.h"
 #include "suite/due_dates.h"
+#include "suite/invoice_paper.h"
 #include "tests/test_shop.h"
 
 namespace tpv {
@@ -177,6 +178,40 @@ TEST_F(InvoiceTest, PrintsSellerBuyerLinesByTicketTaxesAndDueDates) {
   EXPECT_EQ(cells(2, 0), (Steps{"25/12/2026", "18,15", "Pendiente"}));
   shop.reports.failing = true;
   EXPECT_NE(IssueInvoice(*invoicing).find("La factura está grabada"), std::string::npos);
+}
+
+// Notes where a document goes; printing may fail.
+class Press : public ReportPress {
+ public:
+  Steps steps;
+  bool failing = false;
+
+  void Print(const Report&, std::string_view printer) override {
+    steps.push_back("print on " + std::string(printer));
+    if (failing) throw PrintError("sin papel");
+  }
+  std::string Show(const Report&, std::string_view name) override {
+    steps.push_back("show " + std::string(name));
+    return {};
+  }
+};
+
+TEST_F(InvoiceTest, GoesToTheChosenPrinterAndIsShownWhenThatCannotPrint) {
+  ASSERT_TRUE(Store());
+  Press press;
+  const Ports to_press{shop.front_end, shop.printers, shop.devices, shop.settings,
+                       shop.step_clock, shop.mailer, press, watcher};
+  const suite::InvoicePaper paper(*shop.database, 1);
+  shop.printers.Install({"Tickets", "A4"});
+  for (const char* chosen : {"", "Vendida", "A4"}) {
+    shop.settings.Write("OKRA", "Printer", "Spool", chosen);
+    paper.Print(to_press);
+  }
+  press.failing = true;
+  paper.Print(to_press);
+  EXPECT_EQ(press.steps, (Steps{"show factura-FT-1", "show factura-FT-1", "print on A4",
+                                "print on A4", "show factura-FT-1"}));
+  EXPECT_THROW(suite::InvoicePaper(*shop.database, 2), ObjectError);
 }
 
 // A till that gives up every third invoice leaves no gap for the other one either.
