@@ -46,7 +46,9 @@ key Add
 type 0121
 key Enter
 key Subtract
-click cmdTicket
+)";
+
+constexpr const char* kNoAnswer = R"(
 answer OK "No se ha podido grabar el cobro de la venta. \nSe perdió la conexión al grabar y no se sabe si quedó grabado. Compruébelo antes de repetirlo"
 expect screen frmTpv1
 expect documents 0
@@ -73,10 +75,19 @@ class LostPayment : public testing::TestWithParam<bool> {
 };
 
 TEST_P(LostPayment, IsStoredOnceHoweverItEnded) {
-  EXPECT_EQ(till_.Play(std::string(kSale) + "click cmdTicket\nexpect screen frmTpv\n"
-                                            "expect documents 1"), "");
+  EXPECT_EQ(till_.Play(std::string(kSale) + "click cmdTicket" + kNoAnswer +
+                       "click cmdTicket\nexpect screen frmTpv\nexpect documents 1"), "");
   EXPECT_EQ(Count("Tco WHERE Tco_IdCav = (SELECT MAX(Cav_Id) FROM Cav)"), "1");
   EXPECT_EQ(Count("DiaCaj WHERE DiaCaj_Tipo = 1 AND DiaCaj_Caja = 2 AND DiaCaj_IdCierre = 0"), "1");
+}
+
+TEST_P(LostPayment, IsInvoicedOnceHoweverItEnded) {
+  const std::string invoice = "click cmdFactura\nclick cmdFacturar";
+  const std::string again =
+      GetParam() ? "click cmdFactura\nanswer OK \"El cobro de la venta quedó grabado\"" : invoice;
+  EXPECT_EQ(till_.Play(kSale + invoice + kNoAnswer + again + "\nexpect screen frmTpv"), "");
+  EXPECT_EQ(Count("Tco WHERE Tco_IdCav = (SELECT MAX(Cav_Id) FROM Cav)"), "1");
+  EXPECT_EQ(Count("Cav INNER JOIN Fav ON Fav_Id = Cav_IdFactura WHERE Cav_Situa = 2"), "1");
 }
 
 INSTANTIATE_TEST_SUITE_P(Endings, LostPayment, testing::Bool());

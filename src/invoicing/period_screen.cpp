@@ -115,6 +115,15 @@ TicketInvoice FrmTpvFacturas::InvoiceTo(const CustomerRecord& customer,
   return invoice;
 }
 
+// What the operator must be told, "" when all went well.
+std::string FrmTpvFacturas::StoreAndIssue(Object& invoicing, const TicketInvoice& invoice) {
+  try {
+    return StoreInvoice(context(), invoicing, invoice) ? IssueInvoice(invoicing) : kInvoiceFailed;
+  } catch (const CommitUnknown& error) {
+    return error.what();
+  }
+}
+
 void FrmTpvFacturas::Invoice() {
   const InvoiceParameters asked = AskForInvoice(
       context(), "Factura de tickets del periodo " + from_ + " al " + to_, true);
@@ -125,8 +134,7 @@ void FrmTpvFacturas::Invoice() {
     return Refuse("No está definido en parámetros el cliente contado", nullptr, Icon::Critical);
   }
   wait_cursor = true;
-  const bool stored = StoreInvoice(context(), *invoicing, InvoiceTo(*customer, asked));
-  const std::string error = stored ? IssueInvoice(*invoicing) : kInvoiceFailed;
+  const std::string error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked));
   wait_cursor = false;
   if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
   Close();

@@ -20,6 +20,7 @@ class FrmTpvFacturas : public Screen {
   void ShowTotals(const std::string& days);
   void ShowTickets();
   void Invoice();
+  std::string StoreAndIssue(Object& invoicing, const TicketInvoice& invoice);
   TicketInvoice InvoiceTo(const CustomerRecord& customer, const InvoiceParameters& asked) const;
 
   ui::Button cmdInforme{*this, "cmdInforme", "Buscar registros"};

@@ -145,6 +145,8 @@ bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invo
     return true;
   } catch (const InvoiceCompanionError&) {
     throw;
+  } catch (const CommitUnknown&) {
+    throw;
   } catch (const std::exception&) {
     return false;
   }

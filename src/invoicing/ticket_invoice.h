@@ -62,7 +62,8 @@ class InvoiceCompanionError : public std::runtime_error {
 // The suite's invoicing component, with the database.
 std::shared_ptr<Object> CreateInvoicing(Context& context);
 
-// Everything or nothing; false when any step failed.
+// Everything or nothing; false when any step failed. Throws CommitUnknown when the
+// store did not answer whether it is there.
 bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice);
 
 // Prints the stored invoice. What the operator must be told when that fails, ""

@@ -69,6 +69,7 @@ class FrmTpv1 : public Screen {
 
   // invoice
   void EndWithInvoice();
+  void EndWithStoredPayment();
   std::int32_t PaymentMethod() const;
   bool CheckNotInvoiced();
   bool CheckPaymentMethod(const CustomerRecord& customer);

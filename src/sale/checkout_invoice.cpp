@@ -17,6 +17,7 @@ std::int32_t FrmTpv1::PaymentMethod() const { return LeadingNumber(Left(cboFpago
 
 void FrmTpv1::EndWithInvoice() {
   constexpr double kLargeChange = 500;
+  if (DoubtfulPaymentIsStored()) return EndWithStoredPayment();
   if (!CheckPayment() || !ConfirmChange(kLargeChange) || !CheckNotInvoiced()) return;
   const auto customer = CustomerByCode(context(), Int32OrZero(Text1[2].text));
   if (!customer || !CheckPaymentMethod(*customer)) return;
@@ -26,6 +27,13 @@ void FrmTpv1::EndWithInvoice() {
   const auto invoicing = CreateInvoicing(context());
   const ui::WaitCursor waiting(*this);
   if (!InvoiceAndPayment(*invoicing, InvoiceOf(*customer, asked))) return;
+  completed_ = true;
+  Close();
+}
+
+// It was taken although the store did not say so; with an invoice if there is one.
+void FrmTpv1::EndWithStoredPayment() {
+  Refuse("El cobro de la venta quedó grabado", nullptr);
   completed_ = true;
   Close();
 }
@@ -89,20 +97,25 @@ TicketInvoice FrmTpv1::InvoiceOf(const CustomerRecord& customer,
 bool FrmTpv1::InvoiceAndPayment(Object& invoicing, const TicketInvoice& invoice) {
   OpenDrawer(context());
   try {
+    entry_id_ = 0;
     if (StoreInvoice(context(), invoicing, invoice)) {
       const std::string error = IssueInvoice(invoicing);
       if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
       return true;
     }
     Refuse(kInvoiceFailed, nullptr, Icon::Critical);
+    entry_id_ = 0;
     Transaction transaction(Database());
     RecordPayment();
     transaction.Commit();
     return true;
+  } catch (const CommitUnknown& error) {
+    doubtful_entry_id_ = entry_id_;
+    RefusePayment(error.what());
   } catch (const std::exception& error) {
     RefusePayment(error.what());
-    return false;
   }
+  return false;
 }
 
 }  // namespace tpv
