@@ -117,6 +117,7 @@ TicketInvoice FrmTpvFacturas::InvoiceTo(const CustomerRecord& customer,
 
 // What the operator must be told, "" when all went well.
 std::string FrmTpvFacturas::StoreAndIssue(Object& invoicing, const TicketInvoice& invoice) {
+  const ui::WaitCursor waiting(*this);
   try {
     return StoreInvoice(context(), invoicing, invoice) ? IssueInvoice(invoicing) : kInvoiceFailed;
   } catch (const CommitUnknown& error) {
@@ -133,9 +134,7 @@ void FrmTpvFacturas::Invoice() {
   if (!customer) {
     return Refuse("No está definido en parámetros el cliente contado", nullptr, Icon::Critical);
   }
-  wait_cursor = true;
   const std::string error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked));
-  wait_cursor = false;
   if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
   Close();
 }
