@@ -33,7 +33,8 @@ require_packages() {
 build_preset() {
   local preset=$1
   shift
-  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  # Paths relative to the folder, so that another checkout finds the same objects.
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
   if [ ! -f "build/$preset/build.ninja" ]; then
     echo "Configuring build/$preset" >&2
     cmake --preset "$preset" >/dev/null
