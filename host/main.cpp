@@ -18,6 +18,7 @@ constexpr const char* kHelp =
     "tpv: punto de venta rápido\n"
     "\n"
     "  tpv                               abre el punto de venta\n"
+    "      --screenshot FICHERO          solo guarda una imagen de su primera ventana\n"
     "  tpv play [opciones] GUION…        reproduce guiones y muestra lo que pasa\n"
     "      --store FICHERO               almacén que usar; se crea si no existe\n"
     "      --odbc CONEXIÓN               o un almacén de un servidor\n"
@@ -50,6 +51,7 @@ using Arguments = std::vector<std::string>;
 
 int Run(const Arguments& arguments) {
   if (arguments.empty()) return Start();
+  if (arguments[0] == "--screenshot" && arguments.size() == 2) return Start(arguments[1]);
   if (arguments[0] == "--help" || arguments[0] == "-h") {
     std::cout << kHelp;
     return 0;

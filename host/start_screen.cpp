@@ -1,8 +1,8 @@
 #include "host/start_screen.h"
 
-#include <cstdlib>
 #include <filesystem>
 
+#include "adapters/files/private_files.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/till_state.h"
@@ -25,18 +25,10 @@ constexpr std::string_view kServer = "odbc:";
 
 bool IsServer(std::string_view store) { return StartsWithNoCase(store, kServer); }
 
-std::string DataFolder() {
-  const char* data = std::getenv("XDG_DATA_HOME");
-  if (data != nullptr && *data != '\0') return std::string(data) + "/tpv";
-  const char* home = std::getenv("HOME");
-  return std::string(home != nullptr ? home : ".") + "/.local/share/tpv";
-}
-
-// What is sold and to whom is for the user's eyes.
-void MakePrivateFolder(const std::filesystem::path& folder) {
-  if (folder.empty() || std::filesystem::exists(folder)) return;
-  std::filesystem::create_directories(folder);
-  std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+// A path as the operator reads it, the home folder as "~".
+std::string Shortened(const std::string& path) {
+  const std::string home = ExpandHome("~/");
+  return path.starts_with(home) ? "~/" + path.substr(home.size()) : path;
 }
 
 }  // namespace
@@ -107,25 +99,25 @@ void StartScreen::OnKeyUp(ui::Key key) {
 }
 
 void StartScreen::ChooseStore() {
-  const std::string path = choose_file ? choose_file(Text1[0].text) : std::string();
+  const std::string path = choose_file ? choose_file(opened_) : std::string();
   if (!path.empty()) Open(path);
 }
 
 // A store is made only where a usual one is missing, never from a typing slip.
 void StartScreen::OpenTyped() {
-  const std::string path = Trim(Text1[0].text);
+  const std::string path = ExpandHome(Trim(Text1[0].text));
   if (path == opened_) return;
   if (IsServer(path) || std::filesystem::exists(path) || path == UsualStore()) {
     Open(path);
   } else {
     Tell("No existe el almacén «" + path + "»", ui::Icon::Exclamation);
-    Text1[0].text = opened_;
+    Text1[0].text = Shortened(opened_);
   }
 }
 
 std::unique_ptr<Connection> StartScreen::Connect(const std::string& path) {
   if (IsServer(path)) return OpenServer(path.substr(kServer.size()));
-  MakePrivateFolder(std::filesystem::path(path).parent_path());
+  if (path == UsualStore()) MakePrivateFolder(DataFolder() + "/demo");
   return OpenStore(path, Contents::Demonstration, machine_.clock);
 }
 
@@ -140,13 +132,13 @@ bool StartScreen::Open(const std::string& path) {
     component_ = std::move(component);  // the old one lets its connection go first
     connection_ = std::move(connection);
     opened_ = path;
-    Text1[0].text = path;
+    Text1[0].text = Shortened(path);
     const std::string kept = machine_.settings.Read(kApplication, kSection, "Till");
     Text1[1].text = kept.empty() ? till : kept;
     FillAgents();
     return true;
   } catch (const std::exception& error) {
-    Text1[0].text = opened_.empty() && IsServer(path) ? path : opened_;
+    Text1[0].text = opened_.empty() && IsServer(path) ? path : Shortened(opened_);
     Tell("No se puede abrir el almacén «" + path + "».\r\n" + error.what(), ui::Icon::Critical);
     return false;
   }

@@ -232,10 +232,7 @@ void FormWindow::PressKey(ui::Key key, int code) {
 void FormWindow::Release(QKeyEvent& event) {
   if (event.isAutoRepeat() || !owner_.Listens(form_)) return;
   const auto held = held_.find(event.key());
-  if (held == held_.end()) {
-    if (owner_.TakeClosingKey()) form_.OnClosingKeyReleased();
-    return;
-  }
+  if (held == held_.end()) return;  // pressed somewhere else
   const std::size_t openings = held->second;
   held_.erase(held);
   const auto key = KeyOf(event);

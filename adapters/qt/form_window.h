@@ -19,8 +19,6 @@ class WindowOwner : public Actions {
  public:
   // Whether the form may hear of native events now: on top, nothing over it.
   virtual bool Listens(const ui::Form& form) const = 0;
-  // Whether a key closed a box or a dialog and is still down; forgets it.
-  virtual bool TakeClosingKey() = 0;
 };
 
 class FormWindow : public QWidget {

@@ -86,6 +86,7 @@ QWidget* MessageDialog::Buttons() {
     auto* button = new QPushButton(CaptionOf(answer), row);
     button->setMinimumSize(130, 44);
     connect(button, &QPushButton::clicked, this, [this, answer] { Give(answer); });
+    button->installEventFilter(this);
     layout->addWidget(button);
     buttons_[answer] = button;
   }
@@ -114,7 +115,7 @@ void MessageDialog::Give(ui::Answer answer) {
 void MessageDialog::reject() { Give(ui::Harmless(box_)); }
 
 void MessageDialog::keyPressEvent(QKeyEvent* event) {
-  by_key_ = true;
+  by_key_ = true;  // Esc, or a letter
   // A letter alone answers too: S, N, A, C.
   for (const auto& [answer, button] : buttons_) {
     const QString letter = button->text().mid(button->text().indexOf(u'&') + 1, 1);
@@ -123,7 +124,13 @@ void MessageDialog::keyPressEvent(QKeyEvent* event) {
     }
   }
   QDialog::keyPressEvent(event);
-  by_key_ = answer_.has_value();
+}
+
+// Whether a button is pressed by Enter or by the mouse.
+bool MessageDialog::eventFilter(QObject*, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) by_key_ = true;
+  if (event->type() == QEvent::MouseButtonPress) by_key_ = false;
+  return false;
 }
 
 }  // namespace tpv::qt

@@ -18,7 +18,7 @@ class MessageDialog : public QDialog {
 
   const ui::MessageBox& box() const { return box_; }
   const std::optional<ui::Answer>& answer() const { return answer_; }
-  // Whether a key gave the answer; that key is still down.
+  // Whether a key gave the answer.
   bool answered_by_key() const { return by_key_; }
   QPushButton* ButtonOf(ui::Answer answer) const;  // null when it has none
 
@@ -26,6 +26,7 @@ class MessageDialog : public QDialog {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Give(ui::Answer answer);

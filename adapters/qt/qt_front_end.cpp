@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <utility>
 
+#include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 
 namespace tpv::qt {
@@ -86,7 +87,7 @@ ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
   Wait([&dialog] { return dialog.answer().has_value(); });
   box_ = below;
   BackFrom(dialog);
-  closing_key_down_ = dialog.answered_by_key();
+  closed_by_key_ = dialog.answered_by_key();
   return dialog.answer().value_or(ui::Harmless(box));
 }
 
@@ -99,7 +100,7 @@ std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) 
   Wait([&dialog] { return dialog.closed(); });
   search_ = below;
   BackFrom(dialog);
-  closing_key_down_ = dialog.closed_by_key();
+  closed_by_key_ = dialog.closed_by_key();
   return dialog.chosen();
 }
 
@@ -135,6 +136,7 @@ void QtFrontEnd::Act(const std::function<void(ui::Engine&)>& action) {
       ShowError(error);
     }
   }
+  if (std::exchange(closed_by_key_, false) && Top() != nullptr) Top()->OnBoxClosedByKey();
   Refresh();
 }
 
@@ -167,6 +169,13 @@ QPixmap QtFrontEnd::Picture() const {
     painter.drawPixmap(place.topLeft(), over->grab());
   }
   return picture;
+}
+
+bool SavePicture(const QPixmap& picture, const std::string& path) {
+  constexpr int kSmallest = 0;
+  const auto flags = Qt::ThresholdDither | Qt::AvoidDither;
+  const QImage image = picture.toImage().convertToFormat(QImage::Format_Indexed8, flags);
+  return !image.isNull() && image.save(Text(path), "PNG", kSmallest);
 }
 
 }  // namespace tpv::qt

@@ -35,7 +35,6 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
 
   void Act(const std::function<void(ui::Engine&)>& action) override;
   bool Listens(const ui::Form& form) const override;
-  bool TakeClosingKey() override { return std::exchange(closing_key_down_, false); }
 
   // Brings all windows to what the forms say.
   void Refresh();
@@ -63,7 +62,11 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   MessageDialog* box_ = nullptr;
   SearchDialog* search_ = nullptr;
   std::exception_ptr error_;
-  bool closing_key_down_ = false;
+  bool closed_by_key_ = false;
 };
+
+// Writes a picture as a small PNG: 256 colours are enough for a window. False when
+// there is none or it cannot be written.
+bool SavePicture(const QPixmap& picture, const std::string& path);
 
 }  // namespace tpv::qt

@@ -15,6 +15,6 @@ namespace {
 
 std::unique_ptr<Theatre> WindowTheatre() { Refuse(); }
 
-int Start() { Refuse(); }
+int Start(const std::string&) { Refuse(); }
 
 }  // namespace tpv

@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 
+#include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_front_end.h"
 #include "adapters/qt/text.h"
 #include "host/machine.h"
@@ -17,9 +18,25 @@ std::string ChooseFile(QWidget* over, const std::string& current) {
                                                "Almacenes (*.db);;Todos los ficheros (*)"));
 }
 
+// Looks at the window once and leaves.
+class Onlooker : public ui::Driver {
+ public:
+  explicit Onlooker(qt::QtFrontEnd& front_end) : front_end_(front_end) {}
+  bool Step() override {
+    qt::SettleWindows();
+    picture = front_end_.Picture();
+    return false;
+  }
+  void OnBox(const ui::MessageBox&) override {}
+  QPixmap picture;
+
+ private:
+  qt::QtFrontEnd& front_end_;
+};
+
 }  // namespace
 
-int Start() {
+int Start(const std::string& picture) {
   Application application;
   qt::QtFrontEnd front_end;
   Machine machine;
@@ -27,8 +44,11 @@ int Start() {
   screen.choose_file = [&](const std::string& current) {
     return ChooseFile(front_end.TopWindow(), current);
   };
+  Onlooker onlooker(front_end);
+  if (!picture.empty()) front_end.SetDriver(onlooker);
   front_end.ShowModal(screen);
-  return 0;
+  const bool kept = picture.empty() || qt::SavePicture(onlooker.picture, picture);
+  return kept ? 0 : 1;
 }
 
 }  // namespace tpv

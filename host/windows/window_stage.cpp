@@ -2,7 +2,6 @@
 
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_operator.h"
-#include "adapters/qt/text.h"
 #include "host/stage.h"
 #include "host/windows/application.h"
 
@@ -21,7 +20,7 @@ class WindowStage : public Stage {
     picture_ = front_end_.Picture();
   }
   void SavePicture(const std::string& path) override {
-    if (picture_.isNull() || !picture_.save(qt::Text(path), "PNG")) {
+    if (!qt::SavePicture(picture_, path)) {
       throw std::runtime_error("No se puede guardar la imagen «" + path + "»");
     }
   }

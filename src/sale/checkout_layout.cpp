@@ -76,7 +76,7 @@ void FrmTpv1::DeclareFields() {
     if (field.shown_only || field.input == Number) box.align = ui::Align::Right;
   }
   Text1[8].large = Text1[7].large = Text1[6].large = true;
-  Text1[5].stretch = Text1[14].stretch = Text1[13].stretch = true;
+  for (const int index : {5, 14, 13, 6, 7, 8}) Text1[index].stretch = true;
 }
 
 void FrmTpv1::DeclareLayout() {
@@ -86,7 +86,9 @@ void FrmTpv1::DeclareLayout() {
                {&cboFpago, &Text1[15], &cmdPendiente, &cmdNuevoCli},
                {&cboTipoVia, &Text1[14], &Text1[4], &Text1[9], &Text1[1], &Text1[11]},
                {&Text1[12], &Text1[13], &cboProvincias, &cboPais}});
-  rows = {{&Frame1}, {&Frame2}, {&cmdTicket, &cmdFinalizar, &cmdFactura, &cmdCancelar}, {&Frame3}};
+  cmdTicket.emphasis = ui::Emphasis::Strong;
+  cmdCancelar.emphasis = ui::Emphasis::Warning;
+  rows = {{&Frame1, &Frame2}, {&cmdTicket, &cmdFinalizar, &cmdFactura, &cmdCancelar}, {&Frame3}};
 }
 
 void FrmTpv1::Connect() {

@@ -25,7 +25,7 @@ class Screen : public ui::Form {
   void OnEnter(ui::Control& control) override;
   void OnLeave(ui::Control& control) override;
   // The Enter that closes a box does not also move the focus, and the next one does.
-  void OnClosingKeyReleased() override { pending_message.clear(); }
+  void OnBoxClosedByKey() override { pending_message.clear(); }
 
  protected:
   Context& context() const { return context_; }

@@ -67,8 +67,9 @@ class Form {
   virtual void OnEnter(Control&) {}  // before the control's own `entered`
   virtual void OnLeave(Control&) {}  // before the control's own `left`
   virtual void OnUnload() {}
-  // The key that closed a message box or a dialog over this form came up.
-  virtual void OnClosingKeyReleased() {}
+  // A key closed a message box or a dialog over this form; its release is no
+  // key of the form's. Runs after the handler that showed the box.
+  virtual void OnBoxClosedByKey() {}
   // The window's close box; may refuse by not calling Close.
   virtual void OnCloseBox() { Close(); }
   // Asked for after each event; shown where the operator sees it at once.

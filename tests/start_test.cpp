@@ -1,0 +1,97 @@
+// The program's first window: it makes the shop, hands the component its context
+// and remembers the choices.
+#include "host/start_screen.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+
+#include "adapters/headless/headless_front_end.h"
+#include "host/machine.h"
+#include "tests/test_store.h"
+
+namespace tpv {
+namespace {
+
+class StartTest : public testing::Test, private ui::Driver {
+ protected:
+  StartTest() { setenv("XDG_DATA_HOME", std::filesystem::path(store.path()).parent_path().c_str(), 1); }
+  ~StartTest() override { unsetenv("XDG_DATA_HOME"); }
+
+  void Play(std::deque<std::function<void()>> todo) {
+    steps = std::move(todo);
+    Machine machine(store.path() + ".conf");
+    StartScreen screen(machine, front_end);
+    front_end.SetDriver(*this);
+    front_end.ShowModal(screen);
+  }
+  ui::Form& Top() { return *front_end.engine().Top(); }
+  void Click(const char* button) { front_end.engine().Click(*Top().Find(button)); }
+  std::string Text(const char* field) { return dynamic_cast<ui::TextBox&>(*Top().Find(field)).text; }
+  void Enter(const char* field, const char* text) {
+    front_end.engine().FocusOn(*Top().Find(field));
+    front_end.engine().ClearText();
+    for (const char* c = text; *c != '\0'; ++c) front_end.engine().TypeCharacter(*c);
+    front_end.engine().PressKey(ui::Key::Tab);
+  }
+
+  TestStore store;
+  HeadlessFrontEnd front_end;
+  std::deque<std::function<void()>> steps;
+  std::vector<std::string> told;
+
+ private:
+  bool Step() override {
+    if (steps.empty()) return false;
+    const auto step = std::move(steps.front());
+    steps.pop_front();
+    step();
+    return true;
+  }
+  void OnBox(const ui::MessageBox& box) override { told.push_back(box.text); }
+};
+
+TEST_F(StartTest, OpensTheDemonstrationAndRemembersTheChoices) {
+  Play({[&] {
+          EXPECT_TRUE(std::filesystem::exists(UsualStore()));
+          EXPECT_EQ(Text("Text1(1)"), "1");
+          Enter("Text1(1)", "2");
+          auto& agents = dynamic_cast<ui::ComboBox&>(*Top().Find("cboVendedor"));
+          front_end.engine().SelectRow(agents, 1);
+          Click("cmdVenta");
+        },
+        [&] {
+          EXPECT_EQ(Top().name, "frmTpv");
+          EXPECT_EQ(Zrtpve::Current()->context().Caja, 2);
+          EXPECT_GT(Zrtpve::Current()->context().IdAgente, 0);
+          front_end.engine().CloseBox();
+        },
+        [&] { EXPECT_EQ(Top().name, "frmInicio"); }});
+  Play({[&] {
+    EXPECT_EQ(Text("Text1(1)"), "2");
+    EXPECT_EQ(dynamic_cast<ui::ComboBox&>(*Top().Find("cboVendedor")).index, 1);
+  }});
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(StartTest, AWrongStoreOrTillChangesNothing) {
+  std::string before;
+  Play({[&] {
+          before = Text("Text1(0)");
+          Enter("Text1(0)", "/no/hay/tienda.db");
+        },
+        [&] { front_end.AnswerBox(ui::Answer::Ok); },
+        [&] {
+          EXPECT_EQ(Text("Text1(0)"), before);
+          Enter("Text1(1)", "40000");
+          Click("cmdVenta");
+        },
+        [&] { front_end.AnswerBox(ui::Answer::Ok); },
+        [&] { EXPECT_EQ(Top().focus, Top().Find("Text1(1)")); }});
+  ASSERT_EQ(told.size(), 2u);
+  EXPECT_EQ(told[1], "El número de caja no es válido");
+  EXPECT_FALSE(std::filesystem::exists("/no/hay"));
+}
+
+}  // namespace
+}  // namespace tpv

@@ -1,0 +1,218 @@
+// Real windows under real keys and clicks: what no scenario can see, because
+// without windows there is nothing like it.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QWindow>
+#include <chrono>
+#include <deque>
+
+#include "adapters/qt/native_input.h"
+#include "adapters/qt/qt_operator.h"
+#include "adapters/qt/text.h"
+#include "host/windows/application.h"
+
+namespace tpv::qt {
+namespace {
+
+class Till : public ui::Form {
+ public:
+  explicit Till(ui::FrontEnd& ui) : Form("frmPrueba"), front_end(ui) {
+    goods.layout = {{"Id", "", 0, ui::Align::Left, true, false},
+                    {"Articulo", "", 3000, ui::Align::Left, false, true}};
+    goods.fields = {"Id", "Articulo"};
+    for (int i = 0; i < 300; ++i) {
+      goods.rows.push_back({Variant(i), Variant("Articulo " + std::to_string(i))});
+    }
+    goods.cell_button = [this](int row, int) { pressed.push_back("cell " + std::to_string(row)); };
+    marks.layout = {{"Ticket", "", 3000, ui::Align::Left, false, false}};
+    marks.check_boxes = true;
+    marks.items = {{{"T/1"}, false, 1}, {{"T/2"}, false, 2}};
+    price.max_length = 6;
+    refuse.click = [this] {
+      ui::MessageBox box;
+      box.text = "No ha indicado el importe";
+      front_end.Show(box);
+      SetFocus(price);
+    };
+    fail.click = [] { throw std::runtime_error("se ha roto"); };
+    rows = {{&price, &units}, {&goods}, {&marks}, {&refuse, &fail}};
+  }
+  void OnKeyUp(ui::Key key) override {
+    if (key == ui::Key::Enter) tab_sent = true;
+  }
+  void OnBoxClosedByKey() override { ++closed_by_key; }
+  char32_t OnCharacter(ui::TextBox&, char32_t character) override {
+    return character == U'.' ? U',' : character;
+  }
+
+  ui::FrontEnd& front_end;
+  ui::TextBoxes fields{*this, "Text1"};
+  ui::TextBox &price = fields.Add(0, "Precio"), &units = fields.Add(1, "Unidades");
+  ui::Grid goods{*this, "dbgVenta"};
+  ui::ListView marks{*this, "ListView1"};
+  ui::Button refuse{*this, "cmdGrabar", "&Grabar"};
+  ui::Button fail{*this, "cmdFalla", "&Fallar"};
+  std::vector<std::string> pressed;
+  int closed_by_key = 0;
+};
+
+// Runs its steps one by one, whatever is on top.
+class Steps : public ui::Driver {
+ public:
+  std::deque<std::function<void()>> steps;
+  bool Step() override {
+    if (steps.empty()) return false;
+    const auto step = std::move(steps.front());
+    steps.pop_front();
+    SettleWindows();
+    step();
+    return true;
+  }
+  void OnBox(const ui::MessageBox&) override {}
+};
+
+class WindowsTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    application = new Application;
+  }
+  static void TearDownTestSuite() { delete std::exchange(application, nullptr); }
+
+  // Shows the form and plays the steps on it.
+  void Play(std::deque<std::function<void()>> steps) {
+    driver.steps = std::move(steps);
+    windows.SetDriver(driver);
+    windows.ShowModal(form);
+  }
+  void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const char* text = "") {
+    SendStroke({key, modifiers, text});
+  }
+
+  static inline Application* application = nullptr;
+  QtFrontEnd windows;
+  QtOperator hands{windows};
+  Till form{windows};
+  Steps driver;
+};
+
+TEST_F(WindowsTest, CaretSelectionAndClipboardReachTheModel) {
+  Play({[&] {
+    SendText("1235");
+    Press(Qt::Key_Left);
+    SendText(".4");
+    EXPECT_EQ(form.price.text, "123,45");
+    SendText("9");  // full
+    EXPECT_EQ(form.price.text, "123,45");
+    Press(Qt::Key_Home, Qt::ShiftModifier);
+    EXPECT_EQ(form.price.selection_length, 5u);
+    Press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(form.price.text, "5");
+    EXPECT_EQ(QApplication::clipboard()->text(), "123,4");
+    QApplication::clipboard()->setText("8.25\nmore");
+    Press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(form.price.text, "8,255") << "a paste goes through the key filter, one line";
+    Press(Qt::Key_Backspace, Qt::NoModifier, "\b");
+    EXPECT_EQ(form.price.text, "8,25") << "the caret stands behind what was pasted";
+  }});
+}
+
+TEST_F(WindowsTest, TheEnterThatClosesABoxMovesNothingAndTheNextOneDoes) {
+  Play({[&] { Press(Qt::Key_G, Qt::AltModifier, "g"); },
+        [&] { Press(Qt::Key_Return, Qt::NoModifier, "\r"); },  // the box's
+        [&] {
+          EXPECT_EQ(hands.Box(), nullptr);
+          EXPECT_EQ(form.focus, &form.price);
+          EXPECT_EQ(form.closed_by_key, 1);
+          Press(Qt::Key_Return, Qt::NoModifier, "\r");
+          EXPECT_EQ(form.focus, &form.units);
+        }});
+}
+
+TEST_F(WindowsTest, AKeyHeldDownActsOnce) {
+  Play({[&] {
+    QWindow* window = windows.TopWindow()->windowHandle();
+    const auto send = [&](QEvent::Type type, bool repeat) {
+      QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier, "\r", repeat);
+      QCoreApplication::sendEvent(window, &event);
+    };
+    send(QEvent::KeyPress, false);
+    for (int i = 0; i < 5; ++i) {
+      send(QEvent::KeyRelease, true);
+      send(QEvent::KeyPress, true);
+    }
+    send(QEvent::KeyRelease, false);
+    EXPECT_EQ(form.focus, &form.units);
+  }});
+}
+
+TEST_F(WindowsTest, TablesByKeyboard) {
+  Play({[&] {
+    hands.Focus(form.goods);
+    Press(Qt::Key_End);
+    EXPECT_EQ(form.goods.current_row, 299);
+    Press(Qt::Key_PageUp);
+    EXPECT_LT(form.goods.current_row, 299);
+    EXPECT_GT(form.goods.current_row, 250);
+    Press(Qt::Key_Home);
+    Press(Qt::Key_Down);
+    SendText(" ");
+    EXPECT_EQ(form.pressed, std::vector<std::string>{"cell 1"});
+    hands.Focus(form.marks);
+    Press(Qt::Key_Down);
+    SendText(" ");
+    EXPECT_TRUE(form.marks.items[0].checked);
+    SettleWindows();
+    EXPECT_EQ(windows.TopWindow()->Difference(), "");
+  }});
+}
+
+TEST_F(WindowsTest, AHandlersErrorIsToldAndTheScreenStaysOpen) {
+  // No driver: the windows wait for the operator, so timers have to be the operator.
+  std::string told;
+  QTimer::singleShot(20, [&] { Press(Qt::Key_F, Qt::AltModifier, "f"); });
+  QTimer hand;
+  QObject::connect(&hand, &QTimer::timeout, [&] {
+    if (MessageDialog* box = windows.open_box()) {
+      told = box->box().text;
+      SendClick(*box->ButtonOf(ui::Answer::Ok));
+    } else if (!told.empty()) {
+      EXPECT_FALSE(form.closing);
+      form.closing = true;
+    }
+  });
+  hand.start(20);
+  QTimer::singleShot(5000, [&] { form.closing = true; });  // nothing was told
+  windows.ShowModal(form);
+  EXPECT_NE(told.find("se ha roto"), std::string::npos);
+}
+
+TEST_F(WindowsTest, AHundredThousandRowsAreSearchedAsOneTypes) {
+  ui::SearchRequest request;
+  request.captions = {"Codigo", "Nombre"};
+  request.widths = {600, 6000};
+  request.shown_columns = {1, 2};
+  for (int i = 0; i < 100000; ++i) {
+    request.rows.push_back({Variant(i), Variant(i), Variant("Peña " + std::to_string(i))});
+  }
+  driver.steps = {[&] { SendText("pena 77"); },
+                  [&] {
+                    EXPECT_EQ(windows.open_search()->list().Visible().size(), 1111u);
+                    Press(Qt::Key_Down);
+                    Press(Qt::Key_Return, Qt::NoModifier, "\r");
+                  }};
+  windows.SetDriver(driver);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(windows.Search(request), 770u);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+  driver.steps = {[&] { Press(Qt::Key_Escape, Qt::NoModifier, "\x1B"); }};
+  EXPECT_EQ(windows.Search(request), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tpv::qt
