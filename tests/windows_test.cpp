@@ -175,7 +175,13 @@ TEST_F(WindowsTest, TablesByKeyboard) {
 TEST_F(WindowsTest, AHandlersErrorIsToldAndTheScreenStaysOpen) {
   // No driver: the windows wait for the operator, so timers have to be the operator.
   std::string told;
-  QTimer::singleShot(20, [&] { Press(Qt::Key_F, Qt::AltModifier, "f"); });
+  QTimer first_hand;
+  QObject::connect(&first_hand, &QTimer::timeout, [&] {
+    if (QGuiApplication::focusWindow() == nullptr) return;
+    first_hand.stop();
+    Press(Qt::Key_F, Qt::AltModifier, "f");
+  });
+  first_hand.start(20);
   QTimer hand;
   QObject::connect(&hand, &QTimer::timeout, [&] {
     if (MessageDialog* box = windows.open_box()) {
@@ -187,7 +193,7 @@ TEST_F(WindowsTest, AHandlersErrorIsToldAndTheScreenStaysOpen) {
     }
   });
   hand.start(20);
-  QTimer::singleShot(5000, [&] { form.closing = true; });  // nothing was told
+  QTimer::singleShot(20000, &hand, [&] { form.closing = true; });  // nothing was told
   windows.ShowModal(form);
   EXPECT_NE(told.find("se ha roto"), std::string::npos);
 }
