@@ -32,6 +32,7 @@ constexpr const char* kHelp =
     "                                    crea un almacén, con los datos de demostración (--demo,\n"
     "                                    lo normal) o vacío\n"
     "  tpv store copy ALMACÉN ALMACÉN    copia un almacén entero a otro sitio y lo comprueba\n"
+    "  tpv store check ALMACÉN           comprueba que todo cuadra: tickets, cobros, cierres, facturas\n"
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"

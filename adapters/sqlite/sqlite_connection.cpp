@@ -121,6 +121,22 @@ void SqliteConnection::SetSynchronous(bool on) {
          : "PRAGMA main.synchronous = OFF; PRAGMA zrcomun.synchronous = OFF;");
 }
 
+std::vector<std::string> SqliteConnection::Damage() {
+  std::vector<std::string> lines;
+  for (const char* sql : {"PRAGMA main.integrity_check(20)", "PRAGMA zrcomun.integrity_check(20)"}) {
+    sqlite3_stmt* statement = nullptr;
+    int result = sqlite3_prepare_v2(handle_.get(), sql, -1, &statement, nullptr);
+    const sqlite::StatementPtr owner(statement);
+    while (result == SQLITE_OK && (result = sqlite3_step(statement)) == SQLITE_ROW) {
+      lines.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
+      result = SQLITE_OK;
+    }
+    if (result != SQLITE_DONE) sqlite::ThrowLastError(handle_.get());
+  }
+  std::erase(lines, "ok");
+  return lines;
+}
+
 std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
   const dialect::Scanned scanned = dialect::Scan(sql);
   const std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);

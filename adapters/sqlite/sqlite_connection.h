@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/database.h"
 
@@ -39,6 +40,9 @@ class SqliteConnection : public Connection {
   void CommitTrans() override;
   void RollbackTrans() override;
   bool InTransaction() const override;
+
+  // What the engine finds damaged in both files, a line each; nothing in sound ones.
+  std::vector<std::string> Damage();
 
   // How durable a commit is; on (the default) survives a power cut.
   void SetSynchronous(bool on);

@@ -67,7 +67,7 @@ bool Player::Step() {
   }
   const Command& command = commands_[next_++];
   rig_.clock.Step();
-  out_ << command.text << "\n";
+  out_ << command.text << "\n" << std::flush;  // whoever kills this till knows how far it came
   Run(command);
   return !over_;
 }

@@ -1,0 +1,103 @@
+// The check of a store: it finds what is broken, says which rows, and leaves
+// sound stores in peace.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "host/store.h"
+#include "host/store_check.h"
+#include "host/store_commands.h"
+#include "tests/test_machine.h"
+#include "tests/test_store.h"
+
+namespace tpv {
+namespace {
+
+// A paid ticket of two lines, closed and invoiced: nothing to find.
+constexpr const char* kSound[] = {
+    "INSERT INTO zrcomun.dbo.tivas (Tiva_iva) VALUES (21)",
+    "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Ticket, Cav_Situa, Cav_IdFactura, "
+    "Cav_Cobrado) VALUES ('T', 1, 1, 1, 2, 1, 1)",
+    "INSERT INTO Lav (Lav_IdCav, Lav_Idart, Lav_Uni, Lav_Importe, Lav_Tiva) VALUES (1, 7, 1, 10, 1)",
+    "INSERT INTO Lav (Lav_IdCav, Lav_Idart, Lav_Uni, Lav_Importe, Lav_Tiva) VALUES (1, 8, 2, 20, 1)",
+    "INSERT INTO Movi (movi_idlav, movi_idart, movi_idalma, movi_uni) VALUES (1, 7, 1, 1)",
+    "INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Entrega, DiaCaj_Tarjeta, "
+    "DiaCaj_Devolucion, DiaCaj_Descuento, DiaCaj_Cobrado, DiaCaj_IdCierre) "
+    "VALUES (1, 1, 40, 0, 4, 0.3, 36, 2)",
+    "INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos) "
+    "VALUES (1, 9, 36, 0, 0)",
+    "INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) VALUES (1, 1, 36.3)",
+    "INSERT INTO Fav (Fav_Serie, Fav_Numero, Fav_Total) VALUES ('F', 1, 36.3)",
+    "INSERT INTO Fal (Fal_IdFav, Fal_Total) VALUES (1, 36.3)",
+    "INSERT INTO Vto (Vto_IdFav, Vto_Importe) VALUES (1, 36.3)"};
+
+TEST(StoreCheck, NamesWhatIsBroken) {
+  struct Case {
+    const char* harm;
+    const char* found;
+  };
+  const Case cases[] = {
+      {"DELETE FROM Cav", "ROTO  Líneas sin cabecera: 2 (1, 2)\n"},
+      {"DELETE FROM DiaCaj WHERE DiaCaj_Tipo = 1", "Cobros de tickets sin su apunte de caja: 1 (1)"},
+      {"DELETE FROM Tco", "Tickets cobrados sin ningún cobro: 1 (1)"},
+      {"DELETE FROM Tco", "Cobros en caja que no son de un solo ticket: 1 (1)"},
+      {"DELETE FROM Lav WHERE Lav_Id = 2", "Tickets cobrados cuyos cobros no suman su importe: 1 (1)"},
+      {"DELETE FROM Lav WHERE Lav_Id = 2", "Tickets cobrados de más: 1 (1)"},
+      {"UPDATE Tco SET Tco_Importe = 36.2",
+       "Apuntes cuyos cobros no suman lo cobrado y descontado: 1 (1)"},
+      {"UPDATE DiaCaj SET DiaCaj_Devolucion = 5 WHERE DiaCaj_Id = 1",
+       "Apuntes cuyo cobro no es lo entregado menos lo devuelto: 1 (1)"},
+      {"UPDATE DiaCaj SET DiaCaj_Tipo = 3 WHERE DiaCaj_Id = 1",
+       "Apuntes con cobros que no son de cobro: 1 (1)"},
+      {"UPDATE Tco SET Tco_IdCav = 9", "Cobros de tickets sin su ticket: 1 (9)"},
+      {"UPDATE DiaCaj SET DiaCaj_Caja = 2 WHERE DiaCaj_Id = 1",
+       "Apuntes de un cierre que no existe o es de otra caja: 1 (1)"},
+      {"UPDATE DiaCaj SET DiaCaj_CobMet = 40 WHERE DiaCaj_Id = 2",
+       "Aviso Cierres cuyo efectivo no es el de sus apuntes: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_CobTar = 1 WHERE DiaCaj_Id = 2",
+       "Cierres cuyas tarjetas no son las de sus apuntes: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_Pagos = 1 WHERE DiaCaj_Id = 2",
+       "ROTO  Cierres cuyos pagos no son los de sus apuntes: 1 (2)"},
+      {"UPDATE Cav SET Cav_Caja = NULL", "Tickets sin caja: 1 (1)"},
+      {"UPDATE Movi SET movi_uni = 2", "Movimientos de almacén que no son los de su línea: 1 (1)"},
+      {"UPDATE Movi SET movi_idlav = 5", "Aviso Movimientos de almacén de líneas eliminadas: 1 (5)"},
+      {"UPDATE Fal SET Fal_Total = 36", "Facturas cuyas líneas no suman su total: 1 (1)"},
+      {"UPDATE Vto SET Vto_Importe = 36", "Facturas cuyos vencimientos no suman su total: 1 (1)"},
+      {"DELETE FROM Fav", "Tickets de una factura que no existe: 1 (1)"},
+      {"INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Ticket) VALUES ('t ', 1, 2, 1)",
+       "Números de ticket repetidos: 1 (2)"},
+      {"INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) VALUES (1, 1, 0)",
+       "Tickets pagados dos veces en caja: 1 (1)"},
+  };
+  TestStore store;
+  for (const char* statement : kSound) store.connection().Execute(statement);
+  EXPECT_EQ(FindingsText(CheckStore(store.connection())), "");
+  for (const Case& harm : cases) {
+    const Transaction undone(store.connection());
+    store.connection().Execute(harm.harm);
+    const std::string text = FindingsText(CheckStore(store.connection()));
+    EXPECT_NE(text.find(harm.found), std::string::npos) << harm.harm << "\n" << text;
+  }
+}
+
+TEST(StoreCheck, LooksAtTheFilesFirst) {
+  const TestFolder folder;
+  const FixedClock clock;
+  const std::string path = folder / "tienda.db";
+  MakeStore(path, Contents::Demonstration, clock);
+  std::ostringstream out;
+  EXPECT_EQ(StoreCommand({"check", path}, out), 0) << out.str();
+  {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    for (int page = 20; page < 60; page += 3) {
+      file.seekp(page * 4096 + 100);
+      file << std::string(2000, 'x');
+    }
+  }
+  out.str("");
+  EXPECT_EQ(StoreCommand({"check", path}, out), 1);
+  EXPECT_TRUE(out.str().starts_with("DAÑADO ")) << out.str();
+}
+
+}  // namespace
+}  // namespace tpv
