@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "adapters/files/private_files.h"
+#include "adapters/files/setting_names.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/till_state.h"
@@ -81,7 +82,7 @@ void StartScreen::DeclareLayout() {
   for (const auto& row : Frame2.rows) {
     for (ui::Control* button : row) button->stretch = true;
   }
-  rows = {{&Frame1}, {&Frame2}};
+  rows = {{&Frame1}, {&Frame2}, {&lblImpresora}};
 }
 
 void StartScreen::OnLoad() {
@@ -90,7 +91,21 @@ void StartScreen::OnLoad() {
   const bool open = Open(usable ? kept : UsualStore());
   // A till of a server that does not answer must not sell on another store.
   if (!open && usable && !IsServer(kept)) Open(UsualStore());
+  ShowPrinter();
   SetFocus(cmdVenta);
+}
+
+// Without a printer the operator wants to know where the tickets go.
+void StartScreen::ShowPrinter() {
+  try {
+    const std::string printer = machine_.printers.Current();
+    lblImpresora.caption =
+        printer == kFolderPrinter
+            ? "Los tickets se guardan en " + Shortened(PaperFolder(machine_.settings, kTicketFolder))
+            : "Impresora: " + printer;
+  } catch (const PrintError& error) {
+    lblImpresora.caption = error.what();
+  }
 }
 
 void StartScreen::OnKeyUp(ui::Key key) {

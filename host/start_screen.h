@@ -38,6 +38,7 @@ class StartScreen : public ui::Form {
   std::int32_t Agent() const;
   bool CheckTill();
   void Remember();
+  void ShowPrinter();
   void Run(void (Zrtpve::*screen)());
   void Tell(const std::string& text, ui::Icon icon);
 
@@ -63,6 +64,7 @@ class StartScreen : public ui::Form {
   ui::Button cmdPendiente{*this, "cmdPendiente", "&Pendiente de cobro"};
   ui::Button cmdProveedores{*this, "cmdProveedores", "Pr&oveedores"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
+  ui::Label lblImpresora{*this, "lblImpresora"};
 };
 
 // The store of a user who chose none: the demonstration shop, made on first start.

@@ -15,7 +15,7 @@ class ClosureFailed;
 
 class FrmTpvCierreCaja : public Screen {
  public:
-  explicit FrmTpvCierreCaja(Context& context);
+  explicit FrmTpvCierreCaja(Context& ctx);
 
   // Empties every box but date and agent, and the grids.
   void msValoresiniciales();

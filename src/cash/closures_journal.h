@@ -11,7 +11,7 @@ namespace tpv {
 
 class FrmTpvDiarioCierres : public Screen {
  public:
-  explicit FrmTpvDiarioCierres(Context& context);
+  explicit FrmTpvDiarioCierres(Context& ctx);
 
   // The closures that the last run found; null before the first.
   std::shared_ptr<KeptRows> rsCierres;

@@ -12,7 +12,7 @@ namespace tpv {
 
 class FrmTpvMovCaja : public Screen {
  public:
-  explicit FrmTpvMovCaja(Context& context);
+  explicit FrmTpvMovCaja(Context& ctx);
 
   // Set before showing: collections can be chosen too. Otherwise the screen does
   // payments out alone.

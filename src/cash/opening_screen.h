@@ -7,7 +7,7 @@ namespace tpv {
 
 class FrmTpvAperturaCaja : public Screen {
  public:
-  explicit FrmTpvAperturaCaja(Context& context);
+  explicit FrmTpvAperturaCaja(Context& ctx);
 
   // Empties every text box.
   void msValoresiniciales();

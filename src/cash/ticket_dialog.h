@@ -23,7 +23,7 @@ class FrmFactuTicket : public Screen {
  public:
   enum class Mode : std::int16_t { InvoiceParameters = 0, ClosurePrint = 1 };
 
-  explicit FrmFactuTicket(Context& context);
+  explicit FrmFactuTicket(Context& ctx);
 
   // Set before the form is loaded or shown.
   Mode mode = Mode::InvoiceParameters;

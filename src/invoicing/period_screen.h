@@ -10,7 +10,7 @@ namespace tpv {
 
 class FrmTpvFacturas : public Screen {
  public:
-  explicit FrmTpvFacturas(Context& context);
+  explicit FrmTpvFacturas(Context& ctx);
 
   ui::TextBoxes Text1{*this, "Text1"};
 

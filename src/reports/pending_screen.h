@@ -7,7 +7,7 @@ namespace tpv {
 
 class FrmTpvPendiente : public Screen {
  public:
-  explicit FrmTpvPendiente(Context& context);
+  explicit FrmTpvPendiente(Context& ctx);
 
   std::int32_t IdCliente = 0;  // 0: all customers
 

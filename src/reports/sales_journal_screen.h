@@ -8,7 +8,7 @@ namespace tpv {
 
 class FrmTpvDiarioVentas : public Screen {
  public:
-  explicit FrmTpvDiarioVentas(Context& context);
+  explicit FrmTpvDiarioVentas(Context& ctx);
 
   ui::TextBoxes Text1{*this, "Text1"};
 

@@ -13,7 +13,7 @@ namespace tpv {
 
 class FrmTpv1 : public Screen {
  public:
-  explicit FrmTpv1(Context& context);
+  explicit FrmTpv1(Context& ctx);
 
   // Loads a customer by code or id; with -1 and 0 the cashier searches first.
   void msBuscarClientes(std::int32_t code, std::int32_t id);

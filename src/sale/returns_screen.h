@@ -8,7 +8,7 @@ namespace tpv {
 
 class FrmTpvDevoluciones : public SaleEntry {
  public:
-  explicit FrmTpvDevoluciones(Context& context);
+  explicit FrmTpvDevoluciones(Context& ctx);
 
   void OnKeyUp(ui::Key key) override;
 

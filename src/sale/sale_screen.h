@@ -8,7 +8,7 @@ namespace tpv {
 
 class FrmTpv : public SaleEntry {
  public:
-  explicit FrmTpv(Context& context);
+  explicit FrmTpv(Context& ctx);
 
   // Shows the stored sale `id`, read-only. The screen must be loaded.
   void msPintaVenta(std::int32_t id);
