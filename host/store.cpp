@@ -38,4 +38,9 @@ std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new
   return std::make_unique<SqliteConnection>(path, clock);
 }
 
+std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock) {
+  if (!std::filesystem::exists(path)) throw DatabaseError("No existe el almacén «" + path + "»");
+  return std::make_unique<SqliteConnection>(path, clock);
+}
+
 }  // namespace tpv

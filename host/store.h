@@ -29,4 +29,7 @@ void MakeLargeStore(const std::string& path, const LargeStore& size, const Clock
 std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new,
                                       const Clock& clock);
 
+// Throws DatabaseError when there is none.
+std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock);
+
 }  // namespace tpv

@@ -44,8 +44,7 @@ Place TakePlace(const Arguments& arguments, std::size_t& at, const char* usage) 
 
 std::unique_ptr<Connection> OpenExisting(const Place& place, const Clock& clock) {
   if (place.server) return OpenServer(place.name);
-  if (!fs::exists(place.name)) throw DatabaseError("No existe el almacén «" + place.name + "»");
-  return std::make_unique<SqliteConnection>(place.name, clock);
+  return OpenExistingStore(place.name, clock);
 }
 
 int Create(const Arguments& arguments, std::ostream& out) {

@@ -22,6 +22,7 @@ class QtFrontEnd::Shown {
  public:
   Shown(QtFrontEnd& front_end, ui::Form& form)
       : front_end_(front_end), window_(form, front_end, front_end.Uppermost()) {
+    front_end_.DressUp(window_);
     front_end_.windows_.push_back(&window_);
   }
   ~Shown() {
@@ -37,13 +38,22 @@ class QtFrontEnd::Shown {
   FormWindow window_;
 };
 
-QtFrontEnd::QtFrontEnd() { DressApplication(); }
+QtFrontEnd::QtFrontEnd(Dress dress) : dress_(dress) {
+  if (dress_ == Dress::Application) DressApplication();
+}
 QtFrontEnd::~QtFrontEnd() = default;
 
 QWidget* QtFrontEnd::Uppermost() const {
   if (box_ != nullptr) return box_;
   if (search_ != nullptr) return search_;
   return windows_.empty() ? host_window_ : windows_.back();
+}
+
+// The last window to close must not end a program that is not the till's.
+void QtFrontEnd::DressUp(QWidget& window) const {
+  if (dress_ == Dress::Application) return;
+  DressWindow(window);
+  window.setAttribute(Qt::WA_QuitOnClose, false);
 }
 
 void QtFrontEnd::Open(QWidget& window) {
@@ -81,6 +91,7 @@ ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
   Refresh();
   MessageDialog dialog(box, Uppermost());
   MessageDialog* below = std::exchange(box_, &dialog);
+  DressUp(dialog);
   dialog.adjustSize();
   Open(dialog);
   if (driver_ != nullptr) driver_->OnBox(box);
@@ -96,6 +107,7 @@ std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) 
   Refresh();
   SearchDialog dialog(request, Uppermost());
   SearchDialog* below = std::exchange(search_, &dialog);
+  DressUp(dialog);
   Open(dialog);
   Wait([&dialog] { return dialog.closed(); });
   search_ = below;

@@ -15,11 +15,13 @@
 
 namespace tpv::qt {
 
-// Needs a QApplication that outlives it. What a handler throws is shown to the
+// Needs a QApplication that outlives it; of another program's, only the till's own
+// windows look like the till. What a handler throws is shown to the
 // operator, or kept for the driver when there is one.
 class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
  public:
-  QtFrontEnd();
+  enum class Dress { Application, OwnWindows };
+  explicit QtFrontEnd(Dress dress = Dress::Application);
   ~QtFrontEnd() override;
 
   // From now on whatever is on top asks the driver instead of waiting.
@@ -49,12 +51,14 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
 
  private:
   class Shown;
+  void DressUp(QWidget& window) const;
   void Open(QWidget& window);
   void BackFrom(QWidget& window);
   void Wait(const std::function<bool()>& done);
   void ShowError(const std::exception& error);
   QWidget* Uppermost() const;
 
+  const Dress dress_;
   ui::Engine engine_;
   ui::Driver* driver_ = nullptr;
   QWidget* host_window_ = nullptr;

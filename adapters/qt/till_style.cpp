@@ -1,8 +1,10 @@
 #include "adapters/qt/till_style.h"
 
 #include <QApplication>
+#include <QChildEvent>
 #include <QPainter>
 #include <QPalette>
+#include <QPointer>
 #include <QStyleOption>
 
 #include "platform/ui/controls.h"
@@ -181,6 +183,49 @@ int TillStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     default:
       return QProxyStyle::styleHint(hint, option, widget, data);
   }
+}
+
+namespace {
+
+// One for all windows; it goes with the application.
+QStyle* SharedStyle() {
+  static QPointer<TillStyle> style;
+  if (style.isNull()) {
+    style = new TillStyle;
+    style->setParent(qApp);
+  }
+  return style;
+}
+
+// Widgets do not inherit the style of the one they are in.
+class Dresser : public QObject {
+ public:
+  explicit Dresser(QWidget& window) : QObject(&window) { Dress(window); }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::ChildPolished) {
+      QObject* child = static_cast<QChildEvent*>(event)->child();
+      if (child->isWidgetType()) Dress(static_cast<QWidget&>(*child));
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  void Dress(QWidget& widget) {
+    if (widget.style() != SharedStyle()) widget.setStyle(SharedStyle());
+    widget.removeEventFilter(this);
+    widget.installEventFilter(this);
+    for (QObject* child : widget.children()) {
+      if (child->isWidgetType()) Dress(static_cast<QWidget&>(*child));
+    }
+  }
+};
+
+}  // namespace
+
+void DressWindow(QWidget& window) {
+  window.setPalette(TillPalette());
+  window.setFont(Type(kTextSize));
+  new Dresser(window);  // owned by the window
 }
 
 void DressApplication() {

@@ -57,5 +57,8 @@ class TillStyle : public QProxyStyle {
 
 // Gives the application the till's style, palette and font.
 void DressApplication();
+// The same to one window and whatever comes to be inside it: for an application
+// that is not the till's.
+void DressWindow(QWidget& window);
 
 }  // namespace tpv::qt

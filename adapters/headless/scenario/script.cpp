@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <istream>
 #include <limits>
 #include <map>
 
@@ -112,15 +113,23 @@ std::string QuotedWord(std::string_view text, std::size_t& at) {
   return word;
 }
 
-void ReadInto(const std::filesystem::path& path, int depth, std::vector<Command>& commands) {
+void ReadInto(std::istream& text, const std::filesystem::path& path, int depth,
+              std::vector<Command>& commands);
+
+void ReadFileInto(const std::filesystem::path& path, int depth, std::vector<Command>& commands) {
   constexpr int kDeepest = 20;
   std::ifstream file(path);
   if (!file || std::filesystem::is_directory(path)) {
     throw ScriptError("No se puede leer «" + path.string() + "»");
   }
   if (depth > kDeepest) throw ScriptError("«" + path.string() + "» se incluye a sí mismo");
+  ReadInto(file, path, depth, commands);
+}
+
+void ReadInto(std::istream& text, const std::filesystem::path& path, int depth,
+              std::vector<Command>& commands) {
   std::string line;
-  for (int number = 1; std::getline(file, line); ++number) {
+  for (int number = 1; std::getline(text, line); ++number) {
     const std::size_t start = line.find_first_not_of(" \t\r");
     if (start == std::string::npos || line[start] == '#') continue;
     Command command = ReadCommand(line, path.string(), number);
@@ -128,7 +137,7 @@ void ReadInto(const std::filesystem::path& path, int depth, std::vector<Command>
     if (command.Verb() == "include") {
       const auto included = path.parent_path() / command.Argument(0);
       if (!std::filesystem::is_regular_file(included)) command.Fail("no se puede leer");
-      ReadInto(included, depth + 1, commands);
+      ReadFileInto(included, depth + 1, commands);
     } else {
       commands.push_back(std::move(command));
     }
@@ -182,7 +191,13 @@ Command ReadCommand(std::string_view line, const std::string& file, int number) 
 
 std::vector<Command> ReadScript(const std::string& path) {
   std::vector<Command> commands;
-  ReadInto(path, 0, commands);
+  ReadFileInto(path, 0, commands);
+  return commands;
+}
+
+std::vector<Command> ReadScript(std::istream& text, const std::string& name) {
+  std::vector<Command> commands;
+  ReadInto(text, name, 0, commands);
   return commands;
 }
 

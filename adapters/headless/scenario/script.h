@@ -1,6 +1,7 @@
 // A scenario's text as commands.
 #pragma once
 
+#include <iosfwd>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -41,5 +42,7 @@ Command ReadCommand(std::string_view text, const std::string& file, int line);
 
 // Reads a file and what it includes. Every command is known and has its words.
 std::vector<Command> ReadScript(const std::string& path);
+// The same of a text; what it includes is named from the current folder.
+std::vector<Command> ReadScript(std::istream& text, const std::string& name);
 
 }  // namespace tpv::scenario

@@ -1,0 +1,52 @@
+#include "host/interface/surroundings.h"
+
+#include "adapters/files/private_files.h"
+#include "host/interface/faults.h"
+#include "host/interface/structs.h"
+#include "host/interface/values.h"
+
+namespace tpv::interface {
+
+namespace {
+
+std::string SettingsFile(const zrtpv_options& options) {
+  if (options.settings == nullptr) return ConfigFolder() + "/tpv.conf";
+  return TextFrom(options.settings, "el fichero de ajustes");
+}
+
+zrtpv_components ComponentsOf(const zrtpv_options& options) {
+  zrtpv_components components{};
+  if (options.components != nullptr) components = Copied(*options.components);
+  const bool complete = components.get != nullptr && components.put != nullptr &&
+                        components.call != nullptr && components.release != nullptr;
+  if (components.create == nullptr || complete) return components;
+  throw Fault(ZRTPV_E_ARGUMENT, "Falta una función de los componentes");
+}
+
+}  // namespace
+
+void NobodyThere::OnBox(const ui::MessageBox& box) {
+  if (message_ != nullptr) message_(host_, box.text.c_str());
+}
+
+Surroundings::Surroundings(const zrtpv_options& options)
+    : machine_(SettingsFile(options)),
+      nobody_(options),
+      components_(ComponentsOf(options)),
+      objects_(*this),
+      ports_(machine_.PortsFor(FrontEnd(options.windows), objects_)) {
+  objects_.SetPorts(ports_);
+}
+
+ui::FrontEnd& Surroundings::FrontEnd(std::int32_t kind) {
+  if (kind == ZRTPV_WINDOWS) {
+    windows_ = OpenHostWindows();
+    return windows_->FrontEnd();
+  }
+  if (kind != ZRTPV_HEADLESS) throw Fault(ZRTPV_E_ARGUMENT, "Ventanas: un valor que no existe");
+  headless_ = std::make_unique<HeadlessFrontEnd>();
+  LeaveAlone();
+  return *headless_;
+}
+
+}  // namespace tpv::interface

@@ -1,0 +1,54 @@
+// What a host's till works with: this machine, a front end, and the components
+// created by name. Everything that came out of a till holds on to it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "adapters/headless/headless_front_end.h"
+#include "host/host_windows.h"
+#include "host/interface/host_components.h"
+#include "host/machine.h"
+#include "platform/ui/operator.h"
+
+namespace tpv::interface {
+
+// Screens opened without a scenario close at once; boxes go to the host's callback.
+class NobodyThere : public ui::Driver {
+ public:
+  explicit NobodyThere(const zrtpv_options& options)
+      : host_(options.host), message_(options.message) {}
+  bool Step() override { return false; }
+  void OnBox(const ui::MessageBox& box) override;
+
+ private:
+  void* host_;
+  void (*message_)(void* host, const char* text);
+};
+
+class Surroundings : public std::enable_shared_from_this<Surroundings> {
+ public:
+  // Throws Fault for windows that cannot be.
+  explicit Surroundings(const zrtpv_options& options);
+
+  Ports& ports() { return ports_; }
+  Machine& machine() { return machine_; }
+  // What the host supplies itself; for a scenario's components too.
+  const zrtpv_components& components() const { return components_; }
+  // Null in a till with windows.
+  HeadlessFrontEnd* headless() { return headless_.get(); }
+  void LeaveAlone() { headless_->SetDriver(nobody_); }  // after a scenario
+
+ private:
+  ui::FrontEnd& FrontEnd(std::int32_t kind);
+
+  Machine machine_;
+  NobodyThere nobody_;
+  std::unique_ptr<HeadlessFrontEnd> headless_;
+  std::unique_ptr<HostWindows> windows_;
+  zrtpv_components components_;
+  HostComponents objects_;
+  Ports ports_;
+};
+
+}  // namespace tpv::interface
