@@ -95,7 +95,8 @@ std::string TextFrom(const char* bytes, std::size_t length) {
 }
 
 std::string TextFrom(const char* zero_terminated, const char* what) {
-  return TextFrom(&Required(zero_terminated, what), std::strlen(zero_terminated));
+  Required(zero_terminated, what);
+  return TextFrom(zero_terminated, std::strlen(zero_terminated));
 }
 
 Variant FromHost(const zrtpv_value& value) {
