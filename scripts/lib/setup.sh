@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 build_packages=(g++ cmake ninja-build ccache libsqlite3-dev qt6-base-dev pkg-config libcairo2-dev
   fonts-liberation libcurl4-openssl-dev)
-test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd openssl)
+test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd openssl dpkg-dev)
 build_packages+=(unixodbc-dev)
 test_packages+=(libsqliteodbc tdsodbc)
 
