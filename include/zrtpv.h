@@ -190,6 +190,8 @@ ZRTPV_API int32_t zrtpv_release(zrtpv_till* till);
 
 /* ---- the shop's database (sets MyBd) ----------------------------------- */
 
+/* Refused with ZRTPV_E_BUSY inside of a call of the same till, as is putting MyBd. */
+
 enum zrtpv_missing {
   ZRTPV_MUST_EXIST = 0,
   ZRTPV_MAKE_EMPTY = 1, /* a missing store is made, without data */

@@ -8,6 +8,8 @@
 #include "host/interface/surroundings.h"
 #include "include/zrtpv.h"
 
+static_assert(sizeof(zrtpv_value) == 24, "hosts of other languages count on it");
+
 namespace tpv::interface {
 
 // The text of a host, checked: UTF-8 without zero bytes. Throws Fault.

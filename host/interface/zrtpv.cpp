@@ -43,8 +43,14 @@ void Release(zrtpv_till* till) {
   Tills().Remove(till);
 }
 
+// What is under way works on the connection of the database object that it found.
+void RequireIdle(const zrtpv_till& till) {
+  if (till.calls > 1) throw Fault(ZRTPV_E_BUSY, "MyBd no se cambia durante otra llamada del objeto");
+}
+
 void Use(zrtpv_till& till, std::unique_ptr<Connection> connection, std::int32_t user,
          TillDatabase::Parameters parameters = {}) {
+  RequireIdle(till);
   const auto& around = till.around;
   till.component.context().MyBd = std::make_shared<TillDatabase>(
       OwnedConnection{around, std::move(connection)}, user, around->ports().ui,
@@ -78,9 +84,12 @@ InvokeKind KindFrom(std::int32_t kind) {
   return static_cast<InvokeKind>(kind);
 }
 
+bool IsDatabase(std::uint32_t id) { return id == DispatchId("MyBd"); }
+
 void Run(Entered& till, std::uint32_t id, InvokeKind kind, zrtpv_value* host, std::size_t count,
          zrtpv_value* result) {
   ResultSlot slot(result);
+  if (IsDatabase(id) && kind != InvokeKind::Get) RequireIdle(*till);
   Arguments arguments(host, count);
   const Variant value = Invoke(till->component, id, kind, arguments.values());
   arguments.WriteBack(till->around);
@@ -88,8 +97,6 @@ void Run(Entered& till, std::uint32_t id, InvokeKind kind, zrtpv_value* host, st
 }
 
 std::uint32_t IdOf(const char* name) { return DispatchId(TextFrom(name, "el nombre")); }
-
-bool IsDatabase(std::uint32_t id) { return id == DispatchId("MyBd"); }
 
 std::vector<zrtpv_member> MemberTable() {
   std::vector<zrtpv_member> table;
