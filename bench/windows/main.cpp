@@ -74,7 +74,8 @@ class WindowTill : private ui::Driver {
 // An empty window but for one field.
 class EmptyWindow {
  public:
-  EmptyWindow() {
+  // Over `parent`, so that a modal window does not shut it out.
+  explicit EmptyWindow(QWidget* parent = nullptr) : window_(parent, Qt::Window) {
     auto* layout = new QVBoxLayout(&window_);
     layout->addWidget(&field_);
     window_.resize(1280, 800);
@@ -87,6 +88,7 @@ class EmptyWindow {
     window_.activateWindow();
     field_.clear();
     qt::SettleWindows();
+    if (!field_.hasFocus()) throw std::runtime_error("the empty window gets no keys");
   }
 
  private:
@@ -94,15 +96,22 @@ class EmptyWindow {
   QLineEdit field_{&window_};
 };
 
+// Qt would paint with the next frame; here it paints at once what has changed.
+void Paint() {
+  qt::SettleWindows();
+  QEvent update(QEvent::UpdateRequest);
+  QCoreApplication::sendEvent(QApplication::activeWindow(), &update);
+}
+
 void TypeAndPaint(const char* text) {
   qt::SendText(text);
-  qt::SettleWindows();
+  Paint();
 }
 
 void Scan() {
   qt::SendText(kCode);
   qt::SendStroke(qt::StrokeOf(ui::Key::Enter));
-  qt::SettleWindows();
+  Paint();
 }
 
 void OpenTill(const std::string& path) {
@@ -113,7 +122,6 @@ void OpenTill(const std::string& path) {
 }
 
 void MeasureKeys(const std::string& path) {
-  EmptyWindow empty;
   WindowTill till(path);
   till.Sell([&] {
     auto& form = till.form();
@@ -123,6 +131,7 @@ void MeasureKeys(const std::string& path) {
     till.Click("cmdNueva");
     for (std::size_t line = 0; line < kLines; ++line) Scan();
     QWidget* window = QApplication::activeWindow();
+    EmptyWindow empty(window);
     const auto back = [&] {
       window->activateWindow();
       qt::SettleWindows();
