@@ -25,6 +25,7 @@ Application::Application() {
   if (qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen") qInstallMessageHandler(DropChatter);
   application_ = std::make_unique<QApplication>(argc_, argv_);
   QApplication::setApplicationDisplayName("Punto de venta");
+  QGuiApplication::setDesktopFileName("tpv");  // the installed entry's icon
   QApplication::setQuitOnLastWindowClosed(false);
   QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
 }
