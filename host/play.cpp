@@ -9,12 +9,11 @@
 #include "adapters/files/ticket_page.h"
 #include "adapters/headless/scenario/player.h"
 #include "base/number_text.h"
+#include "host/recorded_till.h"
 #include "host/server_store.h"
 #include "host/stage.h"
 #include "host/store.h"
 #include "host/store_copy.h"
-#include "suite/store_database.h"
-#include "suite/suite_factory.h"
 
 namespace tpv {
 
@@ -79,28 +78,15 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& 
   StepClock clock;
   clock.fixed = options.now;
   const auto store = OpenFor(options, store_path, clock);
-  RecordingConnection connection(*store);
-  RecordingPrinters printers;
+  RecordedTill till(*store, stage.FrontEnd(), clock, options.user);
   const DocumentFolder paper(options.paper, clock);
   if (!options.paper.empty()) {
-    printers.copy = [&paper] {
+    till.printers.copy = [&paper] {
       return std::make_unique<PageRecorder>(
           [&paper](const TicketPage& page) { paper.Save("Ticket", TicketFiles(page)); });
     };
   }
-  RecordingDevices devices;
-  MemorySettings settings;
-  RecordingMailer mail;
-  RecordingReports reports;
-  ui::FrontEnd& front_end = stage.FrontEnd();
-  suite::SuiteFactory objects;
-  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects};
-  objects.SetPorts(ports);
-  Zrtpve component(ports);
-  component.context().MyBd =
-      std::make_shared<suite::StoreDatabase>(connection, options.user, front_end, clock);
-  scenario::Rig rig{*store, connection, clock, printers, devices, settings, mail, reports, component};
-  scenario::Player player(rig, stage.Hands(), transcript);
+  scenario::Player player(till.rig, stage.Hands(), transcript);
   Photographer photographer(player, stage);
   const bool pictures = !options.screenshots.empty();
   stage.SetDriver(pictures ? static_cast<ui::Driver&>(photographer) : player);

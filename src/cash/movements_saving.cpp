@@ -6,6 +6,7 @@
 #include "cash/movements_screen.h"
 #include "data/codes.h"
 #include "data/journal.h"
+#include "data/till_state.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
 
@@ -19,7 +20,7 @@ class TicketsChanged : public std::exception {};
 }  // namespace
 
 void FrmTpvMovCaja::CheckHead(Failed& failed) {
-  if (ParseInt32(Text1[20].text).value_or(0) == 0) {
+  if (!TillNumber(Text1[20].text)) {
     failed = {"Número de caja incorrecto", &Text1[20]};
   }
   if (Number(Text1[0]) == 0) failed = {"Número de vendedor incorrecto", &Text1[0]};

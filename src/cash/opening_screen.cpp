@@ -6,6 +6,7 @@
 #include "cash/balance_fields.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "data/till_state.h"
 #include "platform/database.h"
 #include "screen/lookups.h"
 
@@ -101,9 +102,8 @@ bool FrmTpvAperturaCaja::Check() {
     Refuse(text, &Text1[focus_back], Icon::Information);
     return false;
   };
-  const auto till = ParseInt32(Text1[13].text);
   if (Number(Text1[13]) == 0) return refuse("No ha indicado el número de caja", 5);
-  if (!till || *till < 1 || *till > 32767) return refuse("El número de caja no es valido", 13);
+  if (!TillNumber(Text1[13].text)) return refuse("El número de caja no es valido", 13);
   if (!Text1[5].text.empty() && !IsDate(Text1[5].text)) {
     return refuse("La fecha indicada no es valida", 5);
   }

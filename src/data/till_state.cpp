@@ -8,8 +8,14 @@
 
 namespace tpv {
 
-bool TillIsOpen(Connection& connection, std::string_view till_field) {
+std::optional<std::int16_t> TillNumber(std::string_view till_field) {
   const auto till = ParseInt32(Trim(till_field));
+  if (!till || *till < 1 || *till > 32767) return std::nullopt;
+  return static_cast<std::int16_t>(*till);
+}
+
+bool TillIsOpen(Connection& connection, std::string_view till_field) {
+  const auto till = TillNumber(till_field);
   if (!till) return false;
   const auto entries = connection.Execute(
       "SELECT DiaCaj_Tipo FROM DiaCaj WHERE DiaCaj_Caja = " + sql::Number(std::int64_t{*till}) +

@@ -163,6 +163,7 @@ void FrmTpv1::RefusePayment(const char* reason) {
 void FrmTpv1::RecordPayment() {
   const auto entry = EntryFor(ReadPayment(), on_credit_);
   if (!entry) return;
+  RequireOwnSale(context());
   const auto note = entry->LinkNote();
   entry_id_ = InsertEntry(*entry);
   LinkTicket(context(), entry_id_, context().IdAlbaran, entry->LinkedAmount(),
@@ -189,7 +190,11 @@ std::int32_t FrmTpv1::InsertEntry(const JournalEntry& entry) {
 
 void FrmTpv1::CancelTheSale() {
   if (DoubtfulPaymentIsStored()) return Refuse("El cobro de la venta quedó grabado", nullptr);
-  CancelSale(context(), context().IdAlbaran);
+  try {
+    GiveUpSale(context());
+  } catch (const SaleTaken& taken) {
+    return Refuse(taken.what(), nullptr, Icon::Critical);
+  }
   completed_ = true;
   Close();
 }

@@ -129,7 +129,12 @@ bool SaleEntry::CancelSaleInProgress() {
                ui::Answer::No)) {
     return false;
   }
-  CancelSale(context(), context().IdAlbaran);
+  try {
+    GiveUpSale(context());
+  } catch (const SaleTaken& taken) {
+    Refuse(taken.what(), nullptr, Icon::Critical);
+    return false;
+  }
   ForgetSale();
   return true;
 }

@@ -2,11 +2,13 @@
 
 #include <vector>
 
+#include "base/mask.h"
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "context/context.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "data/statements.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 
@@ -92,6 +94,15 @@ std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id) {
   return lines;
 }
 
+void DeleteSale(Context& context, std::int32_t sale_id) {
+  const auto notes = DeliveryNotes(context);
+  for (const std::int32_t line : LinesOf(context, sale_id)) {
+    notes->Invoke("borraLineaAlbaran", line, false);
+  }
+  context.Database().Execute("DELETE FROM Cav WHERE Cav_Id = " +
+                             sql::Number(std::int64_t{sale_id}));
+}
+
 }  // namespace
 
 void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
@@ -133,12 +144,25 @@ void DeleteLine(Context& context, std::int32_t line_id) {
 
 void CancelSale(Context& context, std::int32_t sale_id) {
   Transaction transaction(context.Database());
-  const auto notes = DeliveryNotes(context);
-  for (const std::int32_t line : LinesOf(context, sale_id)) {
-    notes->Invoke("borraLineaAlbaran", line, false);
-  }
-  context.Database().Execute("DELETE FROM Cav WHERE Cav_Id = " +
-                             sql::Number(std::int64_t{sale_id}));
+  DeleteSale(context, sale_id);
+  transaction.Commit();
+}
+
+void RequireOwnSale(Context& context) {
+  const auto sale = context.Database().Execute("SELECT " + std::string(kAmountCollected) +
+                                               " AS Cobrado FROM Cav WHERE Cav_Id = " +
+                                               sql::Number(std::int64_t{context.IdAlbaran}));
+  if (sale->Eof()) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
+  const double collected = sale->Field("Cobrado").NumberOr(0);
+  if (collected == 0) return;
+  throw SaleTaken("Otra caja ya ha cobrado " + FormatNumber(collected, "0.00") +
+                  " de esta venta. Termínela a crédito y cobre el resto como venta pendiente");
+}
+
+void GiveUpSale(Context& context) {
+  Transaction transaction(context.Database());
+  RequireOwnSale(context);
+  DeleteSale(context, context.IdAlbaran);
   transaction.Commit();
 }
 

@@ -7,6 +7,8 @@
 
 #include "screen/lookups.h"
 
+#include "platform/database.h"
+
 namespace tpv {
 
 struct Context;
@@ -42,5 +44,17 @@ void DeleteLine(Context& context, std::int32_t line_id);
 
 // Deletes a stored sale, its lines first, all or nothing.
 void CancelSale(Context& context, std::int32_t sale_id);
+
+// Another till deleted the sale in progress, or collected it with the customer's
+// pending tickets. what() is for the operator.
+class SaleTaken : public DatabaseError {
+ public:
+  using DatabaseError::DatabaseError;
+};
+
+// Throws SaleTaken when that happened. Inside the caller's transaction.
+void RequireOwnSale(Context& context);
+// Cancels the context's sale in progress; throws SaleTaken.
+void GiveUpSale(Context& context);
 
 }  // namespace tpv
