@@ -9,12 +9,14 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "adapters/sqlite/sqlite_connection.h"
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "bench/closing_bench.h"
 #include "bench/direct_till.h"
 #include "bench/harness.h"
 #include "bench/lists.h"
+#include "bench/ten_line_sales.h"
 #include "bench/till.h"
 #include "host/demo/demonstration.h"
 #include "host/store.h"
@@ -40,46 +42,6 @@ class Folder {
   std::filesystem::path path_;
 };
 
-// Scans ten lines a sale, then starts the next one; which article changes.
-template <typename Seller>
-class TenLineSales {
- public:
-  TenLineSales(Seller& seller, int articles) : seller_(seller), articles_(articles) {}
-
-  void Prepare() {
-    if (lines_ % 10 == 0) {
-      if (lines_ > 0) seller_.Finish();
-      seller_.StartSale();
-    }
-    code_ = FormatNumber(1 + (++lines_ * 7919) % articles_, "0000");
-  }
-  void Scan() { seller_.Scan(code_); }
-  void Finish() { seller_.Finish(); }
-
-  Work Scanning() {
-    return {[this] { Prepare(); }, [this] { Scan(); }};
-  }
-  Work Finishing() {
-    return {[this] {
-              lines_ = 0;
-              for (int line = 0; line < 10; ++line) {
-                Prepare();
-                Scan();
-              }
-            },
-            [this] {
-              Finish();
-              lines_ = 0;
-            }};
-  }
-
- private:
-  Seller& seller_;
-  int articles_;
-  int lines_ = 0;
-  std::string code_;
-};
-
 void RequireSameDebt(Till& till, DirectTill& direct) {
   for (const int customer : {2, 10, 30}) {
     if (std::fabs(till.Debt(customer) - direct.Debt(customer)) > 0.005) {
@@ -90,7 +52,8 @@ void RequireSameDebt(Till& till, DirectTill& direct) {
 
 std::vector<Row> Measure(const std::string& path, int articles, int runs) {
   const StepClock clock;
-  Till till(path, clock);
+  SqliteConnection connection(path, clock);
+  Till till(connection);
   DirectStore store(path, clock);
   DirectTill direct(store);
   TenLineSales<Till> sales(till, articles);
@@ -108,7 +71,7 @@ std::vector<Row> Measure(const std::string& path, int articles, int runs) {
   rows.push_back(Compare("what a customer owes", runs / 5, {{}, [&] { till.Debt(5); }},
                          {{}, [&] { direct.Debt(5); }}));
   rows.push_back(CompareClosing(till, store, 10000, 20));
-  till.connection().SetSynchronous(false);
+  connection.SetSynchronous(false);
   store.Run("PRAGMA synchronous = OFF");
   rows.push_back(Compare("scan, synchronous writes off", runs, sales.Scanning(),
                          direct_sales.Scanning()));

@@ -8,7 +8,7 @@
 
 namespace tpv::bench {
 
-Till::Till(const std::string& path, const Clock& clock) : connection_(path, clock) {
+Till::Till(Connection& connection) : connection_(connection) {
   objects_.SetPorts(ports_);
   front_end_.SetDriver(*this);
   context().MyBd = std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_);

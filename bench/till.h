@@ -7,7 +7,6 @@
 
 #include "adapters/headless/headless_front_end.h"
 #include "adapters/headless/recorders.h"
-#include "adapters/sqlite/sqlite_connection.h"
 #include "component/zrtpve.h"
 #include "sale/sale_screen.h"
 #include "suite/store_database.h"
@@ -17,8 +16,8 @@ namespace tpv::bench {
 
 class Till : private ui::Driver {
  public:
-  // Opens till 1 for agent 1 when it is closed.
-  Till(const std::string& path, const Clock& clock);
+  // Opens till 1 for agent 1 when it is closed. The connection outlives the till.
+  explicit Till(Connection& connection);
 
   void StartSale();
   void Scan(const std::string& code);
@@ -27,7 +26,6 @@ class Till : private ui::Driver {
   bool IsOpen();
   double Debt(int customer);
 
-  SqliteConnection& connection() { return connection_; }
   Context& context() { return component_.context(); }
 
  private:
@@ -35,7 +33,7 @@ class Till : private ui::Driver {
   void OnBox(const ui::MessageBox& box) override;
   void Type(const std::string& text);
 
-  SqliteConnection connection_;
+  Connection& connection_;
   HeadlessFrontEnd front_end_;
   RecordingPrinters printers_;
   RecordingDevices devices_;
