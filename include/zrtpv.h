@@ -201,7 +201,7 @@ enum zrtpv_missing {
 /* `user`: id of the person logged in, kept with every sale. */
 ZRTPV_API int32_t zrtpv_open_file(zrtpv_till* till, const char* path, int32_t if_missing,
                                   int32_t user);
-/* A data source or connection string without a password (docs/server.md). */
+/* A data source or connection string without a password (docs/sql-server.md). */
 ZRTPV_API int32_t zrtpv_open_odbc(zrtpv_till* till, const char* connection, int32_t user);
 
 /* The host's own open connection, in SQL Server's dialect. The rows of a
