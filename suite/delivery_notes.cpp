@@ -96,22 +96,12 @@ Variant DeliveryNotes::StoreLine(std::span<Variant> arguments) {
   return Variant(line);
 }
 
-// Another till may have deleted the sale meanwhile.
-void DeliveryNotes::RequireHeader(std::int32_t sale) {
-  const auto header =
-      Database().Execute("SELECT Cav_Id FROM Cav WHERE Cav_Id = " + std::to_string(sale));
-  if (header->Eof()) throw ObjectError("La venta ya no existe");
-}
-
 std::int32_t DeliveryNotes::WriteLine(std::int32_t sale, std::int32_t line) {
   Connection& connection = Database();
   RowBuilder& row = DatabaseOf(*this, kClass).NuevaSentencia();
   row.Tabla("Lav");
   row.BeginTrans(false);
-  if (line == 0) {
-    RequireHeader(sale);
-    row.Add("Lav_IdCav", ValueKind::Whole, Variant(sale));
-  }
+  if (line == 0) row.Add("Lav_IdCav", ValueKind::Whole, Variant(sale));
   row.Add("Lav_Idart", ValueKind::Whole, Get("idArt"));
   row.Add("Lav_CodArt", ValueKind::Text, Get("Codart"));
   row.Add("Lav_Des", ValueKind::Text, Get("Des"));

@@ -21,7 +21,6 @@ class DeliveryNotes : public LateBound {
   Variant DeleteLine(std::span<Variant> arguments);
 
   std::int32_t InsertHeader(const std::string& date);
-  void RequireHeader(std::int32_t sale);
   std::int32_t WriteLine(std::int32_t sale, std::int32_t line);
   void TakeStock(std::int32_t line, std::int32_t article, std::int32_t warehouse, double units);
   void GiveStockBack(std::int32_t line);

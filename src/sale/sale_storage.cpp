@@ -1,5 +1,6 @@
 #include "sale/sale_storage.h"
 
+#include <optional>
 #include <vector>
 
 #include "base/mask.h"
@@ -132,14 +133,29 @@ double SaleLine::Amount() const {
   return RoundHalfAway(amount - off, 2);
 }
 
+namespace {
+
+// Changes a line of the context's sale, which nobody else has touched.
+template <typename Change>
+void ChangeLine(Context& context, Change change) {
+  std::optional<Transaction> own;
+  if (!context.Database().InTransaction()) own.emplace(context.Database());
+  RequireOwnSale(context);
+  change(*DeliveryNotes(context));
+  if (own) own->Commit();
+}
+
+}  // namespace
+
 void StoreLine(Context& context, const SaleLine& line) {
-  const auto notes = DeliveryNotes(context);
-  PutLine(*notes, line, context.Parameter("Par_Alma").IntOr(0));
-  notes->Invoke("GrabaLineaAlbaran", context.IdAlbaran, line.id, "", false);
+  ChangeLine(context, [&](Object& notes) {
+    PutLine(notes, line, context.Parameter("Par_Alma").IntOr(0));
+    notes.Invoke("GrabaLineaAlbaran", context.IdAlbaran, line.id, "", false);
+  });
 }
 
 void DeleteLine(Context& context, std::int32_t line_id) {
-  DeliveryNotes(context)->Invoke("borraLineaAlbaran", line_id);
+  ChangeLine(context, [&](Object& notes) { notes.Invoke("borraLineaAlbaran", line_id); });
 }
 
 void CancelSale(Context& context, std::int32_t sale_id) {

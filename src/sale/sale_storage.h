@@ -39,6 +39,7 @@ struct SaleLine {
 double NetPrice(double price_with_tax, double tax_rate, int decimals);
 
 // Stores a new line of the context's sale, or replaces the line with this id.
+// Both throw SaleTaken.
 void StoreLine(Context& context, const SaleLine& line);
 void DeleteLine(Context& context, std::int32_t line_id);
 

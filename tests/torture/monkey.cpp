@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "component/dispatch.h"
 #include "host/store_check.h"
+#include "sale/sale_storage.h"
 #include "screen/engine.h"
 
 namespace tpv::torture {
@@ -212,7 +213,8 @@ void Monkey::Do(const std::string& command, Action action) {
     action();
     CheckForm();
   } catch (const ui::ActionRefused&) {
-  } catch (const PrintError&) {  // the front end tells the operator
+  } catch (const PrintError&) {  // these the front end tells the operator
+  } catch (const SaleTaken&) {
   } catch (const std::exception& error) {
     Report(command + ": " + error.what());
   }
