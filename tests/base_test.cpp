@@ -129,6 +129,7 @@ TEST(NumberText, ShowsFifteenDigitsAtMost) {
                {-1.5, "-1.5"},
                {123456789.01, "123456789.01"},
                {99999999999999, "99999999999999"},
+               {999999999999999.9, "1000000000000000"},
                {0.0001, "0.0001"}};
   for (const auto& c : cases) EXPECT_EQ(ToPlain(c.value), c.expected);
   EXPECT_EQ(ToSpanish(-1234.5), "-1234,5");

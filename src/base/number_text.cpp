@@ -89,6 +89,8 @@ std::string ToPlain(double value) {
     result.erase(result.find_last_not_of('0') + 1);
     if (result.back() == '.') result.pop_back();
   }
+  // What 15 digits round up to the first number that has an exponent.
+  if (result == "1e+15" || result == "-1e+15") result.replace(result.size() - 4, 4, "000000000000000");
   return result == "-0" ? "0" : result;
 }
 

@@ -11,11 +11,10 @@
 
 #include "host/recorded_till.h"
 #include "platform/ui/operator.h"
+#include "tests/torture/hostile_text.h"
 
 namespace tpv::torture {
 
-// The nasty texts of hostile_text.txt, escapes resolved.
-std::vector<std::string> HostileTexts();
 // A text as a scenario's word in double quotes.
 std::string QuotedWord(std::string_view text);
 
