@@ -83,8 +83,7 @@ std::vector<OpenTicket> FrmTpvMovCaja::ReadTickets(std::vector<ui::ListItem>& it
   pending.filter = OfCustomer(customer_id_);
   const auto tickets = Database().Execute(pending.Select());
   for (; !tickets->Eof(); tickets->MoveNext()) {
-    // The sale that is being made is paid at checkout.
-    if (tickets->Field("Cav_Id").ToInt32() == context().IdAlbaran) continue;
+    if (tickets->Field("Cav_Id").ToInt32() == sale_in_progress) continue;
     const Variant date = tickets->Field("Cav_Fecha");
     const OpenTicket ticket{tickets->Field("Cav_Id").ToInt32(), tickets->Field("Ticket").TextOr(""),
                             RoundHalfAway(tickets->Field("Pendiente").NumberOr(0), 2)};

@@ -234,6 +234,7 @@ void FrmTpv::MoveCash() {
   const KeptSale kept(context());
   FrmTpvMovCaja movements(context());
   movements.bCompleto = true;
+  if (sale_in_progress_) movements.sale_in_progress = context().IdAlbaran;
   context().ports.ui.ShowModal(movements);
 }
 
