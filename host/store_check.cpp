@@ -101,6 +101,13 @@ std::vector<Rule> ClosureRules() {
        "closure.DiaCaj_Id = entry.DiaCaj_IdCierre AND closure.DiaCaj_Tipo = 9 AND "
        "closure.DiaCaj_Caja = entry.DiaCaj_Caja "
        "WHERE entry.DiaCaj_IdCierre <> 0 AND closure.DiaCaj_Id IS NULL"},
+      // Dated before the opening, by hand or by a clock that was set back.
+      {"Apuntes que ningún cierre recogió",
+       "SELECT entry.DiaCaj_Id FROM DiaCaj AS entry WHERE entry.DiaCaj_Tipo IN (1, 2, 3) AND "
+       "ISNULL(entry.DiaCaj_IdCierre,0) = 0 AND EXISTS (SELECT * FROM DiaCaj AS closure WHERE "
+       "closure.DiaCaj_Caja = entry.DiaCaj_Caja AND closure.DiaCaj_Tipo = 9 AND "
+       "closure.DiaCaj_Id > entry.DiaCaj_Id)",
+       false},
       // Deleting a ticket of a closed day takes its entry and leaves the closure.
       {"Cierres cuyo efectivo no es el de sus apuntes",
        Closures("DiaCaj_CobMet",

@@ -58,6 +58,8 @@ TEST(StoreCheck, NamesWhatIsBroken) {
        "Cierres cuyas tarjetas no son las de sus apuntes: 1 (2)"},
       {"UPDATE DiaCaj SET DiaCaj_Pagos = 1 WHERE DiaCaj_Id = 2",
        "ROTO  Cierres cuyos pagos no son los de sus apuntes: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_IdCierre = 0 WHERE DiaCaj_Id = 1",
+       "Aviso Apuntes que ningún cierre recogió: 1 (1)"},
       {"UPDATE Cav SET Cav_Caja = NULL", "Tickets sin caja: 1 (1)"},
       {"UPDATE Movi SET movi_uni = 2", "Movimientos de almacén que no son los de su línea: 1 (1)"},
       {"UPDATE Movi SET movi_idlav = 5", "Aviso Movimientos de almacén de líneas eliminadas: 1 (5)"},
