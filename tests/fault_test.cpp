@@ -78,6 +78,7 @@ class Stubborn : public ui::Driver {
   void Do(const std::vector<std::string>& words) {
     try {
       if (words[0] == "fault") return on_fault();
+      if (words.size() < 2) return;  // the line break at the end
       if (words[0] == "key") return hands_.Press(words[1] == "Add" ? ui::Key::Add : ui::Key::Enter);
       if (words[0] == "type") return hands_.Type(words[1]);
       ui::Control* control = hands_.Top()->Find(words[1]);
