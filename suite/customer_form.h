@@ -7,7 +7,7 @@ namespace tpv::suite {
 
 class CustomerForm : public Screen {
  public:
-  explicit CustomerForm(Context& context);
+  explicit CustomerForm(Context& ctx);
 
   // The code of the customer stored, 0 while none is.
   std::int32_t Stored() const { return stored_; }

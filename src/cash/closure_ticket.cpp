@@ -25,7 +25,7 @@ double Euros(const Recordset& row, std::string_view field) { return row.Field(fi
 ClosureTicket::ClosureTicket(Context& context, std::int32_t closure_id)
     : context_(context), id_(sql::Number(std::int64_t{closure_id})) {}
 
-void ClosureTicket::Line(std::string text) { lines_.push_back(OneLine(text)); }
+void ClosureTicket::Line(const std::string& text) { lines_.push_back(OneLine(text)); }
 
 void ClosureTicket::AmountLine(const char* label, double euros) {
   Line(Right32(label + Amount9(euros)));

@@ -30,7 +30,7 @@ class ClosureTicket {
   void ComposeSales();
   void Banner(const char* title);
   void EventHeader(const std::string& number, const Recordset& row);
-  void Line(std::string text);
+  void Line(const std::string& text);
   void AmountLine(const char* label, double euros);
 
   Context& context_;

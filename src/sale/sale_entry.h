@@ -26,7 +26,7 @@ class SaleEntry : public Screen {
   std::vector<ui::StatusItem> Status() const override;
 
  protected:
-  SaleEntry(Context& context, std::string form_name);
+  SaleEntry(Context& ctx, std::string form_name);
 
   struct Field {
     int index;

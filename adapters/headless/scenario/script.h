@@ -38,7 +38,7 @@ struct Command {
   [[noreturn]] void Fail(const std::string& what) const;
 };
 
-Command ReadCommand(std::string_view text, const std::string& file, int line);
+Command ReadCommand(std::string_view line, const std::string& file, int number);
 
 // Reads a file and what it includes. Every command is known and has its words.
 std::vector<Command> ReadScript(const std::string& path);
