@@ -140,14 +140,15 @@ TEST_F(Day, ADeadMailServerDoesNotHoldTheTillForTheWholeQueue) {
 }
 
 // A till that is opened, sells, collects and pays out.
-std::string WorkOf(int till) {
+std::string WorkOf(int till, int round) {
   const std::string number = std::to_string(till);
+  const std::string ticket = std::to_string(till * 10000 + round);
   std::string script =
       "sql INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Agente, Cav_IdCli, Cav_Ticket, "
-      "Cav_Situa, Cav_Cobrado) VALUES ('K', " + number + ", 1, 1, " + std::to_string(20 + till) +
+      "Cav_Situa, Cav_Cobrado) VALUES ('K', " + ticket + ", 1, 1, " + std::to_string(20 + till) +
       ", 1, 1, 0)\n"
       "sql INSERT INTO Lav (Lav_IdCav, Lav_Uni, Lav_Importe, Lav_Tiva) SELECT MAX(Cav_Id), 1, 10, 1 "
-      "FROM Cav WHERE Cav_Serie = 'K' AND Cav_Numero = " + number + "\n"
+      "FROM Cav WHERE Cav_Serie = 'K' AND Cav_Numero = " + ticket + "\n"
       "call zTpv\nenter Text1(6) " + number +
                        "\nenter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 100\n"
                        "click cmdGrabar\nanswer Yes\n";
@@ -201,7 +202,7 @@ TEST_F(Day, TillsAtOnceStampAndNumberTheirOwn) {
       TestTill own(path, real);
       std::string failure;
       for (int round = 0; round < kRounds && failure.empty(); ++round) {
-        failure = own.Play(WorkOf(till));
+        failure = own.Play(WorkOf(till, round));
         ::usleep(10000);  // the closure is later than what it closes, to the journal's clock
         CloseTill(own.context(), till);
         ::usleep(10000);
@@ -217,10 +218,14 @@ TEST_F(Day, TillsAtOnceStampAndNumberTheirOwn) {
     EXPECT_EQ(status, 0) << folder.Text(std::to_string(till));
   }
   TestTill judge(path, clock);
-  EXPECT_EQ(judge.store()
-                .Execute("SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Tipo = 9 AND DiaCaj_Fecha > "
-                         "'24/11/2026 10:30:00'")->Field(0).ToInt32(),
-            kTills * kRounds);
+  const auto entries = [&](const char* type) {
+    return judge.store()
+        .Execute("SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Fecha > '24/11/2026 10:30:00' AND "
+                 "DiaCaj_Tipo = " + std::string(type))->Field(0).ToInt32();
+  };
+  EXPECT_EQ(entries("1"), 3 * kTills * kRounds);
+  EXPECT_EQ(entries("2"), kTills * kRounds);
+  EXPECT_EQ(entries("9"), kTills * kRounds);
   EXPECT_EQ(FindingsText(CheckStore(judge.store())), "");
 }
 

@@ -52,6 +52,9 @@ Player::Player(Rig& rig, ui::Operator& hands, std::ostream& transcript)
 
 bool Player::Play(std::vector<Command> commands) {
   commands_ = std::move(commands);
+  next_ = 0;
+  over_ = false;
+  held_ = true;
   while (Step()) {
   }
   return held_;
