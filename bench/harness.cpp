@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 
 namespace tpv::bench {
 
@@ -46,6 +47,15 @@ void Print(const std::vector<Row>& rows) {
                 row.direct.median, row.Ratio(), row.till.p99, row.direct.p99);
   }
   std::fflush(stdout);
+}
+
+int Guarded(int count, char** words, int (*work)(int, char**)) {
+  try {
+    return work(count, words);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", words[0], error.what());
+    return 1;
+  }
 }
 
 }  // namespace tpv::bench

@@ -31,4 +31,7 @@ Row Compare(std::string what, int runs, const Work& till, const Work& direct);
 // A table in Markdown on standard output.
 void Print(const std::vector<Row>& rows);
 
+// Runs a program's work; an error is told and gives status 1.
+int Guarded(int count, char** words, int (*work)(int, char**));
+
 }  // namespace tpv::bench

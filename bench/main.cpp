@@ -103,10 +103,5 @@ int Main(int count, char** words) {
 }  // namespace tpv::bench
 
 int main(int count, char** words) {
-  try {
-    return tpv::bench::Main(count, words);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "tpv_bench: %s\n", error.what());
-    return 1;
-  }
+  return tpv::bench::Guarded(count, words, tpv::bench::Main);
 }
