@@ -14,8 +14,9 @@ constexpr const char* kClass = "ZRTESORERIA.ZRTESORE";
 std::vector<PaymentLine> LinesOf(Connection& connection, std::int32_t method) {
   std::vector<PaymentLine> lines;
   const auto rows = connection.Execute(
-      "SELECT Fcol_Dias, Fcol_Por, Fcol_Mod FROM Fcol WHERE Fcol_id = " +
-      sql::Number(std::int64_t{method}) + " ORDER BY Fcol_Dias");
+      "SELECT plazo_dias, plazo_por, Fcol_Mod FROM Fcol LEFT JOIN Plazos ON plazo_idfco = Fcol_id "
+      "AND plazo_modo = Fcol_Mod WHERE Fcol_id = " +
+      sql::Number(std::int64_t{method}) + " ORDER BY plazo_dias");
   for (; !rows->Eof(); rows->MoveNext()) {
     lines.push_back({rows->Field(0).IntOr(0), rows->Field(1).NumberOr(0), rows->Field(2).IntOr(0)});
   }

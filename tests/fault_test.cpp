@@ -2,6 +2,7 @@
 // in turn, a full disk, a store that cannot be written, one that another program
 // holds, files that are no store, a clock set back.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/resource.h>
 
 #include <csignal>
@@ -285,6 +286,22 @@ TEST(StoreFiles, ThatAreNoStoreOrCannotBeWrittenSaySo) {
   ::chmod(folder.path().c_str(), 0755);
   std::filesystem::remove(CataloguePath(path));
   EXPECT_EQ(error(read.c_str()), "Falta el catálogo «" + CataloguePath(path) + "»");
+}
+
+TEST(StoreFiles, OfAnOlderVersionGetWhatTheyLackAndKeepWhatTheyHold) {
+  const TestFolder folder;
+  const FixedClock clock;
+  const std::string path = folder / "tienda.db";
+  CreateStore(path);
+  SqliteConnection(path, clock).Execute("INSERT INTO Fcol (Fcol_id, Fcol_Mod) VALUES (2, 1)");
+  sqlite3* handle = nullptr;
+  ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(handle, "DROP TABLE Plazos; PRAGMA user_version = 1", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(handle);
+  SqliteConnection store(path, clock);
+  EXPECT_EQ(store.Execute("SELECT COUNT(*) FROM Plazos")->Field(0).ToPlainText(), "0");
+  EXPECT_EQ(store.Execute("SELECT Fcol_Mod FROM Fcol")->Field(0).ToPlainText(), "1");
 }
 
 }  // namespace

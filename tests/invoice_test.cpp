@@ -75,7 +75,8 @@ class InvoiceTest : public ::testing::Test {
           "INSERT INTO BANCOS (Ban_CCC) VALUES ('2100')",
           "INSERT INTO Cli (CLI_COD, CLI_NOM, Cli_Cta, cli_ban, Cli_Di1, Cli_Di2, Cli_msp) "
           "VALUES (5, 'Bar Pepe', '2038', 1, 10, 25, 8)",
-          "INSERT INTO Fcol (Fcol_id, Fcol_Mod, Fcol_Dias) VALUES (2, 1, 30)",
+          "INSERT INTO Fcol (Fcol_id, Fcol_Mod) VALUES (2, 1)",
+          "INSERT INTO Plazos (plazo_idfco, plazo_modo, plazo_dias) VALUES (2, 1, 30)",
           "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Ticket) VALUES "
           "('T', 1, '01/11/2026 10:00:00', 1)",
           "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Ticket) VALUES "

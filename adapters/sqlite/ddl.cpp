@@ -43,9 +43,9 @@ std::vector<std::string> SqliteDdl(schema::Home home) {
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
       columns += (i == 0 ? "" : ", ") + ColumnText(table, i);
     }
-    statements.push_back("CREATE TABLE " + prefix + "\"" + name + "\" (" + columns + ")");
+    statements.push_back("CREATE TABLE IF NOT EXISTS " + prefix + "\"" + name + "\" (" + columns + ")");
     for (const schema::Index& index : table.indexes) {
-      statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
+      statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX IF NOT EXISTS " +
                            prefix + "\"" + schema::IndexName(table, index) + "\" ON \"" + name +
                            "\" (" + schema::IndexColumns(index) + ")");
     }

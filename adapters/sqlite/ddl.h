@@ -8,6 +8,7 @@
 
 namespace tpv {
 
+// What is there already stays as it is.
 std::vector<std::string> SqliteDdl(schema::Home home);
 
 }  // namespace tpv

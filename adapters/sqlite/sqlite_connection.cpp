@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kBusyMilliseconds = 5000;
 constexpr int kApplicationId = 0x54505631;  // "TPV1"
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
 
 // A new file of the user alone; SQLite gives its journals the same rights.
 void MakeFile(const std::string& path) {
@@ -57,6 +57,22 @@ void RequireStore(sqlite3* handle, const std::string& path) {
   if (Pragma(handle, "PRAGMA main.user_version") > kVersion) {
     throw DatabaseError("«" + path + "» es de una versión más nueva del programa", "08001");
   }
+}
+
+void RunOn(sqlite3* handle, const std::string& sql) {
+  if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    sqlite::ThrowLastError(handle);
+  }
+}
+
+// All tables and indexes of a new store, those that an older one lacks otherwise.
+void AddWhatIsMissing(sqlite3* handle) {
+  RunOn(handle, "BEGIN IMMEDIATE");
+  for (const schema::Home home : {schema::Home::Store, schema::Home::Catalogue}) {
+    for (const std::string& statement : SqliteDdl(home)) RunOn(handle, statement);
+  }
+  RunOn(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
+  RunOn(handle, "COMMIT");
 }
 
 void Bind(sqlite3_stmt* statement, const std::vector<Variant>& literals) {
@@ -102,6 +118,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock)
   Run(("ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun").c_str());
   Run("PRAGMA main.journal_mode = WAL; PRAGMA zrcomun.journal_mode = WAL;");
   SetSynchronous(true);
+  if (Pragma(handle_.get(), "PRAGMA main.user_version") < kVersion) AddWhatIsMissing(handle_.get());
   Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -65536;");
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
 }
@@ -110,11 +127,7 @@ SqliteConnection::~SqliteConnection() {
   while (!open_.empty()) (*open_.begin())->Close();
 }
 
-void SqliteConnection::Run(const char* sql) {
-  if (sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    sqlite::ThrowLastError(handle_.get());
-  }
-}
+void SqliteConnection::Run(const char* sql) { RunOn(handle_.get(), sql); }
 
 void SqliteConnection::SetSynchronous(bool on) {
   Run(on ? "PRAGMA main.synchronous = FULL; PRAGMA zrcomun.synchronous = FULL;"
@@ -181,21 +194,11 @@ void CreateStore(const std::string& path) {
     DateTime Now() const override { return {}; }
   } clock;
   RegisterFunctions(handle, clock);
-  const auto run = [&](const std::string& sql) {
-    if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-      sqlite::ThrowLastError(handle);
-    }
-  };
-  run("ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun");
-  run("PRAGMA main.journal_mode = WAL");
-  run("PRAGMA zrcomun.journal_mode = WAL");
-  run("BEGIN");
-  for (const schema::Home home : {schema::Home::Store, schema::Home::Catalogue}) {
-    for (const std::string& statement : SqliteDdl(home)) run(statement);
-  }
-  run("COMMIT");
-  run("PRAGMA main.user_version = " + std::to_string(kVersion));
-  run("PRAGMA main.application_id = " + std::to_string(kApplicationId));
+  RunOn(handle, "ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun");
+  RunOn(handle, "PRAGMA main.journal_mode = WAL");
+  RunOn(handle, "PRAGMA zrcomun.journal_mode = WAL");
+  AddWhatIsMissing(handle);
+  RunOn(handle, "PRAGMA main.application_id = " + std::to_string(kApplicationId));
 }
 
 }  // namespace tpv

@@ -161,8 +161,9 @@ void FillPaymentMethods(Connection& connection) {
   for (const Method& method : methods) {
     Insert(connection, "Fco", "Fco_Des", {method.name});
     ++id;
+    Insert(connection, "Fcol", "Fcol_id, Fcol_Mod", {id, method.mode});
     for (const int days : method.days) {
-      Insert(connection, "Fcol", "Fcol_id, Fcol_Mod, Fcol_Dias, Fcol_Por",
+      Insert(connection, "Plazos", "plazo_idfco, plazo_modo, plazo_dias, plazo_por",
              {id, method.mode, days, 100.0 / static_cast<double>(method.days.size())});
     }
   }
