@@ -82,6 +82,32 @@ TEST(StoreCheck, NamesWhatIsBroken) {
   }
 }
 
+// All that a filled store says of its sales.
+std::string Content(const std::string& path) {
+  std::ostringstream out;
+  for (const char* table : {"Cav", "Lav", "DiaCaj", "Tco", "Fav", "Fal", "Vto", "Movi"}) {
+    EXPECT_EQ(SqlCommand({path, std::string("SELECT * FROM ") + table}, out), 0);
+  }
+  return out.str();
+}
+
+TEST(StoreCheck, FilledStoresAreSoundAndTheSameForASeed) {
+  const TestFolder folder;
+  const auto fill = [&](const char* name, const char* seed) {
+    const std::string path = folder / name;
+    std::ostringstream out;
+    StoreCommand({"fill", path, "--tickets", "900", "--days", "4", "--articles", "300", "--seed", seed}, out);
+    EXPECT_EQ(StoreCommand({"check", path}, out), 0) << out.str();
+    return Content(path);
+  };
+  const std::string content = fill("a.db", "7");
+  EXPECT_EQ(fill("b.db", "7"), content);
+  EXPECT_NE(fill("c.db", "8"), content);
+  std::ostringstream open;
+  SqlCommand({folder / "a.db", "SELECT COUNT(*) FROM Cav WHERE Cav_Cobrado = 0"}, open);
+  EXPECT_NEAR(std::stoi(open.str()), 45, 5);  // a twentieth stays on credit
+}
+
 TEST(StoreCheck, LooksAtTheFilesFirst) {
   const TestFolder folder;
   const FixedClock clock;

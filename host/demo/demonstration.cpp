@@ -1,5 +1,7 @@
 #include "host/demo/demonstration.h"
 
+#include <algorithm>
+
 #include "host/demo/catalogue.h"
 #include "host/demo/fill.h"
 #include "host/demo/till_day.h"
@@ -29,11 +31,12 @@ struct Past {
   int tickets;
   int articles;
   std::uint64_t seed;
+  demo::Habits habits;
 };
 
 // Tickets spread over the days before `now` and over the tills.
-void FillPast(Connection& connection, const Past& past, const DateTime& now) {
-  int next_number = 1;
+demo::Ledger FillPast(Connection& connection, const Past& past, const DateTime& now) {
+  demo::Ledger ledger;
   const int till_days = past.days * kTills;
   for (int till_day = 0; till_day < till_days; ++till_day) {
     const int day = till_day / kTills;
@@ -44,8 +47,10 @@ void FillPast(Connection& connection, const Past& past, const DateTime& now) {
     plan.tickets = past.tickets / till_days + (till_day < past.tickets % till_days ? 1 : 0);
     plan.articles = past.articles;
     plan.seed = past.seed + static_cast<std::uint64_t>(till_day);
-    demo::FillTillDay(connection, plan, next_number);
+    plan.habits = past.habits;
+    demo::FillTillDay(connection, plan, ledger);
   }
+  return ledger;
 }
 
 }  // namespace
@@ -54,14 +59,19 @@ void FillDemonstration(Connection& connection, const DateTime& now) {
   demo::FillCatalogue(connection, demo::kArticles);
   demo::FillPeople(connection);
   FillParameters(connection);
-  FillPast(connection, {kDays, kTicketsInAll, demo::kArticles, 0}, now);
+  FillPast(connection, {kDays, kTicketsInAll, demo::kArticles, 0, {}}, now);
 }
 
 void FillLarge(Connection& connection, const LargeStore& size, const DateTime& now) {
   demo::FillCatalogue(connection, size.articles);
   demo::FillPeople(connection);
   FillParameters(connection);
-  FillPast(connection, {size.days, size.tickets, size.articles, size.seed}, now);
+  const demo::Habits habits{9, std::min(5000, size.tickets / 20), true};
+  const demo::Ledger ledger =
+      FillPast(connection, {size.days, size.tickets, size.articles, size.seed, habits}, now);
+  const char* columns = "cont_tipo, cont_serie, cont_numero";
+  Insert(connection, "Contadores", columns, {"ALBVENTA", "T", ledger.sales});
+  Insert(connection, "Contadores", columns, {"FACTURA", "FT", ledger.invoices});
 }
 
 }  // namespace tpv

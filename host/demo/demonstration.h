@@ -20,7 +20,8 @@ struct LargeStore {
   std::uint64_t seed = 1;
 };
 
-// The same shop after years of sales, for measuring. In a transaction as well.
+// The same shop after years of sales, for measuring: five lines a ticket, up to
+// 5,000 tickets on credit, some invoiced. In a transaction as well.
 void FillLarge(Connection& connection, const LargeStore& size, const DateTime& now);
 
 }  // namespace tpv
