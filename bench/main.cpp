@@ -1,7 +1,5 @@
 // tpv_bench [--tickets N] [--runs N]: the till against the same work done
 // directly on the engine, on a store of that size.
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -9,6 +7,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "adapters/files/temporary_folder.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "base/mask.h"
 #include "base/number_text.h"
@@ -23,24 +22,6 @@
 
 namespace tpv::bench {
 namespace {
-
-class Folder {
- public:
-  Folder() {
-    std::string name = (std::filesystem::current_path() / "tpv-bench-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder to measure in");
-    path_ = name;
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  std::string File(const char* name) const { return path_ / name; }
-  std::string Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 void RequireSameDebt(Till& till, DirectTill& direct) {
   for (const int customer : {2, 10, 30}) {
@@ -86,13 +67,13 @@ int Main(int count, char** words) {
     const int number = ParseInt32(words[i + 1]).value_or(0);
     (option == "--tickets" ? size.tickets : option == "--articles" ? size.articles : runs) = number;
   }
-  const Folder folder;
-  MakeLargeStore(folder.File("tienda.db"), size, StepClock());
+  const TemporaryFolder folder(std::filesystem::current_path());
+  MakeLargeStore(folder / "tienda.db", size, StepClock());
   std::printf("A store of %d tickets and %d articles, %d runs\n\n", size.tickets, size.articles, runs);
-  Print(Measure(folder.File("tienda.db"), size.articles, runs));
+  Print(Measure(folder / "tienda.db", size.articles, runs));
   std::printf("\nLists of a month, 30,000 tickets and 150,000 lines, and of a day\n\n");
-  std::vector<Row> lists = MeasureMonth(folder.Path(), std::max(5, runs / 100));
-  for (Row& row : MeasureGrowth(folder.Path(), size.tickets, std::max(5, runs / 10))) {
+  std::vector<Row> lists = MeasureMonth(folder.path(), std::max(5, runs / 100));
+  for (Row& row : MeasureGrowth(folder.path(), size.tickets, std::max(5, runs / 10))) {
     lists.push_back(std::move(row));
   }
   Print(lists);

@@ -1,7 +1,5 @@
 // Any text as a statement: it runs, or a DatabaseError says what is wrong with it.
-#include <cstdlib>
-#include <filesystem>
-
+#include "adapters/files/temporary_folder.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "platform/clock.h"
 
@@ -13,14 +11,11 @@ struct StillClock : tpv::Clock {
 
 tpv::Connection& Store() {
   static const StillClock clock;
-  static const std::string folder = [] {
-    std::string name = (std::filesystem::temp_directory_path() / "tpv-fuzz-XXXXXX").string();
-    const char* made = ::mkdtemp(name.data());
-    if (made == nullptr) std::abort();
-    tpv::CreateStore(name + "/tienda.db");
-    return name;
+  static const tpv::TemporaryFolder folder;
+  static tpv::SqliteConnection connection = [] {
+    tpv::CreateStore(folder / "tienda.db");
+    return tpv::SqliteConnection(folder / "tienda.db", clock);
   }();
-  static tpv::SqliteConnection connection(folder + "/tienda.db", clock);
   return connection;
 }
 

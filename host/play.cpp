@@ -1,11 +1,8 @@
 #include "host/play.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <ostream>
 
+#include "adapters/files/temporary_folder.h"
 #include "adapters/files/ticket_page.h"
 #include "adapters/headless/scenario/player.h"
 #include "base/number_text.h"
@@ -18,28 +15,6 @@
 namespace tpv {
 
 namespace {
-
-// A folder that goes with its owner.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tpv-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) {
-      throw std::runtime_error("No se puede crear una carpeta temporal");
-    }
-    path_ = name;
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  std::string File(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
 
 // An existing store is left alone by --empty only while it holds no rows.
 std::unique_ptr<Connection> OpenFor(const PlayOptions& options, const std::string& store_path,
@@ -148,7 +123,7 @@ int Play(const PlayOptions& options, std::ostream& transcript) {
   bool held = true;
   for (std::size_t i = 0; i < scripts.size(); ++i) {
     const TemporaryFolder folder;
-    const std::string path = options.store.empty() ? folder.File("tienda.db") : options.store;
+    const std::string path = options.store.empty() ? folder / "tienda.db" : options.store;
     const auto stage = theatre->SetUp();
     held = PlayFile(options, path, *stage, std::move(scripts[i]), transcript) && held;
     transcript.flush();

@@ -17,7 +17,7 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 const DateTime kMoment{2026, 11, 4, 9, 5, 7, 30};
 
-TEST(Rounding, HalvesGoAwayFromZeroOnTheDecimalText) {
+TEST(Rounding, HalvesGoAwayFromZeroOnTheDecimalDigits) {
   const struct {
     double value;
     int decimals;
@@ -40,6 +40,7 @@ TEST(Rounding, HalvesGoAwayFromZeroOnTheDecimalText) {
                {1234.5, 0, 1235},
                {1e300, 2, 1e300},
                {8.345, 2, 8.35},
+               {3 * 1.005, 2, 3.02},  // 3.0149999999999997
                {0.285, 2, 0.29},
                {1.00005, 4, 1.0001},
                {kInfinity, 2, kInfinity},

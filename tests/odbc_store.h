@@ -2,13 +2,10 @@
 // how the adapter deals with a real driver manager and driver, not SQL Server.
 #pragma once
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 
+#include "adapters/files/temporary_folder.h"
 #include "adapters/odbc/odbc_connection.h"
 
 namespace tpv {
@@ -22,8 +19,6 @@ inline constexpr const char* kSqliteDriver = nullptr;
 class OdbcStore {
  public:
   OdbcStore() {
-    std::string name = (std::filesystem::temp_directory_path() / "tpv-odbc-XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
     const auto connection = Open();
     connection->Execute("CREATE TABLE Pro (Pro_Id INTEGER PRIMARY KEY AUTOINCREMENT, "
                         "Pro_Cod integer, Pro_Nom varchar(50))");
@@ -34,17 +29,14 @@ class OdbcStore {
     connection->Execute("CREATE TABLE QCIERRES (QCIERRES_id INTEGER PRIMARY KEY AUTOINCREMENT, "
                         "QCIERRES_Asunto varchar(50), QCIERRES_Texto text)");
   }
-  ~OdbcStore() { std::filesystem::remove_all(folder_); }
-  OdbcStore(const OdbcStore&) = delete;
-  OdbcStore& operator=(const OdbcStore&) = delete;
 
   void KeepMarks() {
     Open()->Execute("CREATE TABLE TpvSesiones (Sesion varchar(40) PRIMARY KEY, Numero integer)");
   }
   // StepAPI: rows are stepped as they are fetched.
   odbc::Target target() const {
-    return {std::string("Driver=") + kSqliteDriver + ";Database=" + folder_ +
-                "/tienda.sqlite;StepAPI=Yes;Timeout=2000",
+    return {std::string("Driver=") + kSqliteDriver + ";Database=" +
+                folder_ / "tienda.sqlite" + ";StepAPI=Yes;Timeout=2000",
             {}, {}, false};
   }
   std::unique_ptr<OdbcConnection> Open(OdbcOptions options = {}) const {
@@ -52,7 +44,7 @@ class OdbcStore {
   }
 
  private:
-  std::string folder_;
+  TemporaryFolder folder_;
 };
 
 }  // namespace tpv

@@ -14,42 +14,30 @@
 #include <vector>
 
 #include "adapters/files/private_files.h"
+#include "adapters/files/temporary_folder.h"
 
 namespace tpv {
 
-class TestFolder {
+class TestFolder : public TemporaryFolder {
  public:
-  TestFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tpv-paper-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
-  }
-  ~TestFolder() { std::filesystem::remove_all(path_); }
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  const std::string& path() const { return path_; }
   std::string Text(const std::string& name) const {
     return ReadFile(*this / name).value_or("(none)");
   }
   // A program for the path, as shell text; it may write into $FOLDER.
   void Program(const std::string& name, const std::string& shell) const {
-    std::filesystem::create_directory(path_ + "/bin");
-    std::ofstream(path_ + "/bin/" + name) << "#!/bin/sh\nFOLDER=" << path_ << "\n" << shell << "\n";
-    ::chmod((path_ + "/bin/" + name).c_str(), 0755);
+    std::filesystem::create_directory(path() + "/bin");
+    std::ofstream(path() + "/bin/" + name) << "#!/bin/sh\nFOLDER=" << path() << "\n" << shell << "\n";
+    ::chmod((path() + "/bin/" + name).c_str(), 0755);
   }
   // Paths of all files that end so, in order.
   std::vector<std::string> Files(const std::string& ending) const {
     std::vector<std::string> found;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(path_)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path())) {
       if (entry.path().string().ends_with(ending)) found.push_back(entry.path().string());
     }
     std::sort(found.begin(), found.end());
     return found;
   }
-
- private:
-  std::string path_;
 };
 
 // An environment variable for the time of a test.

@@ -1,13 +1,10 @@
 // A store of its own for one test, removed with it.
 #pragma once
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 
+#include "adapters/files/temporary_folder.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "platform/clock.h"
 
@@ -22,17 +19,11 @@ class FixedClock : public Clock {
 class TestStore {
  public:
   TestStore() {
-    std::string name = (std::filesystem::temp_directory_path() / "tpv-test-XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
     CreateStore(path());
     connection_ = Open();
   }
-  ~TestStore() {
-    connection_.reset();
-    std::filesystem::remove_all(folder_);
-  }
 
-  std::string path() const { return folder_ + "/tienda.db"; }
+  std::string path() const { return folder_ / "tienda.db"; }
   Connection& connection() { return *connection_; }
   FixedClock& clock() { return clock_; }
   // A second till on the same store.
@@ -46,7 +37,7 @@ class TestStore {
   }
 
  private:
-  std::string folder_;
+  TemporaryFolder folder_;
   FixedClock clock_;
   std::unique_ptr<SqliteConnection> connection_;
 };

@@ -1,16 +1,14 @@
 // tpv_windows_bench: what the operator waits for in the windows, each beside the
 // same thing in an empty window of the same libraries. On the platform without a
 // screen: painting counts, the display does not.
-#include <unistd.h>
-
 #include <QApplication>
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 
+#include "adapters/files/temporary_folder.h"
 #include "adapters/headless/recorders.h"
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_front_end.h"
@@ -171,14 +169,12 @@ int Main(int count, char** words) {
   const Application application;
   if (what == "--empty") return EmptyWindow(), 0;
   if (what == "--sale") return WindowTill(words[2]).Sell({}), 0;
-  std::string folder = (std::filesystem::temp_directory_path() / "tpv-bench-XXXXXX").string();
-  if (::mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no folder to measure in");
-  const std::string path = folder + "/tienda.db";
+  const TemporaryFolder folder;
+  const std::string path = folder / "tienda.db";
   MakeStore(path, Contents::Demonstration, StepClock());
   OpenTill(path);
   MeasureKeys(path);
   MeasureStart(words[0], path);
-  std::filesystem::remove_all(folder);
   return 0;
 }
 

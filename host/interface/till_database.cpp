@@ -86,8 +86,13 @@ Variant TillDatabase::Parametro(std::string_view name) {
 }
 
 Variant TillDatabase::Get(std::string_view property) {
-  if (!EqualNoCase(property, "Conexion")) return StoreDatabase::Get(property);
-  return Variant(Variant::ObjectRef(std::make_shared<Link>(shared_from_this())));
+  if (EqualNoCase(property, "Conexion")) {
+    return Variant(Variant::ObjectRef(std::make_shared<Link>(shared_from_this())));
+  }
+  const Variant value = StoreDatabase::Get(property);
+  if (!value.IsObject()) return value;
+  // What works on the database holds on to it.
+  return Variant(Variant::ObjectRef(shared_from_this(), value.ToObject().get()));
 }
 
 }  // namespace tpv::interface

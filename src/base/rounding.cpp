@@ -9,18 +9,18 @@ namespace tpv {
 
 namespace {
 
-// The shortest decimal text of a double, as digits and a decimal exponent:
-// value = 0.d1d2d3… × 10^exponent.
+// The 15 digits that a double surely holds, with a decimal exponent: value =
+// 0.d1d2d3… × 10^exponent. What a product of prices is off by lies behind them.
 struct Digits {
   char digit[20];
   int count = 0;
   int exponent = 0;
 };
 
-Digits ShortestDigits(double value) {
+Digits DigitsOf(double value) {
   char text[40] = {};
   const auto end =
-      std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific);
+      std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific, 14);
   Digits result;
   const char* at = text;
   for (; at != end.ptr && *at != 'e'; ++at) {
@@ -63,7 +63,7 @@ std::optional<double> RoundedPlainly(double size, int decimals) {
 }
 
 double RoundedByDigits(double size, int decimals) {
-  const Digits digits = ShortestDigits(size);
+  const Digits digits = DigitsOf(size);
   const int keep = digits.exponent + decimals;  // significant digits that stay
   if (keep >= digits.count) return size;
   return keep < 0 ? 0 : Rounded(digits, keep, decimals);

@@ -4,9 +4,9 @@
 namespace tpv {
 
 // Rounds half away from zero on the decimal value that the double stands for
-// (its shortest decimal text): 2.675 to 2 decimals is 2.68, 1.005 is 1.01,
-// -2.675 is -2.68. `decimals` from 0 to 15; not-finite values come back as they
-// are.
+// (its 15 significant digits): 2.675 to 2 decimals is 2.68, -2.675 is -2.68, and so
+// is 3 * 1.005 to 3.02. `decimals` from 0 to 15; not-finite values come back as
+// they are.
 double RoundHalfAway(double value, int decimals);
 
 // True when both amounts are the same cents. 4.06 + 8.04 equals 12.10.

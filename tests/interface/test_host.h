@@ -2,29 +2,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "adapters/files/temporary_folder.h"
 #include "zrtpv.h"
-
-class Folder {
- public:
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "zrtpv-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
 
 // Takes a value over and releases it.
 inline std::string Text(zrtpv_value value) {
@@ -86,7 +71,7 @@ class TestHost : public testing::Test {
     return status == ZRTPV_OK ? "" : error + "\n" + text;
   }
 
-  Folder folder;
+  tpv::TemporaryFolder folder;
   zrtpv_till* till = nullptr;
   std::vector<std::string> messages;
 

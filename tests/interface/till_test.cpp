@@ -167,6 +167,8 @@ TEST_F(Till, ObjectsOutliveTheirTillAndNothingIsReleasedTwice) {
   EXPECT_EQ(database, again);  // the same object that was set
   zrtpv_value connection;
   ASSERT_EQ(zrtpv_object_get(database, "Conexion", &connection), ZRTPV_OK);
+  zrtpv_value columns;
+  ASSERT_EQ(zrtpv_object_get(database, "xlsCampos", &columns), ZRTPV_OK);
   EXPECT_EQ(zrtpv_object_release(again), ZRTPV_OK);
   EXPECT_EQ(zrtpv_object_release(database), ZRTPV_OK);
   EXPECT_EQ(zrtpv_release(till), ZRTPV_OK);
@@ -178,6 +180,9 @@ TEST_F(Till, ObjectsOutliveTheirTillAndNothingIsReleasedTwice) {
   zrtpv_value rows;
   ASSERT_EQ(zrtpv_object_call(connection.as.object, "Execute", &statement, 1, &rows), ZRTPV_OK);
   EXPECT_EQ(zrtpv_clear(&connection), ZRTPV_OK);
+  zrtpv_value column[] = {zrtpv_text("Age_Nom"), zrtpv_int32(3), zrtpv_text("Eva")};
+  EXPECT_EQ(zrtpv_object_call(columns.as.object, "Add", column, 3, nullptr), ZRTPV_OK);
+  EXPECT_EQ(zrtpv_clear(&columns), ZRTPV_OK);
   zrtpv_value field = zrtpv_text("age_nom");
   zrtpv_value value;
   ASSERT_EQ(zrtpv_object_call(rows.as.object, "Fields", &field, 1, &value), ZRTPV_OK);

@@ -3,6 +3,8 @@
 #include <fstream>
 #include <string_view>
 
+#include "base/text.h"
+
 namespace tpv::torture {
 
 namespace {
@@ -34,7 +36,8 @@ std::vector<std::string> HostileTexts() {
   std::vector<std::string> texts;
   std::ifstream file(TPV_TEST_FOLDER "/torture/hostile_text.txt");
   for (std::string line; std::getline(file, line);) {
-    if (!line.starts_with("##")) texts.push_back(Unescaped(line));
+    if (line.starts_with("##")) continue;
+    for (const std::string& text : Split(line, "¦")) texts.push_back(Unescaped(text));
   }
   return texts;
 }
