@@ -2,6 +2,13 @@
 
 namespace tpv::bench {
 
+DirectLists::DirectLists(DirectStore& store, const DateTime& first, const DateTime& last)
+    : store_(store), from_(ToIso(first)), to_(ToIso(last).substr(0, 10) + " 23:59:59.000") {}
+
+void DirectLists::Pending() { all_pending_(); }
+
+void DirectLists::Closures() { closures_(from_, to_); }
+
 void DirectLists::Journal() {
   count_(from_, to_);
   lines_(from_, to_);
@@ -30,10 +37,11 @@ void DirectLists::InvoicePeriod() {
 }
 
 void DirectLists::Forget() {
-  store_.Run("UPDATE Cav SET Cav_Situa = 1, Cav_IdFactura = 0 WHERE Cav_Situa = 2");
-  for (const char* table : {"DELETE FROM Fav", "DELETE FROM Fal", "DELETE FROM Fai", "DELETE FROM Vto"}) {
-    store_.Run(table);
+  store_.Run("BEGIN IMMEDIATE");
+  for (Prepared* undo : {&unmark_, &forget_lines_, &forget_rates_, &forget_due_, &forget_invoice_}) {
+    (*undo)(invoices_before_);
   }
+  store_.Run("COMMIT");
 }
 
 }  // namespace tpv::bench

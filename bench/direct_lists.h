@@ -1,5 +1,5 @@
-// The lists' reads and the invoice's writes by hand on the engine. `from` and `to`
-// are moments as the store keeps them.
+// The lists' reads and the invoice's writes by hand on the engine, over the days
+// from the first to the last.
 #pragma once
 
 #include "bench/direct_store.h"
@@ -8,13 +8,14 @@ namespace tpv::bench {
 
 class DirectLists {
  public:
-  DirectLists(DirectStore& store, std::string from, std::string to)
-      : store_(store), from_(std::move(from)), to_(std::move(to)) {}
+  DirectLists(DirectStore& store, const DateTime& first, const DateTime& last);
 
+  void Pending();  // all customers', of whatever day
+  void Closures();
   void Journal();
   void SearchPeriod();
   void InvoicePeriod();
-  // Every ticket pending again, no invoice left.
+  // What was invoiced since the start is pending again.
   void Forget();
 
  private:
@@ -22,6 +23,23 @@ class DirectLists {
   std::string from_;
   std::string to_;
 
+  Prepared newest_invoice_{store_, "SELECT MAX(Fav_Id) FROM Fav"};
+  const std::int64_t invoices_before_ = static_cast<std::int64_t>(newest_invoice_());
+  Prepared all_pending_{store_,
+                        "SELECT Cav_Id, Cav_NFiscal, CASE WHEN length(Cav_Serie) > 0 THEN Cav_Serie || '/' ELSE "
+                        "'' END || Cav_Numero, Cav_Fecha, (SELECT Age_Nom FROM Age WHERE Age_ID = Cav_Agente), "
+                        "round(SUM(Lav_Importe + Lav_Importe / 100 * Tiva_iva), 2), ifnull((SELECT "
+                        "SUM(Tco_Importe) FROM Tco WHERE Tco_IdCav = Cav_Id), 0), round(SUM(Lav_Importe + "
+                        "Lav_Importe / 100 * Tiva_iva), 2) - ifnull((SELECT SUM(Tco_Importe) FROM Tco WHERE "
+                        "Tco_IdCav = Cav_Id), 0) FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN zrcomun.tivas ON "
+                        "Tiva_Id = Lav_Tiva WHERE Cav_Ticket = 1 AND Cav_Cobrado = 0 GROUP BY Cav_Id, Cav_Serie, "
+                        "Cav_Numero, Cav_Fecha, Cav_Caja, Cav_Situa, Cav_Agente, Cav_IdFactura, Cav_NFiscal "
+                        "ORDER BY Cav_Fecha"};
+  Prepared closures_{store_,
+                     "SELECT DiaCaj_Id, DiaCaj_Fecha, (SELECT Age_Nom FROM Age WHERE Age_ID = DiaCaj_IdAge), "
+                     "DiaCaj_Caja, DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, DiaCaj_Ret, "
+                     "DiaCaj_SaldoIni + DiaCaj_CobMet - DiaCaj_Pagos - DiaCaj_Ret FROM DiaCaj WHERE DiaCaj_Tipo "
+                     "= 9 AND DiaCaj_Fecha BETWEEN ? AND ? ORDER BY DiaCaj_Fecha DESC"};
   Prepared count_{store_, "SELECT COUNT(*) FROM Cav WHERE Cav_Fecha BETWEEN ? AND ? AND Cav_Ticket = 1"};
   Prepared lines_{store_,
                   "SELECT Lav_Importe, Tiva_iva FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN "
@@ -75,6 +93,11 @@ class DirectLists {
                   "round(SUM(Fal_Importe), 2), round(SUM(Fal_Total) - SUM(Fal_Importe), 2) FROM Fal WHERE "
                   "Fal_IdFav = ?1 GROUP BY Fal_Iva"};
   Prepared insert_due_{store_, "INSERT INTO Vto (Vto_IdFav, Vto_Orden, Vto_Importe) VALUES (?, 1, ?)"};
+  Prepared unmark_{store_, "UPDATE Cav SET Cav_Situa = 1, Cav_IdFactura = 0 WHERE Cav_IdFactura > ?"};
+  Prepared forget_invoice_{store_, "DELETE FROM Fav WHERE Fav_Id > ?"};
+  Prepared forget_lines_{store_, "DELETE FROM Fal WHERE Fal_IdFav > ?"};
+  Prepared forget_rates_{store_, "DELETE FROM Fai WHERE Fai_IdFav > ?"};
+  Prepared forget_due_{store_, "DELETE FROM Vto WHERE Vto_IdFav > ?"};
   Prepared paper_{store_, "SELECT * FROM Fal WHERE Fal_IdFav = ? ORDER BY Fal_Id"};
 };
 

@@ -14,6 +14,8 @@ DirectStore::DirectStore(const std::string& path, const Clock& clock) {
   Run(("ATTACH '" + CataloguePath(path) + "' AS zrcomun").c_str());
   Run("PRAGMA main.journal_mode = WAL");
   Run("PRAGMA synchronous = FULL");
+  Run("PRAGMA temp_store = MEMORY");
+  Run("PRAGMA cache_size = -65536");
   sqlite3_busy_timeout(handle_, 5000);
 }
 

@@ -4,7 +4,7 @@ namespace tpv::bench {
 
 void DirectTill::StartSale() {
   store_.Run("BEGIN IMMEDIATE");
-  counter_();
+  TakeNumber();
   insert_sale_();
   sale_ = sqlite3_last_insert_rowid(store_.handle());
   store_.Run("COMMIT");
@@ -21,6 +21,7 @@ void DirectTill::Scan(const std::string& code) {
   parameters_();
   tax_(3);
   store_.Run("BEGIN IMMEDIATE");
+  collected_(sale_);  // nobody else may have collected it
   insert_line_(sale_, article, code);
   move_stock_(static_cast<std::int64_t>(newest_line_()), article);
   stock_(article);
@@ -37,6 +38,7 @@ void DirectTill::Finish() {
   debt_(1);
   store_.Run("BEGIN IMMEDIATE");
   update_sale_(sale_);
+  collected_(sale_);
   insert_entry_();
   link_(newest_entry_(), sale_);
   store_.Run("COMMIT");
@@ -48,7 +50,20 @@ void DirectTill::Finish() {
   Redraw();
 }
 
-void DirectTill::TillState() { till_state_(); }
+// Numbers used past the counter push it on.
+void DirectTill::TakeNumber() {
+  number_();
+  highest_number_();
+  counter_();
+}
+
+void DirectTill::TillState() {
+  till_state_();
+  last_ticket_();
+  store_.Run("BEGIN IMMEDIATE");
+  TakeNumber();
+  store_.Run("ROLLBACK");
+}
 
 double DirectTill::Debt(int customer) { return debt_(customer); }
 

@@ -12,11 +12,13 @@ class DirectTill {
   void StartSale();
   void Scan(const std::string& code);
   void Finish();
+  // Is the till open, its last ticket, the next number (taken and given back).
   void TillState();
   double Debt(int customer);
 
  private:
   void Redraw();
+  void TakeNumber();
 
   DirectStore& store_;
   std::int64_t sale_ = 0;
@@ -29,6 +31,12 @@ class DirectTill {
                         "Cav_Agente, Cav_IdCli, Cav_NFiscal, Cav_Ticket, Cav_Situa, Cav_Cobrado) SELECT "
                         "'T', cont_numero, tpv_getdate(), '1', 1, 1, 1, 'CONTADO', 1, 1, 0 FROM Contadores "
                         "WHERE cont_tipo = 'ALBVENTA' AND cont_serie = 'T'"};
+  Prepared number_{store_, "SELECT cont_numero FROM Contadores WHERE cont_tipo = 'ALBVENTA' AND "
+                           "cont_serie = 'T'"};
+  Prepared highest_number_{store_, "SELECT MAX(Cav_Numero) FROM Cav WHERE Cav_Serie = 'T'"};
+  Prepared last_ticket_{store_, "SELECT MAX(Cav_Id) FROM Cav WHERE Cav_Ticket = 1 AND Cav_Caja = 1"};
+  Prepared collected_{store_, "SELECT (SELECT SUM(Tco_Importe) FROM Tco WHERE Tco_IdCav = Cav_Id) FROM Cav "
+                              "WHERE Cav_Id = ?"};
   Prepared article_{store_,
                     "SELECT ART_Id, ART_Cod, art_des, art_pve, art_tiva, art_alma, alm_des, art_for, "
                     "art_mat, ART_FAC, artcli_dto1, artcli_dto2, artcli_fijo, art_pvpi FROM ART LEFT JOIN "

@@ -18,18 +18,33 @@ struct Times {
   double p99 = 0;
 };
 
-struct Row {
+// What is measured and what it may cost at most; 0: nothing is said.
+struct Subject {
   std::string what;
+  double ratio = 0;
+  double growth = 0;        // from the small store to the large one
+  double microseconds = 0;  // of what has nothing direct beside it
+};
+
+struct Row {
+  Subject subject;
   Times till;
   Times direct;
+  double items = 1;  // worked through in one go: growth is an item's
 
   double Ratio() const { return direct.median > 0 ? till.median / direct.median : 0; }
 };
 
-Row Compare(std::string what, int runs, const Work& till, const Work& direct);
+// Sorts the times and sums them up.
+Times Summary(std::vector<double> times);
 
-// A table in Markdown on standard output.
-void Print(const std::vector<Row>& rows);
+Row Compare(Subject subject, int runs, const Work& till, const Work& direct);
+// With nothing to compare to.
+Row Measure(Subject subject, int runs, const Work& till);
+
+// A table in Markdown on standard output; with growth when the same rows come
+// from a small store as well.
+void Print(const std::vector<Row>& rows, const std::vector<Row>& small = {});
 
 // Runs a program's work; an error is told and gives status 1.
 int Guarded(int count, char** words, int (*work)(int, char**));

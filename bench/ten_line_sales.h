@@ -23,6 +23,11 @@ class TenLineSales {
   }
   void Scan() { seller_.Scan(code_); }
   void Finish() { seller_.Finish(); }
+  // Finishes the sale that is open.
+  void End() {
+    Finish();
+    lines_ = 0;
+  }
 
   Work Scanning() {
     return {[this] { Prepare(); }, [this] { Scan(); }};
@@ -35,10 +40,7 @@ class TenLineSales {
                 Scan();
               }
             },
-            [this] {
-              Finish();
-              lines_ = 0;
-            }};
+            [this] { End(); }};
   }
 
  private:

@@ -4,19 +4,24 @@
 
 #include "base/text.h"
 #include "data/till_state.h"
+#include "platform/database.h"
 #include "reports/pending_collections.h"
+#include "suite/number_series.h"
 
 namespace tpv::bench {
 
-Till::Till(Connection& connection) : connection_(connection) {
+Till::Till(Connection& connection, int number)
+    : connection_(connection), number_(std::to_string(number)) {
   objects_.SetPorts(ports_);
   front_end_.SetDriver(*this);
   context().MyBd = std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_);
-  if (!IsOpen()) {
-    connection_.Execute("INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Modo) VALUES (1, 0, 1)");
+  if (!TillIsOpen(connection_, number_)) {
+    connection_.Execute("INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Modo) VALUES (" +
+                        number_ + ", 0, 1)");
   }
   screen_ = std::make_unique<FrmTpv>(context());
   front_end_.engine().Open(*screen_);
+  screen_->Text1[6].text = number_;
   front_end_.engine().FocusOn(screen_->Text1[0]);
   Type("1");
   front_end_.engine().PressKey(ui::Key::Enter);
@@ -46,7 +51,12 @@ bool Till::Step() {
 
 void Till::OnBox(const ui::MessageBox& box) { throw std::runtime_error(box.text); }
 
-bool Till::IsOpen() { return TillIsOpen(connection_, "1"); }
+void Till::State() {
+  TillIsOpen(connection_, number_);
+  connection_.Execute("Select max(Cav_ID) from Cav Where Cav_Ticket = 1 and Cav_Caja = " + number_)->Field(0);
+  const Transaction given_back(connection_);
+  suite::NextNumber(connection_, "ALBVENTA", "T", "SELECT MAX(Cav_Numero) FROM Cav WHERE Cav_Serie = 'T'");
+}
 
 double Till::Debt(int customer) { return CustomerDebt(context(), customer); }
 

@@ -16,14 +16,15 @@ namespace tpv::bench {
 
 class Till : private ui::Driver {
  public:
-  // Opens till 1 for agent 1 when it is closed. The connection outlives the till.
-  explicit Till(Connection& connection);
+  // Opens the till for agent 1 when it is closed. The connection outlives the till.
+  explicit Till(Connection& connection, int number = 1);
 
   void StartSale();
   void Scan(const std::string& code);
   // The checkout from opening to the printed ticket and the emptied screen.
   void Finish();
-  bool IsOpen();
+  // Is the till open, its last ticket, the next number (taken and given back).
+  void State();
   double Debt(int customer);
 
   Context& context() { return component_.context(); }
@@ -34,6 +35,7 @@ class Till : private ui::Driver {
   void Type(const std::string& text);
 
   Connection& connection_;
+  std::string number_;
   HeadlessFrontEnd front_end_;
   RecordingPrinters printers_;
   RecordingDevices devices_;

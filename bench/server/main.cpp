@@ -66,7 +66,7 @@ int Main(int count, char** words) {
                     connection.sent.clear();
                   },
                   [&] { sales.Scan(); }};
-  Print({Compare("scan to stored and redrawn line, over loopback", kRuns, scan,
+  Print({Compare({"scan to stored and redrawn line, over loopback"}, kRuns, scan,
                  {{}, [&] { echo.Play(); }})});
   return 0;
 }

@@ -138,12 +138,12 @@ void MeasureKeys(const std::string& path) {
     if (goods.rows.size() != kLines) throw std::runtime_error("the ticket has not its lines");
     std::printf("Sale screen with a ticket of %zu lines\n\n", goods.rows.size());
     std::vector<Row> rows;
-    rows.push_back(Compare("a key press to the painted window", 200,
+    rows.push_back(Compare({"a key press to the painted window"}, 200,
                            {back, [] { TypeAndPaint("8"); }},
                            {[&] { empty.Raise(); }, [] { TypeAndPaint("8"); }}));
     back();
     qt::SendStroke({Qt::Key_A, Qt::ControlModifier, ""});
-    rows.push_back(Compare("20 codes scanned to 20 stored and painted lines", 5,
+    rows.push_back(Compare({"20 codes scanned to 20 stored and painted lines"}, 5,
                            {back, [] { for (int i = 0; i < 20; ++i) Scan(); }},
                            {[&] { empty.Raise(); }, [] { for (int i = 0; i < 20; ++i) Scan(); }}));
     Print(rows);
@@ -159,7 +159,7 @@ void MeasureStart(const char* program, const std::string& path) {
     };
   };
   std::printf("\nStart of the program to the painted sale screen, beside an empty window\n\n");
-  Print({Compare("cold start", 15, {{}, start("--sale")}, {{}, start("--empty")})});
+  Print({Compare({"cold start", 1.3}, 15, {{}, start("--sale")}, {{}, start("--empty")})});
 }
 
 int Main(int count, char** words) {

@@ -27,14 +27,16 @@ void FillHead(Connection& connection, const InvoicedSale& sale, const Sums& sums
   }
   connection.Execute(
       "INSERT INTO Fav (Fav_Serie, Fav_Numero, Fav_Fecha, Fav_Base, Fav_Impuestos, Fav_Total, "
-      "Fav_IdCli, Fav_CliCod, Fav_CliNom, Fav_CliDoc, Fav_IdFco) SELECT " + values +
+      "Fav_IdCli, Fav_CliCod, Fav_CliNom, Fav_CliDoc, Fav_IdFco) SELECT " +
+      values +
       "CLI_ID, cast(CLI_COD as varchar), CLI_COMER, cli_doc, CLI_FCO FROM Cli WHERE CLI_ID = " +
       std::to_string(sale.customer));
 }
 
 }  // namespace
 
-void FillInvoice(Connection& connection, const InvoicedSale& sale, const std::vector<SoldLine>& lines) {
+void FillInvoice(Connection& connection, const InvoicedSale& sale,
+                 const std::vector<SoldLine>& lines) {
   Sums sums;
   std::map<double, Sums> by_rate;
   for (const SoldLine& line : lines) {

@@ -21,6 +21,7 @@ struct InvoicedSale {
   DateTime moment;
 };
 
-void FillInvoice(Connection& connection, const InvoicedSale& sale, const std::vector<SoldLine>& lines);
+void FillInvoice(Connection& connection, const InvoicedSale& sale,
+                 const std::vector<SoldLine>& lines);
 
 }  // namespace tpv::demo

@@ -53,15 +53,17 @@ class TillDay {
 
   int Id(const char* statement) { return connection_.Execute(statement)->Field(0).ToInt32(); }
 
-  int Event(JournalEvent type, int customer, int mode, const Amounts& amounts, const Sql& note = Null()) {
-    Insert(connection_, "DiaCaj",
-           "DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_IdUsu, DiaCaj_IdAge, DiaCaj_IdCliPr, DiaCaj_Tipo, "
-           "DiaCaj_Modo, DiaCaj_Entrega, DiaCaj_Tarjeta, DiaCaj_Devolucion, DiaCaj_Descuento, "
-           "DiaCaj_Cobrado, DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, DiaCaj_Ret, "
-           "DiaCaj_Obs",
-           {moment_, plan_.till, 1, plan_.agent, customer, static_cast<int>(type), mode, amounts.cash,
-            amounts.card, amounts.change, amounts.discount, amounts.collected,
-            type == JournalEvent::Opening ? kOpening : 0, 0, 0, 0, 0, note});
+  int Event(JournalEvent type, int customer, int mode, const Amounts& amounts,
+            const Sql& note = Null()) {
+    Insert(
+        connection_, "DiaCaj",
+        "DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_IdUsu, DiaCaj_IdAge, DiaCaj_IdCliPr, DiaCaj_Tipo, "
+        "DiaCaj_Modo, DiaCaj_Entrega, DiaCaj_Tarjeta, DiaCaj_Devolucion, DiaCaj_Descuento, "
+        "DiaCaj_Cobrado, DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, DiaCaj_Ret, "
+        "DiaCaj_Obs",
+        {moment_, plan_.till, 1, plan_.agent, customer, static_cast<int>(type), mode, amounts.cash,
+         amounts.card, amounts.change, amounts.discount, amounts.collected,
+         type == JournalEvent::Opening ? kOpening : 0, 0, 0, 0, 0, note});
     return Id("SELECT MAX(DiaCaj_Id) FROM DiaCaj");
   }
 
@@ -82,24 +84,29 @@ class TillDay {
     total = RoundHalfAway(total, 2);
     if (plan_.habits.keeps_books) MoveStock(sale);
     if (invoiced) {
-      FillInvoice(connection_, {ledger_.invoices, sale, customer, "T/" + std::to_string(sale), moment_},
-                  lines);
+      FillInvoice(connection_,
+                  {ledger_.invoices, sale, customer, "T/" + std::to_string(sale), moment_}, lines);
     }
     on_credit ? Owe(customer, {sale, total}) : Pay(sale, customer, kind, total);
   }
 
   void Header(int customer, bool collected, int invoice) {
     std::string values;
-    for (const Sql& value : {Sql("T"), Sql(ledger_.sales), Sql(moment_), Sql(std::to_string(plan_.till)),
-                             Sql(plan_.till), Sql(plan_.agent), Sql(1), Sql(invoice > 0 ? 2 : 1),
-                             Sql(invoice), Sql(collected ? 1 : 0)}) {
+    for (const Sql& value :
+         {Sql("T"), Sql(ledger_.sales), Sql(moment_), Sql(std::to_string(plan_.till)),
+          Sql(plan_.till), Sql(plan_.agent), Sql(1), Sql(invoice > 0 ? 2 : 1), Sql(invoice),
+          Sql(collected ? 1 : 0)}) {
       values += value.text + ", ";
     }
     connection_.Execute(
-        "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Ref, Cav_Caja, Cav_Agente, Cav_Ticket, "
-        "Cav_Situa, Cav_IdFactura, Cav_Cobrado, Cav_IdCli, Cav_NFiscal, Cav_NCom, Cav_CliDoc) SELECT " +
-        values + "CLI_ID, LEFT(CLI_NOM + ' ' + ISNULL(CLI_APE1,'') + ' ' + ISNULL(CLI_APE2,''),50), "
-        "CLI_COMER, cli_doc FROM Cli WHERE CLI_ID = " + std::to_string(customer));
+        "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Ref, Cav_Caja, Cav_Agente, "
+        "Cav_Ticket, "
+        "Cav_Situa, Cav_IdFactura, Cav_Cobrado, Cav_IdCli, Cav_NFiscal, Cav_NCom, Cav_CliDoc) "
+        "SELECT " +
+        values +
+        "CLI_ID, LEFT(CLI_NOM + ' ' + ISNULL(CLI_APE1,'') + ' ' + ISNULL(CLI_APE2,''),50), "
+        "CLI_COMER, cli_doc FROM Cli WHERE CLI_ID = " +
+        std::to_string(customer));
   }
 
   SoldLine Line(int sale) {
@@ -116,8 +123,10 @@ class TillDay {
   }
 
   void MoveStock(int sale) {
-    connection_.Execute("INSERT INTO Movi (movi_idlav, movi_idart, movi_idalma, movi_uni) SELECT Lav_Id, "
-                        "Lav_Idart, 1, Lav_Uni FROM Lav WHERE Lav_IdCav = " + std::to_string(sale));
+    connection_.Execute(
+        "INSERT INTO Movi (movi_idlav, movi_idart, movi_idalma, movi_uni) SELECT Lav_Id, "
+        "Lav_Idart, 1, Lav_Uni FROM Lav WHERE Lav_IdCav = " +
+        std::to_string(sale));
   }
 
   void Owe(int customer, const Debt& debt) {
@@ -142,7 +151,8 @@ class TillDay {
     Link(Take(JournalEvent::TicketCollection, customer, mode, amounts), sale, total);
   }
 
-  int Take(JournalEvent type, int customer, int mode, const Amounts& amounts, const Sql& note = Null()) {
+  int Take(JournalEvent type, int customer, int mode, const Amounts& amounts,
+           const Sql& note = Null()) {
     cash_ += amounts.cash - amounts.change;
     card_ += amounts.card;
     return Gathered(Event(type, customer, mode, amounts, note));
@@ -164,7 +174,8 @@ class TillDay {
     while (ledger_.debts[customer].empty()) customer = 2 + (customer - 1) % kCustomers;
     std::deque<Debt>& debts = ledger_.debts[customer];
     const std::size_t most = 1 + static_cast<std::size_t>(dice_.Roll(4));
-    std::vector<Debt> paid(debts.begin(), debts.begin() + static_cast<long>(std::min(most, debts.size())));
+    std::vector<Debt> paid(debts.begin(),
+                           debts.begin() + static_cast<long>(std::min(most, debts.size())));
     if (dice_.Roll(5) == 0) paid.back().amount = RoundHalfAway(paid.back().amount / 2, 2);
     Advance();
     Collect(customer, paid);
@@ -186,30 +197,33 @@ class TillDay {
     Debt& debt = ledger_.debts[customer].front();
     debt.amount = RoundHalfAway(debt.amount - paid.amount, 2);
     if (debt.amount > 0) return;
-    connection_.Execute("UPDATE Cav SET Cav_Cobrado = 1 WHERE Cav_Id = " + std::to_string(paid.sale));
+    connection_.Execute("UPDATE Cav SET Cav_Cobrado = 1 WHERE Cav_Id = " +
+                        std::to_string(paid.sale));
     ledger_.debts[customer].pop_front();
     --ledger_.open;
   }
 
   void PayOut() {
     paid_out_ = 5 + dice_.Roll(20);
-    Gathered(Event(JournalEvent::PaymentOut, 0, 1, {paid_out_, 0, 0, 0, paid_out_}, "Pago de portes"));
+    Gathered(
+        Event(JournalEvent::PaymentOut, 0, 1, {paid_out_, 0, 0, 0, paid_out_}, "Pago de portes"));
   }
 
   void Close() {
     Advance();
     cash_ = RoundHalfAway(cash_, 2);
-    Insert(connection_, "DiaCaj",
-           "DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_IdUsu, DiaCaj_IdAge, DiaCaj_IdCliPr, DiaCaj_Tipo, "
-           "DiaCaj_Modo, DiaCaj_Obs, DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, "
-           "DiaCaj_Ret",
-           {moment_, plan_.till, 1, plan_.agent, 0, 9, 1, "Cierre de caja " + ToDayFirst(moment_), kOpening,
-            cash_, RoundHalfAway(card_, 2), paid_out_, RoundHalfAway(cash_ - paid_out_, 2)});
+    Insert(
+        connection_, "DiaCaj",
+        "DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_IdUsu, DiaCaj_IdAge, DiaCaj_IdCliPr, DiaCaj_Tipo, "
+        "DiaCaj_Modo, DiaCaj_Obs, DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, "
+        "DiaCaj_Ret",
+        {moment_, plan_.till, 1, plan_.agent, 0, 9, 1, "Cierre de caja " + ToDayFirst(moment_),
+         kOpening, cash_, RoundHalfAway(card_, 2), paid_out_, RoundHalfAway(cash_ - paid_out_, 2)});
     if (first_entry_ == 0) return;
     connection_.Execute("UPDATE DiaCaj SET DiaCaj_IdCierre = " +
                         std::to_string(Id("SELECT MAX(DiaCaj_Id) FROM DiaCaj")) +
-                        " WHERE DiaCaj_Id >= " + std::to_string(first_entry_) + " AND DiaCaj_Id <= " +
-                        std::to_string(last_entry_));
+                        " WHERE DiaCaj_Id >= " + std::to_string(first_entry_) +
+                        " AND DiaCaj_Id <= " + std::to_string(last_entry_));
   }
 
   Connection& connection_;

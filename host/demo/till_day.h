@@ -37,7 +37,7 @@ struct Debt {
 struct Ledger {
   int sales = 0;
   int invoices = 0;
-  int open = 0;  // debts in all
+  int open = 0;                                        // debts in all
   std::array<std::deque<Debt>, kCustomers + 2> debts;  // by customer, oldest first
 };
 

@@ -1,0 +1,22 @@
+// All that the till does: the counter's work and the office's lists, on a small
+// store and on a large one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "bench/harness.h"
+#include "host/demo/demonstration.h"
+
+namespace tpv::bench {
+
+struct StoreSize {
+  std::string path;
+  int tickets;
+};
+
+// Fills both stores with 1,000 tickets a day and measures row by row, here and
+// there; `runs` of the shortest work. Prints a table.
+void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs);
+
+}  // namespace tpv::bench

@@ -1,0 +1,133 @@
+#include "bench/rivals.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+#include "adapters/files/temporary_folder.h"
+#include "adapters/sqlite/sqlite_connection.h"
+#include "bench/direct_till.h"
+#include "bench/harness.h"
+#include "bench/ten_line_sales.h"
+#include "bench/till.h"
+#include "host/demo/demonstration.h"
+#include "host/store.h"
+
+namespace tpv::bench {
+
+namespace {
+
+constexpr int kArticles = 2000;
+constexpr int kLines = 5;
+
+double Now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// Sales of five lines until the time is over.
+template <typename Seller>
+void SellFrom(Seller& seller, int till, double start, double seconds) {
+  std::vector<double> steps;
+  const auto timed = [&](auto step) {
+    const double before = Now();
+    step();
+    steps.push_back((Now() - before) * 1e6);
+  };
+  std::this_thread::sleep_for(std::chrono::duration<double>(start - Now()));
+  int sales = 0;
+  for (; Now() < start + seconds; ++sales) {
+    timed([&] { seller.StartSale(); });
+    for (int line = 0; line < kLines; ++line) {
+      const std::string code =
+          FormatNumber(1 + (till * 7919 + sales * kLines + line) % kArticles, "0000");
+      timed([&] { seller.Scan(code); });
+    }
+    timed([&] { seller.Finish(); });
+  }
+  std::printf("%d\n", sales);
+  for (const double step : steps) std::printf("%.1f\n", step);
+}
+
+struct Outcome {
+  double sales = 0;  // a second, of all
+  double share = 1;  // the slowest one's part of what would be fair
+  Times steps;
+  double longest = 0;  // microseconds
+};
+
+using Process = std::unique_ptr<FILE, int (*)(FILE*)>;
+
+// Waits for the process's end and adds what it says. Returns its sales.
+double Listen(Process process, std::vector<double>& steps) {
+  double sales = 0;
+  if (std::fscanf(process.get(), "%lf", &sales) != 1) throw std::runtime_error("a till gave up");
+  for (double step = 0; std::fscanf(process.get(), "%lf", &step) == 1;) steps.push_back(step);
+  return sales;
+}
+
+Outcome SellAtOnce(const std::string& store, const char* side, int tills, double seconds) {
+  std::vector<Process> processes;
+  const std::string start = std::to_string(Now() + 0.3 + 0.1 * tills);
+  for (int till = 1; till <= tills; ++till) {
+    const std::string command = "/proc/" + std::to_string(::getpid()) + "/exe seller '" + store +
+                                "' " + std::to_string(till) + " " + start + " " +
+                                std::to_string(seconds) + " " + side;
+    processes.emplace_back(::popen(command.c_str(), "r"), ::pclose);
+  }
+  std::vector<double> steps;
+  double all = 0;
+  double least = 1e9;
+  for (Process& process : processes) {
+    const double sales = Listen(std::move(process), steps);
+    all += sales;
+    least = std::min(least, sales);
+  }
+  const double longest = *std::max_element(steps.begin(), steps.end());
+  return {all / seconds, least * tills / all, Summary(std::move(steps)), longest};
+}
+
+}  // namespace
+
+int Sell(const std::vector<std::string>& words) {
+  const StepClock clock;
+  const int till = std::stoi(words.at(1));
+  const double start = std::stod(words.at(2));
+  const double seconds = std::stod(words.at(3));
+  if (words.at(4) == "direct") {
+    DirectStore store(words[0], clock);
+    DirectTill direct(store);
+    SellFrom(direct, till, start, seconds);
+  } else {
+    SqliteConnection connection(words[0], clock);
+    Till seller(connection, till);
+    SellFrom(seller, till, start, seconds);
+  }
+  return 0;
+}
+
+void MeasureRivals(double seconds) {
+  const TemporaryFolder folder(std::filesystem::current_path());
+  const std::string store = folder / "tienda.db";
+  MakeLargeStore(store, {10000, 10, kArticles, 1}, StepClock());
+  std::printf(
+      "| tills | sales a second | direct | ratio | step, median µs | 99 %% µs | longest µs | "
+      "direct, 99 %% µs "
+      "| longest µs | slowest till's share | direct "
+      "|\n|---|---|---|---|---|---|---|---|---|---|---|\n");
+  for (const int tills : {1, 2, 4, 8}) {
+    const Outcome ours = SellAtOnce(store, "till", tills, seconds);
+    const Outcome theirs = SellAtOnce(store, "direct", tills, seconds);
+    std::printf("| %d | %.0f | %.0f | %.2f | %.0f | %.0f | %.0f | %.0f | %.0f | %.2f | %.2f |\n",
+                tills, ours.sales, theirs.sales, theirs.sales / ours.sales, ours.steps.median,
+                ours.steps.p99, ours.longest, theirs.steps.p99, theirs.longest, ours.share,
+                theirs.share);
+  }
+  std::fflush(stdout);
+}
+
+}  // namespace tpv::bench
