@@ -2,76 +2,94 @@
 // they stay texts.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
+#include <sstream>
+#include <tuple>
 
 #include "adapters/headless/scenario/headless_operator.h"
+#include "adapters/headless/scenario/player.h"
+#include "adapters/files/document_folder.h"
 #include "base/text.h"
+#include "cash/mail_queue.h"
 #include "component/dispatch.h"
 #include "data/schema.h"
 #include "data/sql_text.h"
 #include "host/recorded_till.h"
 #include "host/store.h"
+#include "adapters/sqlite/sqlite_connection.h"
 #include "tests/test_machine.h"
 #include "tests/torture/hostile_text.h"
+#ifdef TPV_WITH_MAIL
+#include "adapters/mail/mail_message.h"
+#endif
 
 namespace tpv {
 namespace {
 
-// Types every text into every box of the screen on top, leaves it, and closes.
+// Plays the way to a screen, types every text into every box of it, leaves the box,
+// presses what only reads, and closes.
 class FieldFiller : public ui::Driver {
  public:
-  explicit FieldFiller(ui::Operator& hands) : hands_(hands) {}
+  FieldFiller(ui::Operator& hands, scenario::Player& way, std::string button)
+      : hands_(hands), way_(way), button_(std::move(button)) {}
 
-  long typed = 0;
+  bool done = false;
   std::string where;  // what is being done, for a failure
+  std::function<void()> at_begin;
 
   bool Step() override {
+    if (!way_.Over()) return way_.Step();
     if (hands_.Box() != nullptr) {
       hands_.Answer(ui::Harmless(*hands_.Box()));
     } else if (hands_.HasSearch()) {
       hands_.Find(texts_[searches_++ % texts_.size()]);
       hands_.PickNone();
     } else if (hands_.Top() != form_ && form_ != nullptr) {
-      hands_.Close();  // a screen that a field opened
+      if (closing_ == hands_.Top()) return false;  // the screen itself is gone
+      closing_ = hands_.Top();  // a screen that a field opened
+      hands_.Close();
     } else {
-      FillNext();
+      closing_ = nullptr;
+      return FillNext();
     }
     return true;
   }
   void OnBox(const ui::MessageBox&) override {}
 
  private:
-  void FillNext() {
+  bool FillNext() {
     if (form_ == nullptr) Begin();
-    if (next_ == boxes_.size() * texts_.size()) return End();
+    done = next_ == boxes_.size() * texts_.size();
+    if (done) return false;
     ui::TextBox& box = *boxes_[next_ / texts_.size()];
     const std::string text = texts_[next_++ % texts_.size()].substr(0, 600);
     where = form_->name + "." + box.name + " <- " + text;
     try {
       hands_.Focus(box);
-      if (form_->focus != &box) return;
+      if (form_->focus != &box) return true;
       hands_.Clear();
       hands_.Type(text);
-      ++typed;
       if (hands_.Top() == form_) hands_.Press(ui::Key::Tab);
+      ui::Control* button = hands_.Top() == form_ ? form_->Find(button_) : nullptr;
+      if (button != nullptr) hands_.Click(*button);
     } catch (const ui::ActionRefused&) {
     }
+    return true;
   }
   void Begin() {
+    at_begin();
     form_ = hands_.Top();
     for (ui::Control* control : form_->Controls()) {
       if (auto* box = dynamic_cast<ui::TextBox*>(control)) boxes_.push_back(box);
     }
   }
-  void End() {
-    ui::Form* form = std::exchange(form_, nullptr);
-    boxes_.clear();
-    next_ = 0;
-    form->Close();
-  }
 
   ui::Operator& hands_;
+  scenario::Player& way_;
+  std::string button_;
   ui::Form* form_ = nullptr;
+  ui::Form* closing_ = nullptr;
   std::vector<ui::TextBox*> boxes_;
   std::size_t next_ = 0;
   std::size_t searches_ = 0;
@@ -82,8 +100,15 @@ class Hostile : public testing::Test {
  protected:
   Hostile() {
     clock.fixed = DateTime{2026, 11, 24, 10, 30, 0, 0};
-    store = OpenStore(folder / "tienda.db", Contents::Demonstration, clock);
-    till.emplace(*store, front_end, clock, 1);
+    SetUpTill();
+  }
+  // A shop of its own each time.
+  void SetUpTill() {
+    till.reset();
+    const std::string path = folder / std::to_string(++shops) + ".db";
+    store = OpenStore(path, Contents::Demonstration, clock);
+    front_end.emplace();
+    till.emplace(*store, *front_end, clock, 1);
   }
   std::string RowCounts() {
     std::string text;
@@ -108,25 +133,109 @@ class Hostile : public testing::Test {
   TestFolder folder;
   StepClock clock;
   std::unique_ptr<Connection> store;
-  HeadlessFrontEnd front_end;
+  int shops = 0;
+  std::optional<HeadlessFrontEnd> front_end;
   std::optional<RecordedTill> till;
   const std::vector<std::string> texts = torture::HostileTexts();
 };
 
+constexpr const char* kOpenTill =
+    "call zTpv\nenter Text1(6) 1\nenter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 100\n"
+    "click cmdGrabar\nanswer Yes\n";
+constexpr const char* kSale = "key Add\ntype 8436210000011\nkey Enter\nkey Subtract\n";
+constexpr const char* kPaid = "click cmdTicket\n";
+
 TEST_F(Hostile, NoFieldOfAnyScreenLetsATextBecomeMore) {
-  scenario::HeadlessOperator hands(front_end);
-  FieldFiller filler(hands);
-  front_end.SetDriver(filler);
-  const std::string before = RowCounts();
-  for (const char* screen : {"zTpv", "zDiario", "zAperturaCierre", "zMovCaja", "zFacturacion",
-                             "zDiarioCaja", "zInfPendienteCobro"}) {
-    const long typed = filler.typed;
-    ASSERT_NO_THROW(
-        Invoke(till->component, DispatchId(screen), InvokeKind::Call, {}))
-        << screen << " " << filler.where;
-    EXPECT_GT(filler.typed, typed) << screen;
+  const std::string sale = std::string(kOpenTill) + kSale;
+  const std::string closing = std::string(kOpenTill) + "click cmdCierre\nenter Text1(11) 1\n";
+  const std::tuple<const char*, std::string, const char*> ways[] = {
+      {"frmTpv", "call zTpv", ""},
+      {"frmTpv", std::string(kOpenTill) + "key Add", ""},
+      {"frmTpv1", sale, ""},
+      {"frmFactuTicket", sale + "click cmdFactura", ""},
+      {"frmNuevoCliente", sale + "click cmdNuevoCli", ""},
+      {"frmTpvDevoluciones", std::string(kOpenTill) + "click cmdDevoluciones\nclick cmdNueva", ""},
+      {"frmTpvAperturaCaja", "call zTpv\nenter Text1(6) 1\nenter Text1(0) 1\nclick cmdApertura", ""},
+      {"frmTpvMovCaja", std::string(kOpenTill) + "click cmdPagos\nenter Text1(0) 1", ""},
+      {"frmTpvCierreCaja", closing, "cmdProceso"},
+      {"frmFactuTicket", closing + "click cmdProceso\nselect ListView1 0\nenter Text1(4) 1\n"
+       "click cmdGrabar\nanswer Yes", ""},
+      {"frmTpvDiarioVentas", sale + kPaid + "close\ncall zDiario", "cmdInforme"},
+      {"frmTpvDiarioCierres", "call zDiarioCaja", "cmdInforme"},
+      {"frmTpvFacturas", "call zFacturacion", "cmdInforme"},
+      {"frmTpvPendiente", "call zInfPendienteCobro", "cmdInforme"}};
+  for (const auto& [screen, way, button] : ways) {
+    SetUpTill();
+    scenario::HeadlessOperator hands(*front_end);
+    std::ostringstream transcript;
+    scenario::Player player(till->rig, hands, transcript);
+    FieldFiller filler(hands, player, button);
+    std::string before;
+    std::string found;
+    filler.at_begin = [&] { found = hands.Top() ? hands.Top()->name : "", before = RowCounts(); };
+    front_end->SetDriver(filler);
+    std::istringstream script(way);
+    ASSERT_NO_THROW(EXPECT_TRUE(player.Play(scenario::ReadScript(script, screen)))) << filler.where;
+    EXPECT_EQ(found, screen) << transcript.str();
+    EXPECT_TRUE(filler.done) << filler.where;
+    EXPECT_EQ(RowCounts(), before) << screen;
   }
-  EXPECT_EQ(RowCounts(), before);
+}
+
+#ifdef TPV_WITH_MAIL
+// Rows of the queue, whoever wrote them, down to the letters that travel.
+TEST_F(Hostile, NoTextOfAMailBecomesAHeader) {
+  const std::vector<std::string> expected = {"Date", "From",         "To",           "Message-ID",
+                                             "Subject", "MIME-Version", "Content-Type", "Content-Transfer-Encoding"};
+  const Transaction undone(*store);
+  for (const std::string& text : texts) {
+    const std::string value = sql::Quoted(Left(ValidUtf8(text), 50));
+    store->Execute("DELETE FROM QCIERRES");
+    store->Execute("UPDATE Parametros SET Par_Nombre = " + value + ", par_tpvemail = " + value);
+    store->Execute("INSERT INTO QCIERRES (QCIERRES_Email, QCIERRES_Asunto, QCIERRES_Texto) VALUES (" +
+                   value + ", " + value + ", " + sql::Quoted(ValidUtf8(text)) + ")");
+    QueueClosureMail(till->component.context(), text);
+    till->mail.mails.clear();
+    SendQueuedMails(till->component.context());
+    ASSERT_GE(till->mail.mails.size(), 1U);
+    for (const Mail& mail : till->mail.mails) {
+      for (const std::string& address : Addresses(mail.to)) {
+        EXPECT_EQ(address.find_first_of(" \t\r\n<>,;"), std::string::npos) << address;
+      }
+      const std::string letter = MailMessage(mail, "tienda@tienda.es", {"jefa@tienda.es"}, clock.Now());
+      const std::size_t body = letter.find("\r\n\r\n");
+      std::vector<std::string> names;
+      for (const std::string& line : Split(letter.substr(0, body), "\r\n")) {
+        EXPECT_EQ(line.find_first_of("\r\n"), std::string::npos) << line;
+        if (!line.starts_with(' ')) names.push_back(line.substr(0, line.find(':')));
+      }
+      EXPECT_EQ(names, expected) << letter;
+      EXPECT_EQ(letter.find_first_not_of("\r\n+/=0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz",
+                                         body), std::string::npos);
+    }
+  }
+}
+#endif
+
+TEST_F(Hostile, NoNameWritesOutsideItsFolder) {
+  const DocumentFolder paper(folder / "paper", clock);
+  for (const std::string& text : texts) paper.Save(text, {{".txt", text}});
+  EXPECT_EQ(folder.Files(".txt").size(), texts.size());
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "paper")) {
+    EXPECT_EQ(entry.path().filename().string().find_first_not_of(
+                  "-.0123456789abcdefghijklmnopqrstuvwxyz"), std::string::npos) << entry.path();
+    EXPECT_EQ(ModeOf(entry.path()), 0600U);
+  }
+  EXPECT_EQ(ModeOf(folder / "paper"), 0700U);
+  // A store is its two files, whatever its name.
+  std::filesystem::create_directory(folder / "stores");
+  for (const char* name : {"o'brien", "a;b", "-x", "?mode=ro", "a%2Fb", "a'||'b", "# x", "ñ\n😀"}) {
+    CreateStore(folder / "stores/" + name + ".db");
+    SqliteConnection(folder / "stores/" + name + ".db", clock).Execute("SELECT * FROM Cav");
+    EXPECT_EQ(ModeOf(folder / "stores/" + name + ".db"), 0600U);
+    EXPECT_EQ(ModeOf(CataloguePath(folder / "stores/" + name + ".db")), 0600U);
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / "stores"), {}), 16);
 }
 
 TEST_F(Hostile, TheFacadeTakesValuesOrSaysWhichIsNone) {
@@ -148,6 +257,7 @@ TEST_F(Hostile, TheFacadeTakesValuesOrSaysWhichIsNone) {
 }
 
 TEST_F(Hostile, PaperHasItsColumnsAndTheDrawerItsBytes) {
+  const Transaction undone(*store);
   store->Execute("UPDATE Parametros SET Par_PCajon = 1, Par_SCajon = '27,112,0,25,250'");
   for (const std::string& text : texts) {
     const std::string short_text = sql::Quoted(Left(ValidUtf8(text), 50));

@@ -5,6 +5,7 @@ mail_server.py FOLDER [CERTIFICATE KEY]: prints its port, then takes mail until
 its input ends. Each mail goes to FOLDER/N.eml as it came, and to FOLDER/N.txt as
 a reader shows it. With a certificate it offers STARTTLS and wants a login.
 """
+import base64
 import email
 import email.policy
 import pathlib
@@ -41,7 +42,8 @@ class Shop:
 
 def login(server, session, envelope, mechanism, data):
     right = isinstance(data, LoginPassword) and (data.login, data.password) == (b"caja", b"se'cr et\"o")
-    return AuthResult(success=right, handled=False)
+    sent = base64.b64encode(b"\0%s\0%s" % (data.login, data.password)).decode()
+    return AuthResult(success=right, handled=False, message=None if right else f"535 ¿{sent}?")
 
 
 class Server(Controller):

@@ -148,6 +148,7 @@ TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
   EXPECT_NE(folder.Text("1.txt").find("tls: True"), std::string::npos);
   Configure("Password", "otra=Clave");
   ExpectError(mail, "no acepta el usuario y la contraseña");
+  ExpectError(mail, "535 ¿***?");
   EXPECT_EQ(mailer.Send(mail).find("otra=Clave"), std::string::npos);
   const TestFolder other;
   const MailServer plain(other);

@@ -130,7 +130,18 @@ class Sending {
     if (code_ == CURLE_LOGIN_DENIED) text = "no acepta el usuario y la contraseña (" + text + ")";
     if (!refusal_.empty()) text += ": " + TrimRight(OneLine(refusal_));
     text = "Servidor de correo " + Server() + ": " + text;
-    return settings_.password.empty() ? text : ReplaceAll(text, settings_.password, "***");
+    return WithoutPassword(text);
+  }
+
+  // Servers repeat what they did not understand, in the letters that it came in.
+  std::string WithoutPassword(std::string text) const {
+    if (settings_.password.empty()) return text;
+    const std::string login = '\0' + settings_.user + '\0' + settings_.password;
+    for (const std::string& secret :
+         {Base64(login), Base64(settings_.password), settings_.password}) {
+      text = ReplaceAll(text, secret, "***");
+    }
+    return text;
   }
 
   const MailSettings& settings_;
