@@ -56,22 +56,15 @@ expect documents 0
 
 class LostPayment : public testing::TestWithParam<bool> {
  protected:
-  LostPayment()
-      : file_((std::filesystem::temp_directory_path() / ("tpv-cobro-" + std::to_string(::getpid()))).string()),
-        till_(std::make_unique<Unanswered>(OpenStore(file_, Contents::Demonstration, clock_), GetParam()),
-              clock_) {}
-  ~LostPayment() override {
-    for (const std::string& name : {file_, CataloguePath(file_)}) {
-      for (const char* ending : {"", "-wal", "-shm"}) std::filesystem::remove(name + ending);
-    }
-  }
   std::string Count(const std::string& from) {
     return till_.store().Execute("SELECT COUNT(*) FROM " + from)->Field(0).ToPlainText();
   }
 
   FixedClock clock_;
-  std::string file_;
-  TestTill till_;
+  TemporaryFolder folder_;
+  TestTill till_{std::make_unique<Unanswered>(
+                     OpenStore(folder_ / "tienda.db", Contents::Demonstration, clock_), GetParam()),
+                 clock_};
 };
 
 TEST_P(LostPayment, IsStoredOnceHoweverItEnded) {

@@ -164,20 +164,36 @@ void CancelSale(Context& context, std::int32_t sale_id) {
   transaction.Commit();
 }
 
-void RequireOwnSale(Context& context) {
+namespace {
+
+// What other tills collected of the context's sale; nullopt when one deleted it.
+std::optional<double> CollectedElsewhere(Context& context) {
   const auto sale = context.Database().Execute("SELECT " + std::string(kAmountCollected) +
                                                " AS Cobrado FROM Cav WHERE Cav_Id = " +
                                                sql::Number(std::int64_t{context.IdAlbaran}));
-  if (sale->Eof()) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
-  const double collected = sale->Field("Cobrado").NumberOr(0);
+  if (sale->Eof()) return std::nullopt;
+  return sale->Field("Cobrado").NumberOr(0);
+}
+
+void RequireNothing(double collected) {
   if (collected == 0) return;
   throw SaleTaken("Otra caja ya ha cobrado " + FormatNumber(collected, "0.00") +
                   " de esta venta. Termínela a crédito y cobre el resto como venta pendiente");
 }
 
+}  // namespace
+
+void RequireOwnSale(Context& context) {
+  const auto collected = CollectedElsewhere(context);
+  if (!collected) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
+  RequireNothing(*collected);
+}
+
 void GiveUpSale(Context& context) {
   Transaction transaction(context.Database());
-  RequireOwnSale(context);
+  const auto collected = CollectedElsewhere(context);
+  if (!collected) return;  // there is nothing left to give up
+  RequireNothing(*collected);
   DeleteSale(context, context.IdAlbaran);
   transaction.Commit();
 }

@@ -55,7 +55,8 @@ class SaleTaken : public DatabaseError {
 
 // Throws SaleTaken when that happened. Inside the caller's transaction.
 void RequireOwnSale(Context& context);
-// Cancels the context's sale in progress; throws SaleTaken.
+// Cancels the context's sale in progress; throws SaleTaken for one that another
+// till collected. One that is gone already is no error.
 void GiveUpSale(Context& context);
 
 }  // namespace tpv
