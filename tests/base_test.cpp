@@ -47,6 +47,7 @@ TEST(Rounding, HalvesGoAwayFromZeroOnTheDecimalDigits) {
                {-0.004, 2, 0},
                {123456.125, 2, 123456.13}};
   for (const auto& c : cases) EXPECT_EQ(RoundHalfAway(c.value, c.decimals), c.expected) << c.value;
+  EXPECT_EQ(RoundAsEngine(3 * 1.005, 2), 3.01);
   EXPECT_TRUE(std::isnan(RoundHalfAway(std::nan(""), 2)));
 }
 

@@ -75,7 +75,7 @@ void MoneyFunction(sqlite3_context* context, int, sqlite3_value** values) {
   double number = 0;
   if (IsNull(values[0]) || !ReadNumber(context, values[0], true, number)) return;
   if (!(std::fabs(number) < 922337203685477.0)) return Fail(context, "Importe fuera de rango");
-  sqlite3_result_double(context, RoundHalfAway(number, 4));
+  sqlite3_result_double(context, RoundAsEngine(number, 4));
 }
 
 // tpv_int(value, largest, column)
@@ -139,9 +139,9 @@ void RoundFunction(sqlite3_context* context, int, sqlite3_value** values) {
   if (IsNull(values[0]) || IsNull(values[1])) return;
   const double value = sqlite3_value_double(values[0]);
   const int decimals = sqlite3_value_int(values[1]);
-  if (decimals >= 0) return sqlite3_result_double(context, RoundHalfAway(value, std::min(decimals, 15)));
+  if (decimals >= 0) return sqlite3_result_double(context, RoundAsEngine(value, std::min(decimals, 15)));
   const double unit = std::pow(10.0, -decimals);
-  sqlite3_result_double(context, RoundHalfAway(value / unit, 0) * unit);
+  sqlite3_result_double(context, RoundAsEngine(value / unit, 0) * unit);
 }
 
 void DivisorFunction(sqlite3_context* context, int, sqlite3_value** values) {

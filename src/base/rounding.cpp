@@ -9,18 +9,26 @@ namespace tpv {
 
 namespace {
 
-// The 15 digits that a double surely holds, with a decimal exponent: value =
-// 0.d1d2d3… × 10^exponent. What a product of prices is off by lies behind them.
+// Of a double, as digits and a decimal exponent: value = 0.d1d2d3… × 10^exponent.
 struct Digits {
   char digit[20];
   int count = 0;
   int exponent = 0;
 };
 
-Digits DigitsOf(double value) {
+// How many of a double's digits count: those that it surely holds, behind which
+// lies what a product of prices is off by, or as many as tell it from its
+// neighbours.
+enum class Precision { Sure, Shortest };
+
+Digits DigitsOf(double value, Precision precision) {
   char text[40] = {};
-  const auto end =
-      std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific, 14);
+  constexpr auto kForm = std::chars_format::scientific;
+  constexpr int kSureDecimals = 14;
+  char* const last = text + sizeof text - 1;
+  const auto end = precision == Precision::Sure
+                       ? std::to_chars(text, last, value, kForm, kSureDecimals)
+                       : std::to_chars(text, last, value, kForm);
   Digits result;
   const char* at = text;
   for (; at != end.ptr && *at != 'e'; ++at) {
@@ -62,21 +70,27 @@ std::optional<double> RoundedPlainly(double size, int decimals) {
   return (fraction > 0.5 ? whole + 1 : whole) / kPowers[decimals];
 }
 
-double RoundedByDigits(double size, int decimals) {
-  const Digits digits = DigitsOf(size);
+double RoundedByDigits(double size, int decimals, Precision precision) {
+  const Digits digits = DigitsOf(size, precision);
   const int keep = digits.exponent + decimals;  // significant digits that stay
   if (keep >= digits.count) return size;
   return keep < 0 ? 0 : Rounded(digits, keep, decimals);
 }
 
-}  // namespace
-
-double RoundHalfAway(double value, int decimals) {
+double Round(double value, int decimals, Precision precision) {
   const double size = std::fabs(value);
   if (!std::isfinite(value) || size >= 1e15 || size == 0) return value;
   const auto plain = RoundedPlainly(size, decimals);
-  const double rounded = plain ? *plain : RoundedByDigits(size, decimals);
+  const double rounded = plain ? *plain : RoundedByDigits(size, decimals, precision);
   return rounded == 0 ? 0 : std::copysign(rounded, value);
+}
+
+}  // namespace
+
+double RoundHalfAway(double value, int decimals) { return Round(value, decimals, Precision::Sure); }
+
+double RoundAsEngine(double value, int decimals) {
+  return Round(value, decimals, Precision::Shortest);
 }
 
 bool SameCents(double left, double right) {

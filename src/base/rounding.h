@@ -1,4 +1,4 @@
-// The one rounding rule for prices and amounts.
+// The rounding rules for prices and amounts.
 #pragma once
 
 namespace tpv {
@@ -8,6 +8,10 @@ namespace tpv {
 // is 3 * 1.005 to 3.02. `decimals` from 0 to 15; not-finite values come back as
 // they are.
 double RoundHalfAway(double value, int decimals);
+
+// The same on the shortest decimal text of the double, as a database engine turns
+// floats into money: 3.0149999999999997 to 2 decimals is 3.01.
+double RoundAsEngine(double value, int decimals);
 
 // True when both amounts are the same cents. 4.06 + 8.04 equals 12.10.
 bool SameCents(double left, double right);
