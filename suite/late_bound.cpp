@@ -18,12 +18,16 @@ Variant Initial(Kind kind) {
   }
 }
 
-// The member so named regardless of case; null when there is none.
+// The member so named regardless of case; null when there is none. Callers write
+// most names as they were declared.
 template <typename Member>
 Member* Named(std::vector<Member>& members, std::string_view name) {
-  const auto found = std::find_if(members.begin(), members.end(), [name](const Member& member) {
-    return member.name.size() == name.size() && EqualNoCase(member.name, name);
-  });
+  auto found = std::find_if(members.begin(), members.end(),
+                            [name](const Member& member) { return member.name == name; });
+  if (found == members.end()) {
+    found = std::find_if(members.begin(), members.end(),
+                         [name](const Member& member) { return EqualNoCase(member.name, name); });
+  }
   return found == members.end() ? nullptr : &*found;
 }
 

@@ -17,8 +17,8 @@ constexpr int kMostDecimals = 15;
 // A number mask taken apart: what stands before and behind the digits, and how
 // many digits each side of the separator must and may have.
 struct NumberMask {
-  std::string prefix;
-  std::string suffix;
+  std::string_view prefix;
+  std::string_view suffix;
   bool grouped = false;
   int whole_zeros = 0;
   int decimal_zeros = 0;
@@ -59,7 +59,17 @@ std::string Grouped(const std::string& digits) {
   return result;
 }
 
+// The text of a size that has no more decimals than these.
 std::string FixedText(double size, int decimals) {
+  constexpr double kPowers[] = {1, 10, 100, 1000, 10000};
+  constexpr double kPlain = 1e9;  // below it the digits are a whole number's
+  if (decimals <= 4 && size < kPlain) {
+    std::string digits = std::to_string(std::llround(size * kPowers[decimals]));
+    if (decimals == 0) return digits;
+    const auto least = static_cast<std::size_t>(decimals) + 1;
+    if (digits.size() < least) digits.insert(0, least - digits.size(), '0');
+    return digits.insert(digits.size() - static_cast<std::size_t>(decimals), 1, '.');
+  }
   char text[400];  // 309 digits and the decimals of the longest double
   const auto end =
       std::to_chars(text, text + sizeof text, size, std::chars_format::fixed, decimals);
@@ -123,8 +133,8 @@ std::string FormatNumber(double value, std::string_view mask) {
   const std::size_t point = std::min(digits.find('.'), digits.size());
   const std::string whole = WholePart(digits.substr(0, point), parts);
   const std::string decimals = DecimalPart(std::string_view(digits).substr(point), parts);
-  const std::string sign = rounded < 0 ? "-" : "";
-  return sign + parts.prefix + whole + decimals + parts.suffix;
+  std::string text = rounded < 0 ? "-" : "";
+  return text.append(parts.prefix).append(whole).append(decimals).append(parts.suffix);
 }
 
 std::string FormatDate(const DateTime& value, std::string_view mask) {

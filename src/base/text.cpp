@@ -196,6 +196,8 @@ void AppendCharacter(std::string& utf8, char32_t character) {
 }
 
 std::string ValidUtf8(std::string_view text) {
+  const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+  if (ascii) return std::string(text);
   std::string result;
   result.reserve(text.size());
   for (std::size_t position = 0; position < text.size();) {

@@ -86,7 +86,11 @@ class Variant {
   // The forgiving readings that screens use for fields of rows.
   double NumberOr(double if_null) const { return IsNull() ? if_null : ToDouble(); }
   std::int32_t IntOr(std::int32_t if_null) const { return IsNull() ? if_null : ToInt32(); }
-  std::string TextOr(std::string_view if_null) const {
+  std::string TextOr(std::string_view if_null) const& {
+    return IsNull() ? std::string(if_null) : ToText();
+  }
+  std::string TextOr(std::string_view if_null) && {
+    if (auto* text = std::get_if<std::string>(&value_)) return std::move(*text);
     return IsNull() ? std::string(if_null) : ToText();
   }
 

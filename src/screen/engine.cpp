@@ -63,17 +63,6 @@ void MoveFocus(Form& form) {
   form.requested_focus = nullptr;
 }
 
-// A handler that shortens a text leaves its selection behind the end.
-void ClampSelections(const Form& form) {
-  for (Control* control : form.Controls()) {
-    auto* box = dynamic_cast<TextBox*>(control);
-    if (box == nullptr || box->selection_start + box->selection_length == 0) continue;
-    const std::size_t length = Length(box->text);
-    box->selection_start = std::min(box->selection_start, length);
-    box->selection_length = std::min(box->selection_length, length - box->selection_start);
-  }
-}
-
 // What every event ends with: the focus asked for, none on a control that can no
 // longer have it, and selections inside their texts.
 void Settle(Form& form) {
@@ -84,7 +73,7 @@ void Settle(Form& form) {
     form.focus = nullptr;
     MoveFocus(form);
   }
-  ClampSelections(form);
+  for (Control* control : form.Controls()) control->ClampSelection();
 }
 
 // Runs a handler and settles the focus also when it fails.

@@ -24,6 +24,13 @@ void TextBox::SelectAll() {
   selection_length = Length(text);
 }
 
+void TextBox::ClampSelection() {
+  if (selection_start + selection_length == 0) return;
+  const std::size_t length = Length(text);
+  selection_start = std::min(selection_start, length);
+  selection_length = std::min(selection_length, length - selection_start);
+}
+
 TextBox& TextBoxes::Add(int index, std::string caption) {
   auto& box = boxes_[index];
   if (!box) box = std::make_unique<TextBox>(form_, name_ + "(" + std::to_string(index) + ")");

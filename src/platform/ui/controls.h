@@ -55,6 +55,8 @@ struct Control {
   bool IsVisible() const;
   // Whether the Tab key can stop here.
   virtual bool CanFocus() const { return false; }
+  // Takes back a selection that a handler's change has left behind the text's end.
+  virtual void ClampSelection() {}
 };
 
 // What a text box lets the operator type.
@@ -76,6 +78,7 @@ struct TextBox : Control {
 
   void SelectAll();
   bool CanFocus() const override { return true; }
+  void ClampSelection() override;
 };
 
 // Text boxes by index; not every index exists.
