@@ -11,12 +11,27 @@ namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool IsNameStart(char c) {
+constexpr bool StartsName(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '@' || c == '#' ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-bool IsNamePart(char c) { return IsNameStart(c) || IsDigit(c) || c == '$'; }
+// Every character of every statement is looked at: a table answers at once.
+struct NameCharacters {
+  constexpr NameCharacters() {
+    for (int i = 0; i < 256; ++i) {
+      const char c = static_cast<char>(i);
+      start[i] = StartsName(c);
+      part[i] = start[i] || (c >= '0' && c <= '9') || c == '$';
+    }
+  }
+  bool start[256] = {};
+  bool part[256] = {};
+};
+constexpr NameCharacters kNames;
+
+bool IsNameStart(char c) { return kNames.start[static_cast<unsigned char>(c)]; }
+bool IsNamePart(char c) { return kNames.part[static_cast<unsigned char>(c)]; }
 
 class Scanner {
  public:
@@ -27,6 +42,7 @@ class Scanner {
 
   Scanned Run() {
     while (at_ < sql_.size()) Next();
+    CopyTo(sql_.size());
     return std::move(result_);
   }
 
@@ -37,21 +53,18 @@ class Scanner {
     if (IsDigit(c) || (c == '.' && at_ + 1 < sql_.size() && IsDigit(sql_[at_ + 1]) && !after_name_)) {
       return Number();
     }
-    if (c == '\'') return Text();
+    if (c == '\'') return Text(at_);
     if (c == '[' || c == '"') return Delimited(c == '[' ? ']' : '"');
     if (c == '-' && Follows('-')) return SkipTo("\n", false);
     if (c == '/' && Follows('*')) return SkipTo("*/", true);
-    if (c == ';' && OnlyBlanksAfter()) {
-      at_ = sql_.size();
-      return;
-    }
+    if (c == ';' && OnlyBlanksAfter()) return Replace(at_, sql_.size(), "");
     Other(c);
   }
 
   void Other(char c) {
-    result_.shape += c < ' ' && c >= 0 ? ' ' : c;
+    if (c < ' ' && c >= 0) return Replace(at_, at_ + 1, " ");
     ++at_;
-    if (c <= ' ' && c >= 0) return;
+    if (c == ' ') return;
     if (c == ')') type_arguments_ = false;
     if (c == '(' && after_type_) type_arguments_ = true;
     if (c != ',' && c != '.') after_type_ = false;
@@ -66,9 +79,8 @@ class Scanner {
     const std::string_view name = sql_.substr(start, at_ - start);
     if (name.size() == 1 && (name[0] == 'N' || name[0] == 'n') && at_ < sql_.size() &&
         sql_[at_] == '\'') {
-      return Text();
+      return Text(start);
     }
-    result_.shape += name;
     after_name_ = true;
     keep_number_ = false;
     Keyword(name);
@@ -111,12 +123,9 @@ class Scanner {
     decimal |= Exponent();
     const std::string_view text = sql_.substr(start, at_ - start);
     after_name_ = false;
-    if (keep_number_ || ordering_ || type_arguments_) {
-      result_.shape += text;
-      keep_number_ = false;
-      return;
-    }
-    Lift(text, decimal);
+    const bool kept = keep_number_ || ordering_ || type_arguments_;
+    keep_number_ = keep_number_ && !kept;
+    if (!kept) Lift(text, start, decimal);
   }
 
   bool Exponent() {
@@ -129,11 +138,11 @@ class Scanner {
     return true;
   }
 
-  void Lift(std::string_view text, bool decimal) {
+  void Lift(std::string_view text, std::size_t start, bool decimal) {
     std::int64_t whole = 0;
     const char* end = text.data() + text.size();
     if (!decimal && std::from_chars(text.data(), end, whole).ec == std::errc()) {
-      result_.shape += kWholeMark;
+      Replace(start, at_, {&kWholeMark, 1});
       result_.literals.emplace_back(whole);
       return;
     }
@@ -141,11 +150,12 @@ class Scanner {
     if (std::from_chars(text.data(), end, value).ec != std::errc()) {
       throw DatabaseError("Número fuera de rango en la sentencia: " + std::string(text), "22003");
     }
-    result_.shape += kDecimalMark;
+    Replace(start, at_, {&kDecimalMark, 1});
     result_.literals.emplace_back(value);
   }
 
-  void Text() {
+  // `start` is where the text begins, with its N when it has one.
+  void Text(std::size_t start) {
     std::string value;
     for (++at_;; ++at_) {
       if (at_ >= sql_.size()) throw DatabaseError("Texto sin cerrar en la sentencia", "42000");
@@ -158,8 +168,7 @@ class Scanner {
         break;
       }
     }
-    ++at_;
-    result_.shape += kTextMark;
+    Replace(start, at_ + 1, {&kTextMark, 1});
     result_.literals.emplace_back(std::move(value));
     after_name_ = false;
     keep_number_ = false;
@@ -170,7 +179,6 @@ class Scanner {
     if (close == std::string_view::npos) {
       throw DatabaseError("Nombre sin cerrar en la sentencia", "42000");
     }
-    result_.shape += sql_.substr(at_, close + 1 - at_);
     at_ = close + 1;
     after_name_ = true;
   }
@@ -180,8 +188,19 @@ class Scanner {
     if (close == std::string_view::npos && required) {
       throw DatabaseError("Comentario sin cerrar en la sentencia", "42000");
     }
-    at_ = close == std::string_view::npos ? sql_.size() : close + end.size();
-    result_.shape += ' ';
+    Replace(at_, close == std::string_view::npos ? sql_.size() : close + end.size(), " ");
+  }
+
+  // What stands in the statement up to here goes into the shape as it is.
+  void CopyTo(std::size_t end) {
+    result_.shape += sql_.substr(copied_, end - copied_);
+    copied_ = end;
+  }
+
+  void Replace(std::size_t start, std::size_t end, std::string_view with) {
+    CopyTo(start);
+    result_.shape += with;
+    at_ = copied_ = end;
   }
 
   bool Follows(char c) const { return at_ + 1 < sql_.size() && sql_[at_ + 1] == c; }
@@ -192,6 +211,7 @@ class Scanner {
 
   std::string_view sql_;
   std::size_t at_ = 0;
+  std::size_t copied_ = 0;  // the statement up to here is in the shape
   Scanned result_;
   bool after_name_ = false;      // a "." now would qualify a name
   bool after_top_ = false;
