@@ -113,6 +113,8 @@ class RecordingConnection : public Connection {
   void CommitTrans() override;
   void RollbackTrans() override { inner_.RollbackTrans(); }
   bool InTransaction() const override { return inner_.InTransaction(); }
+  void BeginSnapshot() override { inner_.BeginSnapshot(); }
+  void EndSnapshot() noexcept override { inner_.EndSnapshot(); }
 
  private:
   void RequireAllowed(std::string_view sql) const;

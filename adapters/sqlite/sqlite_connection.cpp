@@ -7,12 +7,26 @@
 #include "adapters/sqlite/ddl.h"
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/functions.h"
+#include "adapters/sqlite/reference_rows.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/step_recordset.h"
 #include "base/text.h"
 #include "platform/clock.h"
 
 namespace tpv {
+
+struct sqlite::Control {
+  explicit Control(sqlite3* handle)
+      : begin_reading(handle, "BEGIN"),
+        begin_writing(handle, "BEGIN IMMEDIATE"),
+        commit(handle, "COMMIT"),
+        rollback(handle, "ROLLBACK") {}
+
+  ControlStatement begin_reading;
+  ControlStatement begin_writing;
+  ControlStatement commit;
+  ControlStatement rollback;
+};
 
 namespace {
 
@@ -121,6 +135,8 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock)
   if (Pragma(handle_.get(), "PRAGMA main.user_version") < kVersion) AddWhatIsMissing(handle_.get());
   Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -65536;");
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
+  references_ = std::make_unique<sqlite::ReferenceRows>(handle_.get());
+  control_ = std::make_unique<sqlite::Control>(handle_.get());
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -152,36 +168,80 @@ std::vector<std::string> SqliteConnection::Damage() {
 
 std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
   const dialect::Scanned scanned = dialect::Scan(sql);
-  const std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
-  if (shape->translation.writes && !InTransaction()) ReadAhead();
+  std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
+  const dialect::Translation& translation = shape->translation;
+  if (translation.writes) {
+    CloseSnapshot();
+    references_->Written(*translation.table);
+    if (!InTransaction()) ReadAhead();
+  } else if (translation.table != nullptr && scanned.literals.empty() && !InTransaction()) {
+    return ReadReference(std::move(shape));
+  }
+  return Start(std::move(shape), scanned.literals);
+}
+
+std::unique_ptr<Recordset> SqliteConnection::Start(std::shared_ptr<sqlite::CachedShape> shape,
+                                                   const std::vector<Variant>& literals) {
   sqlite::StatementPtr statement = cache_->Take(*shape);
-  Bind(statement.get(), scanned.literals);
-  return std::make_unique<sqlite::StepRecordset>(*this, shape, std::move(statement));
+  Bind(statement.get(), literals);
+  return std::make_unique<sqlite::StepRecordset>(*this, std::move(shape), std::move(statement));
+}
+
+std::unique_ptr<Recordset> SqliteConnection::ReadReference(
+    std::shared_ptr<sqlite::CachedShape> shape) {
+  if (auto rows = references_->Find(*shape)) return sqlite::Kept(std::move(shape), std::move(rows));
+  references_->Keep(*shape, *Start(shape, {}));
+  auto rows = shape->kept;
+  return sqlite::Kept(std::move(shape), std::move(rows));
 }
 
 void SqliteConnection::BeginTrans() {
+  CloseSnapshot();
   if (InTransaction()) throw DatabaseError("Ya hay una transacción abierta", "25001");
   ReadAhead();
-  Run("BEGIN IMMEDIATE");
+  control_->begin_writing.Run();
 }
 
 void SqliteConnection::CommitTrans() {
   if (!InTransaction()) throw DatabaseError("No hay ninguna transacción abierta", "25000");
-  Run("COMMIT");
+  control_->commit.Run();
 }
 
 // Open record sets keep the rows that they would have shown.
 void SqliteConnection::RollbackTrans() {
   if (!InTransaction()) throw DatabaseError("No hay ninguna transacción abierta", "25000");
   ReadAhead();
-  Run("ROLLBACK");
+  control_->rollback.Run();
+}
+
+void SqliteConnection::BeginSnapshot() {
+  if (snapshots_++ > 0 || InTransaction()) return;
+  if (control_->begin_reading.Try() != SQLITE_OK) return;  // without it each reads on its own
+  snapshot_open_ = true;
+  references_->BeginSnapshot();
+}
+
+void SqliteConnection::EndSnapshot() noexcept {
+  if (--snapshots_ == 0) CloseSnapshot();
+}
+
+// Record sets that are still read go on; the engine's state ends with the last.
+void SqliteConnection::CloseSnapshot() {
+  if (!snapshot_open_) return;
+  if (sqlite3_get_autocommit(handle_.get()) == 0 && control_->commit.Try() != SQLITE_OK) {
+    control_->rollback.Try();
+  }
+  snapshot_open_ = false;
+  references_->EndSnapshot();
 }
 
 void SqliteConnection::ReadAhead() {
   while (!open_.empty()) (*open_.begin())->ReadAhead();
 }
 
-bool SqliteConnection::InTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
+bool SqliteConnection::InTransaction() const {
+  return !snapshot_open_ && sqlite3_get_autocommit(handle_.get()) == 0;
+}
 
 void CreateStore(const std::string& path) {
   const std::string catalogue = CataloguePath(path);

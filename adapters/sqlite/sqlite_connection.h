@@ -17,8 +17,11 @@ namespace tpv {
 class Clock;
 
 namespace sqlite {
+struct Control;
+class ReferenceRows;
 class StatementCache;
 class StepRecordset;
+struct CachedShape;
 }  // namespace sqlite
 
 // "tienda.db" has its catalogue in "tienda.zrcomun.db".
@@ -40,6 +43,8 @@ class SqliteConnection : public Connection {
   void CommitTrans() override;
   void RollbackTrans() override;
   bool InTransaction() const override;
+  void BeginSnapshot() override;
+  void EndSnapshot() noexcept override;
 
   // What the engine finds damaged in both files, a line each; nothing in sound ones.
   std::vector<std::string> Damage();
@@ -51,6 +56,10 @@ class SqliteConnection : public Connection {
   friend class sqlite::StepRecordset;
 
   void Run(const char* sql);
+  std::unique_ptr<Recordset> Start(std::shared_ptr<sqlite::CachedShape> shape,
+                                   const std::vector<Variant>& literals);
+  std::unique_ptr<Recordset> ReadReference(std::shared_ptr<sqlite::CachedShape> shape);
+  void CloseSnapshot();
   void ReadAhead();
 
   struct Closer {
@@ -58,6 +67,10 @@ class SqliteConnection : public Connection {
   };
   std::unique_ptr<sqlite3, Closer> handle_;
   std::unique_ptr<sqlite::StatementCache> cache_;
+  std::unique_ptr<sqlite::ReferenceRows> references_;
+  std::unique_ptr<sqlite::Control> control_;
+  int snapshots_ = 0;           // how many are nested
+  bool snapshot_open_ = false;  // the engine holds one state for them
   std::set<sqlite::StepRecordset*> open_;  // record sets that still step
 };
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "adapters/sqlite/dialect/translator.h"
+#include "base/variant.h"
 
 namespace tpv::sqlite {
 
@@ -18,11 +19,18 @@ struct Finalizer {
 };
 using StatementPtr = std::unique_ptr<sqlite3_stmt, Finalizer>;
 
-// One shape: its translation, and the prepared statements that nobody reads at
-// the moment.
+// All rows of a statement, as they were in that version of its table.
+struct KeptRows {
+  std::int64_t version = 0;
+  std::vector<std::vector<Variant>> rows;
+};
+
+// One shape: its translation, the prepared statements that nobody reads at the
+// moment, and its rows when it reads a reference table.
 struct CachedShape {
   dialect::Translation translation;
   std::vector<StatementPtr> idle;
+  std::shared_ptr<const KeptRows> kept;
 };
 
 class StatementCache {

@@ -30,7 +30,9 @@ Variant Whole(std::int64_t value) {
 
 StepRecordset::StepRecordset(SqliteConnection& connection, std::shared_ptr<CachedShape> shape,
                              StatementPtr statement)
-    : connection_(connection), shape_(std::move(shape)), statement_(std::move(statement)) {
+    : TranslatedRecordset(std::move(shape)),
+      connection_(connection),
+      statement_(std::move(statement)) {
   connection_.open_.insert(this);
   try {
     Step();
@@ -89,17 +91,6 @@ void StepRecordset::Release() {
   StatementCache::Return(*shape_, std::move(statement_));
 }
 
-const std::string& StepRecordset::FieldName(std::size_t index) const {
-  if (index >= FieldCount()) throw DatabaseError("No existe el campo " + std::to_string(index));
-  return shape_->translation.columns[index].name;
-}
-
-Variant StepRecordset::Field(std::size_t index) const {
-  const std::string& name = FieldName(index);
-  if (Eof()) throw DatabaseError("No hay fila actual para leer «" + name + "»");
-  return ahead_.empty() ? Stepped(index) : ahead_.front()[index];
-}
-
 Variant StepRecordset::Stepped(std::size_t index) const {
   sqlite3_stmt* statement = statement_.get();
   const int column = static_cast<int>(index);
@@ -124,7 +115,5 @@ Variant StepRecordset::Stepped(std::size_t index) const {
       return Untyped(statement, column);
   }
 }
-
-Variant StepRecordset::Field(std::string_view name) const { return Field(IndexOf(name)); }
 
 }  // namespace tpv::sqlite

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "adapters/sqlite/statement_cache.h"
-#include "platform/database.h"
+#include "adapters/sqlite/translated_recordset.h"
 
 namespace tpv {
 class SqliteConnection;
@@ -16,7 +15,7 @@ class SqliteConnection;
 
 namespace tpv::sqlite {
 
-class StepRecordset : public Recordset {
+class StepRecordset : public TranslatedRecordset {
  public:
   // Runs the statement to its first row. Throws DatabaseError.
   StepRecordset(SqliteConnection& connection, std::shared_ptr<CachedShape> shape,
@@ -26,10 +25,6 @@ class StepRecordset : public Recordset {
   bool Bof() const override { return read_ == 0; }
   bool Eof() const override { return statement_ == nullptr && ahead_.empty(); }
   long RecordCount() const override { return Eof() ? read_ : -1; }
-  std::size_t FieldCount() const override { return shape_->translation.columns.size(); }
-  const std::string& FieldName(std::size_t index) const override;
-  Variant Field(std::size_t index) const override;
-  Variant Field(std::string_view name) const override;
   void MoveNext() override;
   void Close() override;
 
@@ -39,10 +34,12 @@ class StepRecordset : public Recordset {
  private:
   void Step();
   void Release();
+  Variant Value(std::size_t index) const override {
+    return ahead_.empty() ? Stepped(index) : ahead_.front()[index];
+  }
   Variant Stepped(std::size_t index) const;
 
   SqliteConnection& connection_;
-  std::shared_ptr<CachedShape> shape_;
   StatementPtr statement_;
   std::deque<std::vector<Variant>> ahead_;  // the current row first, once read ahead
   long read_ = 0;

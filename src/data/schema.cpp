@@ -108,7 +108,8 @@ Table Parameters() {
            {"Par_SCajon", Text, 100}, {"Par_Nombre", Text, 100}, {"Par_Sg", Text, 5},
            {"Par_NombreVia", Text, 100}, {"Par_Cp", Text, 10}, {"Par_Poblacion", Text, 50},
            {"Par_Telefono", Text, 30}, {"Par_Doc", Text, 20}, {"par_tpvemail", Text, 100}},
-          {}};
+          {},
+          true};
 }
 
 std::vector<Table> Describe() {
@@ -126,7 +127,7 @@ std::vector<Table> Describe() {
       {"CliDir", kStore, false, false,
        {Required("CLIDIR_CLI", Int), Required("CLIDIR_DIR", Int)}, {{{"CLIDIR_CLI"}}}},
       {"BANCOS", kStore, true, false, {{"Ban_Id", Int}, {"Ban_CCC", Text, 24}}, {}},
-      {"Fco", kStore, true, false, {{"Fco_Id", Int}, {"Fco_Des", Text, 50}}, {}},
+      {"Fco", kStore, true, false, {{"Fco_Id", Int}, {"Fco_Des", Text, 50}}, {}, true},
       {"Fcol", kStore, false, false, {Required("Fcol_id", Int), {"Fcol_Mod", Int}},
        {{{"Fcol_id"}}}},
       // When the lines of a payment method fall due and for what share of the total.
@@ -174,9 +175,9 @@ std::vector<Table> Describe() {
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},
         {"tiva_art", Int}, {"Tiva_Fecha", DateTime}},
        {{{"tiva_reg", "tiva_art", "Tiva_Fecha DESC"}}}},
-      {"TVI", kCatalogue, false, true, {{"TVI_COD", Text, 2, true}, {"TVI_NOM", Text, 50}}, {}},
-      {"PAIS", kCatalogue, false, true, {{"PAIS_COD", Text, 3, true}, {"PAIS_NOM", Text, 50}}, {}},
-      {"PROV", kCatalogue, false, true, {{"PROV_COD", Text, 2, true}, {"PROV_NOM", Text, 50}}, {}},
+      {"TVI", kCatalogue, false, true, {{"TVI_COD", Text, 2, true}, {"TVI_NOM", Text, 50}}, {}, true},
+      {"PAIS", kCatalogue, false, true, {{"PAIS_COD", Text, 3, true}, {"PAIS_NOM", Text, 50}}, {}, true},
+      {"PROV", kCatalogue, false, true, {{"PROV_COD", Text, 2, true}, {"PROV_NOM", Text, 50}}, {}, true},
   };
 }
 

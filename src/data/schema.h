@@ -40,6 +40,8 @@ struct Table {
   bool keyed;
   std::vector<Column> columns;
   std::vector<Index> indexes;
+  // A short list that a technician writes and every sale reads whole.
+  bool reference = false;
 
   // Index of a column by name regardless of case, -1 when there is none.
   int Find(std::string_view column) const;

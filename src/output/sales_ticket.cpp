@@ -23,6 +23,13 @@ class SalesTicket {
       : context_(context), id_(sql::Number(std::int64_t{context.IdAlbaran})) {}
 
   void Print() {
+    Compose();
+    document_->End();
+  }
+
+ private:
+  void Compose() {
+    const Snapshot snapshot(context_.Database());
     const double total = ReadTotal();
     const auto lines = Execute(
         "SELECT Cav_Serie,Cav_Numero,Cav_Fecha,Cav_Ref,Cav_NFiscal,Lav_Des,Lav_Uni,Lav_Dto1,"
@@ -43,10 +50,8 @@ class SalesTicket {
     for (; !lines->Eof(); lines->MoveNext()) PrintSoldLine(*lines);
     PrintTotals(total, *payment);
     PrintFooter(agent);
-    document_->End();
   }
 
- private:
   std::unique_ptr<Recordset> Execute(const std::string& statement) {
     return context_.Database().Execute(statement);
   }

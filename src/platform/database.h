@@ -77,6 +77,27 @@ class Connection {
   virtual void CommitTrans() = 0;
   virtual void RollbackTrans() = 0;
   virtual bool InTransaction() const = 0;
+
+  // Statements in between may read one state of the store, which spares an engine
+  // the locks of each; a writing statement or transaction ends that state early.
+  // Engines that gain nothing by it take no notice. Nests.
+  virtual void BeginSnapshot() {}
+  virtual void EndSnapshot() noexcept {}
+};
+
+// One state of the store for the statements of a scope. Short: nothing that waits
+// for the operator or a device belongs in it.
+class Snapshot {
+ public:
+  explicit Snapshot(Connection& connection) : connection_(connection) {
+    connection_.BeginSnapshot();
+  }
+  ~Snapshot() { connection_.EndSnapshot(); }
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+ private:
+  Connection& connection_;
 };
 
 // Begins on construction and rolls back on destruction unless committed, so an

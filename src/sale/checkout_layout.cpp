@@ -17,9 +17,9 @@ std::vector<std::string> Entries(Connection& connection, const char* statement, 
   const std::size_t code_at = rows->IndexOf(code);
   const std::size_t name_at = rows->IndexOf(name);
   for (; !rows->Eof(); rows->MoveNext()) {
-    const Variant value = rows->Field(code_at);
-    entries.push_back((numeric ? FormatNumber(value.NumberOr(0), mask) : value.TextOr("")) + " - " +
-                      rows->Field(name_at).TextOr(""));
+    std::string& entry = entries.emplace_back(
+        numeric ? FormatNumber(rows->Field(code_at).NumberOr(0), mask) : rows->Field(code_at).TextOr(""));
+    entry.append(" - ").append(rows->Field(name_at).TextOr(""));
   }
   return entries;
 }
@@ -106,6 +106,7 @@ void FrmTpv1::Connect() {
 
 void FrmTpv1::OnLoad() {
   Screen::OnLoad();
+  const Snapshot snapshot(Database());
   Text1[2].tag = "Clientes";
   EnableCommands();
   FillLists();

@@ -44,9 +44,14 @@ std::optional<Tax> SaleEntry::TaxOf(const Article& article) {
 void SaleEntry::LookUpArticle(ArticleKey key) {
   if (key.Empty()) key.id = SearchArticle(context());
   if (key.Empty()) return;
-  const auto article = Find(key, customer_ ? customer_->Id() : 0);
+  std::optional<Article> article;
+  std::optional<Tax> tax;
+  {
+    const Snapshot snapshot(Database());
+    article = Find(key, customer_ ? customer_->Id() : 0);
+    if (article) tax = TaxOf(*article);
+  }
   if (!article) return RefuseArticle("Codigo articulo inexistente");
-  const auto tax = TaxOf(*article);
   if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
   tax_ = *tax;
   TakeArticle(*article);

@@ -136,6 +136,7 @@ void FrmTpvDevoluciones::ShowOpenTicket(bool open) {
 }
 
 void FrmTpvDevoluciones::ShowLinesAndTotals() {
+  const Snapshot snapshot(Database());
   listed_sale_ = 0;
   ShowLines(context().IdAlbaran, true);
   ShowTotals();

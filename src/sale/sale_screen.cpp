@@ -103,6 +103,7 @@ void FrmTpv::EmptyAfterSale() {
 }
 
 void FrmTpv::ShowLinesAndTotals() {
+  const Snapshot snapshot(Database());
   const auto lines = Database().Execute(
       "SELECT  Lav_Id, Lav_Idart , Lav_CodArt, Tiva_iva, Tiva_rec,  Lav_Des, Lav_Uni, "
       "dbo.FncPrecioConIva(lav_Id) as Precio, Lav_DTo1 , Lav_precio, "

@@ -251,6 +251,7 @@ Translation TranslateInsert(Statement& statement) {
   }
   Translation result;
   result.writes = true;
+  result.table = &table;
   result.text = "INSERT INTO " + Qualified(table) + " (" + JoinText(names, ", ") + ") ";
   const auto require_count = [&](std::size_t count) {
     if (count != targets.size()) {
@@ -299,6 +300,7 @@ Translation TranslateUpdate(Statement& statement) {
   }
   Translation result;
   result.writes = true;
+  result.table = &table;
   result.text = "UPDATE " + Qualified(table) + " SET " + JoinText(sets, ", ");
   if (statement.where) result.text += " WHERE " + printer.PrintCondition(*statement.where);
   return result;
@@ -310,9 +312,18 @@ Translation TranslateDelete(Statement& statement) {
   printer.Enter(table);
   Translation result;
   result.writes = true;
+  result.table = &table;
   result.text = "DELETE FROM " + Qualified(table);
   if (statement.where) result.text += " WHERE " + printer.PrintCondition(*statement.where);
   return result;
+}
+
+// The reference table of a select that has nothing but its columns, else null.
+const schema::Table* ReferenceOf(const Select& select, std::string_view shape) {
+  const bool plain = select.from.size() == 1 && !select.from[0].derived && !select.where &&
+                     !select.next && shape.find('(') == std::string_view::npos;
+  const schema::Table* table = plain ? schema::FindTable(select.from[0].table) : nullptr;
+  return table != nullptr && table->reference ? table : nullptr;
 }
 
 }  // namespace
@@ -332,6 +343,7 @@ Translation Translate(const std::string& shape) {
   Translation result;
   Printer printer;
   result.text = printer.PrintSelect(*statement.select, result.columns);
+  result.table = ReferenceOf(*statement.select, shape);
   return result;
 }
 

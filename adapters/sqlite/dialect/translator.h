@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "data/schema.h"
+
 namespace tpv::dialect {
 
 enum class SqlType { Null, Bit, Int, Float, Money, Text, DateTime };
@@ -20,6 +22,9 @@ struct Translation {
   std::string text;  // for SQLite; literal n of the scanned statement is ?n
   std::vector<ResultColumn> columns;  // empty for statements without rows
   bool writes = false;
+  // The table that it writes, or the reference table whose rows it reads whole,
+  // without a condition; null for all else.
+  const schema::Table* table = nullptr;
 };
 
 // `shape` as the scanner gives it. Throws DatabaseError in Spanish that names

@@ -1,0 +1,68 @@
+#include "adapters/sqlite/reference_rows.h"
+
+#include "adapters/sqlite/translated_recordset.h"
+
+namespace tpv::sqlite {
+
+namespace {
+
+class KeptRecordset : public TranslatedRecordset {
+ public:
+  KeptRecordset(std::shared_ptr<CachedShape> shape, std::shared_ptr<const KeptRows> rows)
+      : TranslatedRecordset(std::move(shape)), rows_(std::move(rows)) {}
+
+  bool Bof() const override { return rows_->rows.empty(); }
+  bool Eof() const override { return at_ >= rows_->rows.size(); }
+  long RecordCount() const override { return static_cast<long>(rows_->rows.size()); }
+  void MoveNext() override { at_ += Eof() ? 0 : 1; }
+  void Close() override { at_ = rows_->rows.size(); }
+
+ private:
+  Variant Value(std::size_t index) const override { return rows_->rows[at_][index]; }
+
+  std::shared_ptr<const KeptRows> rows_;
+  std::size_t at_ = 0;
+};
+
+}  // namespace
+
+ReferenceRows::ReferenceRows(sqlite3* handle)
+    : data_versions_{ControlStatement(handle, "PRAGMA main.data_version"),
+                     ControlStatement(handle, "PRAGMA zrcomun.data_version")} {}
+
+// The engine's count of what others committed, and ours of what we wrote.
+std::int64_t ReferenceRows::Version(schema::Home home) {
+  const auto at = static_cast<std::size_t>(home);
+  if (in_snapshot_ && known_[at]) return *known_[at];
+  const std::int64_t version = (own_writes_ << 32) + data_versions_[at].Value();
+  known_[at] = version;
+  return version;
+}
+
+std::shared_ptr<const KeptRows> ReferenceRows::Find(const CachedShape& shape) {
+  const bool fresh = shape.kept && shape.kept->version == Version(shape.translation.table->home);
+  return fresh ? shape.kept : nullptr;
+}
+
+// The version comes first: rows newer than it are only read once more.
+void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
+  auto kept = std::make_shared<KeptRows>();
+  kept->version = Version(shape.translation.table->home);
+  for (; !rows.Eof(); rows.MoveNext()) {
+    std::vector<Variant>& row = kept->rows.emplace_back();
+    for (std::size_t i = 0; i < rows.FieldCount(); ++i) row.push_back(rows.Field(i));
+  }
+  shape.kept = std::move(kept);
+}
+
+void ReferenceRows::EndSnapshot() {
+  in_snapshot_ = false;
+  known_ = {};
+}
+
+std::unique_ptr<Recordset> Kept(std::shared_ptr<CachedShape> shape,
+                                std::shared_ptr<const KeptRows> rows) {
+  return std::make_unique<KeptRecordset>(std::move(shape), std::move(rows));
+}
+
+}  // namespace tpv::sqlite

@@ -1,0 +1,45 @@
+// The rows of the short lists that every sale reads whole (countries, parameters,
+// payment methods), kept until somebody writes to them: what another till has
+// committed is seen by the next reader.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "adapters/sqlite/control_statement.h"
+#include "data/schema.h"
+#include "platform/database.h"
+
+namespace tpv::sqlite {
+
+class ReferenceRows {
+ public:
+  explicit ReferenceRows(sqlite3* handle);
+
+  // The rows kept for the shape, of a reference table; null when they have to be
+  // read. Throws DatabaseError when the store cannot be asked.
+  std::shared_ptr<const KeptRows> Find(const CachedShape& shape);
+  // Reads the record set to its end and keeps its rows.
+  void Keep(CachedShape& shape, Recordset& rows);
+  // This connection writes to the table.
+  void Written(const schema::Table& table) { own_writes_ += table.reference ? 1 : 0; }
+
+  // Within a snapshot nothing changes: the store is asked once.
+  void BeginSnapshot() { in_snapshot_ = true; }
+  void EndSnapshot();
+
+ private:
+  std::int64_t Version(schema::Home home);
+
+  std::array<ControlStatement, 2> data_versions_;  // by home
+  std::array<std::optional<std::int64_t>, 2> known_;
+  bool in_snapshot_ = false;
+  std::int64_t own_writes_ = 0;
+};
+
+std::unique_ptr<Recordset> Kept(std::shared_ptr<CachedShape> shape,
+                                std::shared_ptr<const KeptRows> rows);
+
+}  // namespace tpv::sqlite
