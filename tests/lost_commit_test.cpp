@@ -83,6 +83,18 @@ TEST_P(LostPayment, IsInvoicedOnceHoweverItEnded) {
   EXPECT_EQ(Count("Cav INNER JOIN Fav ON Fav_Id = Cav_IdFactura WHERE Cav_Situa = 2"), "1");
 }
 
+TEST_P(LostPayment, CollectsOnceHoweverItEnded) {
+  EXPECT_EQ(till_.Play(std::string(kSale) +
+                       "enter Text1(2) 22\nenter Text1(6) 0\nclick cmdTicket\nanswer Yes\nanswer No\n"
+                       "answer Yes\nexpect screen frmTpv\nclick cmdPagos\nenter Text1(0) 2\n"
+                       "enter Text1(2) 22\nclick Check2\nenter Text1(11) 1\nclick cmdTicket\nanswer OK \""
+                       "Se perdió la conexión al grabar y no se sabe si quedó grabado. Compruébelo antes "
+                       "de repetirlo\"\nexpect screen frmTpvMovCaja\nclick cmdTicket\n" +
+                       (GetParam() ? "answer OK \"Las ventas pendientes del cliente han cambiado. Revise "
+                                     "la selección\"" : "expect screen frmTpv")), "");
+  EXPECT_EQ(Count("DiaCaj WHERE DiaCaj_Tipo = 2 AND DiaCaj_Entrega = 1 AND DiaCaj_IdCierre = 0"), "1");
+}
+
 INSTANTIATE_TEST_SUITE_P(Endings, LostPayment, testing::Bool());
 
 }  // namespace
