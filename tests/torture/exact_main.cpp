@@ -2,13 +2,11 @@
 // store and its invoices have to give to the cent of a calculation in whole numbers.
 // The store's floats may miss a half of money's fourth decimal: such a cent is
 // counted. Exit status 1 when anything else differs; says where and by how much.
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <map>
 #include <random>
-#include <sstream>
 
 #include "base/text.h"
 #include "data/sql_text.h"
@@ -30,9 +28,8 @@ std::int64_t Rounded(Wide number, Wide divisor) {
 }
 
 struct Cents {
-  Cents(std::int64_t number, bool may_drift = false) : cents(number), at_half(may_drift) {}
   std::int64_t cents;
-  bool at_half;  // a half that a float may lie just below of
+  bool at_half = false;  // a half that a float may lie just below of
 };
 
 // A value read as money, which has four decimals, and then rounded.
@@ -57,11 +54,14 @@ struct Line {
     const Wide full = Wide{units} * price;
     return Rounded(full, 10'000) - Rounded(full * discount, 100'000'000);
   }
+  Cents WithTax() const { return AsMoney(Wide{Amount()} * (10'000 + rate.percent)); }
   std::int64_t PriceWithTax() const {
     const std::int64_t with_tax = Rounded(Wide{price} * (10'000 + rate.percent), 100'000);
     return Rounded(Wide{with_tax} * 100'000 + Wide{price} * rate.surcharge, 100'000);
   }
 };
+
+double Euros(std::int64_t number, double scale) { return static_cast<double>(number) / scale; }
 
 class Exact {
  public:
@@ -84,36 +84,30 @@ class Exact {
   }
 
   int Report() const {
-    int status = 0;
+    bool all_right = true;
     for (const auto& [rule, count] : rules_) {
-      std::cout << rule << ": " << count.right << " exact";
-      if (count.drifted > 0) {
-        std::cout << ", " << count.drifted << " at a half off by up to " << count.furthest / 100;
-      }
-      if (count.wrong > 0) std::cout << ", " << count.wrong << " WRONG, " << count.example;
+      std::cout << rule << ": " << count.right << " exact, " << count.drifted
+                << " at a half off by up to " << count.furthest;
+      if (!count.example.empty()) std::cout << ", WRONG " << count.example;
       std::cout << "\n";
-      if (count.wrong > 0) status = 1;
+      all_right &= count.example.empty();
     }
-    return status;
+    return all_right ? 0 : 1;
   }
 
  private:
   struct Count {
     long right = 0;
     long drifted = 0;
-    long wrong = 0;
-    double furthest = 0;  // of those that drifted
-    double worst = 0;
-    std::string example;
+    double furthest = 0;
+    std::string example;  // of what is wrong
   };
 
-  static std::string Hundredths(std::int64_t number) {
-    return sql::Number(static_cast<double>(number) / 100);
-  }
+  static std::string Hundredths(std::int64_t number) { return sql::Number(Euros(number, 100)); }
   std::int64_t Below(std::int64_t end) {
     return std::uniform_int_distribution<std::int64_t>(0, end - 1)(random_);
   }
-  void Run(const std::string& statement) { store_.connection().Execute(statement); }
+  std::unique_ptr<Recordset> Run(const std::string& sql) { return store_.connection().Execute(sql); }
 
   // Most of a shop's lines are a few pieces; some are weighed, returned, or large.
   Line RandomLine() {
@@ -128,19 +122,15 @@ class Exact {
 
   void Sell(const Line& line) {
     SaleLine sold;
-    sold.units = static_cast<double>(line.units) / 1000;
-    sold.net_price = static_cast<double>(line.price) / 1000;
+    sold.units = Euros(line.units, 1000);
+    sold.net_price = Euros(line.price, 1000);
     sold.discount = ReplaceAll(Hundredths(line.discount), ".", ",");
-    Compare("line amount", sold.Amount(), line.Amount(), line);
-    const Tax tax{line.rate.id, static_cast<double>(line.rate.percent) / 100,
-                  static_cast<double>(line.rate.surcharge) / 100};
-    if (line.price != 0 && tax.rate != 0) {
-      Compare("price with tax", PriceWithTax(sold.net_price, tax), line.PriceWithTax(), line);
-    }
+    Compare("line amount", sold.Amount(), {line.Amount()}, line);
+    const Tax tax{line.rate.id, Euros(line.rate.percent, 100), Euros(line.rate.surcharge, 100)};
     const std::int64_t shown = line.PriceWithTax();
-    const std::int64_t divisor = Rounded(10'000 + line.rate.percent, 10);
-    Compare("net price", NetPrice(static_cast<double>(shown) / 100, tax.rate, 3),
-            Rounded(Wide{shown} * 10'000, divisor), line, 1000);
+    Compare("price with tax", PriceWithTax(sold.net_price, tax), {shown}, line);
+    Compare("net price", NetPrice(Euros(shown, 100), tax.rate, 3),
+            {Rounded(Wide{shown} * 10'000, Rounded(10'000 + line.rate.percent, 10))}, line, 1000);
     Run("INSERT INTO Lav (Lav_IdCav, Lav_Uni, Lav_precio, Lav_DTo1, Lav_Importe, Lav_Tiva) VALUES (1, " +
         sql::Number(sold.units) + ", " + sql::Number(sold.net_price) + ", " +
         Hundredths(line.discount) + ", " + sql::Number(sold.Amount()) + ", " +
@@ -149,57 +139,48 @@ class Exact {
 
   // What screens, lists and paper read of the ticket's lines and of the ticket.
   void Lists(const std::vector<Line>& lines) {
-    const auto rows = store_.connection().Execute(
-        "SELECT dbo.FncPrecioConIva(lav_Id), dbo.FncImporteConIva(lav_Id), "
-        "ROUND(cast(lav_Importe + (lav_Importe /100 * Tiva_iva) as money),2) FROM Lav "
-        "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Lav_IdCav = 1 ORDER BY Lav_Id");
+    const std::string from = " FROM Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id INNER JOIN "
+                             "zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Cav_Id = 1";
+    const auto rows = Run("SELECT dbo.FncPrecioConIva(lav_Id), dbo.FncImporteConIva(lav_Id), ROUND(cast("
+                          "lav_Importe + (lav_Importe /100 * Tiva_iva) as money),2)" + from + " ORDER BY Lav_Id");
     std::int64_t base = 0;
-    std::int64_t shown = 0;
-    bool drifts = false;
+    Cents shown{0};
     Wide tax = 0;  // millionths
     for (const Line& line : lines) {
-      const Wide percent = 10'000 + line.rate.percent;
-      const Cents with_tax = AsMoney(line.Amount() * percent);
-      Compare("dbo.FncPrecioConIva", rows->Field(0), AsMoney(line.price * percent, 10'000'000), line);
-      Compare("dbo.FncImporteConIva", rows->Field(1), with_tax, line);
-      Compare("line with tax of lists", rows->Field(2), with_tax, line);
+      const Wide price = Wide{line.price} * (10'000 + line.rate.percent);
+      Compare("dbo.FncPrecioConIva", rows->Field(0), AsMoney(price, 10'000'000), line);
+      Compare("dbo.FncImporteConIva", rows->Field(1), line.WithTax(), line);
+      Compare("line with tax of lists", rows->Field(2), line.WithTax(), line);
       base += line.Amount();
       tax += Wide{line.Amount()} * line.rate.percent;
-      shown += with_tax.cents;
-      drifts |= with_tax.at_half;
+      shown = {shown.cents + line.WithTax().cents, shown.at_half || line.WithTax().at_half};
       rows->MoveNext();
     }
     const SaleTotals totals = ReadSaleTotals(store_.connection(), 1);
-    Compare("base of the sale", totals.base, base, lines[0]);
-    Compare("total of the sale", totals.total, {shown, drifts}, lines[0]);
-    const auto sums = store_.connection().Execute(
-        "SELECT ROUND(cast(SUM(lav_Importe) as money),2) as BASE, "
-        "ROUND(cast(sum((lav_Importe /100 * Tiva_iva)) as money),2) as impuestos, " +
-        std::string(kAmountWithTax) + " as total From Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id "
-        "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Cav_Id = 1");
-    Compare("base of a ticket", sums->Field(0), base, lines[0]);
+    Compare("base of the sale", totals.base, {base}, lines[0]);
+    Compare("total of the sale", totals.total, shown, lines[0]);
+    const auto sums = Run("SELECT ROUND(cast(SUM(lav_Importe) as money),2), ROUND(cast(sum((lav_Importe "
+                          "/100 * Tiva_iva)) as money),2), " + std::string(kAmountWithTax) + from);
+    Compare("base of a ticket", sums->Field(0), {base}, lines[0]);
     Compare("tax of a ticket", sums->Field(1), AsMoney(tax), lines[0]);
     Compare("ticket with tax", sums->Field(2), AsMoney(Wide{base} * 10'000 + tax), lines[0]);
   }
 
   // An invoice's rates are the sums of its lines, as they were paid.
   void Invoice(const std::vector<Line>& lines) {
-    std::map<std::int64_t, std::pair<std::int64_t, std::int64_t>> by_rate;
-    bool drifts = false;
+    std::map<std::int64_t, std::pair<std::int64_t, Cents>> by_rate;
     for (const Line& line : lines) {
-      const Wide percent = 10'000 + line.rate.percent;
-      by_rate[line.rate.percent].first += line.Amount();
-      by_rate[line.rate.percent].second += AsMoney(line.Amount() * percent).cents - line.Amount();
-      drifts |= AsMoney(line.Amount() * percent).at_half;
+      auto& [base, tax] = by_rate[line.rate.percent];
+      base += line.Amount();
+      tax = {tax.cents + line.WithTax().cents - line.Amount(), tax.at_half || line.WithTax().at_half};
     }
     const auto invoice = shop_.Create("ZRFACTUVEN.ZRFACVENTAS");
     invoice->Put("IdFactU", Variant(1));
     for (const char* step : {"CalculoTotalesFactura", "GrabaFactura"}) invoice->Call(step, {});
-    const auto rows = store_.connection().Execute(
-        "SELECT Fai_Base, Fai_Cuota FROM Fai WHERE Fai_IdFav = 1 ORDER BY Fai_Iva");
+    const auto rows = Run("SELECT Fai_Base, Fai_Cuota FROM Fai WHERE Fai_IdFav = 1 ORDER BY Fai_Iva");
     for (const auto& [rate, sums] : by_rate) {
-      Compare("base of a rate", rows->Field(0), sums.first, lines[0]);
-      Compare("tax of a rate", rows->Field(1), {sums.second, drifts}, lines[0]);
+      Compare("base of a rate", rows->Field(0), {sums.first}, lines[0]);
+      Compare("tax of a rate", rows->Field(1), sums.second, lines[0]);
       rows->MoveNext();
     }
   }
@@ -207,19 +188,16 @@ class Exact {
   void Compare(const char* rule, const Variant& found, const Cents& expected, const Line& line,
                int scale = 100) {
     Count& count = rules_[rule];
-    const double off = found.ToDouble() * scale - static_cast<double>(expected.cents);
-    if (std::fabs(off) < 0.01) {
+    const double off = std::fabs(found.ToDouble() - Euros(expected.cents, scale));
+    if (off < 0.01 / scale) {
       ++count.right;
     } else if (expected.at_half) {
       ++count.drifted;
-      count.furthest = std::max(count.furthest, std::fabs(off));
-    } else if (++count.wrong; std::fabs(off) > count.worst) {
-      count.worst = std::fabs(off);
-      std::ostringstream text;
-      text << "by up to " << count.worst / scale << " (" << line.units << " x " << line.price
-           << " thousandths, less " << line.discount << ", at " << line.rate.percent << ": "
-           << found.ToPlainText() << ")";
-      count.example = text.str();
+      count.furthest = std::max(count.furthest, off);
+    } else {
+      count.example = "by " + sql::Number(off) + ": " + std::to_string(line.units) + " x " +
+                      std::to_string(line.price) + " thousandths, less " + Hundredths(line.discount) +
+                      " %, at " + Hundredths(line.rate.percent) + " %: " + found.ToPlainText();
     }
   }
 
