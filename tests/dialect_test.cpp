@@ -152,8 +152,7 @@ TEST(Dialect, FactsOfTheShopsStatements) {
       {"SELECT ROUND(cast(2.675 as money),2)", "2.68"},
       {"SELECT ROUND(cast(0.11495 as money),2)", "0.12"},
       {"SELECT Age_Id FROM age WHERE AGE_nom = 'o''BRIEN'", "1"},
-      {"SELECT len(Age_Nom) FROM Age", "7"},
-      {"SELECT Age_Nom + NULL FROM Age", "NULL"},
+      {"SELECT len(Age_Nom) FROM Age", "7"}, {"SELECT Age_Nom + NULL FROM Age", "NULL"},
       {"SELECT DiaCaj_Tipo FROM DiaCaj WHERE DiaCaj_Caja = 3ORDER BY DiaCaj_Fecha DESC", "9"},
       {"SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Fecha < = '24/11/2026 23:59:00'", "1"},
       {"SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Tipo IN ('1','9')", "1"},
@@ -162,8 +161,7 @@ TEST(Dialect, FactsOfTheShopsStatements) {
       {"SELECT dbo.FncImporteConIva(lav_id) FROM Lav", "0.61"},
       {"SELECT TOP 1 (CASE WHEN len(Age_Nom)>0 THEN Age_Nom + '/' ELSE '' END) + cast(5 as varchar) FROM Age",
        "O'Brien  /5"},
-      {"SELECT ISNULL(SUM(Tco_Importe),0) FROM Tco", "0"},
-      {"SELECT 7/2", "3"},
+      {"SELECT ISNULL(SUM(Tco_Importe),0) FROM Tco", "0"}, {"SELECT 7/2", "3"},
       {"SELECT MAX(DiaCaj_Id) FROM DiaCaj WHERE DiaCaj_Caja = 99", "NULL"},
   };
   for (const auto& [statement, answer] : facts) EXPECT_EQ(store.Value(statement), answer) << statement;

@@ -158,8 +158,7 @@ TEST_F(Faults, EveryStatementFailingInTurnLeavesAllOrNothing) {
   };
   const Operation operations[] = {
       {"opening", kOpen, "enter Text1(14) 100\nclick cmdGrabar"},
-      {"line", kSale, "type 0001\nkey Enter"},
-      {"cancellation", kSale, "click cmdNueva"},
+      {"line", kSale, "type 0001\nkey Enter"}, {"cancellation", kSale, "click cmdNueva"},
       {"payment", kSale + "click cmdFinalizar\n", "click cmdTicket"},
       {"closing", kOpened + kClose, "click cmdGrabar"},
       {"invoice", kSale + "click cmdFinalizar\nclick cmdFactura\n", "click cmdFacturar"},

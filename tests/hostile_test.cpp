@@ -9,7 +9,6 @@
 
 #include "adapters/headless/scenario/headless_operator.h"
 #include "adapters/headless/scenario/player.h"
-#include "adapters/files/document_folder.h"
 #include "base/text.h"
 #include "cash/mail_queue.h"
 #include "component/dispatch.h"
@@ -149,10 +148,8 @@ TEST_F(Hostile, NoFieldOfAnyScreenLetsATextBecomeMore) {
   const std::string sale = std::string(kOpenTill) + kSale;
   const std::string closing = std::string(kOpenTill) + "click cmdCierre\nenter Text1(11) 1\n";
   const std::tuple<const char*, std::string, const char*> ways[] = {
-      {"frmTpv", "call zTpv", ""},
-      {"frmTpv", std::string(kOpenTill) + "key Add", ""},
-      {"frmTpv1", sale, ""},
-      {"frmFactuTicket", sale + "click cmdFactura", ""},
+      {"frmTpv", "call zTpv", ""}, {"frmTpv", std::string(kOpenTill) + "key Add", ""},
+      {"frmTpv1", sale, ""}, {"frmFactuTicket", sale + "click cmdFactura", ""},
       {"frmNuevoCliente", sale + "click cmdNuevoCli", ""},
       {"frmTpvDevoluciones", std::string(kOpenTill) + "click cmdDevoluciones\nclick cmdNueva", ""},
       {"frmTpvAperturaCaja", "call zTpv\nenter Text1(6) 1\nenter Text1(0) 1\nclick cmdApertura", ""},
@@ -217,17 +214,7 @@ TEST_F(Hostile, NoTextOfAMailBecomesAHeader) {
 }
 #endif
 
-TEST_F(Hostile, NoNameWritesOutsideItsFolder) {
-  const DocumentFolder paper(folder / "paper", clock);
-  for (const std::string& text : texts) paper.Save(text, {{".txt", text}});
-  EXPECT_EQ(folder.Files(".txt").size(), texts.size());
-  for (const auto& entry : std::filesystem::directory_iterator(folder / "paper")) {
-    EXPECT_EQ(entry.path().filename().string().find_first_not_of(
-                  "-.0123456789abcdefghijklmnopqrstuvwxyz"), std::string::npos) << entry.path();
-    EXPECT_EQ(ModeOf(entry.path()), 0600U);
-  }
-  EXPECT_EQ(ModeOf(folder / "paper"), 0700U);
-  // A store is its two files, whatever its name.
+TEST_F(Hostile, AStoreIsItsTwoFilesWhateverItsName) {
   std::filesystem::create_directory(folder / "stores");
   for (const char* name : {"o'brien", "a;b", "-x", "?mode=ro", "a%2Fb", "a'||'b", "# x", "ñ\n😀"}) {
     CreateStore(folder / "stores/" + name + ".db");

@@ -71,8 +71,7 @@ class InvoiceTest : public ::testing::Test {
     for (const char* statement :
          {"INSERT INTO Parametros (Par_Nombre, Par_Doc) VALUES ('La Esquina', 'B1')",
           "INSERT INTO zrcomun.dbo.tivas (Tiva_iva, Tiva_rec, tiva_reg, tiva_art, Tiva_Fecha) "
-          "VALUES (21, 5.2, 1, 1, '01/01/2020')",
-          "INSERT INTO BANCOS (Ban_CCC) VALUES ('2100')",
+          "VALUES (21, 5.2, 1, 1, '01/01/2020')", "INSERT INTO BANCOS (Ban_CCC) VALUES ('2100')",
           "INSERT INTO Cli (CLI_COD, CLI_NOM, Cli_Cta, cli_ban, Cli_Di1, Cli_Di2, Cli_msp) "
           "VALUES (5, 'Bar Pepe', '2038', 1, 10, 25, 8)",
           "INSERT INTO Fcol (Fcol_id, Fcol_Mod) VALUES (2, 1)",

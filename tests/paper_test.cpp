@@ -422,9 +422,7 @@ TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
                                              {"set", "Printers.x", "escpos:"},
                                              {"set", "Devices.LPT1", "lp0"},
                                              {"set", "Paper.Tickets", "tickets"},
-                                             {"set", "Mial.Port", "1"},
-                                             {"set", "Mail"},
-                                             {"get"},
+                                             {"set", "Mial.Port", "1"}, {"set", "Mail"}, {"get"},
                                              {"other"}}) {
     EXPECT_THROW(config(wrong), UsageError) << wrong.back();
   }

@@ -60,11 +60,9 @@ TEST(RowBuilder, RefusesWhatDoesNotFitAndStoresNothing) {
   TestStore store;
   TestShop shop(store.connection(), store.clock());
   const std::tuple<const char*, ValueKind, const char*> bad[] = {
-      {"DiaCaj_Caja", ValueKind::Whole, "uno"},
-      {"DiaCaj_Cobrado", ValueKind::Amount, "1e400"},
+      {"DiaCaj_Caja", ValueKind::Whole, "uno"}, {"DiaCaj_Cobrado", ValueKind::Amount, "1e400"},
       {"DiaCaj_Fecha", ValueKind::Date, "31/02/2026"},
-      {"DiaCaj_Caja) VALUES (1) --", ValueKind::Whole, "1"},
-      {"NoExiste", ValueKind::Whole, "1"},
+      {"DiaCaj_Caja) VALUES (1) --", ValueKind::Whole, "1"}, {"NoExiste", ValueKind::Whole, "1"},
   };
   for (const auto& [column, kind, value] : bad) {
     RowBuilder& row = shop.database->NuevaSentencia();

@@ -167,6 +167,10 @@ TEST_F(Till, ObjectsOutliveTheirTillAndNothingIsReleasedTwice) {
   EXPECT_EQ(database, again);  // the same object that was set
   zrtpv_value connection;
   ASSERT_EQ(zrtpv_object_get(database, "Conexion", &connection), ZRTPV_OK);
+  EXPECT_EQ(Put("MyBd", connection), ZRTPV_E_VALUE);  // an object, but not that one
+  zrtpv_value itself = connection;
+  itself.as.object = database;
+  EXPECT_EQ(Put("MyBd", itself), ZRTPV_OK) << zrtpv_error();
   zrtpv_value columns;
   ASSERT_EQ(zrtpv_object_get(database, "xlsCampos", &columns), ZRTPV_OK);
   EXPECT_EQ(zrtpv_object_release(again), ZRTPV_OK);
