@@ -10,6 +10,7 @@
 #include "adapters/sqlite/reference_rows.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/step_recordset.h"
+#include "adapters/sqlite/turns.h"
 #include "base/text.h"
 #include "platform/clock.h"
 
@@ -30,7 +31,6 @@ struct sqlite::Control {
 
 namespace {
 
-constexpr int kBusyMilliseconds = 5000;
 constexpr int kApplicationId = 0x54505631;  // "TPV1"
 constexpr int kVersion = 2;
 
@@ -48,7 +48,6 @@ sqlite3* OpenFile(const std::string& path) {
     sqlite3_close(handle);
     throw DatabaseError("No se puede abrir el almacén «" + path + "»", "08001");
   }
-  sqlite3_busy_timeout(handle, kBusyMilliseconds);
   return handle;
 }
 
@@ -122,7 +121,8 @@ std::string CataloguePath(const std::string& store_path) {
 void SqliteConnection::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 
 SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock)
-    : handle_(OpenFile(path)) {
+    : turns_(std::make_unique<sqlite::Turns>()), handle_(OpenFile(path)) {
+  turns_->Govern(handle_.get());
   RegisterFunctions(handle_.get(), clock);
   RequireStore(handle_.get(), path);
   const std::string catalogue = CataloguePath(path);
@@ -199,6 +199,7 @@ void SqliteConnection::BeginTrans() {
   CloseSnapshot();
   if (InTransaction()) throw DatabaseError("Ya hay una transacción abierta", "25001");
   ReadAhead();
+  turns_->Offer();
   control_->begin_writing.Run();
 }
 

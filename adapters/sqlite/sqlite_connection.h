@@ -21,6 +21,7 @@ struct Control;
 class ReferenceRows;
 class StatementCache;
 class StepRecordset;
+class Turns;
 struct CachedShape;
 }  // namespace sqlite
 
@@ -65,6 +66,7 @@ class SqliteConnection : public Connection {
   struct Closer {
     void operator()(sqlite3* handle) const;
   };
+  std::unique_ptr<sqlite::Turns> turns_;
   std::unique_ptr<sqlite3, Closer> handle_;
   std::unique_ptr<sqlite::StatementCache> cache_;
   std::unique_ptr<sqlite::ReferenceRows> references_;
