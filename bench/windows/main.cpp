@@ -1,131 +1,37 @@
 // tpv_windows_bench: what the operator waits for in the windows, each beside the
 // same thing in an empty window of the same libraries. On the platform without a
 // screen: painting counts, the display does not.
-#include <QApplication>
-#include <QLineEdit>
-#include <QVBoxLayout>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
-#include <string>
+#include <fstream>
 
 #include "adapters/files/temporary_folder.h"
-#include "adapters/headless/recorders.h"
-#include "adapters/qt/native_input.h"
-#include "adapters/qt/qt_front_end.h"
-#include "adapters/sqlite/sqlite_connection.h"
+#include "adapters/qt/search_dialog.h"
 #include "bench/harness.h"
-#include "component/zrtpve.h"
+#include "bench/windows/window_till.h"
+#include "host/demo/catalogue.h"
 #include "host/store.h"
 #include "host/windows/application.h"
-#include "suite/store_database.h"
-#include "suite/suite_factory.h"
 
 namespace tpv::bench {
 namespace {
 
 constexpr std::size_t kLines = 200;
-constexpr const char* kCode = "8436210000011";
 
-// The sale screen in a window, worked from outside until `work` is done.
-class WindowTill : private ui::Driver {
- public:
-  explicit WindowTill(const std::string& path) : connection_(path, clock_) {
-    objects_.SetPorts(ports_);
-    component_.context().MyBd =
-        std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_);
-    front_end_.SetDriver(*this);
-  }
-  void Sell(std::function<void()> work) {
-    work_ = std::move(work);
-    component_.zTpv();
-  }
-  ui::Form& form() { return *front_end_.Top(); }
-  void Focus(const char* field) {
-    front_end_.Act([&](ui::Engine& engine) { engine.FocusOn(*form().Find(field)); });
-  }
-  void Click(const char* button) {
-    front_end_.Act([&](ui::Engine& engine) { engine.Click(*form().Find(button)); });
-  }
-
- private:
-  bool Step() override {
-    qt::SettleWindows();
-    if (work_) std::exchange(work_, nullptr)();
-    return false;
-  }
-  void OnBox(const ui::MessageBox&) override {}
-
-  StepClock clock_;
-  SqliteConnection connection_;
-  qt::QtFrontEnd front_end_;
-  RecordingPrinters printers_;
-  RecordingDevices devices_;
-  MemorySettings settings_;
-  RecordingMailer mailer_;
-  RecordingReports reports_;
-  suite::SuiteFactory objects_;
-  Ports ports_{front_end_, printers_, devices_, settings_, clock_, mailer_, reports_, objects_};
-  Zrtpve component_{ports_};
-  std::function<void()> work_;
-};
-
-// An empty window but for one field.
-class EmptyWindow {
- public:
-  // Over `parent`, so that a modal window does not shut it out.
-  explicit EmptyWindow(QWidget* parent = nullptr) : window_(parent, Qt::Window) {
-    auto* layout = new QVBoxLayout(&window_);
-    layout->addWidget(&field_);
-    window_.resize(1280, 800);
-    window_.show();
-    window_.activateWindow();
-    field_.setFocus();
-    qt::SettleWindows();
-  }
-  void Raise() {
-    window_.activateWindow();
-    field_.clear();
-    qt::SettleWindows();
-    if (!field_.hasFocus()) throw std::runtime_error("the empty window gets no keys");
-  }
-
- private:
-  QWidget window_;
-  QLineEdit field_{&window_};
-};
-
-// Qt would paint with the next frame; here it paints at once what has changed.
-void Paint() {
-  qt::SettleWindows();
-  QEvent update(QEvent::UpdateRequest);
-  QCoreApplication::sendEvent(QApplication::activeWindow(), &update);
+void EnterAgent(WindowTill& till) {
+  till.Focus("Text1(0)");
+  qt::SendText("1");
+  Press(ui::Key::Enter);
 }
 
-void TypeAndPaint(const char* text) {
-  qt::SendText(text);
-  Paint();
-}
-
-void Scan() {
-  qt::SendText(kCode);
-  qt::SendStroke(qt::StrokeOf(ui::Key::Enter));
-  Paint();
-}
-
-void OpenTill(const std::string& path) {
-  SqliteConnection(path, StepClock()).Execute(
-      "INSERT INTO DiaCaj (DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_IdUsu, DiaCaj_IdAge, DiaCaj_IdCliPr, "
-      "DiaCaj_Tipo, DiaCaj_Modo, DiaCaj_SaldoIni, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos, "
-      "DiaCaj_Ret) VALUES (getdate(), 1, 1, 1, 0, 0, 1, 100, 0, 0, 0, 0)");
-}
-
-void MeasureKeys(const std::string& path) {
+std::vector<Row> MeasureKeys(const std::string& path) {
+  std::vector<Row> rows;
   WindowTill till(path);
   till.Sell([&] {
     auto& form = till.form();
-    till.Focus("Text1(0)");
-    qt::SendText("1");
-    qt::SendStroke(qt::StrokeOf(ui::Key::Enter));
+    EnterAgent(till);
     till.Click("cmdNueva");
     for (std::size_t line = 0; line < kLines; ++line) Scan();
     QWidget* window = QApplication::activeWindow();
@@ -133,34 +39,99 @@ void MeasureKeys(const std::string& path) {
     const auto back = [&] {
       window->activateWindow();
       qt::SettleWindows();
+      qt::SendStroke({Qt::Key_A, Qt::ControlModifier, ""});  // what comes takes the text's place
+      Paint();
     };
+    const auto& field = dynamic_cast<ui::TextBox&>(*form.Find("Text1(19)"));
     const auto& goods = dynamic_cast<ui::Grid&>(*form.Find("dbgVenta"));
     if (goods.rows.size() != kLines) throw std::runtime_error("the ticket has not its lines");
-    std::printf("Sale screen with a ticket of %zu lines\n\n", goods.rows.size());
-    std::vector<Row> rows;
-    rows.push_back(Compare({"a key press to the painted window"}, 200,
+    rows.push_back(Compare({"key to painted field, ticket of 200 lines", 0, 0, 16000}, 500,
                            {back, [] { TypeAndPaint("8"); }},
                            {[&] { empty.Raise(); }, [] { TypeAndPaint("8"); }}));
-    back();
-    qt::SendStroke({Qt::Key_A, Qt::ControlModifier, ""});
-    rows.push_back(Compare({"20 codes scanned to 20 stored and painted lines"}, 5,
-                           {back, [] { for (int i = 0; i < 20; ++i) Scan(); }},
-                           {[&] { empty.Raise(); }, [] { for (int i = 0; i < 20; ++i) Scan(); }}));
-    Print(rows);
+    if (field.text != "8") throw std::runtime_error("the field has not its key");
+    const auto burst = [] {
+      for (int i = 0; i < 20; ++i) Scan();
+    };
+    rows.push_back(Compare({"20 codes scanned to 20 stored and painted lines"}, 5, {back, burst},
+                           {[&] { empty.Raise(); }, burst}));
   });
+  return rows;
 }
 
-// Measured from outside: this program started again for one window.
-void MeasureStart(const char* program, const std::string& path) {
-  const auto start = [&](const std::string& what) {
-    const std::string command = std::string(program) + " " + what + " '" + path + "'";
-    return [command] {
-      if (std::system(command.c_str()) != 0) throw std::runtime_error(command);
-    };
-  };
-  std::printf("\nStart of the program to the painted sale screen, beside an empty window\n\n");
-  Print({Compare({"cold start", 1.3}, 15, {{}, start("--sale")}, {{}, start("--empty")})});
+ui::SearchRequest AllArticles(int articles) {
+  ui::SearchRequest request;
+  request.captions = {"Codigo", "Articulo"};
+  request.shown_columns = {0, 1};
+  request.search_column = 1;
+  for (int article = 1; article <= articles; ++article) {
+    request.rows.push_back({Variant(demo::CodeOf(article)), Variant(demo::NameOf(article))});
+  }
+  return request;
 }
+
+// A word typed key by key into a dialog just opened: its first key looks through
+// all rows, the others through what is left.
+std::vector<Row> MeasureSearch() {
+  const ui::SearchRequest request = AllArticles(100000);
+  const std::string word = "leche ref. 12";
+  std::unique_ptr<qt::SearchDialog> dialog;
+  std::size_t at = word.size();
+  const auto open = [&] {
+    dialog = std::make_unique<qt::SearchDialog>(request, nullptr);
+    dialog->show();
+    dialog->activateWindow();
+    Paint();
+    at = 0;
+  };
+  const Work key{[&] {
+                   if (at >= word.size()) open();
+                 },
+                 [&] { TypeAndPaint(word.substr(at++, 1).c_str()); }};
+  return {Measure({"search dialog over 100,000 articles: opened and painted"}, 20, {{}, open}),
+          Measure({"a key in it", 0, 0, 50000}, 20 * static_cast<int>(word.size()), key)};
+}
+
+long ResidentKilobytes() {
+  long pages = 0;
+  std::ifstream("/proc/self/statm") >> pages >> pages;
+  return pages * ::sysconf(_SC_PAGESIZE) / 1024;
+}
+
+// Sales of five lines with all their windows, as a day has 500 of them.
+void MeasureDay(const std::string& path) {
+  constexpr int kEarly = 50;
+  constexpr int kDay = 500;
+  WindowTill till(path);
+  long early = 0;
+  till.Sell([&] {
+    EnterAgent(till);
+    for (int sale = 1; sale <= kDay; ++sale) {
+      Press(ui::Key::Add);
+      for (int line = 0; line < 5; ++line) Scan();
+      Press(ui::Key::Subtract);
+      if (till.TicketsPrinted() != 1) throw std::runtime_error("no ticket was printed");
+      till.ForgetPaper();
+      if (sale == kEarly) early = ResidentKilobytes();
+    }
+  });
+  const long late = ResidentKilobytes();
+  std::printf("\nMemory after %d sales %ld KiB, after %d sales %ld KiB: %.2f KiB a sale.\n", kEarly,
+              early, kDay, late, static_cast<double>(late - early) / (kDay - kEarly));
+}
+
+// This program started again for one thing alone.
+class Again {
+ public:
+  Again(const char* program, const std::string& store) : program_(program), store_(store) {}
+  void operator()(const std::string& what) const {
+    const std::string command = program_ + " " + what + " '" + store_ + "'";
+    if (std::system(command.c_str()) != 0) throw std::runtime_error(command);
+  }
+
+ private:
+  std::string program_;
+  std::string store_;
+};
 
 int Main(int count, char** words) {
   unsetenv("DISPLAY");
@@ -169,18 +140,22 @@ int Main(int count, char** words) {
   const Application application;
   if (what == "--empty") return EmptyWindow(), 0;
   if (what == "--sale") return WindowTill(words[2]).Sell({}), 0;
+  if (what == "--day") return MeasureDay(words[2]), 0;
   const TemporaryFolder folder;
   const std::string path = folder / "tienda.db";
   MakeStore(path, Contents::Demonstration, StepClock());
-  OpenTill(path);
-  MeasureKeys(path);
-  MeasureStart(words[0], path);
+  const Again again(words[0], path);
+  std::vector<Row> rows = MeasureKeys(path);
+  for (Row& row : MeasureSearch()) rows.push_back(std::move(row));
+  rows.push_back(Compare({"cold start to the painted sale screen", 1.3}, 15,
+                         {{}, [&] { again("--sale"); }}, {{}, [&] { again("--empty"); }}));
+  std::printf("The windows, without a screen, beside an empty one:\n\n");
+  Print(rows);
+  again("--day");
   return 0;
 }
 
 }  // namespace
 }  // namespace tpv::bench
 
-int main(int count, char** words) {
-  return tpv::bench::Guarded(count, words, tpv::bench::Main);
-}
+int main(int count, char** words) { return tpv::bench::Guarded(count, words, tpv::bench::Main); }
