@@ -14,7 +14,9 @@ double Microseconds(const Work& work) {
   if (work.prepare) work.prepare();
   const auto start = Clock::now();
   work.run();
-  return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
+  const auto stop = Clock::now();
+  if (work.end) work.end();
+  return std::chrono::duration<double, std::micro>(stop - start).count();
 }
 
 std::string Number(const char* format, double value) {

@@ -11,6 +11,7 @@ namespace tpv::bench {
 struct Work {
   std::function<void()> prepare;  // not timed; may be empty
   std::function<void()> run;
+  std::function<void()> end = {};  // neither
 };
 
 struct Times {

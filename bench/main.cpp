@@ -4,6 +4,7 @@
 //   screens    the till against the same work done directly on the engine, on a
 //              large store, and how much more it takes there than on a small one
 //   tills      many tills on one store at once
+//   plans      what each index is for and what it costs
 #include <algorithm>
 #include <cstdio>
 
@@ -12,6 +13,7 @@
 #include "bench/harness.h"
 #include "bench/machine.h"
 #include "bench/measures.h"
+#include "bench/plans.h"
 #include "bench/rivals.h"
 
 namespace tpv::bench {
@@ -56,8 +58,10 @@ int Main(int count, char** words) {
     Screens(options);
   } else if (part == "tills") {
     MeasureRivals(options.seconds);
+  } else if (part == "plans") {
+    PrintPlans(options.tickets, options.articles);
   } else {
-    throw std::runtime_error("machine, screens or tills");
+    throw std::runtime_error("machine, screens, tills or plans");
   }
   return 0;
 }
