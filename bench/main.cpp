@@ -5,11 +5,13 @@
 //              large store, and how much more it takes there than on a small one
 //   tills      many tills on one store at once
 //   plans      what each index is for and what it costs
+//   capacity   how many tills one store carries, simulated
 #include <algorithm>
 #include <cstdio>
 
 #include "adapters/files/temporary_folder.h"
 #include "base/number_text.h"
+#include "bench/capacity.h"
 #include "bench/harness.h"
 #include "bench/machine.h"
 #include "bench/measures.h"
@@ -60,8 +62,10 @@ int Main(int count, char** words) {
     MeasureRivals(options.seconds);
   } else if (part == "plans") {
     PrintPlans(options.tickets, options.articles);
+  } else if (part == "capacity") {
+    PrintCapacity();
   } else {
-    throw std::runtime_error("machine, screens, tills or plans");
+    throw std::runtime_error("machine, screens, tills, plans or capacity");
   }
   return 0;
 }
