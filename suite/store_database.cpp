@@ -51,10 +51,12 @@ StoreDatabase::StoreDatabase(Connection& connection, std::int32_t user, ui::Fron
 
 Variant StoreDatabase::Parametro(std::string_view name) {
   static const schema::Table& parameters = *schema::FindTable("Parametros");
-  if (parameters.Find(name) < 0) throw ObjectError("No existe el parámetro «" + std::string(name) + "»");
-  const auto row = connection_.Execute("SELECT TOP 1 " + std::string(name) + " FROM Parametros");
+  const int column = parameters.Find(name);
+  if (column < 0) throw ObjectError("No existe el parámetro «" + std::string(name) + "»");
+  // The record whole: one statement, whose rows an engine may keep, for all of them.
+  const auto row = connection_.Execute("SELECT TOP 1 * FROM Parametros");
   if (row->Eof()) throw ObjectError("Falta el registro de parámetros de la tienda");
-  return row->Field(0);
+  return row->Field(parameters.columns[static_cast<std::size_t>(column)].name);
 }
 
 RowBuilder& StoreDatabase::NuevaSentencia() {

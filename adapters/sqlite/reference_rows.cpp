@@ -1,5 +1,7 @@
 #include "adapters/sqlite/reference_rows.h"
 
+#include <atomic>
+
 #include "adapters/sqlite/translated_recordset.h"
 
 namespace tpv::sqlite {
@@ -14,6 +16,7 @@ class KeptRecordset : public TranslatedRecordset {
   bool Bof() const override { return rows_->rows.empty(); }
   bool Eof() const override { return at_ >= rows_->rows.size(); }
   long RecordCount() const override { return static_cast<long>(rows_->rows.size()); }
+  std::int64_t RowsIdentity() const override { return rows_->identity; }
   void MoveNext() override { at_ += Eof() ? 0 : 1; }
   void Close() override { at_ = rows_->rows.size(); }
 
@@ -46,7 +49,9 @@ std::shared_ptr<const KeptRows> ReferenceRows::Find(const CachedShape& shape) {
 
 // The version comes first: rows newer than it are only read once more.
 void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
+  static std::atomic<std::int64_t> identities = 0;
   auto kept = std::make_shared<KeptRows>();
+  kept->identity = ++identities;
   kept->version = Version(shape.translation.table->home);
   for (; !rows.Eof(); rows.MoveNext()) {
     std::vector<Variant>& row = kept->rows.emplace_back();

@@ -22,6 +22,7 @@ using StatementPtr = std::unique_ptr<sqlite3_stmt, Finalizer>;
 // All rows of a statement, as they were in that version of its table.
 struct KeptRows {
   std::int64_t version = 0;
+  std::int64_t identity = 0;  // unlike that of any other rows of this process
   std::vector<std::vector<Variant>> rows;
 };
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string_view>
 
+#include "context/choice_lists.h"
 #include "context/database_object.h"
 #include "platform/ports.h"
 
@@ -20,6 +21,7 @@ struct Context {
   std::int32_t IdAlbaran = 0;  // -1 or 0: no current sale
   std::shared_ptr<DatabaseObject> MyBd;
   Ports& ports;
+  ChoiceLists choices{};
 
   Connection& Database() const { return MyBd->Conexion(); }
   Variant Parameter(std::string_view name) const { return MyBd->Parametro(name); }

@@ -4,8 +4,13 @@
 
 namespace tpv {
 
+// Most names are written as the store has them.
 std::size_t Recordset::IndexOf(std::string_view name) const {
-  for (std::size_t index = 0; index < FieldCount(); ++index) {
+  const std::size_t count = FieldCount();
+  for (std::size_t index = 0; index < count; ++index) {
+    if (FieldName(index) == name) return index;
+  }
+  for (std::size_t index = 0; index < count; ++index) {
     if (EqualNoCase(FieldName(index), name)) return index;
   }
   throw DatabaseError("No existe el campo «" + std::string(name) + "»", "42S22");

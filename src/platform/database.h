@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -48,6 +49,9 @@ class Recordset {
   virtual bool Eof() const = 0;
   // Rows of the result; -1 while not known (the rows are read lazily).
   virtual long RecordCount() const = 0;
+  // Record sets of one number have the same rows, wherever they come from; 0 when
+  // the engine cannot tell.
+  virtual std::int64_t RowsIdentity() const { return 0; }
 
   virtual std::size_t FieldCount() const = 0;
   virtual const std::string& FieldName(std::size_t index) const = 0;

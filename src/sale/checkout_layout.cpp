@@ -8,21 +8,9 @@ namespace tpv {
 
 namespace {
 
-// The entries of a list: a code, " - " and a name.
-std::vector<std::string> Entries(Connection& connection, const char* statement, const char* code,
-                                 const char* name, const char* mask) {
-  std::vector<std::string> entries;
-  const bool numeric = *mask != '\0';
-  const auto rows = connection.Execute(statement);
-  const std::size_t code_at = rows->IndexOf(code);
-  const std::size_t name_at = rows->IndexOf(name);
-  for (; !rows->Eof(); rows->MoveNext()) {
-    std::string& entry = entries.emplace_back(
-        numeric ? FormatNumber(rows->Field(code_at).NumberOr(0), mask) : rows->Field(code_at).TextOr(""));
-    entry.append(" - ").append(rows->Field(name_at).TextOr(""));
-  }
-  return entries;
-}
+constexpr ChoiceList kStreetTypes{"Select * from ZRCOMUN.dbo.TVI", "TVI_COD", "TVI_NOM", ""};
+constexpr ChoiceList kCountries{"Select * from ZRCOMUN.dbo.PAIS", "PAIS_COD", "PAIS_NOM", ""};
+constexpr ChoiceList kProvinces{"Select * from ZRCOMUN.dbo.PROV", "PROV_COD", "PROV_NOM", "00"};
 
 void Fill(ui::ComboBox& combo, std::vector<std::string> entries) {
   combo.items = std::move(entries);
@@ -122,10 +110,9 @@ void FrmTpv1::EnableCommands() {
 }
 
 void FrmTpv1::FillLists() {
-  Fill(cboTipoVia, Entries(Database(), "Select * from ZRCOMUN.dbo.TVI", "TVI_COD", "TVI_NOM", ""));
-  Fill(cboPais, Entries(Database(), "Select * from ZRCOMUN.dbo.PAIS", "PAIS_COD", "PAIS_NOM", ""));
-  Fill(cboProvincias,
-       Entries(Database(), "Select * from ZRCOMUN.dbo.PROV", "PROV_COD", "PROV_NOM", "00"));
+  Fill(cboTipoVia, context().choices.Entries(Database(), kStreetTypes));
+  Fill(cboPais, context().choices.Entries(Database(), kCountries));
+  Fill(cboProvincias, context().choices.Entries(Database(), kProvinces));
   Fill(cboFpago, PaymentMethods(Database()));
 }
 
