@@ -53,10 +53,7 @@ void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
   auto kept = std::make_shared<KeptRows>();
   kept->identity = ++identities;
   kept->version = Version(shape.translation.table->home);
-  for (; !rows.Eof(); rows.MoveNext()) {
-    std::vector<Variant>& row = kept->rows.emplace_back();
-    for (std::size_t i = 0; i < rows.FieldCount(); ++i) row.push_back(rows.Field(i));
-  }
+  for (; !rows.Eof(); rows.MoveNext()) kept->rows.push_back(rows.Fields());
   shape.kept = std::move(kept);
 }
 

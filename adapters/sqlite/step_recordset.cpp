@@ -8,9 +8,11 @@ namespace tpv::sqlite {
 
 namespace {
 
-std::string TextAt(sqlite3_stmt* statement, int column) {
+// Valid until the statement steps.
+std::string_view TextAt(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  return text == nullptr ? std::string() : std::string(text, sqlite3_column_bytes(statement, column));
+  if (text == nullptr) return {};
+  return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }
 
 Variant Untyped(sqlite3_stmt* statement, int column) {
@@ -73,11 +75,23 @@ void StepRecordset::MoveNext() {
 void StepRecordset::ReadAhead() {
   const long read = read_;
   while (statement_ != nullptr) {
-    std::vector<Variant>& row = ahead_.emplace_back();
-    for (std::size_t i = 0; i < FieldCount(); ++i) row.push_back(Stepped(i));
+    ahead_.push_back(SteppedRow());
     Step();
   }
   read_ = read;
+}
+
+std::vector<Variant> StepRecordset::SteppedRow() const {
+  std::vector<Variant> row;
+  const std::size_t count = FieldCount();
+  row.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) row.push_back(Stepped(i));
+  return row;
+}
+
+std::vector<Variant> StepRecordset::Fields() const {
+  if (statement_ == nullptr || !ahead_.empty()) return Recordset::Fields();
+  return SteppedRow();
 }
 
 void StepRecordset::Close() {
@@ -105,7 +119,7 @@ Variant StepRecordset::Stepped(std::size_t index) const {
     case dialect::SqlType::Money:
       return Variant(Money::FromDouble(sqlite3_column_double(statement, column)));
     case dialect::SqlType::DateTime: {
-      const std::string text = TextAt(statement, column);
+      const std::string_view text = TextAt(statement, column);
       const auto date = ParseIso(text);
       return date ? Variant(*date) : Variant(text);
     }

@@ -25,6 +25,7 @@ class StepRecordset : public TranslatedRecordset {
   bool Bof() const override { return read_ == 0; }
   bool Eof() const override { return statement_ == nullptr && ahead_.empty(); }
   long RecordCount() const override { return Eof() ? read_ : -1; }
+  std::vector<Variant> Fields() const override;
   void MoveNext() override;
   void Close() override;
 
@@ -38,6 +39,7 @@ class StepRecordset : public TranslatedRecordset {
     return ahead_.empty() ? Stepped(index) : ahead_.front()[index];
   }
   Variant Stepped(std::size_t index) const;
+  std::vector<Variant> SteppedRow() const;
 
   SqliteConnection& connection_;
   StatementPtr statement_;

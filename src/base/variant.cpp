@@ -42,7 +42,11 @@ Money Money::FromDouble(double euros) {
   if (!(std::fabs(euros) < 9e14)) {
     throw ConversionError("«" + ToSpanish(euros) + "» no cabe en un importe");
   }
-  return Money{std::llround(RoundHalfAway(euros, 4) * 10000.0)};
+  // Most amounts of a store have their four decimals already.
+  const double scaled = euros * 10000;
+  const double nearest = std::nearbyint(scaled);
+  const bool whole = std::fabs(scaled) < 1e11 && std::fabs(scaled - nearest) < 1e-4;
+  return Money{std::llround(whole ? nearest : RoundHalfAway(euros, 4) * 10000)};
 }
 
 ConversionError ConversionError::WithMember(std::string_view member) const {

@@ -53,7 +53,7 @@ Table DiaCaj() {
            {"DiaCaj_Cobrado", Float}, {"DiaCaj_Obs", Text, 100}, {"DiaCaj_SaldoIni", Money},
            {"DiaCaj_CobMet", Money}, {"DiaCaj_CobTar", Money}, {"DiaCaj_Pagos", Money},
            {"DiaCaj_Ret", Money}, With("DiaCaj_IdCierre", Int, Default::Zero)},
-          {{{"DiaCaj_Caja", "DiaCaj_Fecha DESC"}}, {{"DiaCaj_Fecha"}}, {{"DiaCaj_IdCierre"}},
+          {{{"DiaCaj_Caja", "DiaCaj_Fecha DESC"}}, {{"DiaCaj_IdCierre"}},
            {{"DiaCaj_Tipo", "DiaCaj_Fecha DESC"}}}};
 }
 
@@ -97,7 +97,7 @@ Table Invoices() {
            {"Fav_Cp", Text, 5}, {"Fav_Pais", Text, 3}, {"Fav_Poblacion", Text, 50},
            {"Fav_Provincia", Text, 3}, {"Fav_Base", Money}, {"Fav_Impuestos", Money},
            {"Fav_Total", Money}},
-          {{{"Fav_Serie", "Fav_Numero"}, true}, {{"Fav_Fecha"}}}};
+          {{{"Fav_Serie", "Fav_Numero"}, true}}};
 }
 
 Table Parameters() {
@@ -169,7 +169,7 @@ std::vector<Table> Describe() {
        {{"Vto_Id", Int}, Required("Vto_IdFav", Int), {"Vto_Orden", Int}, {"Vto_Fecha", DateTime},
         {"Vto_Importe", Money}, {"Vto_Modo", Int}, {"Vto_Cobrado", Bit}, {"Vto_Cartera", Bit},
         {"Vto_IdCli", Int}, {"Vto_Cta", Text, 24}, {"Vto_Banco", Text, 24}},
-       {{{"Vto_IdFav"}}, {{"Vto_Fecha"}}}},
+       {{{"Vto_IdFav"}}}},
       Parameters(),
       {"tivas", kCatalogue, true, false,
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},

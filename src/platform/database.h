@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/variant.h"
 
@@ -59,6 +60,8 @@ class Recordset {
   virtual Variant Field(std::size_t index) const = 0;
   // By name regardless of case; throws DatabaseError naming an unknown field.
   virtual Variant Field(std::string_view name) const = 0;
+  // All values of the current row, in order; throws DatabaseError at EOF.
+  virtual std::vector<Variant> Fields() const;
   // The index of a field by name, for reading it in many rows; throws as Field.
   std::size_t IndexOf(std::string_view name) const;
 

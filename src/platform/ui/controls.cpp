@@ -86,11 +86,7 @@ void Grid::Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show
     fields.push_back(rows_to_show.FieldName(i));
     if (layout.size() <= i) layout.emplace_back().caption = fields.back();
   }
-  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) {
-    std::vector<Variant>& row = rows.emplace_back();
-    row.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) row.push_back(rows_to_show.Field(i));
-  }
+  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) rows.push_back(rows_to_show.Fields());
   current_row = rows.empty() ? -1 : 0;
 }
 
