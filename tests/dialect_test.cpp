@@ -175,5 +175,39 @@ TEST(Dialect, FactsOfTheShopsStatements) {
   }
 }
 
+std::string Repeated(int times, std::string_view text) {
+  std::string result;
+  for (int i = 0; i < times; ++i) result += text;
+  return result;
+}
+
+TEST(Dialect, RefusesWhatIsNestedOrChainedWithoutEnd) {
+  TestStore store;
+  const auto refusal = [&](const std::string& statement) -> std::string {
+    try {
+      store.connection().Execute(statement);
+    } catch (const DatabaseError& error) {
+      return error.what();
+    }
+    return "";
+  };
+  EXPECT_EQ(refusal("SELECT " + Repeated(90, "(") + "1" + Repeated(90, ")")), "");
+  EXPECT_EQ(refusal("SELECT 1 WHERE 1=1" + Repeated(80, " OR 2=1")), "");
+  EXPECT_EQ(refusal("SELECT 1 WHERE 1=1" + Repeated(400, " OR 2=1")),
+            "La sentencia anida o encadena demasiadas expresiones");
+  for (const char* nested : {"(", "- ", "+", "NOT ", "(SELECT ", "CASE WHEN ", "len(", "cast("}) {
+    EXPECT_EQ(refusal("SELECT " + Repeated(50000, nested) + "1"),
+              "La sentencia anida o encadena demasiadas expresiones")
+        << nested;
+  }
+  for (const char* chained : {"+1", " OR 1=1", "*2", " UNION SELECT 1"}) {
+    EXPECT_EQ(refusal("SELECT 1 WHERE 1=1" + Repeated(50000, chained)),
+              "La sentencia anida o encadena demasiadas expresiones")
+        << chained;
+  }
+  EXPECT_EQ(refusal("SELECT * FROM " + Repeated(50000, "(SELECT * FROM ")),
+            "La sentencia anida o encadena demasiadas expresiones");
+}
+
 }  // namespace
 }  // namespace tpv

@@ -100,9 +100,15 @@ TEST_F(EngineTest, TwoFieldsThatSendEachOtherTheFocusEnd) {
 }
 
 TEST_F(EngineTest, AFailedLeavingKeepsTheFocusAndPassesTheError) {
-  form.first.left = [] { throw std::runtime_error("no hay conexión"); };
+  Type("1234");
+  form.first.left = [this] {
+    form.first.text = "12";
+    throw std::runtime_error("no hay conexión");
+  };
   EXPECT_THROW(engine.PressKey(Key::Tab), std::runtime_error);
   EXPECT_EQ(form.focus, &form.first);
+  EXPECT_EQ(form.first.selection_start, 2U);
+  form.first.text.clear();
   Type("5");
   EXPECT_EQ(form.first.text, "5");
 }

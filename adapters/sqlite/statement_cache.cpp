@@ -6,6 +6,12 @@ namespace tpv::sqlite {
 
 namespace {
 
+// Of what statements can meet, since the translation has checked the rest.
+std::string InSpanish(const std::string& message) {
+  const bool deep = message == "parser stack overflow" || message.starts_with("Expression tree is too");
+  return deep ? "La sentencia anida o encadena demasiadas expresiones" : message;
+}
+
 std::string Readable(sqlite3* handle, int code) {
   switch (code & 0xFF) {
     case SQLITE_BUSY:
@@ -23,7 +29,7 @@ std::string Readable(sqlite3* handle, int code) {
     case SQLITE_IOERR:
       return std::string("Error de disco en el almacén: ") + sqlite3_errmsg(handle);
     default:
-      return sqlite3_errmsg(handle);
+      return InSpanish(sqlite3_errmsg(handle));
   }
 }
 

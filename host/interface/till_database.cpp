@@ -89,7 +89,7 @@ Variant TillDatabase::Get(std::string_view property) {
   if (EqualNoCase(property, "Conexion")) {
     return Variant(Variant::ObjectRef(std::make_shared<Link>(shared_from_this())));
   }
-  const Variant value = StoreDatabase::Get(property);
+  Variant value = StoreDatabase::Get(property);
   if (!value.IsObject()) return value;
   // What works on the database holds on to it.
   return Variant(Variant::ObjectRef(shared_from_this(), value.ToObject().get()));

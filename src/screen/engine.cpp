@@ -63,9 +63,18 @@ void MoveFocus(Form& form) {
   form.requested_focus = nullptr;
 }
 
+// Also when a handler fails on the way.
+struct ClampedSelections {
+  ~ClampedSelections() {
+    for (Control* control : form.Controls()) control->ClampSelection();
+  }
+  const Form& form;
+};
+
 // What every event ends with: the focus asked for, none on a control that can no
 // longer have it, and selections inside their texts.
 void Settle(Form& form) {
+  const ClampedSelections clamped{form};
   if (std::exchange(form.tab_sent, false)) form.requested_focus = Next(form, form.focus, false);
   MoveFocus(form);
   if (form.focus != nullptr && !CanTakeFocus(*form.focus)) {
@@ -73,7 +82,6 @@ void Settle(Form& form) {
     form.focus = nullptr;
     MoveFocus(form);
   }
-  for (Control* control : form.Controls()) control->ClampSelection();
 }
 
 // Runs a handler and settles the focus also when it fails.

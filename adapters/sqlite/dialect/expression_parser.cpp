@@ -23,20 +23,31 @@ NodePtr Binary(std::string text, NodePtr left, NodePtr right) {
 
 }  // namespace
 
+NodePtr Parser::Chain(std::string text, NodePtr left, NodePtr right) {
+  CountLink();
+  return Binary(std::move(text), std::move(left), std::move(right));
+}
+
+NodePtr Parser::ParseExpression() {
+  const Nesting nesting(*this);
+  return ParseOr();
+}
+
 NodePtr Parser::ParseOr() {
   NodePtr left = ParseAnd();
-  while (AcceptWord("or")) left = Binary("OR", std::move(left), ParseAnd());
+  while (AcceptWord("or")) left = Chain("OR", std::move(left), ParseAnd());
   return left;
 }
 
 NodePtr Parser::ParseAnd() {
   NodePtr left = ParseNot();
-  while (AcceptWord("and")) left = Binary("AND", std::move(left), ParseNot());
+  while (AcceptWord("and")) left = Chain("AND", std::move(left), ParseNot());
   return left;
 }
 
 NodePtr Parser::ParseNot() {
   if (!AcceptWord("not")) return ParsePredicate();
+  const Nesting nesting(*this);
   NodePtr node = Make(NodeKind::Unary, "NOT");
   node->kids.push_back(ParseNot());
   return node;
@@ -98,9 +109,9 @@ NodePtr Parser::ParseSum() {
   NodePtr left = ParseProduct();
   for (;;) {
     if (AcceptOperator("+")) {
-      left = Binary("+", std::move(left), ParseProduct());
+      left = Chain("+", std::move(left), ParseProduct());
     } else if (AcceptOperator("-")) {
-      left = Binary("-", std::move(left), ParseProduct());
+      left = Chain("-", std::move(left), ParseProduct());
     } else {
       return left;
     }
@@ -111,11 +122,11 @@ NodePtr Parser::ParseProduct() {
   NodePtr left = ParseUnary();
   for (;;) {
     if (AcceptOperator("*")) {
-      left = Binary("*", std::move(left), ParseUnary());
+      left = Chain("*", std::move(left), ParseUnary());
     } else if (AcceptOperator("/")) {
-      left = Binary("/", std::move(left), ParseUnary());
+      left = Chain("/", std::move(left), ParseUnary());
     } else if (AcceptOperator("%")) {
-      left = Binary("%", std::move(left), ParseUnary());
+      left = Chain("%", std::move(left), ParseUnary());
     } else {
       return left;
     }
@@ -123,8 +134,9 @@ NodePtr Parser::ParseProduct() {
 }
 
 NodePtr Parser::ParseUnary() {
-  if (AcceptOperator("+")) return ParseUnary();
-  if (!AcceptOperator("-")) return ParsePrimary();
+  if (!IsOperator("+") && !IsOperator("-")) return ParsePrimary();
+  const Nesting nesting(*this);
+  if (Take().text == "+") return ParseUnary();
   NodePtr node = Make(NodeKind::Unary, "-");
   node->kids.push_back(ParseUnary());
   return node;

@@ -88,9 +88,11 @@ Statement Parser::ParseDelete() {
 }
 
 std::unique_ptr<Select> Parser::ParseSelect() {
+  const Nesting nesting(*this);
   auto first = ParseSelectCore();
   Select* last = first.get();
   while (IsWord("union") || IsWord("except") || IsWord("intersect")) {
+    CountLink();
     std::string word = Take().folded;
     std::transform(word.begin(), word.end(), word.begin(), [](char c) {
       return static_cast<char>(c - 'a' + 'A');
@@ -256,6 +258,10 @@ void Parser::ExpectOperator(std::string_view text) {
 bool Parser::IsReserved() const {
   return std::any_of(kReserved.begin(), kReserved.end(),
                      [this](const char* word) { return Peek().folded == word; });
+}
+
+void Parser::FailTooDeep() const {
+  throw DatabaseError("La sentencia anida o encadena demasiadas expresiones", "42000", 191);
 }
 
 void Parser::Fail() const {

@@ -3,8 +3,6 @@
 
 #include <string_view>
 
-#include <string_view>
-
 #include "adapters/sqlite/dialect/ast.h"
 #include "adapters/sqlite/dialect/lexer.h"
 
@@ -32,7 +30,7 @@ class Parser {
   std::vector<NodePtr> ParseList();
 
   // expressions, loosest binding first
-  NodePtr ParseExpression() { return ParseOr(); }
+  NodePtr ParseExpression();
   NodePtr ParseOr();
   NodePtr ParseAnd();
   NodePtr ParseNot();
@@ -64,8 +62,33 @@ class Parser {
   std::string ParseAlias();
   [[noreturn]] void Fail() const;
 
+  // What is nested or chained without end would end the stack: these rules call each
+  // other, and so do those who walk the tree.
+  class Nesting {
+   public:
+    explicit Nesting(Parser& parser) : parser_(parser) {
+      if (++parser_.nested_ > kMostNested) parser_.FailTooDeep();
+    }
+    ~Nesting() { --parser_.nested_; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+   private:
+    Parser& parser_;
+  };
+  void CountLink() {
+    if (++chained_ > kMostChained) FailTooDeep();
+  }
+  NodePtr Chain(std::string text, NodePtr left, NodePtr right);
+  [[noreturn]] void FailTooDeep() const;
+
+  static constexpr int kMostNested = 200;
+  static constexpr int kMostChained = 1000;
+
   std::vector<Token> tokens_;
   std::size_t at_ = 0;
+  int nested_ = 0;   // now
+  int chained_ = 0;  // operators in the whole statement
 };
 
 }  // namespace tpv::dialect

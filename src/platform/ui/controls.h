@@ -29,7 +29,7 @@ enum class Emphasis { Normal, Strong, Warning };
 
 struct Control {
   // Registers itself with the form, which must outlive it.
-  Control(Form& form, std::string name);
+  Control(Form& owner, std::string control_name);
   virtual ~Control() = default;
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
