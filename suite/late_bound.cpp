@@ -34,7 +34,8 @@ Member* Named(std::vector<Member>& members, std::string_view name) {
 }  // namespace
 
 void LateBound::Properties(Kind kind, std::initializer_list<std::string_view> names) {
-  properties_.reserve(properties_.size() + names.size());
+  constexpr std::size_t kUsual = 64;
+  properties_.reserve(std::max(kUsual, properties_.size() + names.size()));
   for (const std::string_view name : names) properties_.push_back({name, kind, Initial(kind)});
 }
 

@@ -162,13 +162,28 @@ Printed Printer::PrintDatePart(const Node& node) {
           SqlType::DateTime};
 }
 
-// The store's functions of a line, in place of a call a row.
+// The source whose row has that printed column as its key; "" when there is none.
+std::string Printer::LineWithKey(std::string_view key) const {
+  for (const Scope& scope : scopes_) {
+    for (const Source& source : scope.sources) {
+      const bool lines = source.table != nullptr && source.table->name == "Lav";
+      const std::string alias = Delimited(source.alias);
+      if (lines && key == alias + "." + Delimited("Lav_Id")) return alias;
+    }
+  }
+  return {};
+}
+
+// The store's functions of a line, in place of a call a row. A line that the
+// statement is reading anyway is not looked up again.
 Printed Printer::PrintLineWithTax(const char* column, const Printed& line) {
-  const std::string net = std::string("l_.") + column;
-  return {"(SELECT tpv_round(tpv_money(" + net + " + (" + net +
-              " / 100 * t_.Tiva_iva)), 2) FROM main.Lav AS l_ CROSS JOIN zrcomun.tivas AS t_ "
-              "WHERE l_.Lav_Id = " +
-              line.text + " AND t_.Tiva_Id = l_.Lav_Tiva)",
+  const std::string read = LineWithKey(line.text);
+  const std::string row = read.empty() ? "l_" : read;
+  const std::string net = row + "." + column;
+  const std::string looked_up = read.empty() ? "main.Lav AS l_ CROSS JOIN " : "";
+  const std::string key = read.empty() ? "l_.Lav_Id = " + line.text + " AND " : "";
+  return {"(SELECT tpv_round(tpv_money(" + net + " + (" + net + " / 100 * t_.Tiva_iva)), 2) FROM " +
+              looked_up + "zrcomun.tivas AS t_ WHERE " + key + "t_.Tiva_Id = " + row + ".Lav_Tiva)",
           SqlType::Money};
 }
 

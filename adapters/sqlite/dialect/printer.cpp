@@ -23,7 +23,7 @@ std::string Qualified(const schema::Table& table) {
 }
 
 Source SourceOf(const schema::Table& table, std::string alias) {
-  Source source{std::move(alias), {}};
+  Source source{std::move(alias), {}, &table};
   for (const schema::Column& column : table.columns) {
     source.columns.push_back({std::string(column.name), TypeOf(column)});
   }
@@ -137,7 +137,7 @@ std::string Printer::PrintSource(const FromItem& item) {
   if (item.derived) {
     Scope own = std::move(scopes_.back());
     scopes_.pop_back();
-    Source source{item.alias, {}};
+    Source source{item.alias, {}, nullptr};
     const std::string text = "(" + PrintSelect(*item.derived, source.columns) + ")";
     scopes_.push_back(std::move(own));
     scopes_.back().sources.push_back(std::move(source));

@@ -40,6 +40,7 @@ std::string WithoutNumbers(std::string_view text);
 struct Source {
   std::string alias;
   std::vector<ResultColumn> columns;
+  const schema::Table* table = nullptr;  // null for a select
 };
 
 // What one select sees of its own: its tables, and what it groups by.
@@ -91,6 +92,7 @@ class Printer {
   Printed PrintRound(const std::vector<Printed>& arguments);
   Printed PrintFirstNotNull(const std::vector<Printed>& arguments, SqlType type);
   Printed PrintDatePart(const Node& node);
+  std::string LineWithKey(std::string_view key) const;
   Printed PrintLineWithTax(const char* column, const Printed& line);
   Printed PrintSubquery(const Select& select);
 
