@@ -174,7 +174,7 @@ std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
     CloseSnapshot();
     references_->Written(*translation.table);
     if (!InTransaction()) ReadAhead();
-  } else if (translation.table != nullptr && scanned.literals.empty() && !InTransaction()) {
+  } else if (translation.table != nullptr && scanned.literals.empty()) {
     return ReadReference(std::move(shape));
   }
   return Start(std::move(shape), scanned.literals);
@@ -190,6 +190,7 @@ std::unique_ptr<Recordset> SqliteConnection::Start(std::shared_ptr<sqlite::Cache
 std::unique_ptr<Recordset> SqliteConnection::ReadReference(
     std::shared_ptr<sqlite::CachedShape> shape) {
   if (auto rows = references_->Find(*shape)) return sqlite::Kept(std::move(shape), std::move(rows));
+  if (InTransaction()) return Start(std::move(shape), {});  // it may be undone
   references_->Keep(*shape, *Start(shape, {}));
   auto rows = shape->kept;
   return sqlite::Kept(std::move(shape), std::move(rows));

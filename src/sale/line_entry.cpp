@@ -46,16 +46,18 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
   if (key.Empty()) return;
   std::optional<Article> article;
   std::optional<Tax> tax;
+  bool quick = false;
   {
     const Snapshot snapshot(Database());
     article = Find(key, customer_ ? customer_->Id() : 0);
     if (article) tax = TaxOf(*article);
+    quick = Quick();
   }
   if (!article) return RefuseArticle("Codigo articulo inexistente");
   if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
   tax_ = *tax;
   TakeArticle(*article);
-  if (Quick() && edited_line_ == 0 && NumberOrZero(Text1[17].text) != 0) {
+  if (quick && edited_line_ == 0 && NumberOrZero(Text1[17].text) != 0) {
     looked_up_code_.clear();  // a line that is not stored is looked up again
     StoreEnteredLine();
     return;

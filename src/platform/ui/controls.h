@@ -55,6 +55,8 @@ struct Control {
   bool IsVisible() const;
   // Whether the Tab key can stop here.
   virtual bool CanFocus() const { return false; }
+  // The rows of controls inside a frame; null for all others.
+  virtual const std::vector<std::vector<Control*>>* Inside() const { return nullptr; }
   // Takes back a selection that a handler's change has left behind the text's end.
   virtual void ClampSelection() {}
 };
@@ -203,6 +205,7 @@ struct Menu : Control {
 struct Frame : Control {
   Frame(Form& owner, std::string control_name, std::string text = {});
   std::vector<std::vector<Control*>> rows;
+  const std::vector<std::vector<Control*>>* Inside() const override { return &rows; }
   // Sets the layout and makes this the frame of those controls.
   void Rows(std::vector<std::vector<Control*>> layout_rows);
 };

@@ -10,7 +10,7 @@ void Collect(const std::vector<std::vector<Control*>>& rows, std::vector<Control
   for (const auto& row : rows) {
     for (Control* control : row) {
       found.push_back(control);
-      if (const auto* frame = dynamic_cast<Frame*>(control)) Collect(frame->rows, found);
+      if (const auto* inside = control->Inside()) Collect(*inside, found);
     }
   }
 }
