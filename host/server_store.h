@@ -17,8 +17,8 @@ std::unique_ptr<Connection> OpenServer(const std::string& connection);
 // any table. What is there already is left as it is. All or nothing.
 bool MakeServerTables(Connection& connection);
 
-// Makes what is missing on the server and fills a store without rows; false when
-// it holds rows already. Throws UsageError for Contents::Empty when it does.
-bool PrepareServer(const std::string& connection, Contents contents, const Clock& clock);
+// Makes what is missing on the server of that name or connection and fills a store
+// without rows; false when it holds rows already. Throws UsageError for Contents::Empty when it does.
+bool PrepareServer(const std::string& name, Contents contents, const Clock& clock);
 
 }  // namespace tpv

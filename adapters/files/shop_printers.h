@@ -33,7 +33,7 @@ class ShopPrinters : public Printers {
 
   // An A4 document on the printer so named, on the current one when "". Throws
   // PrintError, also for a receipt printer.
-  void PrintSheets(std::string_view printer, std::string_view about, const std::string& pdf);
+  void PrintSheets(std::string_view name, std::string_view about, const std::string& pdf);
 
  private:
   std::vector<PrinterSetup> List() const;

@@ -23,7 +23,7 @@ class Table : public QTableView {
 
  protected:
   void focusInEvent(QFocusEvent* event) override {
-    QAbstractScrollArea::focusInEvent(event);
+    QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
   }
 };

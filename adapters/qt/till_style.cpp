@@ -176,7 +176,6 @@ int TillStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     case SH_UnderlineShortcut:
       return 1;
     case SH_ComboBox_Popup:
-      return 0;
     case SH_Widget_Animate:
     case SH_Widget_Animation_Duration:
       return 0;

@@ -100,6 +100,7 @@ Printed Printer::PrintUnary(const Node& node) {
 
 Printed Printer::PrintColumn(const Node& node) {
   if (EqualNoCase(node.text, "@@IDENTITY")) return {"last_insert_rowid()", SqlType::Int};
+  // NOLINTNEXTLINE(modernize-loop-convert): reversed views fail with clang 14
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
     const Source* found_in = nullptr;
     const ResultColumn* found = nullptr;

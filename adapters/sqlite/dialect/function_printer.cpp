@@ -167,7 +167,7 @@ std::string Printer::LineWithKey(std::string_view key) const {
   for (const Scope& scope : scopes_) {
     for (const Source& source : scope.sources) {
       const bool lines = source.table != nullptr && source.table->name == "Lav";
-      const std::string alias = Delimited(source.alias);
+      std::string alias = Delimited(source.alias);
       if (lines && key == alias + "." + Delimited("Lav_Id")) return alias;
     }
   }
