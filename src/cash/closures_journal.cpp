@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "cash/ticket_dialog.h"
 #include "data/date_filter.h"
+#include "data/kept_rows.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 #include "screen/lookups.h"
@@ -97,8 +98,7 @@ void FrmTpvDiarioCierres::Run() {
       "(DiaCaj_SaldoIni + DiaCaj_CobMet - DiaCaj_Pagos - DiaCaj_Ret) as SFinal "
       "FROM DiaCaj  WHERE DiaCaj_Tipo = 9 " + Filter() + " Order by DiaCaj_Fecha desc ");
   DbgDiario.Bind(*closures, Columns());
-  rsCierres = std::make_shared<KeptRows>(DbgDiario.fields, DbgDiario.rows);
-  cmdGenerar.enabled = rsCierres->Count() > 0;
+  cmdGenerar.enabled = !DbgDiario.rows.empty();
   lblInforme.caption.clear();
 }
 
@@ -106,8 +106,9 @@ std::string FrmTpvDiarioCierres::MakeReport() {
   const ui::WaitCursor waiting(*this);
   const auto reports = context().ports.objects.Create("ZRReportes.ZRReports");
   reports->Put("MyBd", Variant(std::static_pointer_cast<Object>(context().MyBd)));
-  return reports->Invoke("ZTPVCierresCaja", true, std::static_pointer_cast<Object>(rsCierres))
-      .TextOr("");
+  const std::shared_ptr<Object> rsCierres =
+      std::make_shared<KeptRows>(DbgDiario.fields, DbgDiario.rows);
+  return reports->Invoke("ZTPVCierresCaja", true, rsCierres).TextOr("");
 }
 
 void FrmTpvDiarioCierres::Report() {

@@ -2,9 +2,6 @@
 // component, and prints a closure's ticket again.
 #pragma once
 
-#include <memory>
-
-#include "data/kept_rows.h"
 #include "screen/screen.h"
 
 namespace tpv {
@@ -12,9 +9,6 @@ namespace tpv {
 class FrmTpvDiarioCierres : public Screen {
  public:
   explicit FrmTpvDiarioCierres(Context& ctx);
-
-  // The closures that the last run found; null before the first.
-  std::shared_ptr<KeptRows> rsCierres;
 
   ui::TextBoxes Text1{*this, "Text1"};
 
