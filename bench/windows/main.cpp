@@ -138,8 +138,13 @@ int Main(int count, char** words) {
   unsetenv("WAYLAND_DISPLAY");
   const std::string what = count == 3 ? words[1] : "";
   const Application application;
-  if (what == "--empty") return EmptyWindow(), 0;
-  if (what == "--sale") return WindowTill(words[2]).Sell({}), 0;
+  // A start ends with the painted window; taking it down is not part of it.
+  const auto painted = [] { std::_Exit(0); };
+  if (what == "--empty") {
+    const EmptyWindow window;
+    painted();
+  }
+  if (what == "--sale") return WindowTill(words[2]).Sell(painted), 1;
   if (what == "--day") return MeasureDay(words[2]), 0;
   const TemporaryFolder folder;
   const std::string path = folder / "tienda.db";
