@@ -11,16 +11,21 @@ namespace {
 
 constexpr const char* kClass = "ZRTESORERIA.ZRTESORE";
 
-std::vector<PaymentLine> LinesOf(Connection& connection, std::int32_t method) {
+std::vector<PaymentLine> Read(Connection& connection, const std::string& statement) {
   std::vector<PaymentLine> lines;
-  const auto rows = connection.Execute(
-      "SELECT plazo_dias, plazo_por, Fcol_Mod FROM Fcol LEFT JOIN Plazos ON plazo_idfco = Fcol_id "
-      "AND plazo_modo = Fcol_Mod WHERE Fcol_id = " +
-      sql::Number(std::int64_t{method}) + " ORDER BY plazo_dias");
-  for (; !rows->Eof(); rows->MoveNext()) {
+  for (const auto rows = connection.Execute(statement); !rows->Eof(); rows->MoveNext()) {
     lines.push_back({rows->Field(0).IntOr(0), rows->Field(1).NumberOr(0), rows->Field(2).IntOr(0)});
   }
   return lines;
+}
+
+// The method's terms; without any, its lines in equal parts, due at once.
+std::vector<PaymentLine> LinesOf(Connection& connection, std::int32_t method) {
+  const std::string id = sql::Number(std::int64_t{method});
+  auto lines = Read(connection, "SELECT plazo_dias, plazo_por, plazo_modo FROM Plazos WHERE "
+                                "plazo_idfco = " + id + " ORDER BY plazo_dias");
+  if (!lines.empty()) return lines;
+  return Read(connection, "SELECT 0 AS dias, 0 AS parte, Fcol_Mod FROM Fcol WHERE Fcol_id = " + id);
 }
 
 }  // namespace

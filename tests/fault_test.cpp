@@ -311,11 +311,15 @@ TEST(StoreFiles, OfAnOlderVersionGetWhatTheyLackAndKeepWhatTheyHold) {
   SqliteConnection(path, clock).Execute("INSERT INTO Fcol (Fcol_id, Fcol_Mod) VALUES (2, 1)");
   sqlite3* handle = nullptr;
   ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
-  EXPECT_EQ(sqlite3_exec(handle, "DROP TABLE Plazos; PRAGMA user_version = 1", nullptr, nullptr, nullptr),
+  EXPECT_EQ(sqlite3_exec(handle, "DROP TABLE Plazos; ALTER TABLE Fcol ADD COLUMN Fcol_Dias INTEGER; "
+                                 "ALTER TABLE Fcol ADD COLUMN Fcol_Por REAL; "
+                                 "UPDATE Fcol SET Fcol_Dias = 30; PRAGMA user_version = 1", nullptr, nullptr, nullptr),
             SQLITE_OK);
   sqlite3_close(handle);
   SqliteConnection store(path, clock);
-  EXPECT_EQ(store.Execute("SELECT COUNT(*) FROM Plazos")->Field(0).ToPlainText(), "0");
+  EXPECT_EQ(store.Execute("SELECT plazo_dias FROM Plazos WHERE plazo_idfco = 2 AND plazo_modo = 1")
+                ->Field(0).ToPlainText(), "30");
+  EXPECT_EQ(store.Execute("SELECT * FROM Fcol")->FieldCount(), 2U);
   EXPECT_EQ(store.Execute("SELECT Fcol_Mod FROM Fcol")->Field(0).ToPlainText(), "1");
 }
 

@@ -52,6 +52,10 @@ TEST_F(SnapshotTest, WhatWasRolledBackIsNotKept) {
     EXPECT_EQ(Name(), "Nunca");
   }
   EXPECT_EQ(Name(), "La Esquina");
+  store_.connection().Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')");
+  EXPECT_EQ(store_.Value("SELECT @@IDENTITY FROM Parametros"), "1");
+  store_.connection().Execute("INSERT INTO Age (Age_NOM) VALUES ('Luis')");
+  EXPECT_EQ(store_.Value("SELECT @@IDENTITY FROM Parametros"), "2");
   const std::string half = store_.Value("SELECT 2 FROM Parametros");
   EXPECT_EQ(half + store_.Value("SELECT 3 FROM Parametros"), "23");
 }

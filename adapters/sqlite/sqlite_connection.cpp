@@ -78,12 +78,23 @@ void RunOn(sqlite3* handle, const std::string& sql) {
   }
 }
 
+// Stores of version 1 had a payment method's terms in its lines.
+void MoveTermsOfPayment(sqlite3* handle) {
+  if (Pragma(handle, "SELECT COUNT(*) FROM main.pragma_table_info('Fcol') WHERE name = 'Fcol_Dias'") == 0) {
+    return;
+  }
+  RunOn(handle,
+        "INSERT INTO main.Plazos SELECT Fcol_id, Fcol_Mod, Fcol_Dias, Fcol_Por FROM main.Fcol; "
+        "ALTER TABLE main.Fcol DROP COLUMN Fcol_Dias; ALTER TABLE main.Fcol DROP COLUMN Fcol_Por");
+}
+
 // All tables and indexes of a new store, those that an older one lacks otherwise.
 void AddWhatIsMissing(sqlite3* handle) {
   RunOn(handle, "BEGIN IMMEDIATE");
   for (const schema::Home home : {schema::Home::Store, schema::Home::Catalogue}) {
     for (const std::string& statement : SqliteDdl(home)) RunOn(handle, statement);
   }
+  MoveTermsOfPayment(handle);
   RunOn(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
   RunOn(handle, "COMMIT");
 }

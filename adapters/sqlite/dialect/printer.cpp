@@ -321,7 +321,7 @@ Translation TranslateDelete(Statement& statement) {
 // The reference table of a select that has nothing but its columns, else null.
 const schema::Table* ReferenceOf(const Select& select, std::string_view shape) {
   const bool plain = select.from.size() == 1 && !select.from[0].derived && !select.where &&
-                     !select.next && shape.find('(') == std::string_view::npos;
+                     !select.next && shape.find_first_of("(@") == std::string_view::npos;
   const schema::Table* table = plain ? schema::FindTable(select.from[0].table) : nullptr;
   return table != nullptr && table->reference ? table : nullptr;
 }
