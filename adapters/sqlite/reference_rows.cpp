@@ -10,7 +10,7 @@ namespace {
 
 class KeptRecordset : public TranslatedRecordset {
  public:
-  KeptRecordset(std::shared_ptr<CachedShape> shape, std::shared_ptr<const KeptRows> rows)
+  KeptRecordset(std::shared_ptr<CachedShape> shape, std::shared_ptr<const VersionedRows> rows)
       : TranslatedRecordset(std::move(shape)), rows_(std::move(rows)) {}
 
   bool Bof() const override { return rows_->rows.empty(); }
@@ -23,7 +23,7 @@ class KeptRecordset : public TranslatedRecordset {
  private:
   Variant Value(std::size_t index) const override { return rows_->rows[at_][index]; }
 
-  std::shared_ptr<const KeptRows> rows_;
+  std::shared_ptr<const VersionedRows> rows_;
   std::size_t at_ = 0;
 };
 
@@ -42,7 +42,7 @@ std::int64_t ReferenceRows::Version(schema::Home home) {
   return version;
 }
 
-std::shared_ptr<const KeptRows> ReferenceRows::Find(const CachedShape& shape) {
+std::shared_ptr<const VersionedRows> ReferenceRows::Find(const CachedShape& shape) {
   const bool fresh = shape.kept && shape.kept->version == Version(shape.translation.table->home);
   return fresh ? shape.kept : nullptr;
 }
@@ -50,7 +50,7 @@ std::shared_ptr<const KeptRows> ReferenceRows::Find(const CachedShape& shape) {
 // The version comes first: rows newer than it are only read once more.
 void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
   static std::atomic<std::int64_t> identities = 0;
-  auto kept = std::make_shared<KeptRows>();
+  auto kept = std::make_shared<VersionedRows>();
   kept->identity = ++identities;
   kept->version = Version(shape.translation.table->home);
   for (; !rows.Eof(); rows.MoveNext()) kept->rows.push_back(rows.Fields());
@@ -63,7 +63,7 @@ void ReferenceRows::EndSnapshot() {
 }
 
 std::unique_ptr<Recordset> Kept(std::shared_ptr<CachedShape> shape,
-                                std::shared_ptr<const KeptRows> rows) {
+                                std::shared_ptr<const VersionedRows> rows) {
   return std::make_unique<KeptRecordset>(std::move(shape), std::move(rows));
 }
 

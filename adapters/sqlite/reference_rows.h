@@ -20,7 +20,7 @@ class ReferenceRows {
 
   // The rows kept for the shape, of a reference table; null when they have to be
   // read. Throws DatabaseError when the store cannot be asked.
-  std::shared_ptr<const KeptRows> Find(const CachedShape& shape);
+  std::shared_ptr<const VersionedRows> Find(const CachedShape& shape);
   // Reads the record set to its end and keeps its rows.
   void Keep(CachedShape& shape, Recordset& rows);
   // This connection writes to the table.
@@ -40,6 +40,6 @@ class ReferenceRows {
 };
 
 std::unique_ptr<Recordset> Kept(std::shared_ptr<CachedShape> shape,
-                                std::shared_ptr<const KeptRows> rows);
+                                std::shared_ptr<const VersionedRows> rows);
 
 }  // namespace tpv::sqlite

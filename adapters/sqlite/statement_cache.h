@@ -20,7 +20,7 @@ struct Finalizer {
 using StatementPtr = std::unique_ptr<sqlite3_stmt, Finalizer>;
 
 // All rows of a statement, as they were in that version of its table.
-struct KeptRows {
+struct VersionedRows {
   std::int64_t version = 0;
   std::int64_t identity = 0;  // unlike that of any other rows of this process
   std::vector<std::vector<Variant>> rows;
@@ -31,7 +31,7 @@ struct KeptRows {
 struct CachedShape {
   dialect::Translation translation;
   std::vector<StatementPtr> idle;
-  std::shared_ptr<const KeptRows> kept;
+  std::shared_ptr<const VersionedRows> kept;
 };
 
 class StatementCache {
