@@ -1,5 +1,6 @@
 #include "adapters/sqlite/dialect/scanner.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "base/text.h"
@@ -9,29 +10,64 @@ namespace tpv::dialect {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 constexpr bool StartsName(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '@' || c == '#' ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-// Every character of every statement is looked at: a table answers at once.
-struct NameCharacters {
-  constexpr NameCharacters() {
+constexpr bool IsNamePart(char c) { return StartsName(c) || IsDigit(c) || c == '$'; }
+
+constexpr bool IsBlank(char c) { return c >= 0 && c <= ' '; }
+
+// Every character of every statement passes by: all that can neither begin nor be
+// a literal, a comment, a name in marks or a control character is plain.
+struct PlainCharacters {
+  constexpr PlainCharacters() {
     for (int i = 0; i < 256; ++i) {
       const char c = static_cast<char>(i);
-      start[i] = StartsName(c);
-      part[i] = start[i] || (c >= '0' && c <= '9') || c == '$';
+      const bool control = i < ' ';
+      plain[i] = !control && !IsDigit(c) && std::string_view("'[\"-/;").find(c) == std::string_view::npos;
     }
   }
-  bool start[256] = {};
-  bool part[256] = {};
+  bool plain[256] = {};
 };
-constexpr NameCharacters kNames;
+constexpr PlainCharacters kCharacters;
 
-bool IsNameStart(char c) { return kNames.start[static_cast<unsigned char>(c)]; }
-bool IsNamePart(char c) { return kNames.part[static_cast<unsigned char>(c)]; }
+bool IsPlain(char c) { return kCharacters.plain[static_cast<unsigned char>(c)]; }
+
+// The statement before a place without the blanks at its end.
+std::string_view Before(std::string_view sql, std::size_t at) {
+  while (at > 0 && IsBlank(sql[at - 1])) --at;
+  return sql.substr(0, at);
+}
+
+// The word that it ends with, which may stand right behind a number.
+std::string_view LastWord(std::string_view sql) {
+  std::size_t start = sql.size();
+  while (start > 0 && IsNamePart(sql[start - 1])) --start;
+  while (start < sql.size() && !StartsName(sql[start])) ++start;
+  return sql.substr(start);
+}
+
+bool EndsWithTop(std::string_view sql) { return EqualNoCase(LastWord(sql), "TOP"); }
+
+bool EndsWithType(std::string_view sql) {
+  constexpr std::string_view kSized[] = {"char", "nchar", "varchar", "nvarchar", "decimal", "numeric"};
+  const std::string_view word = LastWord(sql);
+  return std::any_of(std::begin(kSized), std::end(kSized),
+                     [word](std::string_view type) { return EqualNoCase(word, type); });
+}
+
+// Where the first ORDER BY is, or the statement's end.
+std::size_t OrderBy(std::string_view sql) {
+  for (std::size_t y = 1; (y = sql.find_first_of("yY", y)) != std::string_view::npos; ++y) {
+    if (!EqualNoCase(LastWord(sql.substr(0, y + 1)), "BY")) continue;
+    if (EqualNoCase(LastWord(Before(sql, y - 1)), "ORDER")) return y;
+  }
+  return sql.size();
+}
 
 class Scanner {
  public:
@@ -41,91 +77,64 @@ class Scanner {
   }
 
   Scanned Run() {
-    while (at_ < sql_.size()) Next();
+    for (SkipPlain(); at_ < sql_.size(); SkipPlain()) Next();
     CopyTo(sql_.size());
     return std::move(result_);
   }
 
  private:
+  void SkipPlain() {
+    const char* const end = sql_.data() + sql_.size();
+    const char* next = sql_.data() + at_;
+    while (next != end && IsPlain(*next)) ++next;
+    at_ = static_cast<std::size_t>(next - sql_.data());
+  }
+
   void Next() {
     const char c = sql_[at_];
-    if (IsNameStart(c)) return Name();
-    if (IsDigit(c) || (c == '.' && at_ + 1 < sql_.size() && IsDigit(sql_[at_ + 1]) && !after_name_)) {
-      return Number();
-    }
-    if (c == '\'') return Text(at_);
+    if (IsDigit(c)) return InName() ? SkipName() : Number();
+    if (c == '\'') return Text();
     if (c == '[' || c == '"') return Delimited(c == '[' ? ']' : '"');
     if (c == '-' && Follows('-')) return SkipTo("\n", false);
     if (c == '/' && Follows('*')) return SkipTo("*/", true);
     if (c == ';' && OnlyBlanksAfter()) return Replace(at_, sql_.size(), "");
-    Other(c);
-  }
-
-  void Other(char c) {
-    if (c < ' ' && c >= 0) return Replace(at_, at_ + 1, " ");
+    if (IsBlank(c)) return Replace(at_, at_ + 1, " ");
     ++at_;
-    if (c == ' ') return;
-    if (c == ')') type_arguments_ = false;
-    if (c == '(' && after_type_) type_arguments_ = true;
-    if (c != ',' && c != '.') after_type_ = false;
-    keep_number_ = c == '/' || (c == '(' && after_top_);
-    after_top_ = false;
-    after_name_ = c == ')';
   }
 
-  void Name() {
-    const std::size_t start = at_;
+  // Whether the digit here belongs to a name that begins before it.
+  bool InName() const {
+    std::size_t start = at_;
+    while (start > literal_end_ && IsNamePart(sql_[start - 1])) --start;
+    return start < at_ && StartsName(sql_[start]);
+  }
+
+  void SkipName() {
     while (at_ < sql_.size() && IsNamePart(sql_[at_])) ++at_;
-    const std::string_view name = sql_.substr(start, at_ - start);
-    if (name.size() == 1 && (name[0] == 'N' || name[0] == 'n') && at_ < sql_.size() &&
-        sql_[at_] == '\'') {
-      return Text(start);
-    }
-    after_name_ = true;
-    keep_number_ = false;
-    Keyword(name);
   }
 
-  void Keyword(std::string_view name) {
-    after_top_ = false;
-    after_type_ = false;
-    switch (name.size()) {
-      case 3:
-        after_top_ = keep_number_ = EqualNoCase(name, "TOP");
-        break;
-      case 4:
-        after_type_ = EqualNoCase(name, "char");
-        break;
-      case 5:
-        if (EqualNoCase(name, "ORDER")) ordering_ = true;
-        if (EqualNoCase(name, "UNION")) ordering_ = false;
-        after_type_ = EqualNoCase(name, "nchar");
-        break;
-      case 7:
-      case 8:
-        after_type_ = EqualNoCase(name, "varchar") || EqualNoCase(name, "nvarchar") ||
-                      EqualNoCase(name, "decimal") || EqualNoCase(name, "numeric");
-        break;
-      default:
-        break;
-    }
+  // Where the number begins whose first digit is here: at the point before it,
+  // unless that qualifies a name.
+  std::size_t NumberStart() const {
+    if (at_ == literal_end_ || at_ == 0 || sql_[at_ - 1] != '.') return at_;
+    const std::string_view before = Before(sql_, at_ - 1);
+    if (before.empty() || before.size() == literal_end_) return at_ - 1;
+    const char c = before.back();
+    return IsNamePart(c) || c == ')' || c == ']' || c == '"' ? at_ : at_ - 1;
   }
 
   void Number() {
-    const std::size_t start = at_;
-    bool decimal = false;
+    const std::size_t start = NumberStart();
+    bool decimal = start < at_;
     while (at_ < sql_.size() && IsDigit(sql_[at_])) ++at_;
-    if (at_ < sql_.size() && sql_[at_] == '.') {
+    if (!decimal && at_ < sql_.size() && sql_[at_] == '.') {
       decimal = true;
       do ++at_;
       while (at_ < sql_.size() && IsDigit(sql_[at_]));
     }
     decimal |= Exponent();
-    const std::string_view text = sql_.substr(start, at_ - start);
-    after_name_ = false;
-    const bool kept = keep_number_ || ordering_ || type_arguments_;
-    keep_number_ = keep_number_ && !kept;
-    if (!kept) Lift(text, start, decimal);
+    if (!Stays(start)) Lift(sql_.substr(start, at_ - start), start, decimal);
+    literal_end_ = at_;
   }
 
   bool Exponent() {
@@ -136,6 +145,34 @@ class Scanner {
     while (end < sql_.size() && IsDigit(sql_[end])) ++end;
     at_ = end;
     return true;
+  }
+
+  // Whether what stands before a number makes it part of the statement's shape.
+  bool Stays(std::size_t number) {
+    if (order_by_ == kUnknown) order_by_ = OrderBy(sql_);
+    if (number > order_by_) return true;
+    const std::string_view before = Before(sql_, number);
+    if (before.empty()) return false;
+    switch (before.back()) {
+      case '/':
+        return true;
+      case '(': {
+        const std::string_view word = Before(before, before.size() - 1);
+        return EndsWithTop(word) || EndsWithType(word);
+      }
+      case ',':
+        return IsSecondSize(before);
+      default:
+        return EndsWithTop(before);
+    }
+  }
+
+  // Behind "decimal(10,".
+  static bool IsSecondSize(std::string_view before) {
+    std::string_view sizes = Before(before, before.size() - 1);
+    while (!sizes.empty() && IsDigit(sizes.back())) sizes.remove_suffix(1);
+    sizes = Before(sizes, sizes.size());
+    return sizes.ends_with('(') && EndsWithType(Before(sizes, sizes.size() - 1));
   }
 
   void Lift(std::string_view text, std::size_t start, bool decimal) {
@@ -154,24 +191,24 @@ class Scanner {
     result_.literals.emplace_back(value);
   }
 
-  // `start` is where the text begins, with its N when it has one.
-  void Text(std::size_t start) {
+  // From the quote here, with the N before it when that is a word of its own.
+  void Text() {
+    const std::string_view word = LastWord(sql_.substr(literal_end_, at_ - literal_end_));
+    const std::size_t start = EqualNoCase(word, "N") ? at_ - 1 : at_;
     std::string value;
-    for (++at_;; ++at_) {
-      if (at_ >= sql_.size()) throw DatabaseError("Texto sin cerrar en la sentencia", "42000");
-      if (sql_[at_] != '\'') {
-        value += sql_[at_];
-      } else if (Follows('\'')) {
-        value += '\'';
-        ++at_;
-      } else {
-        break;
+    for (++at_;; value += '\'', ++at_) {
+      const std::size_t quote = sql_.find('\'', at_);
+      if (quote == std::string_view::npos) {
+        throw DatabaseError("Texto sin cerrar en la sentencia", "42000");
       }
+      value += sql_.substr(at_, quote - at_);
+      at_ = quote;
+      if (!Follows('\'')) break;
+      ++at_;
     }
     Replace(start, at_ + 1, {&kTextMark, 1});
     result_.literals.emplace_back(std::move(value));
-    after_name_ = false;
-    keep_number_ = false;
+    literal_end_ = at_;
   }
 
   void Delimited(char end) {
@@ -180,7 +217,6 @@ class Scanner {
       throw DatabaseError("Nombre sin cerrar en la sentencia", "42000");
     }
     at_ = close + 1;
-    after_name_ = true;
   }
 
   void SkipTo(std::string_view end, bool required) {
@@ -209,16 +245,14 @@ class Scanner {
     return sql_.find_first_not_of(" \t\r\n;", at_) == std::string_view::npos;
   }
 
+  static constexpr std::size_t kUnknown = std::string_view::npos;
+
   std::string_view sql_;
   std::size_t at_ = 0;
-  std::size_t copied_ = 0;  // the statement up to here is in the shape
+  std::size_t copied_ = 0;       // the statement up to here is in the shape
+  std::size_t literal_end_ = 0;  // behind the last literal
+  std::size_t order_by_ = kUnknown;
   Scanned result_;
-  bool after_name_ = false;      // a "." now would qualify a name
-  bool after_top_ = false;
-  bool after_type_ = false;
-  bool keep_number_ = false;
-  bool type_arguments_ = false;
-  bool ordering_ = false;
 };
 
 }  // namespace
