@@ -71,10 +71,12 @@ void FloatFunction(sqlite3_context* context, int, sqlite3_value** values) {
   sqlite3_result_double(context, number);
 }
 
+bool FitsMoney(double number) { return std::fabs(number) < 922337203685477.0; }
+
 void MoneyFunction(sqlite3_context* context, int, sqlite3_value** values) {
   double number = 0;
   if (IsNull(values[0]) || !ReadNumber(context, values[0], true, number)) return;
-  if (!(std::fabs(number) < 922337203685477.0)) return Fail(context, "Importe fuera de rango");
+  if (!FitsMoney(number)) return Fail(context, "Importe fuera de rango");
   sqlite3_result_double(context, RoundAsEngine(number, 4));
 }
 
@@ -94,6 +96,9 @@ void IntFunction(sqlite3_context* context, int, sqlite3_value** values) {
 // tpv_bit(value, column)
 void BitFunction(sqlite3_context* context, int, sqlite3_value** values) {
   if (IsNull(values[0])) return;
+  if (sqlite3_value_type(values[0]) != SQLITE_TEXT) {
+    return sqlite3_result_int(context, sqlite3_value_double(values[0]) != 0);
+  }
   const std::string text = TextOf(values[0]);
   if (EqualNoCase(text, "true") || EqualNoCase(text, "false")) {
     return sqlite3_result_int(context, EqualNoCase(text, "true") ? 1 : 0);
@@ -104,17 +109,17 @@ void BitFunction(sqlite3_context* context, int, sqlite3_value** values) {
 
 // tpv_text(value, longest, column): a text that does not fit is refused, not cut.
 void TextFunction(sqlite3_context* context, int, sqlite3_value** values) {
-  if (IsNull(values[0])) return;
-  std::string text = TextOf(values[0]);
-  const auto longest = static_cast<std::size_t>(sqlite3_value_int(values[1]));
-  if (longest > 0 && text.size() > longest && Length(text) > longest) {
-    if (Length(TrimRight(text)) > longest) {
-      return Fail(context, TextOf(values[2]) + ": el texto tiene más de " +
-                               std::to_string(longest) + " caracteres");
-    }
-    text = Left(text, longest);
+  const int longest = sqlite3_value_int(values[1]);
+  if (longest == 0 || sqlite3_value_bytes(values[0]) <= longest) {
+    return sqlite3_result_value(context, values[0]);
   }
-  ResultText(context, text);
+  const std::string text = TextOf(values[0]);
+  const auto most = static_cast<std::size_t>(longest);
+  if (Length(TrimRight(text)) > most) {
+    return Fail(context, TextOf(values[2]) + ": el texto tiene más de " + std::to_string(longest) +
+                             " caracteres");
+  }
+  ResultText(context, Left(text, most));
 }
 
 // tpv_string(value, kind, style, length): CAST and CONVERT to text.
@@ -142,6 +147,15 @@ void RoundFunction(sqlite3_context* context, int, sqlite3_value** values) {
   if (decimals >= 0) return sqlite3_result_double(context, RoundAsEngine(value, std::min(decimals, 15)));
   const double unit = std::pow(10.0, -decimals);
   sqlite3_result_double(context, RoundAsEngine(value / unit, 0) * unit);
+}
+
+// tpv_with_tax(net amount, rate): money, rounded to cents.
+void WithTaxFunction(sqlite3_context* context, int, sqlite3_value** values) {
+  if (IsNull(values[0]) || IsNull(values[1])) return;
+  const double net = sqlite3_value_double(values[0]);
+  const double gross = net + net / 100 * sqlite3_value_double(values[1]);
+  if (!FitsMoney(gross)) return Fail(context, "Importe fuera de rango");
+  sqlite3_result_double(context, RoundAsEngine(RoundAsEngine(gross, 4), 2));
 }
 
 void DivisorFunction(sqlite3_context* context, int, sqlite3_value** values) {
@@ -298,7 +312,7 @@ constexpr Entry kFunctions[] = {
     {"tpv_position", 2, PositionFunction}, {"tpv_like", 2, LikeFunction},
     {"tpv_date", 1, sqlite::DateFunction}, {"tpv_day", 1, sqlite::DayFunction},
     {"tpv_datepart", 2, sqlite::DatePartFunction}, {"tpv_dateadd", 3, sqlite::DateAddFunction},
-    {"tpv_datediff", 3, sqlite::DateDiffFunction},
+    {"tpv_datediff", 3, sqlite::DateDiffFunction}, {"tpv_with_tax", 2, WithTaxFunction},
 };
 
 }  // namespace

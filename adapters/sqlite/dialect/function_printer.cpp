@@ -162,28 +162,48 @@ Printed Printer::PrintDatePart(const Node& node) {
           SqlType::DateTime};
 }
 
-// The source whose row has that printed column as its key; "" when there is none.
-std::string Printer::LineWithKey(std::string_view key) const {
-  for (const Scope& scope : scopes_) {
-    for (const Source& source : scope.sources) {
-      const bool lines = source.table != nullptr && source.table->name == "Lav";
-      std::string alias = Delimited(source.alias);
-      if (lines && key == alias + "." + Delimited("Lav_Id")) return alias;
-    }
+namespace {
+
+bool IsOf(const Source& source, std::string_view table) {
+  return source.table != nullptr && source.table->name == table;
+}
+
+std::string ColumnOf(const Source& source, std::string_view column) {
+  return Delimited(source.alias) + "." + Delimited(column);
+}
+
+// The rate of that line's tax, when its row of the taxes is joined to it.
+std::string JoinedRate(const Scope& scope, const Source& line) {
+  for (const Source& source : scope.sources) {
+    if (!IsOf(source, "tivas")) continue;
+    const std::string key = ColumnOf(source, "Tiva_Id") + " = " + ColumnOf(line, "Lav_Tiva");
+    if (source.joined_on == "(" + key + ")") return ColumnOf(source, "Tiva_iva");
   }
   return {};
 }
 
-// The store's functions of a line, in place of a call a row. A line that the
-// statement is reading anyway is not looked up again.
+std::string LookedUpRate(const Source& line) {
+  return "(SELECT t_.Tiva_iva FROM zrcomun.tivas AS t_ WHERE t_.Tiva_Id = " +
+         ColumnOf(line, "Lav_Tiva") + ")";
+}
+
+}  // namespace
+
+// The store's functions of a line, in place of a call a row. What the statement is
+// reading anyway, the line or its tax, is not looked up again.
 Printed Printer::PrintLineWithTax(const char* column, const Printed& line) {
-  const std::string read = LineWithKey(line.text);
-  const std::string row = read.empty() ? "l_" : read;
-  const std::string net = row + "." + column;
-  const std::string looked_up = read.empty() ? "main.Lav AS l_ CROSS JOIN " : "";
-  const std::string key = read.empty() ? "l_.Lav_Id = " + line.text + " AND " : "";
-  return {"(SELECT tpv_round(tpv_money(" + net + " + (" + net + " / 100 * t_.Tiva_iva)), 2) FROM " +
-              looked_up + "zrcomun.tivas AS t_ WHERE " + key + "t_.Tiva_Id = " + row + ".Lav_Tiva)",
+  for (const Scope& scope : scopes_) {
+    for (const Source& source : scope.sources) {
+      if (!IsOf(source, "Lav") || line.text != ColumnOf(source, "Lav_Id")) continue;
+      const std::string joined = JoinedRate(scope, source);
+      return {"tpv_with_tax(" + ColumnOf(source, column) + ", " +
+                  (joined.empty() ? LookedUpRate(source) : joined) + ")",
+              SqlType::Money};
+    }
+  }
+  return {"(SELECT tpv_with_tax(l_." + std::string(column) +
+              ", t_.Tiva_iva) FROM main.Lav AS l_ CROSS JOIN zrcomun.tivas AS t_ WHERE l_.Lav_Id = " +
+              line.text + " AND t_.Tiva_Id = l_.Lav_Tiva)",
           SqlType::Money};
 }
 

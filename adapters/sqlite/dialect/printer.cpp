@@ -23,7 +23,7 @@ std::string Qualified(const schema::Table& table) {
 }
 
 Source SourceOf(const schema::Table& table, std::string alias) {
-  Source source{std::move(alias), {}, &table};
+  Source source{std::move(alias), {}, &table, {}};
   for (const schema::Column& column : table.columns) {
     source.columns.push_back({std::string(column.name), TypeOf(column)});
   }
@@ -128,7 +128,10 @@ std::string Printer::PrintFrom(const Select& select) {
   for (const FromItem& item : select.from) {
     text += text.empty() ? " FROM " : item.join == "," ? ", " : " " + item.join + " ";
     text += PrintSource(item);
-    if (item.on) text += " ON " + PrintCondition(*item.on);
+    if (!item.on) continue;
+    std::string condition = PrintCondition(*item.on);
+    text += " ON " + condition;
+    scopes_.back().sources.back().joined_on = std::move(condition);
   }
   return text;
 }
@@ -137,7 +140,7 @@ std::string Printer::PrintSource(const FromItem& item) {
   if (item.derived) {
     Scope own = std::move(scopes_.back());
     scopes_.pop_back();
-    Source source{item.alias, {}, nullptr};
+    Source source{item.alias, {}, nullptr, {}};
     const std::string text = "(" + PrintSelect(*item.derived, source.columns) + ")";
     scopes_.push_back(std::move(own));
     scopes_.back().sources.push_back(std::move(source));

@@ -41,6 +41,7 @@ struct Source {
   std::string alias;
   std::vector<ResultColumn> columns;
   const schema::Table* table = nullptr;  // null for a select
+  std::string joined_on;                 // printed; "" when joined without a condition
 };
 
 // What one select sees of its own: its tables, and what it groups by.
@@ -92,7 +93,6 @@ class Printer {
   Printed PrintRound(const std::vector<Printed>& arguments);
   Printed PrintFirstNotNull(const std::vector<Printed>& arguments, SqlType type);
   Printed PrintDatePart(const Node& node);
-  std::string LineWithKey(std::string_view key) const;
   Printed PrintLineWithTax(const char* column, const Printed& line);
   Printed PrintSubquery(const Select& select);
 

@@ -54,7 +54,9 @@ std::string Stored(const Printed& value, const schema::Column& column) {
     case schema::Type::SmallInt:
       return "tpv_int(" + Rounded(value) + ", 32767" + name;
     case schema::Type::Float:
-      return "tpv_float(" + value.text + ")";
+      return value.type == SqlType::Text || value.type == SqlType::DateTime
+                 ? "tpv_float(" + value.text + ")"
+                 : value.text;  // the column makes it a float
     case schema::Type::Money:
       return "tpv_money(" + value.text + ")";
     case schema::Type::DateTime:
