@@ -99,16 +99,16 @@ void AddWhatIsMissing(sqlite3* handle) {
   RunOn(handle, "COMMIT");
 }
 
+// Texts are not copied: the literals must outlive what the statement reads.
 void Bind(sqlite3_stmt* statement, const std::vector<Variant>& literals) {
   for (std::size_t i = 0; i < literals.size(); ++i) {
     const Variant& value = literals[i];
     const int at = static_cast<int>(i) + 1;
     if (at > sqlite3_bind_parameter_count(statement)) break;  // dropped by the translation
     int result = SQLITE_OK;
-    if (value.IsText()) {
-      const std::string text = value.ToText();
-      result = sqlite3_bind_text(statement, at, text.data(), static_cast<int>(text.size()),
-                                 SQLITE_TRANSIENT);
+    if (const std::string* text = value.HeldText()) {
+      result = sqlite3_bind_text(statement, at, text->data(), static_cast<int>(text->size()),
+                                 SQLITE_STATIC);
     } else if (value.IsInteger()) {
       result = sqlite3_bind_int64(statement, at, value.ToInt64());
     } else {
@@ -178,7 +178,7 @@ std::vector<std::string> SqliteConnection::Damage() {
 }
 
 std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
-  const dialect::Scanned scanned = dialect::Scan(sql);
+  dialect::Scanned scanned = dialect::Scan(sql);
   std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
   const dialect::Translation& translation = shape->translation;
   if (translation.writes) {
@@ -188,14 +188,15 @@ std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
   } else if (translation.table != nullptr && scanned.literals.empty()) {
     return ReadReference(std::move(shape));
   }
-  return Start(std::move(shape), scanned.literals);
+  return Start(std::move(shape), std::move(scanned.literals));
 }
 
 std::unique_ptr<Recordset> SqliteConnection::Start(std::shared_ptr<sqlite::CachedShape> shape,
-                                                   const std::vector<Variant>& literals) {
+                                                   std::vector<Variant> literals) {
   sqlite::StatementPtr statement = cache_->Take(*shape);
   Bind(statement.get(), literals);
-  return std::make_unique<sqlite::StepRecordset>(*this, std::move(shape), std::move(statement));
+  return std::make_unique<sqlite::StepRecordset>(*this, std::move(shape), std::move(literals),
+                                                 std::move(statement));
 }
 
 std::unique_ptr<Recordset> SqliteConnection::ReadReference(

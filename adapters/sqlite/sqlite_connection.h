@@ -58,7 +58,7 @@ class SqliteConnection : public Connection {
 
   void Run(const char* sql);
   std::unique_ptr<Recordset> Start(std::shared_ptr<sqlite::CachedShape> shape,
-                                   const std::vector<Variant>& literals);
+                                   std::vector<Variant> literals);
   std::unique_ptr<Recordset> ReadReference(std::shared_ptr<sqlite::CachedShape> shape);
   void CloseSnapshot();
   void ReadAhead();

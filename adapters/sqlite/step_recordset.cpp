@@ -31,9 +31,10 @@ Variant Whole(std::int64_t value) {
 }  // namespace
 
 StepRecordset::StepRecordset(SqliteConnection& connection, std::shared_ptr<CachedShape> shape,
-                             StatementPtr statement)
+                             std::vector<Variant> literals, StatementPtr statement)
     : TranslatedRecordset(std::move(shape)),
       connection_(connection),
+      literals_(std::move(literals)),
       statement_(std::move(statement)) {
   connection_.open_.insert(this);
   try {

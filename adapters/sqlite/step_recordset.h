@@ -17,9 +17,9 @@ namespace tpv::sqlite {
 
 class StepRecordset : public TranslatedRecordset {
  public:
-  // Runs the statement to its first row. Throws DatabaseError.
+  // Runs the statement, bound to those literals, to its first row. Throws DatabaseError.
   StepRecordset(SqliteConnection& connection, std::shared_ptr<CachedShape> shape,
-                StatementPtr statement);
+                std::vector<Variant> literals, StatementPtr statement);
   ~StepRecordset() override { Close(); }
 
   bool Bof() const override { return read_ == 0; }
@@ -42,6 +42,7 @@ class StepRecordset : public TranslatedRecordset {
   std::vector<Variant> SteppedRow() const;
 
   SqliteConnection& connection_;
+  std::vector<Variant> literals_;  // whose texts the statement reads
   StatementPtr statement_;
   std::deque<std::vector<Variant>> ahead_;  // the current row first, once read ahead
   long read_ = 0;

@@ -79,6 +79,9 @@ class Variant {
   // zeros, "True"/"False", "dd/mm/yyyy hh:mm:ss" (without a midnight time).
   std::string ToText() const;
 
+  // The text that it holds, null when it holds something else.
+  const std::string* HeldText() const { return std::get_if<std::string>(&value_); }
+
   // The text a technician reads: "NULL", decimal point, 15 digits, no trailing
   // zeros, bit as 1/0, "YYYY-MM-DD HH:MM:SS".
   std::string ToPlainText() const;
