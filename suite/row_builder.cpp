@@ -61,8 +61,8 @@ std::string StatementBuilder::InsertText() const {
   std::string values;
   for (const Field& field : fields_) {
     RequireName(field.column);
-    columns += (columns.empty() ? "" : ", ") + field.column;
-    values += (values.empty() ? "" : ", ") + SqlValue(field.kind, field.value);
+    columns.append(columns.empty() ? "" : ", ").append(field.column);
+    values.append(values.empty() ? "" : ", ").append(SqlValue(field.kind, field.value));
   }
   return "INSERT INTO " + table_ + " (" + columns + ") VALUES (" + values + ")";
 }
@@ -72,7 +72,8 @@ std::string StatementBuilder::UpdateText() const {
   std::string sets;
   for (const Field& field : fields_) {
     RequireName(field.column);
-    sets += (sets.empty() ? "" : ", ") + field.column + " = " + SqlValue(field.kind, field.value);
+    sets.append(sets.empty() ? "" : ", ").append(field.column).append(" = ");
+    sets += SqlValue(field.kind, field.value);
   }
   return "UPDATE " + table_ + " SET " + sets + condition_;
 }

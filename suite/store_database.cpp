@@ -56,7 +56,11 @@ Variant StoreDatabase::Parametro(std::string_view name) {
   // The record whole: one statement, whose rows an engine may keep, for all of them.
   const auto row = connection_.Execute("SELECT TOP 1 * FROM Parametros");
   if (row->Eof()) throw ObjectError("Falta el registro de parámetros de la tienda");
-  return row->Field(parameters.columns[static_cast<std::size_t>(column)].name);
+  // Where the schema has it; a technician's table may have other places.
+  const auto place = static_cast<std::size_t>(column);
+  const std::string_view stored = parameters.columns[place].name;
+  const bool there = place < row->FieldCount() && row->FieldName(place) == stored;
+  return there ? row->Field(place) : row->Field(stored);
 }
 
 RowBuilder& StoreDatabase::NuevaSentencia() {

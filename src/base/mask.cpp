@@ -25,21 +25,24 @@ struct NumberMask {
   int decimals = 0;
 };
 
+bool IsDigitPlace(char c) { return c == '0' || c == '#'; }
+bool IsAmongDigits(char c) { return IsDigitPlace(c) || c == '.' || c == ','; }
+
 // The digits start at the first "0" or "#" (or the point right before it) and
 // end with the last character that only digits are made of.
 NumberMask ReadNumberMask(std::string_view mask) {
   NumberMask result;
-  std::size_t first = mask.find_first_of("0#");
-  if (first == std::string_view::npos) {
+  const auto* first = std::find_if(mask.begin(), mask.end(), IsDigitPlace);
+  if (first == mask.end()) {
     result.prefix = mask;
     return result;
   }
-  if (first > 0 && mask[first - 1] == '.') --first;
-  const std::size_t last = std::min(mask.find_first_not_of("0#.,", first), mask.size());
-  result.prefix = mask.substr(0, first);
-  result.suffix = mask.substr(last);
+  if (first != mask.begin() && first[-1] == '.') --first;
+  const auto* last = std::find_if_not(first, mask.end(), IsAmongDigits);
+  result.prefix = {mask.begin(), first};
+  result.suffix = {last, mask.end()};
   bool behind_point = false;
-  for (const char c : mask.substr(first, last - first)) {
+  for (const char c : std::string_view(first, last)) {
     if (c == '.') behind_point = true;
     if (c == ',') result.grouped = true;
     if (c == '0') ++(behind_point ? result.decimal_zeros : result.whole_zeros);

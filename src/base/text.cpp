@@ -27,9 +27,17 @@ bool IsWellFormed(char32_t character, std::size_t length) {
   return character >= kLowest[length] && IsCharacter(character);
 }
 
+// How far the text goes in letters of one byte, which most texts do to their end.
+std::size_t PlainLength(std::string_view utf8) {
+  std::size_t position = 0;
+  while (position < utf8.size() && (utf8[position] & 0x80) == 0) ++position;
+  return position;
+}
+
 // The byte position behind the first `count` characters.
 std::size_t ByteOffset(std::string_view utf8, std::size_t count) {
-  std::size_t position = 0;
+  std::size_t position = PlainLength(utf8.substr(0, count));
+  count -= position;
   while (count > 0 && position < utf8.size()) {
     NextCharacter(utf8, position);
     --count;
@@ -67,8 +75,9 @@ bool IsCombiningAccent(char32_t c) { return c >= 0x300 && c <= 0x36F; }
 }  // namespace
 
 std::size_t Length(std::string_view utf8) {
-  std::size_t count = 0;
-  for (std::size_t position = 0; position < utf8.size(); ++count) NextCharacter(utf8, position);
+  std::size_t position = PlainLength(utf8);
+  std::size_t count = position;
+  for (; position < utf8.size(); ++count) NextCharacter(utf8, position);
   return count;
 }
 
@@ -196,11 +205,10 @@ void AppendCharacter(std::string& utf8, char32_t character) {
 }
 
 std::string ValidUtf8(std::string_view text) {
-  const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
-  if (ascii) return std::string(text);
-  std::string result;
+  std::size_t position = PlainLength(text);
+  std::string result(text.substr(0, position));
   result.reserve(text.size());
-  for (std::size_t position = 0; position < text.size();) {
+  while (position < text.size()) {
     AppendCharacter(result, NextCharacter(text, position));
   }
   return result;

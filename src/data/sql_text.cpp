@@ -14,9 +14,12 @@ std::string Number(std::int64_t value) { return std::to_string(value); }
 std::string Number(double value) { return ToPlain(value); }
 
 std::string Quoted(std::string_view text) {
-  std::string result = "'" + ReplaceAll(text, "'", "''") + "'";
-  std::erase(result, '\0');
-  return result;
+  std::string result = "'";
+  for (const char c : text) {
+    if (c != '\0') result += c;
+    if (c == '\'') result += c;
+  }
+  return result += '\'';
 }
 
 std::string WholeNumber(std::string_view field_text) {
