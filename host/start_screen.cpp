@@ -160,15 +160,15 @@ bool StartScreen::Open(const std::string& path) {
 }
 
 void StartScreen::FillAgents() {
-  cboVendedor.items.clear();
+  std::vector<std::string> entries;
   const auto agents = connection_->Execute("SELECT Age_Id, Age_Nom FROM Age ORDER BY Age_Id");
   for (; !agents->Eof(); agents->MoveNext()) {
-    cboVendedor.items.push_back(agents->Field(0).ToText() + " - " + agents->Field(1).TextOr(""));
+    entries.push_back(agents->Field(0).ToText() + " - " + agents->Field(1).TextOr(""));
   }
-  cboVendedor.index = cboVendedor.items.empty() ? -1 : 0;
+  cboVendedor.Offer(ui::Entries(std::move(entries)));
   const std::string kept = machine_.settings.Read(kApplication, kSection, "Agent");
   if (kept.empty()) return;
-  cboVendedor.SelectIf([&](const std::string& entry) { return entry.starts_with(kept + " - "); });
+  cboVendedor.SelectIf([&](std::string_view entry) { return entry.starts_with(kept + " - "); });
 }
 
 std::int32_t StartScreen::Agent() const {

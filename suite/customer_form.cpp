@@ -44,11 +44,12 @@ void CustomerForm::OnLoad() {
   const auto last = Database().Execute("SELECT MAX(CLI_COD) FROM Cli");
   Text1[kCode].text = std::to_string(last->Field(0).IntOr(0) + 1);
   const auto fill = [this](ui::ComboBox& combo, const char* statement) {
-    const auto entries = Database().Execute(statement);
-    for (; !entries->Eof(); entries->MoveNext()) {
-      combo.items.push_back(entries->Field(0).TextOr("") + " - " + entries->Field(1).TextOr(""));
+    const auto found = Database().Execute(statement);
+    std::vector<std::string> entries;
+    for (; !found->Eof(); found->MoveNext()) {
+      entries.push_back(found->Field(0).TextOr("") + " - " + found->Field(1).TextOr(""));
     }
-    combo.index = combo.items.empty() ? -1 : 0;
+    combo.Offer(ui::Entries(std::move(entries)));
   };
   fill(cboTipoVia, "SELECT TVI_COD,TVI_NOM FROM zrcomun.dbo.TVI");
   fill(cboProvincias, "SELECT PROV_COD,PROV_NOM FROM zrcomun.dbo.PROV");

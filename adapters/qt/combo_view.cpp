@@ -66,7 +66,7 @@ class ComboView : public ControlView {
   Actions& actions_;
   QComboBox* widget_;
   Captioned* outer_;
-  std::vector<std::string> entries_;
+  ui::Entries entries_;
 };
 
 }  // namespace

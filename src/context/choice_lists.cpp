@@ -1,13 +1,17 @@
 #include "context/choice_lists.h"
 
+#include <utility>
+#include <vector>
+
 #include "base/mask.h"
 
 namespace tpv {
 
 namespace {
 
-std::vector<std::string> Make(Recordset& rows, const ChoiceList& list) {
+ui::Entries Make(Recordset& rows, const ChoiceList& list) {
   std::vector<std::string> entries;
+  if (*list.first != '\0') entries.emplace_back(list.first);
   const bool numeric = *list.mask != '\0';
   const std::size_t code = rows.IndexOf(list.code);
   const std::size_t name = rows.IndexOf(list.name);
@@ -16,12 +20,12 @@ std::vector<std::string> Make(Recordset& rows, const ChoiceList& list) {
         numeric ? FormatNumber(rows.Field(code).NumberOr(0), list.mask) : rows.Field(code).TextOr(""));
     entry.append(" - ").append(rows.Field(name).TextOr(""));
   }
-  return entries;
+  return ui::Entries(std::move(entries));
 }
 
 }  // namespace
 
-std::vector<std::string> ChoiceLists::Entries(Connection& connection, const ChoiceList& list) {
+ui::Entries ChoiceLists::Entries(Connection& connection, const ChoiceList& list) {
   const auto rows = connection.Execute(list.statement);
   Made& made = made_[list.statement];
   const std::int64_t identity = rows->RowsIdentity();

@@ -4,10 +4,9 @@
 
 #include <cstdint>
 #include <map>
-#include <string>
-#include <vector>
 
 #include "platform/database.h"
+#include "platform/ui/entries.h"
 
 namespace tpv {
 
@@ -16,19 +15,20 @@ struct ChoiceList {
   const char* statement;
   const char* code;  // the columns shown
   const char* name;
-  const char* mask;  // of a code that is a number; "" for a text
+  const char* mask = "";   // of a code that is a number; "" for a text
+  const char* first = "";  // an entry before those of the store; "" for none
 };
 
 class ChoiceLists {
  public:
   // A code, " - " and a name for each row, in the store's order. Runs the statement
   // each time. Throws DatabaseError.
-  std::vector<std::string> Entries(Connection& connection, const ChoiceList& list);
+  ui::Entries Entries(Connection& connection, const ChoiceList& list);
 
  private:
   struct Made {
     std::int64_t rows = 0;  // Recordset::RowsIdentity
-    std::vector<std::string> entries;
+    ui::Entries entries;
   };
   std::map<const char*, Made> made_;  // by statement
 };

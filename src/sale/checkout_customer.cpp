@@ -32,7 +32,7 @@ void FrmTpv1::ShowCustomer(const CustomerRecord& customer) {
   Text1[24].text = Trim(customer["Cli_doc"].TextOr(""));
   SelectPaymentMethod(cboFpago, customer["Cli_Fco"].IntOr(0));
   const std::string street_type = customer["Dir_Sg"].TextOr("");
-  cboTipoVia.SelectIf([&](const std::string& entry) { return Left(entry, 2) == street_type; });
+  cboTipoVia.SelectIf([&](std::string_view entry) { return Left(entry, 2) == street_type; });
   const std::pair<int, const char*> address[] = {
       {14, "DIR_NOMBRE"}, {4, "DIR_numero"}, {9, "Dir_Escalera"}, {1, "Dir_Piso"},
       {11, "Dir_Puerta"}, {12, "Dir_Cp"},    {13, "DIR_POBLACION"}};
@@ -40,7 +40,7 @@ void FrmTpv1::ShowCustomer(const CustomerRecord& customer) {
   SelectCountry(customer["DIR_PAIS"]);
   const std::int32_t province = Int32OrZero(customer["DIR_Provincia"].TextOr(""));
   cboProvincias.SelectIf(
-      [&](const std::string& entry) { return LeadingNumber(Left(entry, 2)) == province; });
+      [&](std::string_view entry) { return LeadingNumber(entry.substr(0, 2)) == province; });
   Text1[15].text = FormatNumber(CustomerDebt(context(), customer_id_), "#,##0.00");
 }
 
@@ -52,7 +52,7 @@ void FrmTpv1::SelectCountry(const Variant& code) {
     if (cboPais.items.size() > kHomeCountry) cboPais.index = kHomeCountry;
     return;
   }
-  cboPais.SelectIf([&](const std::string& entry) { return LeadingNumber(Left(entry, 3)) == number; });
+  cboPais.SelectIf([&](std::string_view entry) { return LeadingNumber(entry.substr(0, 3)) == number; });
 }
 
 void FrmTpv1::LeaveCustomer() {

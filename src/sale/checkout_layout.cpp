@@ -8,14 +8,9 @@ namespace tpv {
 
 namespace {
 
-constexpr ChoiceList kStreetTypes{"Select * from ZRCOMUN.dbo.TVI", "TVI_COD", "TVI_NOM", ""};
-constexpr ChoiceList kCountries{"Select * from ZRCOMUN.dbo.PAIS", "PAIS_COD", "PAIS_NOM", ""};
+constexpr ChoiceList kStreetTypes{"Select * from ZRCOMUN.dbo.TVI", "TVI_COD", "TVI_NOM"};
+constexpr ChoiceList kCountries{"Select * from ZRCOMUN.dbo.PAIS", "PAIS_COD", "PAIS_NOM"};
 constexpr ChoiceList kProvinces{"Select * from ZRCOMUN.dbo.PROV", "PROV_COD", "PROV_NOM", "00"};
-
-void Fill(ui::ComboBox& combo, std::vector<std::string> entries) {
-  combo.items = std::move(entries);
-  combo.index = combo.items.empty() ? -1 : 0;
-}
 
 }  // namespace
 
@@ -110,10 +105,10 @@ void FrmTpv1::EnableCommands() {
 }
 
 void FrmTpv1::FillLists() {
-  Fill(cboTipoVia, context().choices.Entries(Database(), kStreetTypes));
-  Fill(cboPais, context().choices.Entries(Database(), kCountries));
-  Fill(cboProvincias, context().choices.Entries(Database(), kProvinces));
-  Fill(cboFpago, PaymentMethods(Database()));
+  cboTipoVia.Offer(context().choices.Entries(Database(), kStreetTypes));
+  cboPais.Offer(context().choices.Entries(Database(), kCountries));
+  cboProvincias.Offer(context().choices.Entries(Database(), kProvinces));
+  cboFpago.Offer(PaymentMethods(context()));
 }
 
 void FrmTpv1::LoadTotals() {

@@ -2,17 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <vector>
 
 #include "platform/ui/controls.h"
 
 namespace tpv {
 
-class Connection;
+struct Context;
 
 // "00 - Sin asignar" first, then "01 - Contado" and so on.
-std::vector<std::string> PaymentMethods(Connection& connection);
+ui::Entries PaymentMethods(Context& context);
 // Selects the first entry with this code, if there is one.
 void SelectPaymentMethod(ui::ComboBox& combo, std::int32_t code);
 

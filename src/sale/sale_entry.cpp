@@ -34,7 +34,7 @@ void SaleEntry::Declare(std::span<const Field> fields) {
 void SaleEntry::OnLoad() {
   Screen::OnLoad();
   caption = "Punto de venta rapido: " + std::string(kVersion);
-  cboFpago.items = PaymentMethods(Database());
+  cboFpago.items = PaymentMethods(context());
   if (Parameter("Par_SerTicFac").IsNull()) {
     Refuse(
         "Para poder facturar tickets debe informar de la serie de facturas para tickets en "

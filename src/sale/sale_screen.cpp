@@ -84,12 +84,18 @@ void FrmTpv::Cancel() {
 
 void FrmTpv::Finish() {
   FrmTpv1 checkout(context());
+  Open(checkout);
+  context().ports.ui.ShowModal(checkout);
+  if (checkout.Completed()) EmptyAfterSale();
+}
+
+// Lists, totals and customer from one state of the store.
+void FrmTpv::Open(FrmTpv1& checkout) {
+  const Snapshot snapshot(Database());
   context().ports.ui.Load(checkout);
   checkout.Text1[2].text = Text1[2].text;
   checkout.Text1[5].text = Text1[5].text;
   checkout.msBuscarClientes(Int32OrZero(Text1[2].text), 0);
-  context().ports.ui.ShowModal(checkout);
-  if (checkout.Completed()) EmptyAfterSale();
 }
 
 void FrmTpv::EmptyAfterSale() {

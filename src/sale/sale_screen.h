@@ -6,6 +6,8 @@
 
 namespace tpv {
 
+class FrmTpv1;
+
 class FrmTpv : public SaleEntry {
  public:
   explicit FrmTpv(Context& ctx);
@@ -42,6 +44,7 @@ class FrmTpv : public SaleEntry {
   void Start();
   void Cancel();
   void Finish();
+  void Open(FrmTpv1& checkout);
   void EmptyAfterSale();
   void ShowTotals();
 

@@ -1,5 +1,8 @@
 #include "screen/lookups.h"
 
+#include <algorithm>
+#include <stdexcept>
+
 #include "base/number_text.h"
 #include "base/text.h"
 #include "context/context.h"
@@ -70,19 +73,21 @@ std::int32_t SearchAgent(FormToolkit& toolkit) {
 std::optional<CustomerRecord> FirstCustomer(Context& context, const std::string& statement) {
   const auto row = context.Database().Execute(statement);
   if (row->Eof()) return std::nullopt;
-  CustomerRecord record;
-  for (std::size_t i = 0; i < row->FieldCount(); ++i) record.Set(row->FieldName(i), row->Field(i));
-  return record;
+  return CustomerRecord(*row);
 }
 
 }  // namespace
 
-void CustomerRecord::Set(std::string_view field, Variant value) {
-  fields_[FoldCase(field)] = std::move(value);
+CustomerRecord::CustomerRecord(const Recordset& row) : values_(row.Fields()) {
+  names_.reserve(values_.size());
+  for (std::size_t i = 0; i < values_.size(); ++i) names_.push_back(row.FieldName(i));
 }
 
 const Variant& CustomerRecord::operator[](std::string_view field) const {
-  return fields_.at(FoldCase(field));
+  const auto found = std::find_if(names_.begin(), names_.end(),
+                                  [&](std::string_view name) { return EqualNoCase(name, field); });
+  if (found == names_.end()) throw std::out_of_range(std::string(field));
+  return values_[static_cast<std::size_t>(found - names_.begin())];
 }
 
 std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolkit,

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/variant.h"
 
@@ -13,6 +13,7 @@ namespace tpv {
 
 struct Context;
 class FormToolkit;
+class Recordset;
 
 namespace ui {
 struct TextBox;
@@ -21,7 +22,7 @@ struct TextBox;
 // The row of a customer look-up, kept whole: fields by name regardless of case.
 class CustomerRecord {
  public:
-  void Set(std::string_view field, Variant value);
+  explicit CustomerRecord(const Recordset& row);
   // Throws std::out_of_range for a field that the look-up does not read.
   const Variant& operator[](std::string_view field) const;
 
@@ -30,7 +31,8 @@ class CustomerRecord {
   std::string Name() const { return (*this)["Cli_Nom"].TextOr(""); }
 
  private:
-  std::map<std::string, Variant> fields_;
+  std::vector<std::string> names_;
+  std::vector<Variant> values_;
 };
 
 // With code -1 and id 0 the operator searches by name first, and `id` receives

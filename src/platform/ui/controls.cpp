@@ -72,7 +72,12 @@ ComboBox::ComboBox(Form& owner, std::string control_name, std::string label)
 
 std::string ComboBox::Text() const { return index < 0 ? std::string() : items.at(index); }
 
-void ComboBox::SelectIf(const std::function<bool(const std::string&)>& matches) {
+void ComboBox::Offer(Entries entries) {
+  items = std::move(entries);
+  index = items.empty() ? -1 : 0;
+}
+
+void ComboBox::SelectIf(const std::function<bool(std::string_view)>& matches) {
   const auto found = std::find_if(items.begin(), items.end(), matches);
   if (found != items.end()) index = static_cast<int>(found - items.begin());
 }

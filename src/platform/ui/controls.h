@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/variant.h"
+#include "platform/ui/entries.h"
 
 namespace tpv {
 class Recordset;
@@ -131,13 +132,15 @@ struct OptionButton : Control {
 
 struct ComboBox : Control {
   ComboBox(Form& owner, std::string control_name, std::string label = {});
-  std::vector<std::string> items;
+  Entries items;
   int index = -1;  // -1: nothing selected
   std::function<void()> changed;
 
   std::string Text() const;
+  // Shows other entries, the first of them selected.
+  void Offer(Entries entries);
   // The first entry that `matches`, if any, becomes the selected one.
-  void SelectIf(const std::function<bool(const std::string&)>& matches);
+  void SelectIf(const std::function<bool(std::string_view)>& matches);
   bool CanFocus() const override { return true; }
 };
 
