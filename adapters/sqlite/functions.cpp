@@ -149,13 +149,20 @@ void RoundFunction(sqlite3_context* context, int, sqlite3_value** values) {
   sqlite3_result_double(context, RoundAsEngine(value / unit, 0) * unit);
 }
 
+// Of money below a thousand million: its four decimals are a whole number.
+double MoneyInCents(double money) {
+  const long long cents = (std::llround(std::fabs(money) * 10000) + 50) / 100;
+  return static_cast<double>(money < 0 ? -cents : cents) / 100;
+}
+
 // tpv_with_tax(net amount, rate): money, rounded to cents.
 void WithTaxFunction(sqlite3_context* context, int, sqlite3_value** values) {
   if (IsNull(values[0]) || IsNull(values[1])) return;
   const double net = sqlite3_value_double(values[0]);
   const double gross = net + net / 100 * sqlite3_value_double(values[1]);
   if (!FitsMoney(gross)) return Fail(context, "Importe fuera de rango");
-  sqlite3_result_double(context, RoundAsEngine(RoundAsEngine(gross, 4), 2));
+  const double money = RoundAsEngine(gross, 4);
+  sqlite3_result_double(context, std::fabs(money) < 1e9 ? MoneyInCents(money) : RoundAsEngine(money, 2));
 }
 
 void DivisorFunction(sqlite3_context* context, int, sqlite3_value** values) {

@@ -47,13 +47,15 @@ std::shared_ptr<const VersionedRows> ReferenceRows::Find(const CachedShape& shap
   return fresh ? shape.kept : nullptr;
 }
 
-// The version comes first: rows newer than it are only read once more.
+// The version comes first: rows newer than it are only read once more. Rows that
+// nobody has changed stay the same rows, whatever else was written.
 void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
   static std::atomic<std::int64_t> identities = 0;
   auto kept = std::make_shared<VersionedRows>();
-  kept->identity = ++identities;
   kept->version = Version(shape.translation.table->home);
   for (; !rows.Eof(); rows.MoveNext()) kept->rows.push_back(rows.Fields());
+  const bool unchanged = shape.kept && shape.kept->rows == kept->rows;
+  kept->identity = unchanged ? shape.kept->identity : ++identities;
   shape.kept = std::move(kept);
 }
 

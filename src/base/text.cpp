@@ -100,12 +100,12 @@ std::string Trim(std::string_view text) {
 
 std::string PadRight(std::string_view utf8, std::size_t width) {
   const std::size_t length = Length(utf8);
-  return std::string(utf8) + std::string(width > length ? width - length : 0, ' ');
+  return std::string(utf8).append(width > length ? width - length : 0, ' ');
 }
 
 std::string PadLeft(std::string_view utf8, std::size_t width) {
   const std::size_t length = Length(utf8);
-  return std::string(width > length ? width - length : 0, ' ') + std::string(utf8);
+  return std::string(width > length ? width - length : 0, ' ').append(utf8);
 }
 
 std::string Centre(std::string_view utf8, std::size_t width) {

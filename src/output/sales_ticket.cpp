@@ -47,7 +47,8 @@ class SalesTicket {
     document_->SetY(0);
     PrintHeader(*lines);
     const std::string agent = lines->Field("Agente").TextOr("");
-    for (; !lines->Eof(); lines->MoveNext()) PrintSoldLine(*lines);
+    const LineColumns columns(*lines);
+    for (; !lines->Eof(); lines->MoveNext()) PrintSoldLine(*lines, columns);
     PrintTotals(total, *payment);
     PrintFooter(agent);
   }
@@ -88,11 +89,22 @@ class SalesTicket {
     Line(TrimRight("Cliente " + code + " " + sale.Field("Cav_NFiscal").TextOr("")));
   }
 
-  void PrintSoldLine(const Recordset& line) {
-    const std::string description = Description23(line.Field("Lav_Des").TextOr(""));
-    const double units = line.Field("Lav_Uni").NumberOr(0);
-    const double price = line.Field("Precio").NumberOr(0);
-    const std::string amount = Amount9(line.Field("Importe").NumberOr(0));
+  // Looked up once for all lines.
+  struct LineColumns {
+    explicit LineColumns(const Recordset& lines)
+        : description(lines.IndexOf("Lav_Des")),
+          units(lines.IndexOf("Lav_Uni")),
+          price(lines.IndexOf("Precio")),
+          amount(lines.IndexOf("Importe")),
+          discount(lines.IndexOf("Lav_Dto1")) {}
+    std::size_t description, units, price, amount, discount;
+  };
+
+  void PrintSoldLine(const Recordset& line, const LineColumns& columns) {
+    const std::string description = Description23(line.Field(columns.description).TextOr(""));
+    const double units = line.Field(columns.units).NumberOr(0);
+    const double price = line.Field(columns.price).NumberOr(0);
+    const std::string amount = Amount9(line.Field(columns.amount).NumberOr(0));
     if (units > 1) {
       Line(description);
       CloseUp();
@@ -100,7 +112,7 @@ class SalesTicket {
     } else {
       Line(description + amount);
     }
-    const double discount = line.Field("Lav_DTo1").NumberOr(0);
+    const double discount = line.Field(columns.discount).NumberOr(0);
     if (discount == 0) return;
     CloseUp();
     Line("Precio Ud. " + FormatNumber(price, "#,##0.00") + " - " + FormatNumber(discount, "##") +

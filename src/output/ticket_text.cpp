@@ -10,20 +10,21 @@
 
 namespace tpv {
 
-std::string Amount9(double euros) { return FormatText(FormatNumber(euros, "#,##0.00"), "@@@@@@@@@"); }
+std::string Amount9(double euros) { return PadLeft(FormatNumber(euros, "#,##0.00"), 9); }
 
 std::string Description23(std::string_view text) {
-  return Left(FormatText(OneLine(text), "@@@@@@@@@@@@@@@@@@@@@@@!"), 23);
+  constexpr std::size_t kWidth = 23;
+  return PadRight(Left(OneLine(text), kWidth), kWidth);
 }
 
 std::string Right32(std::string_view text) {
-  return FormatText(text, std::string(kTicketWidth, '@'));
+  return PadLeft(text, kTicketWidth);
 }
 
 std::string Centre32(std::string_view text) { return Centre(text, kTicketWidth); }
 
 void PrintTextLine(PrintDocument& document, std::string_view text) {
-  document.PrintLine(OneLine(text) + std::string(kLineBreak));
+  document.PrintLine(OneLine(text).append(kLineBreak));
 }
 
 void CloseGap(PrintDocument& document) { document.SetY(document.Y() - kLineGap); }
