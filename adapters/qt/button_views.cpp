@@ -44,7 +44,24 @@ class PressView : public ControlView {
   Widget* widget_;
 };
 
-class ButtonView : public PressView<QPushButton> {
+// Measures its text once: a form asks each button for its size again and again.
+class Command : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+  QSize sizeHint() const override {
+    if (measured_ == text() && measured_font_ == font()) return size_;
+    measured_ = text();
+    measured_font_ = font();
+    return size_ = QPushButton::sizeHint();
+  }
+
+ private:
+  mutable QString measured_;
+  mutable QFont measured_font_;
+  mutable QSize size_;
+};
+
+class ButtonView : public PressView<Command> {
  public:
   ButtonView(ui::Button& button, Surroundings around) : PressView(button, around) {
     widget_->setMinimumHeight(kButtonHeight);
@@ -55,18 +72,17 @@ class ButtonView : public PressView<QPushButton> {
     PressView::Sync();
     if (emphasis_ == control.emphasis) return;
     emphasis_ = control.emphasis;
-    widget_->setProperty(kEmphasis, static_cast<int>(*emphasis_));
-    widget_->setFont(Type(kTextSize, emphasis_ == ui::Emphasis::Strong));
+    widget_->setProperty(kEmphasis, static_cast<int>(emphasis_));
     const QColor colours[] = {colour::kText, Qt::white, colour::kWarning};
     QPalette palette = widget_->palette();
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-      palette.setColor(group, QPalette::ButtonText, colours[static_cast<int>(*emphasis_)]);
+      palette.setColor(group, QPalette::ButtonText, colours[static_cast<int>(emphasis_)]);
     }
     widget_->setPalette(palette);
   }
 
  private:
-  std::optional<ui::Emphasis> emphasis_;
+  ui::Emphasis emphasis_ = ui::Emphasis::Normal;
 };
 
 // A mark that the model sets; the widget's own toggling does not count.
@@ -93,7 +109,7 @@ class LabelView : public ControlView {
  public:
   LabelView(ui::Label& label, Surroundings around)
       : ControlView(label), widget_(new QLabel(&around.parent)) {
-    widget_->setFont(Type(label.large ? kLargeSize : kTextSize, label.large));
+    widget_->setFont(Type(label.large ? kLargeSize : kTextSize));
     widget_->setTextFormat(Qt::PlainText);
   }
   QWidget* Outer() override { return widget_; }

@@ -1,30 +1,62 @@
 #include "adapters/qt/captioned.h"
 
-#include <QVBoxLayout>
+#include <QEvent>
+#include <QPainter>
+#include <algorithm>
 
 #include "adapters/qt/till_style.h"
 
 namespace tpv::qt {
 
-Captioned::Captioned(QWidget* parent, QWidget* field, Qt::Alignment alignment)
-    : QWidget(parent), label_(new QLabel(this)) {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(2);
-  label_->setFont(Type(kLabelSize));
-  label_->setAlignment(alignment);
-  QPalette palette = label_->palette();
-  palette.setColor(QPalette::Active, QPalette::WindowText, colour::kLabel);
-  palette.setColor(QPalette::Inactive, QPalette::WindowText, colour::kLabel);
-  label_->setPalette(palette);
-  layout->addStretch(1);
-  layout->addWidget(label_);
-  layout->addWidget(field);
-  setSizePolicy(field->sizePolicy());
+namespace {
+
+constexpr int kGap = 2;  // between caption and field
+
+}  // namespace
+
+Captioned::Captioned(QWidget* parent, Qt::Alignment alignment)
+    : QWidget(parent),
+      alignment_(alignment),
+      caption_height_(QFontMetrics(Type(kLabelSize)).lineSpacing()) {}
+
+void Captioned::Hold(QWidget& field) {
+  field_ = &field;
+  setSizePolicy(field.sizePolicy());
 }
 
 void Captioned::SetCaption(const QString& caption) {
-  if (label_->text() != caption) label_->setText(caption);
+  if (caption_ == caption) return;
+  caption_ = caption;
+  caption_width_ = QFontMetrics(Type(kLabelSize)).horizontalAdvance(caption);
+  field_->setAccessibleName(caption);
+  updateGeometry();
+  update();
+}
+
+QSize Captioned::UnderCaption(const QSize& field) const {
+  return {std::max(field.width(), caption_width_), field.height() + kGap + caption_height_};
+}
+
+// The field stands at the bottom, so that those of a row stand in line.
+void Captioned::PlaceField() {
+  const int height = FieldSize().height();
+  field_->setGeometry(0, this->height() - height, width(), height);
+}
+
+void Captioned::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setFont(Type(kLabelSize));
+  painter.setPen(isEnabled() ? colour::kLabel : colour::kFaded);
+  const int top = field_->y() - kGap - caption_height_;
+  painter.drawText(QRect(0, top, width(), caption_height_), static_cast<int>(alignment_), caption_);
+}
+
+bool Captioned::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) {  // the field asks for another size
+    updateGeometry();
+    PlaceField();
+  }
+  return QWidget::event(event);
 }
 
 }  // namespace tpv::qt

@@ -18,13 +18,17 @@ constexpr int kUsualColumns = 14;
 class ComboView : public ControlView {
  public:
   ComboView(ui::ComboBox& combo, Surroundings around)
-      : ControlView(combo), combo_(combo), actions_(around.actions), widget_(new QComboBox) {
+      : ControlView(combo),
+        combo_(combo),
+        actions_(around.actions),
+        outer_(new Captioned(&around.parent, Qt::AlignLeft)),
+        widget_(new QComboBox(outer_)) {
     widget_->setFocusPolicy(Qt::NoFocus);
     widget_->setMinimumHeight(QFontMetrics(widget_->font()).height() + 12);
     widget_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     widget_->setMinimumContentsLength(combo.columns > 0 ? combo.columns : kUsualColumns);
     widget_->setMaxVisibleItems(14);
-    outer_ = new Captioned(&around.parent, widget_, Qt::AlignLeft);
+    outer_->Hold(*widget_);
     QObject::connect(widget_, &QComboBox::activated, [this](int row) { Choose(row); });
   }
 
@@ -54,6 +58,7 @@ class ComboView : public ControlView {
     return event.key() == Qt::Key_F4 ||
            (event.key() == Qt::Key_Down && event.modifiers() & Qt::AltModifier);
   }
+  bool CaptionFits() const override { return outer_->CaptionFits(); }
   std::string Shown() const override { return Utf8(widget_->currentText()); }
   std::string Expected() const override { return combo_.Text(); }
 
@@ -64,8 +69,8 @@ class ComboView : public ControlView {
 
   ui::ComboBox& combo_;
   Actions& actions_;
-  QComboBox* widget_;
   Captioned* outer_;
+  QComboBox* widget_;
   ui::Entries entries_;
 };
 

@@ -51,17 +51,20 @@ class Edit : public QLineEdit {
 class FieldView : public ControlView {
  public:
   FieldView(ui::TextBox& box, Surroundings around)
-      : ControlView(box), box_(box), actions_(around.actions) {
-    edit_ = new Edit(nullptr, box.columns > 0 ? box.columns : kUsualColumns);
+      : ControlView(box),
+        box_(box),
+        actions_(around.actions),
+        outer_(new Captioned(&around.parent, AlignmentOf(box.align))),
+        edit_(new Edit(outer_, box.columns > 0 ? box.columns : kUsualColumns)) {
     const int pixels = PixelsOf(box);
-    edit_->setFont(Type(pixels, pixels != kTextSize));
+    edit_->setFont(Type(pixels));
     edit_->setAlignment(AlignmentOf(box.align) | Qt::AlignVCenter);
     edit_->setTextMargins(5, 0, 5, 0);
     edit_->setContextMenuPolicy(Qt::NoContextMenu);
     edit_->setAcceptDrops(false);
     edit_->setSizePolicy(box.stretch ? QSizePolicy::Expanding : QSizePolicy::Preferred,
                          QSizePolicy::Fixed);
-    outer_ = new Captioned(&around.parent, edit_, AlignmentOf(box.align));
+    outer_->Hold(*edit_);
     QObject::connect(edit_, &QLineEdit::selectionChanged, [this] { TakeSelection(); });
     QObject::connect(edit_, &QLineEdit::cursorPositionChanged, [this] { TakeSelection(); });
   }
@@ -93,6 +96,7 @@ class FieldView : public ControlView {
   }
 
   bool TakesKey(const QKeyEvent& event) override { return MovesCaret(event); }
+  bool CaptionFits() const override { return outer_->CaptionFits(); }
   std::string Shown() const override { return Utf8(edit_->text()); }
   std::string Expected() const override { return box_.text; }
 
@@ -137,9 +141,9 @@ class FieldView : public ControlView {
 
   ui::TextBox& box_;
   Actions& actions_;
-  Edit* edit_;
   Captioned* outer_;
-  QColor colour_;
+  Edit* edit_;
+  QColor colour_ = colour::kCard;  // the palette's
   bool syncing_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "adapters/qt/panel.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 
@@ -24,10 +25,7 @@ class Card : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(colour::kLine);
-    painter.setBrush(colour::kCard);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+    Draw(painter, rect(), {colour::kCard, colour::kLine, 1, 6});
   }
 };
 
@@ -38,7 +36,7 @@ class FrameView : public ControlView {
     layout_ = new QVBoxLayout(card_);
     layout_->setContentsMargins(kMargin, kRowGap, kMargin, kMargin - 2);
     layout_->setSpacing(kRowGap);
-    title_->setFont(Type(kLabelSize, true));
+    title_->setFont(Type(kLabelSize));
     title_->hide();
     layout_->addWidget(title_);
   }

@@ -140,6 +140,9 @@ void FormWindow::SyncMenu() {
 
 // The first caption that has less room than it needs; "" when all have enough.
 std::string FormWindow::Clipped() const {
+  for (const auto& [control, view] : views_) {
+    if (view->Outer()->isVisible() && !view->CaptionFits()) return control->caption;
+  }
   for (const auto* label : findChildren<QLabel*>()) {
     if (label->isVisible() && label->width() < label->sizeHint().width()) return Utf8(label->text());
   }

@@ -93,7 +93,6 @@ QWidget* MessageDialog::Buttons() {
   if (QPushButton* standard = ButtonOf(box_.default_button)) {
     standard->setDefault(true);
     standard->setProperty(kEmphasis, static_cast<int>(ui::Emphasis::Strong));
-    standard->setFont(Type(kTextSize, true));
     QPalette palette = standard->palette();
     palette.setColor(QPalette::ButtonText, Qt::white);
     standard->setPalette(palette);

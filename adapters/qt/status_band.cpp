@@ -43,7 +43,7 @@ void StatusBand::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), colour::kBand);
   const QFont small = Type(kLabelSize);
-  const QFont large = Type(kTextSize + 3, true);
+  const QFont large = Type(kTextSize);
   int x = kMargin;
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const QString label = Text(items_[i].label);

@@ -23,7 +23,7 @@ void PrepareTable(QTableView& table) {
   rows.setSectionResizeMode(QHeaderView::Fixed);
   rows.setDefaultSectionSize(kRowHeight);
   QHeaderView& columns = *table.horizontalHeader();
-  columns.setFont(Type(kLabelSize + 1, true));
+  columns.setFont(Type(kLabelSize));
   columns.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   columns.setHighlightSections(false);
   columns.setSectionsClickable(false);

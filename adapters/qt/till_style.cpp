@@ -7,24 +7,12 @@
 #include <QPointer>
 #include <QStyleOption>
 
+#include "adapters/qt/panel.h"
 #include "platform/ui/controls.h"
 
 namespace tpv::qt {
 
 namespace {
-
-constexpr qreal kRadius = 4;
-
-void Panel(QPainter& painter, const QRect& rect, const QColor& fill, const QColor& line,
-           qreal width) {
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setBrush(fill);
-  painter.setPen(QPen(line, width));
-  const qreal inset = width / 2;
-  painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
-  painter.restore();
-}
 
 // A field's frame: the palette's base says the colour the screen gave it.
 void FieldPanel(const QStyleOption& option, QPainter& painter) {
@@ -35,7 +23,7 @@ void FieldPanel(const QStyleOption& option, QPainter& painter) {
   const QColor line = focused ? colour::kAccent
                       : enabled && !shown_only ? colour::kFieldLine
                                                : colour::kLine;
-  Panel(painter, option.rect, fill, line, focused ? 2 : 1);
+  Draw(painter, option.rect, {fill, line, focused ? 2 : 1});
 }
 
 struct ButtonColours {
@@ -62,11 +50,17 @@ void ButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* w
                             ? ui::Emphasis::Normal
                             : static_cast<ui::Emphasis>(widget->property(kEmphasis).toInt());
   const ButtonColours colours = ColoursOf(option, emphasis);
-  Panel(painter, option.rect, colours.fill, colours.line, 1);
+  Draw(painter, option.rect, {colours.fill, colours.line});
   if (!(option.state & QStyle::State_HasFocus)) return;
   // The focus: the toolkit's yellow inside a dark ring, on whatever fill.
-  Panel(painter, option.rect, Qt::transparent, colour::kText, 2);
-  Panel(painter, option.rect.adjusted(2, 2, -2, -2), Qt::transparent, Qt::yellow, 2);
+  Draw(painter, option.rect, {Qt::transparent, colour::kText, 2});
+  Draw(painter, option.rect.adjusted(2, 2, -2, -2), {Qt::transparent, Qt::yellow, 2});
+}
+
+// Flat: the basic style's shine takes longer to paint than all the rest of a table.
+void HeaderGround(QPainter& painter, const QRect& rect) {
+  painter.fillRect(rect, colour::kShown);
+  painter.fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), colour::kFieldLine);
 }
 
 void Arrow(QPainter& painter, const QRect& rect, const QColor& colour) {
@@ -101,10 +95,11 @@ QPalette TillPalette() {
 
 }  // namespace
 
-QFont Type(int pixels, bool bold) {
-  QFont font(QStringList{"Liberation Sans", "DejaVu Sans", "Sans"});
+QFont Type(int pixels) {
+  QFont font("Liberation Sans");  // or what the system has in its place
   font.setPixelSize(pixels);
-  font.setBold(bold);
+  font.setBold(pixels > kTextSize);
+  font.setHintingPreference(QFont::PreferNoHinting);
   return font;
 }
 
@@ -123,11 +118,17 @@ void TillStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
                                 widget->inherits("QAbstractItemView"))) {
         return;
       }
-      return Panel(*painter, option->rect.adjusted(-2, -1, 2, 1), Qt::transparent,
-                   colour::kAccent, 2);
+      return Draw(*painter, option->rect.adjusted(-2, -1, 2, 1),
+                  {Qt::transparent, colour::kAccent, 2});
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
+}
+
+void TillStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                            const QWidget* widget) const {
+  if (element == CE_HeaderSection) return HeaderGround(*painter, option->rect);
+  QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void TillStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -148,6 +149,18 @@ QRect TillStyle::subControlRect(ComplexControl control, const QStyleOptionComple
   const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
   const bool text = control == CC_ComboBox && part == SC_ComboBoxEditField;
   return text ? rect.adjusted(6, 0, 0, 0) : rect;
+}
+
+// A table's header asks for the room of a bold text, and has none.
+QSize TillStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                  const QSize& contents, const QWidget* widget) const {
+  const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+  if (type != CT_HeaderSection || header == nullptr || widget == nullptr) {
+    return QProxyStyle::sizeFromContents(type, option, contents, widget);
+  }
+  QStyleOptionHeader plain(*header);
+  plain.fontMetrics = QFontMetrics(widget->font());
+  return QProxyStyle::sizeFromContents(type, &plain, contents, widget);
 }
 
 int TillStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,

@@ -152,7 +152,7 @@ int Main(int count, char** words) {
   const Again again(words[0], path);
   std::vector<Row> rows = MeasureKeys(path);
   for (Row& row : MeasureSearch()) rows.push_back(std::move(row));
-  rows.push_back(Compare({"cold start to the painted sale screen", 1.3}, 15,
+  rows.push_back(Compare({"cold start to the painted sale screen", 1.3}, 60,
                          {{}, [&] { again("--sale"); }}, {{}, [&] { again("--empty"); }}));
   std::printf("The windows, without a screen, beside an empty one:\n\n");
   Print(rows);
