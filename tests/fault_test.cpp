@@ -313,14 +313,16 @@ TEST(StoreFiles, OfAnOlderVersionGetWhatTheyLackAndKeepWhatTheyHold) {
   ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
   EXPECT_EQ(sqlite3_exec(handle, "DROP TABLE Plazos; ALTER TABLE Fcol ADD COLUMN Fcol_Dias INTEGER; "
                                  "ALTER TABLE Fcol ADD COLUMN Fcol_Por REAL; "
-                                 "UPDATE Fcol SET Fcol_Dias = 30; PRAGMA user_version = 1", nullptr, nullptr, nullptr),
+                                 "UPDATE Fcol SET Fcol_Dias = 30; PRAGMA user_version = 1; "
+                                 "CREATE INDEX ix_Lav_Lav_IdCav ON Lav (Lav_IdCav)", nullptr, nullptr, nullptr),
             SQLITE_OK);
-  sqlite3_close(handle);
   SqliteConnection store(path, clock);
   EXPECT_EQ(store.Execute("SELECT plazo_dias FROM Plazos WHERE plazo_idfco = 2 AND plazo_modo = 1")
                 ->Field(0).ToPlainText(), "30");
   EXPECT_EQ(store.Execute("SELECT * FROM Fcol")->FieldCount(), 2U);
   EXPECT_EQ(store.Execute("SELECT Fcol_Mod FROM Fcol")->Field(0).ToPlainText(), "1");
+  EXPECT_EQ(sqlite3_exec(handle, "DROP INDEX ix_Lav_Lav_IdCav", nullptr, nullptr, nullptr), SQLITE_ERROR);
+  sqlite3_close(handle);
 }
 
 }  // namespace

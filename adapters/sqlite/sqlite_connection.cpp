@@ -32,7 +32,7 @@ struct sqlite::Control {
 namespace {
 
 constexpr int kApplicationId = 0x54505631;  // "TPV1"
-constexpr int kVersion = 2;
+constexpr int kVersion = 3;
 
 // A new file of the user alone; SQLite gives its journals the same rights.
 void MakeFile(const std::string& path) {
@@ -95,6 +95,7 @@ void AddWhatIsMissing(sqlite3* handle) {
     for (const std::string& statement : SqliteDdl(home)) RunOn(handle, statement);
   }
   MoveTermsOfPayment(handle);
+  RunOn(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
   RunOn(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
   RunOn(handle, "COMMIT");
 }

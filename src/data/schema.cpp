@@ -41,7 +41,8 @@ Table Lav() {
            {"Lav_CodArt", Text, 20}, {"Lav_Des", Text, 100}, {"Lav_Uni", Float},
            {"Lav_precio", Float}, {"Lav_DTo1", Float}, {"Lav_Importe", Float},
            {"Lav_Tiva", Int}},
-          {{{"Lav_IdCav"}}}};
+          // All that a ticket's totals ask of its lines, which keep their order.
+          {{{"Lav_IdCav", "Lav_Id", "Lav_Importe", "Lav_Tiva"}}}};
 }
 
 Table DiaCaj() {
