@@ -19,6 +19,7 @@ Variant Untyped(sqlite3_stmt* statement, int column) {
   switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER: return Variant(static_cast<std::int64_t>(sqlite3_column_int64(statement, column)));
     case SQLITE_FLOAT: return Variant(sqlite3_column_double(statement, column));
+    case SQLITE_NULL: return {};
     default: return Variant(TextAt(statement, column));
   }
 }
@@ -106,26 +107,41 @@ void StepRecordset::Release() {
   StatementCache::Return(*shape_, std::move(statement_));
 }
 
+// Whether a value is null is asked only where it reads like a null's.
 Variant StepRecordset::Stepped(std::size_t index) const {
   sqlite3_stmt* statement = statement_.get();
   const int column = static_cast<int>(index);
-  if (sqlite3_column_type(statement, column) == SQLITE_NULL) return {};
+  const auto null_if_zero = [&](auto number, auto value) {
+    const bool null = number == 0 && sqlite3_column_type(statement, column) == SQLITE_NULL;
+    return null ? Variant() : Variant(value);
+  };
   switch (shape_->translation.columns[index].type) {
-    case dialect::SqlType::Bit:
-      return Variant(sqlite3_column_int(statement, column) != 0);
-    case dialect::SqlType::Int:
-      return Whole(sqlite3_column_int64(statement, column));
-    case dialect::SqlType::Float:
-      return Variant(sqlite3_column_double(statement, column));
-    case dialect::SqlType::Money:
-      return Variant(Money::FromDouble(sqlite3_column_double(statement, column)));
+    case dialect::SqlType::Bit: {
+      const int bit = sqlite3_column_int(statement, column);
+      return null_if_zero(bit, bit != 0);
+    }
+    case dialect::SqlType::Int: {
+      const std::int64_t whole = sqlite3_column_int64(statement, column);
+      return null_if_zero(whole, Whole(whole));
+    }
+    case dialect::SqlType::Float: {
+      const double number = sqlite3_column_double(statement, column);
+      return null_if_zero(number, number);
+    }
+    case dialect::SqlType::Money: {
+      const double number = sqlite3_column_double(statement, column);
+      return null_if_zero(number, Money::FromDouble(number));
+    }
     case dialect::SqlType::DateTime: {
       const std::string_view text = TextAt(statement, column);
+      if (text.data() == nullptr) return {};
       const auto date = ParseIso(text);
       return date ? Variant(*date) : Variant(text);
     }
-    case dialect::SqlType::Text:
-      return Variant(TextAt(statement, column));
+    case dialect::SqlType::Text: {
+      const std::string_view text = TextAt(statement, column);
+      return text.data() == nullptr ? Variant() : Variant(text);
+    }
     default:
       return Untyped(statement, column);
   }

@@ -85,6 +85,21 @@ std::string Joined(int first, int second, int third, std::size_t first_width,
 
 std::string Time(const DateTime& v) { return " " + Joined(v.hour, v.minute, v.second, 2, 2, ':'); }
 
+// Nearly every date of a list comes as the store writes it: to the second.
+bool IsStoredMoment(std::string_view text) {
+  constexpr std::string_view kForm = "0000-00-00 00:00:00";
+  return text.size() == kForm.size() &&
+         std::equal(text.begin(), text.end(), kForm.begin(), [](char c, char form) {
+           return form == '0' ? c >= '0' && c <= '9' : c == form;
+         });
+}
+
+int Digits(std::string_view text, std::size_t at, std::size_t count) {
+  int value = 0;
+  for (const char c : text.substr(at, count)) value = value * 10 + (c - '0');
+  return value;
+}
+
 // More days than the calendar has, few enough to add without overflow.
 constexpr std::int64_t kBeyondCalendar = 4'000'000;
 constexpr std::int64_t kDaySeconds = 86'400;
@@ -115,6 +130,10 @@ std::optional<DateTime> ParseDayFirst(std::string_view text) {
 }
 
 std::optional<DateTime> ParseIso(std::string_view text) {
+  if (IsStoredMoment(text)) {
+    return Checked({Digits(text, 0, 4), Digits(text, 5, 2), Digits(text, 8, 2), Digits(text, 11, 2),
+                    Digits(text, 14, 2), Digits(text, 17, 2)});
+  }
   Reader reader(text);
   DateTime value;
   if (!reader.Digits(4, 4, value.year) || !reader.OneOf("-")) return std::nullopt;

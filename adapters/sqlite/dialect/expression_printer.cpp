@@ -166,12 +166,19 @@ Printed Printer::PrintNumbers(const std::string& op, const Printed& left, const 
                               SqlType type) {
   const bool divides = op == "/" || op == "%";
   const bool fraction = divides && type != SqlType::Int && left.type != type;
-  const std::string a = fraction ? ConvertedTo(left, SqlType::Float) : ReadAs(left, type);
+  const bool adds = op == "+" || op == "-";
+  const bool goes_on = adds && type == SqlType::Money && !left.sum.empty();
+  const std::string a = goes_on    ? left.sum
+                        : fraction ? ConvertedTo(left, SqlType::Float)
+                                   : ReadAs(left, type);
   const bool safe_divisor = right.literal && right.text[0] != '?' && right.text != "0";
   const std::string b = ReadAs(right, type);
   const std::string text =
       "(" + a + " " + op + " " + (divides && !safe_divisor ? "tpv_divisor(" + b + ")" : b) + ")";
-  if (type == SqlType::Money) return {"tpv_money(" + text + ")", type};
+  // Money added up stays within its four decimals until the end.
+  if (type == SqlType::Money) {
+    return {"tpv_money(" + text + ")", type, false, false, adds ? text : std::string()};
+  }
   return {text, type == SqlType::Bit ? SqlType::Int : type, left.literal && right.literal};
 }
 

@@ -16,6 +16,7 @@ struct Printed {
   SqlType type = SqlType::Null;
   bool literal = false;    // a constant of the statement
   bool condition = false;  // true, false or unknown: no value to store or show
+  std::string sum = {};    // of money added up: the text without its rounding
 };
 
 SqlType TypeOf(const schema::Column& column);

@@ -62,8 +62,9 @@ bool EndsWithType(std::string_view sql) {
 
 // Where the first ORDER BY is, or the statement's end.
 std::size_t OrderBy(std::string_view sql) {
-  for (std::size_t y = 1; (y = sql.find_first_of("yY", y)) != std::string_view::npos; ++y) {
-    if (!EqualNoCase(LastWord(sql.substr(0, y + 1)), "BY")) continue;
+  for (std::size_t y = 1; y < sql.size(); ++y) {
+    const bool by = (sql[y] | 0x20) == 'y' && (sql[y - 1] | 0x20) == 'b';
+    if (!by || !EqualNoCase(LastWord(sql.substr(0, y + 1)), "BY")) continue;
     if (EqualNoCase(LastWord(Before(sql, y - 1)), "ORDER")) return y;
   }
   return sql.size();
