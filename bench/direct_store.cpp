@@ -19,7 +19,7 @@ DirectStore::DirectStore(const std::string& path, const Clock& clock) {
   Run("PRAGMA synchronous = FULL");
   Run("PRAGMA temp_store = MEMORY");
   Run("PRAGMA cache_size = -65536");
-  sqlite3_busy_timeout(handle_, 5000);
+  sqlite3_busy_timeout(handle_, 60000);  // its waiting is unfair: some wait for seconds
 }
 
 DirectStore::~DirectStore() { sqlite3_close(handle_); }
