@@ -2,10 +2,18 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "context/context.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 
 namespace tpv::suite {
+
+namespace {
+
+constexpr ChoiceList kStreetTypes{"SELECT TVI_COD,TVI_NOM FROM zrcomun.dbo.TVI", "TVI_COD", "TVI_NOM"};
+constexpr ChoiceList kProvinces{"SELECT PROV_COD,PROV_NOM FROM zrcomun.dbo.PROV", "PROV_COD", "PROV_NOM"};
+
+}  // namespace
 
 CustomerForm::CustomerForm(Context& ctx) : Screen(ctx, "frmNuevoCliente") {
   caption = "Nuevo cliente";
@@ -43,16 +51,8 @@ void CustomerForm::OnLoad() {
   Screen::OnLoad();
   const auto last = Database().Execute("SELECT MAX(CLI_COD) FROM Cli");
   Text1[kCode].text = std::to_string(last->Field(0).IntOr(0) + 1);
-  const auto fill = [this](ui::ComboBox& combo, const char* statement) {
-    const auto found = Database().Execute(statement);
-    std::vector<std::string> entries;
-    for (; !found->Eof(); found->MoveNext()) {
-      entries.push_back(found->Field(0).TextOr("") + " - " + found->Field(1).TextOr(""));
-    }
-    combo.Offer(ui::Entries(std::move(entries)));
-  };
-  fill(cboTipoVia, "SELECT TVI_COD,TVI_NOM FROM zrcomun.dbo.TVI");
-  fill(cboProvincias, "SELECT PROV_COD,PROV_NOM FROM zrcomun.dbo.PROV");
+  cboTipoVia.Offer(context().choices.Entries(Database(), kStreetTypes));
+  cboProvincias.Offer(context().choices.Entries(Database(), kProvinces));
 }
 
 bool CustomerForm::Check() {

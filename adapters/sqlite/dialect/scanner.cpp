@@ -60,12 +60,14 @@ bool EndsWithType(std::string_view sql) {
                      [word](std::string_view type) { return EqualNoCase(word, type); });
 }
 
-// Where the first ORDER BY is, or the statement's end.
-std::size_t OrderBy(std::string_view sql) {
-  for (std::size_t y = 1; y < sql.size(); ++y) {
-    const bool by = (sql[y] | 0x20) == 'y' && (sql[y - 1] | 0x20) == 'b';
-    if (!by || !EqualNoCase(LastWord(sql.substr(0, y + 1)), "BY")) continue;
-    if (EqualNoCase(LastWord(Before(sql, y - 1)), "ORDER")) return y;
+// Where the first word ORDER is, or the statement's end.
+std::size_t OrderIn(std::string_view sql) {
+  constexpr std::string_view kOrder = "ORDER";
+  for (std::size_t at = 0; at + kOrder.size() <= sql.size(); ++at) {
+    if ((sql[at] | 0x20) != 'o' || (at > 0 && StartsName(sql[at - 1]))) continue;
+    const std::size_t end = at + kOrder.size();
+    const bool whole = end == sql.size() || !IsNamePart(sql[end]);
+    if (whole && EqualNoCase(sql.substr(at, kOrder.size()), kOrder)) return at;
   }
   return sql.size();
 }
@@ -150,8 +152,8 @@ class Scanner {
 
   // Whether what stands before a number makes it part of the statement's shape.
   bool Stays(std::size_t number) {
-    if (order_by_ == kUnknown) order_by_ = OrderBy(sql_);
-    if (number > order_by_) return true;
+    if (order_ == kUnknown) order_ = OrderIn(sql_);
+    if (number > order_) return true;
     const std::string_view before = Before(sql_, number);
     if (before.empty()) return false;
     switch (before.back()) {
@@ -252,7 +254,7 @@ class Scanner {
   std::size_t at_ = 0;
   std::size_t copied_ = 0;       // the statement up to here is in the shape
   std::size_t literal_end_ = 0;  // behind the last literal
-  std::size_t order_by_ = kUnknown;
+  std::size_t order_ = kUnknown;  // where ORDER stands
   Scanned result_;
 };
 
