@@ -3,8 +3,8 @@
 #include <stdexcept>
 
 #include "cash/closures_journal.h"
+#include "debt/pending_screen.h"
 #include "invoicing/period_screen.h"
-#include "reports/pending_screen.h"
 #include "reports/sales_journal_screen.h"
 #include "sale/sale_screen.h"
 
@@ -22,7 +22,7 @@ void Office::SaleScreen() {
 }
 
 void Office::Pending() {
-  FrmTpvPendiente screen(context_);
+  FrmTpvPendiente screen(context_, [](std::int32_t) {});
   engine().Open(screen);
   List(screen);
   engine().Unload(screen);

@@ -4,8 +4,8 @@
 
 #include "base/text.h"
 #include "data/till_state.h"
+#include "debt/customer_debt.h"
 #include "platform/database.h"
-#include "reports/pending_collections.h"
 #include "suite/number_series.h"
 
 namespace tpv::bench {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "cash/closure.h"
-#include "cash/collection.h"
+#include "debt/collection.h"
 #include "cash/mail_queue.h"
 #include "host/store_check.h"
 #include "tests/test_machine.h"

@@ -103,12 +103,11 @@ bool FrmTpvMovCaja::SaveCollection() {
 }
 
 void FrmTpvMovCaja::RequireUnchanged(const std::vector<Share>& shares) const {
-  std::vector<ui::ListItem> unused;
-  const std::vector<OpenTicket> now = ReadTickets(unused);
+  const std::vector<ListedTicket> now = ReadTickets();
   for (const Share& share : shares) {
     const OpenTicket& shown = tickets_[share.ticket];
-    const bool same = std::any_of(now.begin(), now.end(), [&](const OpenTicket& ticket) {
-      return ticket.id == shown.id && SameCents(ticket.pending, shown.pending);
+    const bool same = std::any_of(now.begin(), now.end(), [&](const ListedTicket& listed) {
+      return listed.ticket.id == shown.id && SameCents(listed.ticket.pending, shown.pending);
     });
     if (!same) throw TicketsChanged();
   }

@@ -1,13 +1,11 @@
 #include "cash/movements_screen.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
-#include "data/statements.h"
 #include "platform/database.h"
 #include "screen/lookups.h"
 
@@ -71,49 +69,32 @@ void FrmTpvMovCaja::LeaveAmount(int index) {
   if (index == 11) ShowSums();
 }
 
-// The statement says no order: the oldest ticket comes first, then the lower id.
-std::vector<OpenTicket> FrmTpvMovCaja::ReadTickets(std::vector<ui::ListItem>& items) const {
-  struct Row {
-    DateTime date;
-    OpenTicket ticket;
-    ui::ListItem item;
-  };
-  std::vector<Row> found;
-  PendingTickets pending;
-  pending.filter = OfCustomer(customer_id_);
-  const auto tickets = Database().Execute(pending.Select());
-  for (; !tickets->Eof(); tickets->MoveNext()) {
-    if (tickets->Field("Cav_Id").ToInt32() == sale_in_progress) continue;
-    const Variant date = tickets->Field("Cav_Fecha");
-    const OpenTicket ticket{tickets->Field("Cav_Id").ToInt32(), tickets->Field("Ticket").TextOr(""),
-                            RoundHalfAway(tickets->Field("Pendiente").NumberOr(0), 2)};
-    constexpr const char* kEuros = "#,###,##0.00";
-    ui::ListItem item{{ticket.reference, Format(date, "dd/mm/yyyy HH:MM"),
-                       tickets->Field("Agente").TextOr(""),
-                       FormatNumber(tickets->Field("total").NumberOr(0), kEuros),
-                       FormatNumber(ticket.pending, kEuros)},
-                      false, ticket.id};
-    found.push_back({date.IsNull() ? DateTime{} : date.ToDate(), ticket, std::move(item)});
-  }
-  std::sort(found.begin(), found.end(), [](const Row& left, const Row& right) {
-    return std::tie(left.date, left.ticket.id) < std::tie(right.date, right.ticket.id);
-  });
-  std::vector<OpenTicket> ordered;
-  for (Row& row : found) {
-    ordered.push_back(std::move(row.ticket));
-    items.push_back(std::move(row.item));
-  }
-  return ordered;
+std::vector<ListedTicket> FrmTpvMovCaja::ReadTickets() const {
+  std::vector<ListedTicket> tickets = ReadOpenTickets(Database(), customer_id_);
+  std::erase_if(tickets, [this](const ListedTicket& listed) { return listed.ticket.id == sale_in_progress; });
+  return tickets;
+}
+
+ui::ListItem FrmTpvMovCaja::ItemOf(const ListedTicket& listed) {
+  constexpr const char* kEuros = "#,###,##0.00";
+  const OpenTicket& ticket = listed.ticket;
+  return {{ticket.reference, Format(listed.date, "dd/mm/yyyy HH:MM"), listed.agent,
+           FormatNumber(listed.total, kEuros), FormatNumber(ticket.pending, kEuros)},
+          false, ticket.id};
 }
 
 void FrmTpvMovCaja::ListTickets() {
   ListView1.items.clear();
   ListView1.current_row = -1;
   tickets_.clear();
-  if (customer_id_ != 0) tickets_ = ReadTickets(ListView1.items);
-  const double debt = std::accumulate(
-      tickets_.begin(), tickets_.end(), 0.0,
-      [](double sum, const OpenTicket& ticket) { return sum + ticket.pending; });
+  double debt = 0;
+  if (customer_id_ != 0) {
+    for (const ListedTicket& listed : ReadTickets()) {
+      ListView1.items.push_back(ItemOf(listed));
+      tickets_.push_back(listed.ticket);
+      debt += listed.ticket.pending;
+    }
+  }
   Text1[15].text = customer_id_ == 0 ? std::string() : FormatNumber(debt, "##,##0.00");
   ShowSums();
 }

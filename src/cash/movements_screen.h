@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "cash/collection.h"
+#include "debt/open_tickets.h"
 #include "screen/screen.h"
 
 namespace tpv {
@@ -45,7 +45,8 @@ class FrmTpvMovCaja : public Screen {
   void ForgetCustomer();
   void LeaveAmount(int index);
 
-  std::vector<OpenTicket> ReadTickets(std::vector<ui::ListItem>& items) const;
+  std::vector<ListedTicket> ReadTickets() const;
+  static ui::ListItem ItemOf(const ListedTicket& listed);
   void ListTickets();
   void ShowSums();
   std::vector<Share> Shares() const;

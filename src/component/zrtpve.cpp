@@ -3,13 +3,13 @@
 #include "cash/closing_screen.h"
 #include "cash/closures_journal.h"
 #include "cash/movements_screen.h"
+#include "debt/customer_debt.h"
+#include "debt/pending_screen.h"
 #include "invoicing/period_screen.h"
 #include "output/cash_drawer.h"
 #include "output/sales_ticket.h"
 #include "platform/objects.h"
 #include "platform/ui/front_end.h"
-#include "reports/pending_collections.h"
-#include "reports/pending_screen.h"
 #include "reports/sales_journal_screen.h"
 #include "reports/supplier_search.h"
 #include "sale/sale_screen.h"
@@ -35,10 +35,10 @@ void Zrtpve::RequireDatabase() const {
   if (!context_.MyBd) throw ObjectError("ZRTPVE: falta MyBd");
 }
 
-template <typename Screen>
-void Zrtpve::ShowScreen() {
+template <typename Screen, typename... Handed>
+void Zrtpve::ShowScreen(Handed... handed) {
   RequireDatabase();
-  Screen screen(context_);
+  Screen screen(context_, std::move(handed)...);
   context_.ports.ui.ShowModal(screen);
 }
 
@@ -48,7 +48,7 @@ void Zrtpve::zAperturaCierre() { ShowScreen<FrmTpvCierreCaja>(); }
 void Zrtpve::zMovCaja() { ShowScreen<FrmTpvMovCaja>(); }
 void Zrtpve::zFacturacion() { ShowScreen<FrmTpvFacturas>(); }
 void Zrtpve::zDiarioCaja() { ShowScreen<FrmTpvDiarioCierres>(); }
-void Zrtpve::zInfPendienteCobro() { ShowScreen<FrmTpvPendiente>(); }
+void Zrtpve::zInfPendienteCobro() { ShowScreen<FrmTpvPendiente>(SaleViewer(context_)); }
 
 void Zrtpve::zFindByName() {
   RequireDatabase();

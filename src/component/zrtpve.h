@@ -44,8 +44,8 @@ class Zrtpve {
 
  private:
   void RequireDatabase() const;
-  template <typename Screen>
-  void ShowScreen();
+  template <typename Screen, typename... Handed>
+  void ShowScreen(Handed... handed);
 
   Context context_;
 };

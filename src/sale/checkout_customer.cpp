@@ -4,13 +4,14 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/sql_text.h"
+#include "debt/customer_debt.h"
+#include "debt/pending_screen.h"
 #include "platform/database.h"
 #include "platform/objects.h"
-#include "reports/pending_collections.h"
-#include "reports/pending_screen.h"
 #include "sale/checkout_dialog.h"
 #include "sale/kept_sale.h"
 #include "sale/payment_methods.h"
+#include "sale/sale_screen.h"
 
 namespace tpv {
 
@@ -70,7 +71,7 @@ void FrmTpv1::NewCustomer() {
 
 void FrmTpv1::ShowPending() {
   const KeptSale kept(context());
-  FrmTpvPendiente pending(context());
+  FrmTpvPendiente pending(context(), SaleViewer(context()));
   context().ports.ui.Load(pending);
   pending.Text1[9].text = Text1[2].text;
   pending.Text1[4].text = Text1[5].text;

@@ -169,6 +169,10 @@ void ShowStoredSale(Context& context, std::int32_t sale_id, bool consult_only) {
   context.ports.ui.ShowModal(screen);
 }
 
+std::function<void(std::int32_t)> SaleViewer(Context& context) {
+  return [&context](std::int32_t sale_id) { ShowStoredSale(context, sale_id); };
+}
+
 void FrmTpv::Reprint() {
   if (sale_in_progress_) return Refuse("Debe concluir la venta en curso", nullptr, Icon::Information);
   const auto last = Database().Execute(

@@ -2,6 +2,8 @@
 // totals, finish or cancel; and from here the till's other operations.
 #pragma once
 
+#include <functional>
+
 #include "sale/sale_entry.h"
 
 namespace tpv {
@@ -83,5 +85,9 @@ class FrmTpv : public SaleEntry {
 // Opens a sale screen on a stored sale, read-only, and waits until it is closed.
 // `consult_only` disables the till's operations too.
 void ShowStoredSale(Context& context, std::int32_t sale_id, bool consult_only = false);
+
+// The same, to be handed to a screen that stands below this one. The context
+// outlives it.
+std::function<void(std::int32_t sale_id)> SaleViewer(Context& context);
 
 }  // namespace tpv

@@ -1,4 +1,4 @@
-#include "cash/collection.h"
+#include "debt/collection.h"
 
 #include "base/rounding.h"
 #include "base/text.h"

@@ -1,4 +1,4 @@
-#include "reports/pending_collections.h"
+#include "debt/customer_debt.h"
 
 #include "context/context.h"
 #include "data/statements.h"

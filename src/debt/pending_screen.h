@@ -1,13 +1,18 @@
 // Lists the open tickets of one customer or of all, with what is pending on each.
 #pragma once
 
+#include <functional>
+
 #include "screen/screen.h"
 
 namespace tpv {
 
 class FrmTpvPendiente : public Screen {
  public:
-  explicit FrmTpvPendiente(Context& ctx);
+  // How a ticket of the list is shown whole; the sale screen stands above this one.
+  using ShowSale = std::function<void(std::int32_t sale_id)>;
+
+  FrmTpvPendiente(Context& ctx, ShowSale show_sale);
 
   std::int32_t IdCliente = 0;  // 0: all customers
 
@@ -27,6 +32,8 @@ class FrmTpvPendiente : public Screen {
   std::vector<ui::GridColumn> Columns() const;
   void ShowTotal();
   void ShowTicket(int row, int column);
+
+  ShowSale show_sale_;
 
   ui::Frame Frame1{*this, "Frame1", "Cobros pendientes"};
   ui::CheckBox Check1{*this, "Check1", "Desglosar ventas", true};

@@ -1,16 +1,16 @@
-#include "reports/pending_screen.h"
+#include "debt/pending_screen.h"
 
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "data/date_filter.h"
 #include "data/statements.h"
 #include "platform/database.h"
-#include "sale/sale_screen.h"
 #include "screen/lookups.h"
 
 namespace tpv {
 
-FrmTpvPendiente::FrmTpvPendiente(Context& ctx) : Screen(ctx, "frmTpvPendiente") {
+FrmTpvPendiente::FrmTpvPendiente(Context& ctx, ShowSale show_sale)
+    : Screen(ctx, "frmTpvPendiente"), show_sale_(std::move(show_sale)) {
   caption = "Cobros pendientes de clientes";
   Text1.Add(9, "Cliente (F1Busqueda albafetica)").input = ui::Input::Number;
   Text1.Add(4).locked = true;
@@ -112,7 +112,7 @@ void FrmTpvPendiente::ShowTotal() {
 void FrmTpvPendiente::ShowTicket(int row, int column) {
   constexpr int kNumberColumn = 2;
   if (column != kNumberColumn) return;
-  ShowStoredSale(context(), DbgDiario.Value(row, "Cav_Id").ToInt32());
+  show_sale_(DbgDiario.Value(row, "Cav_Id").ToInt32());
 }
 
 }  // namespace tpv
