@@ -1,4 +1,5 @@
 #include "cash/movements_screen.h"
+#include "screen/declared_fields.h"
 
 namespace tpv {
 
@@ -10,16 +11,8 @@ FrmTpvMovCaja::FrmTpvMovCaja(Context& ctx) : Screen(ctx, "frmTpvMovCaja") {
 }
 
 void FrmTpvMovCaja::DeclareFields() {
-  struct Field {
-    int index;
-    const char* caption;
-    int columns;
-    int max_length;
-    ui::Input input;
-    bool shown_only;
-  };
   using enum ui::Input;
-  const Field fields[] = {
+  const DeclaredField fields[] = {
       {21, "Fecha", 12, 10, Date, false},
       {0, "Vendedor (F1 Búsqueda alfabética)", 8, 9, Number, false},
       {1, "", 30, 0, Any, true},
@@ -34,14 +27,7 @@ void FrmTpvMovCaja::DeclareFields() {
       {3, "Descripción de la salida", 50, 100, Any, false},
       {6, "Importe", 12, 12, Number, false},
   };
-  for (const Field& field : fields) {
-    ui::TextBox& box = Text1.Add(field.index, field.caption);
-    box.columns = field.columns;
-    box.max_length = field.max_length;
-    box.input = field.input;
-    box.locked = field.shown_only;
-    box.tab_stop = !field.shown_only;
-  }
+  tpv::DeclareFields(Text1, fields);
   for (const int index : {15, 11, 7, 4, 6}) Text1[index].align = ui::Align::Right;
   for (const int index : {11, 7, 4, 6}) Text1[index].large = true;
   for (const int index : {1, 5, 13, 3}) Text1[index].stretch = true;

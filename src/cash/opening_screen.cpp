@@ -8,6 +8,7 @@
 #include "data/sql_text.h"
 #include "data/till_state.h"
 #include "platform/database.h"
+#include "screen/declared_fields.h"
 #include "screen/lookups.h"
 
 namespace tpv {
@@ -31,30 +32,13 @@ FrmTpvAperturaCaja::FrmTpvAperturaCaja(Context& ctx) : Screen(ctx, "frmTpvApertu
 }
 
 void FrmTpvAperturaCaja::DeclareFields() {
-  struct Field {
-    int index;
-    const char* caption;
-    int columns;
-    ui::Input input;
-    bool shown_only;
-  };
   using enum ui::Input;
-  const Field fields[] = {
-      {5, "Fecha apertura", 12, Date, false}, {13, "Nº Caja", 6, Number, false},
-      {11, "Vendedor", 8, Number, false},     {12, "", 30, Any, true},
-      {14, "Saldo inicial de caja", 14, Number, false},
+  const DeclaredField fields[] = {
+      {5, "Fecha apertura", 12, 10, Date, false}, {13, "Nº Caja", 6, 5, Number, false},
+      {11, "Vendedor", 8, 9, Number, false},      {12, "", 30, 0, Any, true},
+      {14, "Saldo inicial de caja", 14, 12, Number, false},
   };
-  for (const Field& field : fields) {
-    ui::TextBox& box = Text1.Add(field.index, field.caption);
-    box.columns = field.columns;
-    box.input = field.input;
-    box.locked = field.shown_only;
-    box.tab_stop = !field.shown_only;
-  }
-  MakeDateField(Text1[5]);
-  Text1[13].max_length = 5;
-  Text1[11].max_length = 9;
-  Text1[14].max_length = 12;
+  tpv::DeclareFields(Text1, fields);
   Text1[14].align = ui::Align::Right;
   Text1[14].large = true;
   Text1[12].stretch = true;

@@ -4,6 +4,8 @@
 #include "data/statements.h"
 #include "platform/database.h"
 #include "platform/objects.h"
+#include "screen/declared_fields.h"
+#include "screen/sold_totals.h"
 
 namespace tpv {
 
@@ -22,17 +24,7 @@ FrmTpvFacturas::FrmTpvFacturas(Context& ctx) : Screen(ctx, "frmTpvFacturas") {
 }
 
 void FrmTpvFacturas::DeclareFields() {
-  MakeDateField(Text1.Add(5, "Desde Fecha"));
-  MakeDateField(Text1.Add(2, "Hasta Fecha"));
-  const std::pair<int, const char*> totals[] = {
-      {10, "Base Imponible"}, {3, "Impuestos"}, {8, "Total"}};
-  for (const auto& [index, label] : totals) {
-    ui::TextBox& box = Text1.Add(index, label);
-    box.locked = true;
-    box.tab_stop = false;
-    box.align = ui::Align::Right;
-  }
-  for (auto& [index, box] : Text1) box->columns = 12;
+  DeclarePeriod(Text1, {{10, "Base Imponible"}, {3, "Impuestos"}, {8, "Total"}});
   Text1[8].large = true;
   DbgDiario.stretch = true;
 }
@@ -48,8 +40,7 @@ void FrmTpvFacturas::Search() {
   const std::string days = BetweenDays(from_, to_);
   tickets_ = " WHERE Cav_fecha " + days + "AND Cav_Ticket = 1 AND Cav_Situa =1";
   const auto count = Database().Execute("SELECT COUNT(*) From Cav " + tickets_);
-  Frame4.caption = "Totales del informe: Numero de ventas " +
-                   FormatNumber(count->Field(0).NumberOr(0), "#,###,##0");
+  Frame4.caption = SoldCountCaption(count->Field(0));
   ShowTotals(days);
   ShowTickets();
   cmdFacturar.enabled = !DbgDiario.rows.empty();
@@ -57,20 +48,8 @@ void FrmTpvFacturas::Search() {
 
 // Over every ticket of the period, also those already invoiced.
 void FrmTpvFacturas::ShowTotals(const std::string& days) {
-  double base = 0;
-  double taxes = 0;
-  double total = 0;
-  const auto lines = Database().Execute(SoldLines(days));
-  for (; !lines->Eof(); lines->MoveNext()) {
-    const double amount = lines->Field(0).NumberOr(0);
-    const double tax = amount / 100 * lines->Field(1).NumberOr(0);
-    base += amount;
-    taxes += tax;
-    total += amount + tax;
-  }
-  Text1[10].text = FormatNumber(base, "0.00");
-  Text1[3].text = FormatNumber(taxes, "0.00");
-  Text1[8].text = FormatNumber(total, "0.00");
+  ShowSold(Text1, ReadSold(Database(), days,
+                           [](double amount, double rate) { return amount / 100 * rate; }));
 }
 
 void FrmTpvFacturas::ShowTickets() {

@@ -12,6 +12,8 @@
 #include "reports/sales_journal_statements.h"
 #include "reports/ticket_deletion.h"
 #include "sale/sale_screen.h"
+#include "screen/declared_fields.h"
+#include "screen/sold_totals.h"
 
 namespace tpv {
 
@@ -50,19 +52,9 @@ FrmTpvDiarioVentas::FrmTpvDiarioVentas(Context& ctx) : Screen(ctx, "frmTpvDiario
 }
 
 void FrmTpvDiarioVentas::DeclareFields() {
-  MakeDateField(Text1.Add(5, "Desde Fecha"));
-  MakeDateField(Text1.Add(2, "Hasta Fecha"));
-  const std::pair<int, const char*> totals[] = {
-      {10, "Base Imponible"},   {3, "Impuestos"},           {8, "Total Ventas"},
-      {6, "Cobro en metalico"}, {7, "Cobros con tarjeta"}, {1, "Descuentos"},
-      {0, "Total de cobros"}};
-  for (const auto& [index, label] : totals) {
-    ui::TextBox& box = Text1.Add(index, label);
-    box.locked = true;
-    box.tab_stop = false;
-    box.align = ui::Align::Right;
-  }
-  for (auto& [index, box] : Text1) box->columns = 12;
+  DeclarePeriod(Text1, {{10, "Base Imponible"},   {3, "Impuestos"},          {8, "Total Ventas"},
+                        {6, "Cobro en metalico"}, {7, "Cobros con tarjeta"}, {1, "Descuentos"},
+                        {0, "Total de cobros"}});
   Text1[8].large = Text1[0].large = true;
 }
 
@@ -113,8 +105,7 @@ void FrmTpvDiarioVentas::Run() {
   }
   const std::string days = BetweenDays(Text1[5].text, Text1[2].text);
   const auto count = Database().Execute(journal::CountSales(days));
-  Frame4.caption = "Totales del informe: Numero de ventas " +
-                   FormatNumber(count->Field(0).NumberOr(0), "#,###,##0");
+  Frame4.caption = SoldCountCaption(count->Field(0));
   ShowSalesTotals(days);
   ShowLists(days);
   ShowBreakdown(days);
@@ -122,20 +113,9 @@ void FrmTpvDiarioVentas::Run() {
 }
 
 void FrmTpvDiarioVentas::ShowSalesTotals(const std::string& days) {
-  double base = 0;
-  double taxes = 0;
-  double total = 0;
-  const auto lines = Database().Execute(SoldLines(days));
-  for (; !lines->Eof(); lines->MoveNext()) {
-    const double amount = lines->Field(0).NumberOr(0);
-    const double tax = toolkit().Redondear(amount * (lines->Field(1).NumberOr(0) / 100), 2);
-    base += amount;
-    taxes += tax;
-    total += amount + tax;
-  }
-  Text1[10].text = FormatNumber(base, "0.00");
-  Text1[3].text = FormatNumber(taxes, "0.00");
-  Text1[8].text = FormatNumber(total, "0.00");
+  ShowSold(Text1, ReadSold(Database(), days, [this](double amount, double rate) {
+             return toolkit().Redondear(amount * (rate / 100), 2);
+           }));
 }
 
 void FrmTpvDiarioVentas::ShowCollectionTotals(const std::string& days) {

@@ -11,15 +11,31 @@ using ui::Icon;
 
 SaleEntry::SaleEntry(Context& ctx, std::string form_name) : Screen(ctx, std::move(form_name)) {}
 
-void SaleEntry::Declare(std::span<const Field> fields) {
-  for (const Field& field : fields) {
-    ui::TextBox& box = Text1.Add(field.index, field.caption);
-    box.columns = field.columns;
-    box.max_length = field.max_length;
-    box.input = field.input;
-    box.locked = field.shown_only;
-    box.tab_stop = !field.shown_only;
-    if (field.input == ui::Input::Number) box.align = ui::Align::Right;
+void SaleEntry::DeclareCommonFields(std::span<const DeclaredField> own) {
+  using enum ui::Input;
+  const DeclaredField head[] = {
+      {6, "Nº Caja", 6, 5, Number, false},
+      {0, "Vendedor (F1 busqueda alfabetica)", 8, 9, Number, false},
+      {1, "", 30, 0, Any, true},
+      {2, "Cliente", 8, 9, Number, false},
+      {5, "", 40, 0, Any, true},
+      {4, "Fecha", 12, 10, Date, false},
+  };
+  const DeclaredField line_and_totals[] = {
+      {21, "Unidades", 9, 12, Number, false},
+      {19, "Articulo (F1 Busqueda albafetica)", 18, 20, Any, false},
+      {18, "Descripción", 40, 100, Any, false},
+      {17, "Precio", 11, 12, Number, false},
+      {7, "% Dto", 7, 7, Number, false},
+      {10, "Base Imponible", 12, 0, Any, true},
+      {3, "Impuestos", 12, 0, Any, true},
+      {8, "Total", 12, 0, Any, true},
+  };
+  DeclareFields(Text1, head);
+  DeclareFields(Text1, own);
+  DeclareFields(Text1, line_and_totals);
+  for (auto& [index, box] : Text1) {
+    if (box->input == Number) box->align = ui::Align::Right;
   }
   for (const int index : {10, 3, 8}) Text1[index].align = ui::Align::Right;
   Text1[8].emphasis = ui::Emphasis::Strong;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "sale/article_lookup.h"
+#include "screen/declared_fields.h"
 #include "screen/lookups.h"
 #include "screen/screen.h"
 
@@ -28,15 +29,8 @@ class SaleEntry : public Screen {
  protected:
   SaleEntry(Context& ctx, std::string form_name);
 
-  struct Field {
-    int index;
-    const char* caption;
-    int columns;
-    int max_length;
-    ui::Input input;
-    bool shown_only;
-  };
-  void Declare(std::span<const Field> fields);
+  // The fields of head, line and totals, and those of the screen itself.
+  void DeclareCommonFields(std::span<const DeclaredField> own);
   void OnF1(std::string_view tag) override;
 
   // The screen's own lists and totals of the context's sale.

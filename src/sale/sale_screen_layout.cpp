@@ -15,25 +15,12 @@ FrmTpv::FrmTpv(Context& ctx) : SaleEntry(ctx, "frmTpv") {
 
 void FrmTpv::DeclareFields() {
   using enum ui::Input;
-  const Field fields[] = {
-      {6, "Nº Caja", 6, 5, Number, false},
-      {0, "Vendedor (F1 busqueda alfabetica)", 8, 9, Number, false},
-      {1, "", 30, 0, Any, true},
-      {2, "Cliente Contado", 8, 9, Number, false},
-      {5, "", 40, 0, Any, true},
-      {4, "Fecha", 12, 10, Date, false},
+  const DeclaredField own[] = {
       {9, "Serie", 6, 0, Any, true},
       {11, "Numero", 9, 0, Any, true},
-      {21, "Unidades", 9, 12, Number, false},
-      {19, "Articulo (F1 Busqueda albafetica)", 18, 20, Any, false},
-      {18, "Descripción", 40, 100, Any, false},
-      {17, "Precio", 11, 12, Number, false},
-      {7, "% Dto", 7, 7, Number, false},
-      {10, "Base Imponible", 12, 0, Any, true},
-      {3, "Impuestos", 12, 0, Any, true},
-      {8, "Total", 12, 0, Any, true},
   };
-  Declare(fields);
+  DeclareCommonFields(own);
+  Text1[2].caption = "Cliente Contado";
   Text1[5].stretch = Text1[8].stretch = Text1[18].stretch = dbgVenta.stretch = true;
 }
 
