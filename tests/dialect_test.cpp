@@ -166,9 +166,23 @@ TEST(Dialect, FactsOfTheShopsStatements) {
   };
   for (const auto& [statement, answer] : facts) EXPECT_EQ(store.Value(statement), answer) << statement;
 
+  const std::pair<const char*, const char*> dates[] = {
+      {"20261124", "2026-11-24 00:00:00"}, {"20261124 10:30", "2026-11-24 10:30:00"},
+      {"20261124 10:30:07.5", "2026-11-24 10:30:07"}, {"261124", "2026-11-24 00:00:00"},
+      {"991124 8:05", "1999-11-24 08:05:00"}, {"2026", "2026-01-01 00:00:00"}, {"24/11/2026", "2026-11-24 00:00:00"}};
+  for (const auto& [text, moment] : dates) {
+    connection.Execute("UPDATE DiaCaj SET DiaCaj_Fecha = '" + std::string(text) + "'");
+    EXPECT_EQ(store.Value("SELECT DiaCaj_Fecha FROM DiaCaj"), moment) << text;
+    EXPECT_EQ(store.Value("SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Fecha BETWEEN '" + std::string(text) + "' AND '" +
+                          text + "'"), "1") << text;
+  }
+  EXPECT_EQ(store.Value("SELECT CONVERT(datetime, '20261124', 112)"), "2026-11-24 00:00:00");
+
   for (const char* refused :
        {"SELECT Nada FROM Age", "SELECT * FROM Nada", "SELECT 1 FROM Age WHERE (", "DROP TABLE Age",
         "SELECT DiaCaj_Id FROM DiaCaj WHERE DiaCaj_Fecha > '31/02/2026'", "SELECT 1/0",
+        "SELECT DiaCaj_Id FROM DiaCaj WHERE DiaCaj_Fecha > '20261324'", "SELECT CONVERT(datetime, '11/24/2026', 101)",
+        "SELECT DiaCaj_Id FROM DiaCaj WHERE DiaCaj_Fecha > '20261'",
         "INSERT INTO Age (Age_NOM) VALUES ('123456789012345678901234567890123456789012345678901')",
         "SELECT (SELECT Lav_Id FROM Lav UNION ALL SELECT 2)", "UPDATE Age SET Age_Reg = 'x'"}) {
     EXPECT_THROW(connection.Execute(refused), DatabaseError) << refused;

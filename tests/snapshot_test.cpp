@@ -2,6 +2,10 @@
 // the parameters and lists of every sale, and the one state of a snapshot.
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <random>
+
+#include "context/choice_lists.h"
 #include "tests/test_store.h"
 
 namespace tpv {
@@ -84,6 +88,63 @@ TEST_F(SnapshotTest, OneStateUntilItEndsOrIsWritten) {
   Rename(*other_, "El Puerto");
   EXPECT_EQ(Name(), "El Puerto");
 }
+
+// Two tills that read, write, begin, commit and undo as it comes: what is kept is at
+// every moment what a statement reads that nothing keeps.
+class TwoTills : public SnapshotTest, public testing::WithParamInterface<unsigned> {
+ protected:
+  TwoTills() : random_(GetParam()) {}
+
+  unsigned Below(unsigned end) { return static_cast<unsigned>(random_() % end); }
+
+  void Write(Connection& connection) {
+    const std::string text = "'" + std::to_string(Below(4)) + "'";
+    connection.Execute(Below(2) == 0 ? "UPDATE Parametros SET Par_Nombre = " + text
+                                     : "UPDATE zrcomun.dbo.PAIS SET PAIS_NOM = " + text);
+  }
+  // A transaction or a snapshot begins, or what there is ends.
+  void Move(Connection& connection, std::optional<Snapshot>& snapshot) {
+    if (connection.InTransaction()) return Below(2) == 0 ? connection.CommitTrans() : connection.RollbackTrans();
+    if (Below(3) == 0) return connection.BeginTrans();
+    if (snapshot) return snapshot.reset();
+    snapshot.emplace(connection);
+  }
+  std::string Lasting(Connection& connection, const char* sql) {
+    return connection.Execute(sql)->Field(0).ToPlainText();
+  }
+  void Compare(Connection& connection, ChoiceLists& lists, int step) {
+    const std::string name = Lasting(connection, "SELECT Par_Nombre FROM Parametros WHERE 1 = 1");
+    EXPECT_EQ(Lasting(connection, "SELECT TOP 1 Par_Nombre FROM Parametros"), name) << step;
+    const std::string country = Lasting(connection, "SELECT PAIS_NOM FROM zrcomun.dbo.PAIS WHERE 1 = 1");
+    EXPECT_EQ(lists.Entries(connection, {"Select * from ZRCOMUN.dbo.PAIS", "PAIS_COD", "PAIS_NOM"})[0],
+              "011 - " + country) << step;
+  }
+
+ private:
+  std::minstd_rand random_;
+};
+
+TEST_P(TwoTills, SeeWhatTheStoreHolds) {
+  Connection* tills[] = {&store_.connection(), other_.get()};
+  std::optional<Snapshot> snapshots[2];
+  ChoiceLists lists[2];
+  std::unique_ptr<Recordset> half_read[2];
+  for (int step = 0; step < 3000 && !HasFailure(); ++step) {
+    const unsigned at = Below(2);
+    Connection& till = *tills[at];
+    const bool held = tills[1 - at]->InTransaction();
+    switch (Below(6)) {
+      case 0: if (!held) Write(till); break;
+      case 1: if (!held) Move(till, snapshots[at]); break;
+      case 2: if (held) Move(*tills[1 - at], snapshots[1 - at]); break;
+      case 3: half_read[at] = Below(2) == 0 ? nullptr : till.Execute("SELECT PAIS_NOM FROM zrcomun.dbo.PAIS WHERE 1 = 1");
+        break;
+      default: Compare(till, lists[at], step);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, TwoTills, testing::Values(1U, 2U, 3U));
 
 }  // namespace
 }  // namespace tpv

@@ -47,6 +47,16 @@ DateTime AddMonths(const DateTime& value, std::int64_t months) {
   return result;
 }
 
+// "20261124", "261124 10:30": year, month and day without separators, whatever the
+// order of dates that have them. "2026" is the first of its year.
+std::optional<DateTime> ParseUnseparated(const std::string& text) {
+  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+  if (digits == 4 && text.size() == 4) return ParseDayFirst("1/1/" + text);
+  if (digits != 6 && digits != 8) return std::nullopt;
+  return ParseDayFirst(text.substr(digits - 2, 2) + "/" + text.substr(digits - 4, 2) + "/" +
+                       text.substr(0, digits - 4) + text.substr(digits));
+}
+
 std::optional<DateTime> Read(sqlite3_context* context, sqlite3_value* value) {
   const std::string text = TextOf(value);
   if (auto date = ParseIso(text)) return date;
@@ -79,9 +89,20 @@ void DateFunction(sqlite3_context* context, int, sqlite3_value** values) {
   const std::string text = Trim(TextOf(values[0]));
   if (text.empty()) return ResultText(context, ToIso(kDayZero));
   auto date = ParseDayFirst(text);
+  if (!date) date = ParseUnseparated(text);
   if (!date) date = ParseIso(text);
   if (!date) return Fail(context, "«" + text + "» no es una fecha");
   ResultText(context, ToIso(*date));
+}
+
+// tpv_date_styled(text, style): styles whose texts read alike without one.
+void StyledDateFunction(sqlite3_context* context, int, sqlite3_value** values) {
+  constexpr int kStyles[] = {103, 104, 105, 112, 120, 121};
+  const int style = sqlite3_value_int(values[1]);
+  if (std::find(std::begin(kStyles), std::end(kStyles), style) == std::end(kStyles)) {
+    return Fail(context, "Estilo de fecha no admitido: «" + std::to_string(style) + "»");
+  }
+  DateFunction(context, 1, values);
 }
 
 void DayFunction(sqlite3_context* context, int, sqlite3_value** values) {

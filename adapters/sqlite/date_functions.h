@@ -8,6 +8,7 @@
 namespace tpv::sqlite {
 
 void DateFunction(sqlite3_context* context, int, sqlite3_value** values);      // tpv_date(value)
+void StyledDateFunction(sqlite3_context* context, int, sqlite3_value** values);  // (text, style)
 void DayFunction(sqlite3_context* context, int, sqlite3_value** values);       // tpv_day(date)
 void DatePartFunction(sqlite3_context* context, int, sqlite3_value** values);  // (part, date)
 void DateAddFunction(sqlite3_context* context, int, sqlite3_value** values);   // (part, n, date)

@@ -318,6 +318,7 @@ constexpr Entry kFunctions[] = {
     {"tpv_left", 2, LeftFunction},       {"tpv_right", 2, RightFunction},
     {"tpv_position", 2, PositionFunction}, {"tpv_like", 2, LikeFunction},
     {"tpv_date", 1, sqlite::DateFunction}, {"tpv_day", 1, sqlite::DayFunction},
+    {"tpv_date_styled", 2, sqlite::StyledDateFunction},
     {"tpv_datepart", 2, sqlite::DatePartFunction}, {"tpv_dateadd", 3, sqlite::DateAddFunction},
     {"tpv_datediff", 3, sqlite::DateDiffFunction}, {"tpv_with_tax", 2, WithTaxFunction},
 };

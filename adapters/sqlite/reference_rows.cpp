@@ -33,12 +33,13 @@ ReferenceRows::ReferenceRows(sqlite3* handle)
     : data_versions_{ControlStatement(handle, "PRAGMA main.data_version"),
                      ControlStatement(handle, "PRAGMA zrcomun.data_version")} {}
 
-// The engine's count of what others committed, and ours of what we wrote.
+// The engine's count of what others committed, and ours of what we wrote. Asking for
+// it begins a snapshot that has read nothing yet, so it is always of that state.
 std::int64_t ReferenceRows::Version(schema::Home home) {
   const auto at = static_cast<std::size_t>(home);
-  if (in_snapshot_ && known_[at]) return *known_[at];
+  if (known_[at]) return *known_[at];
   const std::int64_t version = (own_writes_ << 32) + data_versions_[at].Value();
-  known_[at] = version;
+  if (in_snapshot_) known_[at] = version;
   return version;
 }
 
@@ -59,8 +60,8 @@ void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
   shape.kept = std::move(kept);
 }
 
-void ReferenceRows::EndSnapshot() {
-  in_snapshot_ = false;
+void ReferenceRows::SetSnapshot(bool in_snapshot) {
+  in_snapshot_ = in_snapshot;
   known_ = {};
 }
 

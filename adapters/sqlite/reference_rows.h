@@ -26,15 +26,16 @@ class ReferenceRows {
   // This connection writes to the table.
   void Written(const schema::Table& table) { own_writes_ += table.reference ? 1 : 0; }
 
-  // Within a snapshot nothing changes: the store is asked once.
-  void BeginSnapshot() { in_snapshot_ = true; }
-  void EndSnapshot();
+  // Within a snapshot nothing changes: the store is asked once, in the snapshot.
+  void BeginSnapshot() { SetSnapshot(true); }
+  void EndSnapshot() { SetSnapshot(false); }
 
  private:
   std::int64_t Version(schema::Home home);
+  void SetSnapshot(bool in_snapshot);
 
   std::array<ControlStatement, 2> data_versions_;  // by home
-  std::array<std::optional<std::int64_t>, 2> known_;
+  std::array<std::optional<std::int64_t>, 2> known_;  // of the snapshot's state
   bool in_snapshot_ = false;
   std::int64_t own_writes_ = 0;
 };
