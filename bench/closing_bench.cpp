@@ -75,7 +75,7 @@ Row CompareClosing(Till& till, DirectStore& store, int entries, int runs) {
     closure.mark = period.Mark();
   };
   return Compare({"close a till of " + std::to_string(entries) + " entries", 1.5, 1.2}, runs,
-                 {reopen, [&] { StoreClosure(context, period, closure, [](auto, auto) {}); }},
+                 {reopen, [&] { StoreClosure(context, period, closure); }},
                  {reopen, [&] { direct.Close(closure.collections); }});
 }
 

@@ -181,7 +181,7 @@ void CloseTill(Context& context, int till) {
   for (; !collections->Eof(); collections->MoveNext()) {
     closure.collections.push_back(collections->Field("Id").ToInt32());
   }
-  StoreClosure(context, period, closure, [](std::size_t, std::size_t) {});
+  StoreClosure(context, period, closure);
 }
 
 int FromEnvironment(const char* name, int usual) {

@@ -216,25 +216,28 @@ TEST_F(Faults, AStoreThatAnotherProgramHoldsIsWaitedForAndThenRefused) {
   EXPECT_EQ(Sql("SELECT COUNT(*) FROM Cav WHERE Cav_Ref = 'x'"), "0");  // reading goes on
 }
 
-// A closing covers the opening's whole day; what is dated before it stays
-// unclosed, stored all the same, and the check names it.
+// Within the day everything is dated behind what the till did before; on a day
+// before it nothing is stored until clock or journal are right.
 TEST_F(Faults, AClockThatIsSetBackLosesNoPayment) {
-  struct {
-    int seconds;
-    const char* unclosed;
-  } const cases[] = {{7200, "0"}, {86400, "1"}};
-  for (const auto& back : cases) {
-    Work(kPaid);
-    clock.fixed = AddSeconds(*clock.fixed, -back.seconds);
-    Work(kPaid);
-    clock.fixed = AddSeconds(*clock.fixed, back.seconds + 60);
-    Work(kOpened + kClose + "click cmdGrabar");
-    EXPECT_EQ(Sql("SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Tipo = 1 AND DiaCaj_IdCierre = 0"),
-              back.unclosed);
-    ExpectSound("clock");
-  }
-  EXPECT_NE(FindingsText(CheckStore(faults)).find("Apuntes que ningún cierre recogió: 1 ("),
-            std::string::npos);
+  Work(kPaid);
+  clock.fixed = AddSeconds(*clock.fixed, -7200);
+  const std::string before = Sql("SELECT MAX(DiaCaj_Id) FROM DiaCaj");
+  Work(kPaid);
+  Work(kOpened + kClose + "click cmdGrabar");
+  Work(kPaid);
+  EXPECT_EQ(Sql("SELECT COUNT(*) FROM DiaCaj AS late INNER JOIN DiaCaj AS early ON early.DiaCaj_Caja = "
+                "late.DiaCaj_Caja AND early.DiaCaj_Id < late.DiaCaj_Id AND early.DiaCaj_Fecha >= "
+                "late.DiaCaj_Fecha WHERE late.DiaCaj_Id > " + before), "0");
+  EXPECT_EQ(Sql("SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Id > " + before), "4");
+  EXPECT_EQ(Sql("SELECT COUNT(*) FROM Cav INNER JOIN Tco ON Tco_IdCav = Cav_Id INNER JOIN DiaCaj ON "
+                "DiaCaj_Id = Tco_IdDiaCaj WHERE DiaCaj_Id > " + before + " AND Cav_Fecha < "
+                "(SELECT DiaCaj_Fecha FROM DiaCaj WHERE DiaCaj_Id = " + before + ")"), "0");
+  clock.fixed = AddSeconds(*clock.fixed, -86400);
+  const std::string newest = Sql("SELECT MAX(DiaCaj_Id) FROM DiaCaj");
+  Work("fault\n" + kPaid);
+  EXPECT_NE(told.find("posterior a hoy. Revise la fecha del equipo"), std::string::npos) << told;
+  EXPECT_EQ(Sql("SELECT MAX(DiaCaj_Id) FROM DiaCaj"), newest);
+  ExpectSound("clock");
 }
 
 // Nobody in particular, as root may read and write whatever it likes.

@@ -192,6 +192,8 @@ DateTime AddSeconds(const DateTime& value, std::int64_t seconds) {
   return result;
 }
 
+DateTime StartOfDay(const DateTime& moment) { return {moment.year, moment.month, moment.day}; }
+
 DateTime ToLocal(std::chrono::system_clock::time_point moment) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
   const auto milliseconds =

@@ -51,6 +51,9 @@ std::string ToDayFirstSeconds(const DateTime& value);
 DateTime AddSeconds(const DateTime& value, std::int64_t seconds);
 DateTime AddDays(const DateTime& value, std::int64_t days);
 
+// Midnight, when the day of the moment begins.
+DateTime StartOfDay(const DateTime& moment);
+
 // What the clock on the wall shows in the machine's time zone.
 DateTime ToLocal(std::chrono::system_clock::time_point moment);
 

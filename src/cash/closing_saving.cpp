@@ -35,8 +35,18 @@ bool FrmTpvCierreCaja::CheckTill() {
   return RequireAgent();
 }
 
+bool FrmTpvCierreCaja::CheckDay() {
+  try {
+    RequireDay(context(), Entered());
+    return true;
+  } catch (const TillRefusal& refusal) {
+    TellRefusal(refusal);
+    return false;
+  }
+}
+
 void FrmTpvCierreCaja::Save() {
-  if (!CheckDate() || !CheckWithdrawal() || !CheckTill()) return;
+  if (!CheckDate() || !CheckWithdrawal() || !CheckTill() || !CheckDay()) return;
   if (!Confirm("Confirma la grabación del proceso", Icon::Question)) return;
   const auto closure_id = Store();
   if (!closure_id) return;
@@ -59,38 +69,41 @@ Closure FrmTpvCierreCaja::Entered() const {
   return closure;
 }
 
-std::int32_t FrmTpvCierreCaja::StoreShowingProgress() {
+// The window is painted before: nobody waits for it while the store is locked.
+std::int32_t FrmTpvCierreCaja::StoreSayingSo() {
   const ui::WaitCursor waiting(*this);
-  const ClosingPeriod period(context(), context().Caja, opening_->when);
-  const auto show = [this](std::size_t done, std::size_t all) { ShowProgress(done, all); };
-  const std::int32_t closure_id = StoreClosure(context(), period, Entered(), show);
-  lblProceso.caption.clear();
-  return closure_id;
+  const Closure closure = Entered();
+  lblProceso.caption = "Grabando el cierre de " +
+                       FormatNumber(static_cast<double>(closure.collections.size()), "#,##0") +
+                       " cobros";
+  context().ports.ui.ProcessEvents();
+  return StoreClosure(context(), ClosingPeriod(context(), context().Caja, opening_->when), closure);
 }
 
 std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
   try {
-    return StoreShowingProgress();
+    const std::int32_t closure_id = StoreSayingSo();
+    lblProceso.caption.clear();
+    return closure_id;
+  } catch (const TillRefusal& refusal) {
+    TellRefusal(refusal);
   } catch (const PeriodChanged& changed) {
+    lblProceso.caption.clear();
     Refuse(changed.what(), &Text1[4], Icon::Exclamation);
-    ShowWhatChanged();
+    ShowPeriod();
+    LeaveWithdrawal();
   } catch (const ClosureFailed& failure) {
     TellFailure(failure);
   }
   return std::nullopt;
 }
 
-// Another till may have closed this one, or an answer to our own closure got lost.
-void FrmTpvCierreCaja::ShowWhatChanged() {
-  if (!TillIsOpen(Database(), std::to_string(context().Caja))) return BackToTills();
-  ShowPeriod();
-  LeaveWithdrawal();
-}
-
-void FrmTpvCierreCaja::ShowProgress(std::size_t done, std::size_t all) {
-  lblProceso.caption = "Grabando el cierre: " + FormatNumber(static_cast<double>(done), "#,##0") +
-                       " de " + FormatNumber(static_cast<double>(all), "#,##0");
-  context().ports.ui.ProcessEvents();
+// Another post closed this till meanwhile, or an answer to our own closure got lost.
+void FrmTpvCierreCaja::TellRefusal(const TillRefusal& refusal) {
+  lblProceso.caption.clear();
+  const bool date = refusal.about() == TillRefusal::About::Date;
+  Refuse(refusal.what(), date ? &Text1[5] : nullptr, Icon::Exclamation);
+  if (!date) BackToTills();
 }
 
 // Support hears of it where the shop has one; the operator always does.

@@ -53,9 +53,10 @@ void FrmTpvCierreCaja::StartProcess() {
 
 void FrmTpvCierreCaja::ListTills() {
   bool any_entry = false;
-  tills_ = OpenTills(context(), any_entry);
+  tills_.clear();
   ListView1.items.clear();
   ListView1.current_row = -1;
+  tills_ = OpenTills(context(), any_entry);
   for (const OpenTill& open : tills_) {
     ListView1.items.push_back(
         {{std::to_string(open.till), FormatDate(open.last_event, "dd/mm/yyyy hh:mm")}, false, open.till});
@@ -69,9 +70,8 @@ void FrmTpvCierreCaja::ChooseTill(int row) {
   msValoresiniciales();
   context().Caja = Variant(tills_.at(row).till).ToInt16();
   Frame1.caption = "Cierre caja: " + std::to_string(context().Caja);
-  opening_ = LastOpening(context(), context().Caja);
-  if (!opening_) return Refuse("No se ha encontrado la apertura de esta caja", nullptr);
   ShowPeriod();
+  if (!opening_) return Refuse("No se ha encontrado la apertura de esta caja", nullptr);
   SetFocus(Text1[4]);
 }
 
@@ -79,11 +79,26 @@ void FrmTpvCierreCaja::ShowEuros(int index, double euros) {
   Text1[index].text = FormatNumber(euros, "0.00");
 }
 
+// A till whose figures could not all be read is not chosen.
 void FrmTpvCierreCaja::ShowPeriod() {
+  try {
+    opening_ = LastOpening(context(), context().Caja);
+    if (opening_) ShowFigures(ClosingPeriod(context(), context().Caja, opening_->when));
+  } catch (const std::exception&) {
+    ForgetTill();
+    throw;
+  }
+}
+
+void FrmTpvCierreCaja::ForgetTill() {
+  msValoresiniciales();
+  ListView1.current_row = -1;
+}
+
+void FrmTpvCierreCaja::ShowFigures(const ClosingPeriod& period) {
   Text1[9].text = Variant(opening_->when).ToText();
   Text1[10].text = opening_->agent;
   Text1[3].text = FormatNumber(opening_->initial, "#,###,##0.00");
-  const ClosingPeriod period(context(), context().Caja, opening_->when);
   mark_ = period.Mark();
   const PeriodTotals totals = period.Totals();
   ShowEuros(6, totals.cash);

@@ -12,6 +12,7 @@ namespace tpv {
 
 struct Closure;
 class ClosureFailed;
+class TillRefusal;
 
 class FrmTpvCierreCaja : public Screen {
  public:
@@ -40,18 +41,20 @@ class FrmTpvCierreCaja : public Screen {
   void ListTills();
   void ChooseTill(int row);
   void ShowPeriod();
+  void ShowFigures(const ClosingPeriod& period);
+  void ForgetTill();
   void ShowEuros(int index, double euros);
 
   bool CheckDate();
   bool CheckWithdrawal();
   bool CheckTill();
+  bool CheckDay();
   void Save();
   Closure Entered() const;
-  std::int32_t StoreShowingProgress();
+  std::int32_t StoreSayingSo();
   std::optional<std::int32_t> Store();
-  void ShowWhatChanged();
+  void TellRefusal(const TillRefusal& refusal);
   void TellFailure(const ClosureFailed& failure);
-  void ShowProgress(std::size_t done, std::size_t all);
   void PrintTicket(std::int32_t closure_id);
   void BackToTills();
   void ShowJournal();

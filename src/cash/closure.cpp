@@ -1,20 +1,44 @@
 #include "cash/closure.h"
 
+#include "base/mask.h"
 #include "context/context.h"
 #include "data/codes.h"
 #include "data/journal.h"
+#include "data/till_clock.h"
+#include "data/till_state.h"
 #include "platform/database.h"
 
 namespace tpv {
 
 namespace {
 
-void InsertClosure(Context& context, const Closure& closure) {
+// A closure of today is of now. One of a day before gets a time behind what the till
+// did on that day, if anything.
+std::string MomentOn(const DateTime& day, const std::string& typed, const TillClock& clock) {
+  clock.RequireNotAfterToday(day, "La fecha del cierre es posterior a hoy");
+  if (StartOfDay(day) == StartOfDay(clock.now())) return clock.NewestMoment();
+  const DateTime newest = clock.newest().value_or(DateTime{});
+  if (StartOfDay(day) > newest) return typed;
+  if (StartOfDay(day) == StartOfDay(newest)) return clock.BehindNewest();
+  throw TillRefusal("La fecha del cierre es anterior al último movimiento de la caja (" +
+                        FormatDate(newest, "dd/mm/yyyy hh:mm") + ")",
+                    TillRefusal::About::Date);
+}
+
+// What DiaCaj_Fecha gets, "" for the store's clock.
+std::string DateOf(Context& context, const Closure& closure) {
+  const TillClock clock(context.Database(), context.Caja);
+  clock.RequireNoFuture();
+  if (closure.server_date) return clock.NewestMoment();
+  return MomentOn(Variant(closure.date).ToDate(), closure.date, clock);
+}
+
+void InsertClosure(Context& context, const Closure& closure, const std::string& date) {
   RowBuilder& row = RowInTransaction(context, "DiaCaj");
-  if (closure.server_date) {
+  if (date.empty()) {
     row.Add("DiaCaj_Fecha", ValueKind::Literal, Variant("Getdate()"));
   } else {
-    row.Add("DiaCaj_Fecha", ValueKind::Date, Variant(closure.date));
+    row.Add("DiaCaj_Fecha", ValueKind::Date, Variant(date));
   }
   row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context.MyBd->IdUsuario()));
   row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context.IdAgente));
@@ -40,34 +64,29 @@ void StampCollection(Context& context, std::int32_t entry, std::int32_t closure_
   if (!row.Update(unexamined)) throw ClosureFailed("Error actualizando diario de cierres ", true);
 }
 
-void StampCollections(Context& context, const Closure& closure, std::int32_t closure_id,
-                      const ClosureProgress& progress) {
-  constexpr std::size_t kStep = 500;
-  const std::size_t all = closure.collections.size();
-  for (std::size_t i = 0; i < all; ++i) {
-    if (i % kStep == 0 && i > 0) progress(i, all);
-    StampCollection(context, closure.collections[i], closure_id);
-  }
-}
-
 }  // namespace
 
-std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const Closure& closure,
-                          const ClosureProgress& progress) {
+void RequireDay(Context& context, const Closure& closure) { DateOf(context, closure); }
+
+std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const Closure& closure) {
   try {
     Transaction transaction(context.Database());
+    RequireTillOpen(context.Database(), context.Caja);
+    const std::string date = DateOf(context, closure);
     if (period.Mark() != closure.mark) {
       throw PeriodChanged("Los movimientos de la caja han cambiado. Revise los importes");
     }
-    InsertClosure(context, closure);
+    InsertClosure(context, closure, date);
     const std::int32_t id = LastEntry(context);
-    StampCollections(context, closure, id, progress);
+    for (const std::int32_t entry : closure.collections) StampCollection(context, entry, id);
     period.StampPayments(std::to_string(id));
     transaction.Commit();
     return id;
   } catch (const ClosureFailed&) {
     throw;
   } catch (const PeriodChanged&) {
+    throw;
+  } catch (const TillRefusal&) {
     throw;
   } catch (const std::exception& error) {
     throw ClosureFailed(error.what(), true);

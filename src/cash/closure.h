@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -37,11 +36,13 @@ class PeriodChanged : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-using ClosureProgress = std::function<void(std::size_t done, std::size_t all)>;
+// Throws TillRefusal when the closure's day is after today or before the newest entry
+// of the context's till.
+void RequireDay(Context& context, const Closure& closure);
 
-// Stores the closure for the context's till and agent; returns its DiaCaj_Id.
-// Nothing is stored when it throws one of the two above.
-std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const Closure& closure,
-                          const ClosureProgress& progress);
+// Stores the closure for the context's till and agent; returns its DiaCaj_Id. Throws
+// TillRefusal for a till that is closed and for what RequireDay refuses, or one of
+// the two above; nothing is stored then.
+std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const Closure& closure);
 
 }  // namespace tpv

@@ -92,6 +92,8 @@ std::string FrmTpvDiarioCierres::Filter() const {
 
 void FrmTpvDiarioCierres::Run() {
   if (!CheckDates({&Text1[9], &Text1[5]})) return;
+  cmdGenerar.enabled = false;
+  DbgDiario.Clear();
   const auto closures = Database().Execute(
       "SELECT DiaCaj_Id,DiaCaj_Fecha,(SELECT Age_Nom FROM Age WHERE Age_Id = DiaCaj_IdAge) as "
       "Vendedor, DiaCaj_Caja,DiaCaj_SaldoIni,DiaCaj_CobMet,DiaCaj_CobTar,DiaCaj_Pagos,DiaCaj_Ret, "

@@ -67,6 +67,9 @@ bool FrmTpvMovCaja::InTransaction(Write write) {
     write();
     transaction.Commit();
     return true;
+  } catch (const TillRefusal& refusal) {
+    const bool date = refusal.about() == TillRefusal::About::Date;
+    Refuse(refusal.what(), &Text1[date ? 21 : 20], ui::Icon::Exclamation);
   } catch (const TicketsChanged&) {
     Refuse("Las ventas pendientes del cliente han cambiado. Revise la selección", &Text1[11],
            ui::Icon::Exclamation);
@@ -125,11 +128,11 @@ std::int32_t FrmTpvMovCaja::InsertEntry(const std::string& note) {
   const bool collection = Option1_0.checked;
   const double handed = RoundHalfAway(Number(collection ? Text1[11] : Text1[6]), 2);
   const auto code = [](auto value) { return Variant(static_cast<int>(value)); };
-  RowBuilder& row = RowInTransaction(context(), "DiaCaj");
-  if (!Text1[21].text.empty()) row.Add("DiaCaj_Fecha", ValueKind::Date, Variant(Text1[21].text));
+  const std::int32_t till = Variant(Text1[20].text).ToInt32();
+  RowBuilder& row = EntryOfOpenTill(context(), till, Check1.checked ? "" : Text1[21].text);
   row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context().MyBd->IdUsuario()));
   row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context().IdAgente));
-  row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(Text1[20].text));
+  row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(till));
   row.Add("DiaCaj_Tipo", ValueKind::Whole,
           code(collection ? JournalEvent::PendingCollection : JournalEvent::PaymentOut));
   row.Add("DiaCaj_IdCliPr", ValueKind::Whole, Variant(collection ? customer_id_ : 0));

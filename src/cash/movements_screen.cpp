@@ -87,6 +87,7 @@ void FrmTpvMovCaja::ListTickets() {
   ListView1.items.clear();
   ListView1.current_row = -1;
   tickets_.clear();
+  Text1[15].text.clear();
   double debt = 0;
   if (customer_id_ != 0) {
     for (const ListedTicket& listed : ReadTickets()) {
@@ -95,7 +96,7 @@ void FrmTpvMovCaja::ListTickets() {
       debt += listed.ticket.pending;
     }
   }
-  Text1[15].text = customer_id_ == 0 ? std::string() : FormatNumber(debt, "##,##0.00");
+  if (customer_id_ != 0) Text1[15].text = FormatNumber(debt, "##,##0.00");
   ShowSums();
 }
 

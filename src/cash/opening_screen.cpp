@@ -4,7 +4,6 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "cash/balance_fields.h"
-#include "data/codes.h"
 #include "data/sql_text.h"
 #include "data/till_state.h"
 #include "platform/database.h"
@@ -63,11 +62,21 @@ void FrmTpvAperturaCaja::ShowRounded(int index, double euros) {
   Text1[index].text = FormatNumber(toolkit().Redondear(euros, 2), "0.00");
 }
 
+// What was proposed for another till goes when this one's cannot be read.
+std::unique_ptr<Recordset> FrmTpvAperturaCaja::LastClosure() {
+  try {
+    return Database().Execute(
+        "SELECT *, (SELECT Age_Nom FROM Age WHERE Age_Id = DiaCaj_IdAge) AS Agente FROM DiaCaj "
+        "WHERE DiaCaj_Tipo = 9 AND DiaCaj_Caja = " +
+        sql::WholeNumber(Text1[13].text) + "ORDER BY DiaCaj_Fecha DESC");
+  } catch (const DatabaseError&) {
+    for (const int index : {9, 10, 3, 6, 7, 1, 2, 4, 8, 14}) Text1[index].text.clear();
+    throw;
+  }
+}
+
 void FrmTpvAperturaCaja::ShowLastClosure() {
-  const auto closure = Database().Execute(
-      "SELECT *, (SELECT Age_Nom FROM Age WHERE Age_Id = DiaCaj_IdAge) AS Agente FROM DiaCaj "
-      "WHERE DiaCaj_Tipo = 9 AND DiaCaj_Caja = " +
-      sql::WholeNumber(Text1[13].text) + "ORDER BY DiaCaj_Fecha DESC");
+  const auto closure = LastClosure();
   if (closure->Eof()) return;
   Text1[9].text = Format(closure->Field("DiaCaj_Fecha"), "DD/MM/YYYY HH:MM");
   Text1[10].text = closure->Field("Agente").TextOr("");
@@ -101,31 +110,30 @@ bool FrmTpvAperturaCaja::Check() {
   return true;
 }
 
-void FrmTpvAperturaCaja::Save() {
-  if (!Check()) return;
-  if (!Confirm("Confirma la apertura de la caja", Icon::Question)) return;
-  std::string error;
-  if (Insert(error)) return Close();
-  Refuse("No se ha podido grabar la apertura de la caja. " + std::string(kLineBreak) + error,
-         nullptr, Icon::Critical);
+TillOpening FrmTpvAperturaCaja::Entered() const {
+  return {TillNumber(Text1[13].text).value_or(0), Text1[5].text, Number(Text1[14])};
 }
 
-bool FrmTpvAperturaCaja::Insert(std::string& error) {
-  RowBuilder& row = context().MyBd->NuevaSentencia();
-  row.Tabla("DiaCaj");
-  if (!Text1[5].text.empty()) row.Add("DiaCaj_Fecha", ValueKind::Date, Variant(Text1[5].text));
-  row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context().MyBd->IdUsuario()));
-  row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context().IdAgente));
-  row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(Text1[13].text));
-  row.Add("DiaCaj_IdCliPr", ValueKind::Whole, Variant(0));
-  row.Add("DiaCaj_Modo", ValueKind::Whole, Variant(static_cast<int>(PaymentMode::Cash)));
-  row.Add("DiaCaj_Obs", ValueKind::Literal, Variant("Null"));
-  row.Add("DiaCaj_Tipo", ValueKind::Whole, Variant(static_cast<int>(JournalEvent::Opening)));
-  row.Add("DiaCaj_SaldoIni", ValueKind::Amount, Variant(Number(Text1[14])));
-  for (const char* column : {"DiaCaj_CobMet", "DiaCaj_CobTar", "DiaCaj_Pagos", "DiaCaj_Ret"}) {
-    row.Add(column, ValueKind::Amount, Variant(0.0));
+// The till's journal has the last word, before the question and when it is stored.
+bool FrmTpvAperturaCaja::Try(const std::function<void()>& step) {
+  try {
+    step();
+    return true;
+  } catch (const TillRefusal& refusal) {
+    const bool date = refusal.about() == TillRefusal::About::Date;
+    Refuse(refusal.what(), date ? &Text1[5] : &Text1[13], Icon::Exclamation);
+  } catch (const std::exception& error) {
+    Refuse("No se ha podido grabar la apertura de la caja. " + std::string(kLineBreak) + error.what(),
+           nullptr, Icon::Critical);
   }
-  return row.Insert(error);
+  return false;
+}
+
+void FrmTpvAperturaCaja::Save() {
+  if (!Check()) return;
+  if (!Try([this] { RequireDay(context(), Entered()); })) return;
+  if (!Confirm("Confirma la apertura de la caja", Icon::Question)) return;
+  if (Try([this] { StoreOpening(context(), Entered()); })) Close();
 }
 
 }  // namespace tpv

@@ -1,6 +1,9 @@
 // Opens a till: a counted initial amount, proposed from the last closure.
 #pragma once
 
+#include <functional>
+
+#include "cash/opening.h"
 #include "screen/screen.h"
 
 namespace tpv {
@@ -22,10 +25,12 @@ class FrmTpvAperturaCaja : public Screen {
  private:
   void DeclareFields();
   void LeaveAgent();
+  std::unique_ptr<Recordset> LastClosure();
   void ShowRounded(int index, double euros);
   bool Check();
   void Save();
-  bool Insert(std::string& error);
+  TillOpening Entered() const;
+  bool Try(const std::function<void()>& step);
 
   ui::Frame fraAgente{*this, "fraAgente"};
   ui::Frame Frame1{*this, "Frame1", "Información del último cierre"};

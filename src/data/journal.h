@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "context/database_object.h"
 
@@ -12,6 +13,11 @@ struct Context;
 
 // A row builder on `table` that joins the transaction already open.
 RowBuilder& RowInTransaction(Context& context, const char* table);
+
+// An entry of an open till, started: its date too where the store's clock will not
+// do. `day` is a date field's text, "" for now. Throws TillRefusal for a till that
+// is closed, and for a day before its opening's or after today.
+RowBuilder& EntryOfOpenTill(Context& context, std::int32_t till, const std::string& day = {});
 
 // The builder's failure as a DatabaseError with its reason.
 void InsertOrThrow(RowBuilder& row);

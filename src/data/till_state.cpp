@@ -4,7 +4,6 @@
 #include "base/text.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
-#include "platform/database.h"
 
 namespace tpv {
 
@@ -23,6 +22,14 @@ bool TillIsOpen(Connection& connection, std::string_view till_field) {
   if (entries->Eof()) return false;
   constexpr int kClosure = static_cast<int>(JournalEvent::Closure);
   return entries->Field("DiaCaj_Tipo").IntOr(kClosure) != kClosure;
+}
+
+void RequireTillOpen(Connection& connection, std::int32_t till) {
+  if (!TillIsOpen(connection, std::to_string(till))) throw TillRefusal(kTillClosed);
+}
+
+void RequireTillClosed(Connection& connection, std::int32_t till) {
+  if (TillIsOpen(connection, std::to_string(till))) throw TillRefusal(kTillOpen);
 }
 
 }  // namespace tpv

@@ -29,12 +29,21 @@ void FrmTpvFacturas::DeclareFields() {
   DbgDiario.stretch = true;
 }
 
+// What a search that fails on the way has read is not invoiced.
+void FrmTpvFacturas::ForgetSearch() {
+  cmdFacturar.enabled = false;
+  tickets_.clear();
+  DbgDiario.Clear();
+  for (const int index : {10, 3, 8}) Text1[index].text.clear();
+}
+
 void FrmTpvFacturas::Search() {
   Frame4.caption = "Totales del periodo";
   if (!RequireDate(Text1[5], "No ha indicado desde que fecha se inicia el periodo") ||
       !RequireDate(Text1[2], "No ha indicado hasta que fecha termina el periodo")) {
     return;
   }
+  ForgetSearch();
   from_ = Text1[5].text;
   to_ = Text1[2].text;
   const std::string days = BetweenDays(from_, to_);

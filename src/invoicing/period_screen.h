@@ -16,6 +16,7 @@ class FrmTpvFacturas : public Screen {
 
  private:
   void DeclareFields();
+  void ForgetSearch();
   void Search();
   void ShowTotals(const std::string& days);
   void ShowTickets();

@@ -4,6 +4,7 @@
 #include "context/context.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "data/till_state.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 
@@ -111,6 +112,8 @@ class Maker {
 void StoreCompanion(const TicketInvoice& invoice) {
   try {
     invoice.companion();
+  } catch (const TillRefusal&) {
+    throw;
   } catch (const std::exception& error) {
     throw InvoiceCompanionError(error.what());
   }
@@ -144,6 +147,8 @@ bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invo
     transaction.Commit();
     return true;
   } catch (const InvoiceCompanionError&) {
+    throw;
+  } catch (const TillRefusal&) {
     throw;
   } catch (const CommitUnknown&) {
     throw;

@@ -63,7 +63,7 @@ class InvoiceCompanionError : public std::runtime_error {
 std::shared_ptr<Object> CreateInvoicing(Context& context);
 
 // Everything or nothing; false when any step failed. Throws CommitUnknown when the
-// store did not answer whether it is there.
+// store did not answer whether it is there, and the companion's TillRefusal.
 bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice);
 
 // Prints the stored invoice. What the operator must be told when that fails, ""

@@ -9,6 +9,7 @@
 #include "output/ticket_text.h"
 #include "data/journal.h"
 #include "data/sql_text.h"
+#include "data/till_state.h"
 #include "platform/database.h"
 #include "platform/printer.h"
 #include "sale/sale_storage.h"
@@ -135,6 +136,8 @@ bool FrmTpv1::Store(Ending ending) {
     RecordPayment();
     transaction.Commit();
     return true;
+  } catch (const TillRefusal& refusal) {
+    Refuse(refusal.what(), nullptr, Icon::Exclamation);
   } catch (const CommitUnknown& error) {
     doubtful_entry_id_ = entry_id_;
     RefusePayment(error.what());
@@ -171,7 +174,7 @@ void FrmTpv1::RecordPayment() {
 }
 
 std::int32_t FrmTpv1::InsertEntry(const JournalEntry& entry) {
-  RowBuilder& row = RowInTransaction(context(), "DiaCaj");
+  RowBuilder& row = EntryOfOpenTill(context(), context().Caja);
   row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context().MyBd->IdUsuario()));
   row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context().IdAgente));
   row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(context().Caja));

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "data/till_state.h"
 #include "invoicing/ticket_invoice.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
@@ -109,6 +110,8 @@ bool FrmTpv1::InvoiceAndPayment(Object& invoicing, const TicketInvoice& invoice)
     RecordPayment();
     transaction.Commit();
     return true;
+  } catch (const TillRefusal& refusal) {
+    Refuse(refusal.what(), nullptr, Icon::Exclamation);
   } catch (const CommitUnknown& error) {
     doubtful_entry_id_ = entry_id_;
     RefusePayment(error.what());

@@ -38,7 +38,7 @@ std::optional<Article> SaleEntry::Find(const ArticleKey& key, std::int32_t custo
 }
 
 std::optional<Tax> SaleEntry::TaxOf(const Article& article) {
-  return FindTax(context(), article.tax_class, Text1[4].text);
+  return FindTax(context(), article.tax_class, SaleDate());
 }
 
 void SaleEntry::LookUpArticle(ArticleKey key) {

@@ -3,7 +3,6 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "data/sql_text.h"
-#include "data/till_state.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
 
@@ -88,8 +87,7 @@ std::optional<Tax> FrmTpvDevoluciones::TaxOf(const Article& article) {
 
 void FrmTpvDevoluciones::LeaveTill() {
   if (Text1[6].text.empty()) return;
-  till_open_ = TillIsOpen(Database(), Text1[6].text);
-  if (till_open_) {
+  if (AskTill()) {
     Text1[6].enabled = false;
   } else {
     Refuse("Caja cerrada debe apertura para poder trabajar", nullptr);

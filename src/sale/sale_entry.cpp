@@ -2,12 +2,20 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "data/till_clock.h"
+#include "data/till_state.h"
 #include "sale/payment_methods.h"
 #include "sale/sale_storage.h"
 
 namespace tpv {
 
 using ui::Icon;
+
+namespace {
+
+constexpr const char* kSaleAfterToday = "La fecha de venta es posterior a hoy";
+
+}  // namespace
 
 SaleEntry::SaleEntry(Context& ctx, std::string form_name) : Screen(ctx, std::move(form_name)) {}
 
@@ -126,18 +134,32 @@ bool SaleEntry::Warn(const std::string& text, ui::Control* focus_back) {
 
 bool SaleEntry::CanStart(bool till_named, ui::Control* when_closed) {
   if (!till_named) return Warn("No ha informado del numero de caja", &Text1[6]);
-  if (!till_open_) return Warn("Caja cerrada, debe aperturarla para poder trabajar", when_closed);
+  if (!AskTill()) return Warn(kTillClosed, when_closed);
   if (context().IdAgente == 0) return Warn("No ha informado del vendedor", &Text1[0]);
   if (context().IdCliente == 0 || !customer_) {
     return Warn("No ha informado del cliente", &Text1[2]);
   }
-  if (Check1.checked) return true;
-  if (Text1[4].text.empty()) return Warn("No ha informado de la fecha de venta", &Text1[4]);
-  return IsDate(Text1[4].text) || Warn("La fecha de venta no es correcta", &Text1[4]);
+  return CheckDate();
+}
+
+bool SaleEntry::AskTill() { return till_open_ = TillIsOpen(Database(), Text1[6].text); }
+
+bool SaleEntry::CheckDate() {
+  const std::string& typed = Text1[4].text;
+  if (!Check1.checked && typed.empty()) return Warn("No ha informado de la fecha de venta", &Text1[4]);
+  if (!Check1.checked && !IsDate(typed)) return Warn("La fecha de venta no es correcta", &Text1[4]);
+  try {
+    const TillClock clock(Database(), Int32OrZero(Text1[6].text));
+    clock.RequireNoFuture();
+    if (!Check1.checked) clock.RequireNotAfterToday(Variant(typed).ToDate(), kSaleAfterToday);
+    return true;
+  } catch (const TillRefusal& refusal) {
+    return Warn(refusal.what(), &Text1[Check1.checked ? 6 : 4]);
+  }
 }
 
 void SaleEntry::CreateHeader() {
-  CreateSaleHeader(context(), *customer_, Text1[6].text, Check1.checked ? "" : Text1[4].text);
+  CreateSaleHeader(context(), *customer_, Text1[6].text, SaleDate());
 }
 
 bool SaleEntry::CancelSaleInProgress() {

@@ -45,6 +45,10 @@ class SaleEntry : public Screen {
   // Checks in the order of the screens; `when_closed` gets the focus when the
   // till is not open.
   bool CanStart(bool till_named, ui::Control* when_closed);
+  // Asks the store whether the till is open, and shows what it says.
+  virtual bool AskTill();
+  // The date field's text; "" with the system's date, whatever was left in the field.
+  std::string SaleDate() const { return Check1.checked ? std::string() : Text1[4].text; }
   // Creates the header of a new sale from the head's fields.
   void CreateHeader();
   // Asks, takes the sale in progress out of the store and forgets it. False when
@@ -69,7 +73,7 @@ class SaleEntry : public Screen {
 
   std::optional<CustomerRecord> customer_;
   bool sale_in_progress_ = false;
-  bool till_open_ = false;
+  bool till_open_ = false;  // as the store said last, to be shown
   std::int32_t edited_line_ = 0;
   std::int32_t article_id_ = 0;
   std::string looked_up_code_;  // of the article in the line fields
@@ -82,6 +86,7 @@ class SaleEntry : public Screen {
   void LeaveArticle();
   void TakeArticle(const Article& article);
   void RefuseArticle(const std::string& text);
+  bool CheckDate();
   void ReformatNumber(int index, int decimals);
   bool CheckLine();
   bool StoreEnteredLine();

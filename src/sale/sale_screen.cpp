@@ -46,14 +46,15 @@ void FrmTpv::OnEscape() {
 
 void FrmTpv::LeaveTill() {
   const std::string& till = Text1[6].text;
-  if (NumberOrZero(till) > 0 && TillIsOpen(Database(), till)) MarkTillOpen();
+  if (NumberOrZero(till) > 0) AskTill();
 }
 
-void FrmTpv::MarkTillOpen() {
-  till_open_ = true;
-  cmdApertura.enabled = false;
-  cmdCierre.enabled = true;
-  Text1[6].enabled = Text1[4].enabled = false;
+bool FrmTpv::AskTill() {
+  const bool open = SaleEntry::AskTill();
+  cmdApertura.enabled = !open;
+  cmdCierre.enabled = open;
+  if (open) Text1[6].enabled = Text1[4].enabled = false;
+  return open;
 }
 
 void FrmTpv::StartOrCancel() {
@@ -86,7 +87,7 @@ void FrmTpv::Finish() {
   FrmTpv1 checkout(context());
   Open(checkout);
   context().ports.ui.ShowModal(checkout);
-  if (checkout.Completed()) EmptyAfterSale();
+  checkout.Completed() ? EmptyAfterSale() : void(AskTill());
 }
 
 // Lists, totals and customer from one state of the store.
@@ -198,27 +199,31 @@ bool FrmTpv::CanOpenTill() {
 
 void FrmTpv::OpenTill() {
   if (!CanOpenTill()) return;
+  if (AskTill()) return Refuse(kTillOpen, nullptr, Icon::Exclamation);
+  const KeptSale kept(context());
   FrmTpvAperturaCaja opening(context());
   context().ports.ui.Load(opening);
-  const std::pair<int, std::string> handed[] = {{13, Text1[6].text},
-                                                {11, Text1[0].text},
-                                                {12, Text1[1].text},
-                                                {5, Check1.checked ? "" : Text1[4].text}};
-  for (const auto& [index, text] : handed) {
-    opening.Text1[index].text = text;
-    opening.Text1[index].locked = true;
-    opening.Text1[index].tab_stop = false;
-  }
+  HandHead(opening);
   opening.ShowLastClosure();
   context().ports.ui.ShowModal(opening);
-  if (TillIsOpen(Database(), Text1[6].text)) MarkTillOpen();
+  AskTill();
+}
+
+// The date of a sale in progress need not be that of the till opened again under it.
+void FrmTpv::HandHead(FrmTpvAperturaCaja& opening) {
+  const std::pair<int, std::string> handed[] = {
+      {13, Text1[6].text}, {11, Text1[0].text}, {12, Text1[1].text}, {5, SaleDate()}};
+  for (const auto& [index, text] : handed) {
+    opening.Text1[index].text = text;
+    const bool free = index == 5 && sale_in_progress_;
+    opening.Text1[index].locked = !free;
+    opening.Text1[index].tab_stop = free;
+  }
 }
 
 void FrmTpv::OpenReturns() {
   if (Text1[6].text.empty()) return Refuse("No ha informado del numero de caja", &Text1[6]);
-  if (!till_open_) {
-    return Refuse("Caja cerrada, debe aperturarla para poder trabajar", &Text1[6]);
-  }
+  if (!AskTill()) return Refuse(kTillClosed, &Text1[6]);
   if (context().IdAgente == 0) return Refuse("No ha informado del vendedor", &Text1[0]);
   const KeptSale kept(context());
   FrmTpvDevoluciones returns(context());
@@ -229,21 +234,21 @@ void FrmTpv::OpenReturns() {
 
 void FrmTpv::CloseTill() {
   if (sale_in_progress_) return Refuse("Debe concluir la venta en curso", nullptr, Icon::Exclamation);
+  if (!AskTill()) return Refuse(kTillClosed, nullptr, Icon::Exclamation);
   const KeptSale kept(context());
   FrmTpvCierreCaja screen(context());
   context().ports.ui.ShowModal(screen);
-  if (TillIsOpen(Database(), Text1[6].text)) return;
-  till_open_ = false;
-  cmdCierre.enabled = false;
-  cmdApertura.enabled = true;
+  AskTill();
 }
 
 void FrmTpv::MoveCash() {
-  if (!till_open_) {
+  if (!AskTill()) {
     return Refuse("Proceso no disponible con la caja cerrada", nullptr, Icon::Critical);
   }
   const KeptSale kept(context());
   FrmTpvMovCaja movements(context());
+  context().ports.ui.Load(movements);
+  movements.Text1[20].text = Text1[6].text;
   movements.bCompleto = true;
   if (sale_in_progress_) movements.sale_in_progress = context().IdAlbaran;
   context().ports.ui.ShowModal(movements);

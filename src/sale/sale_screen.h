@@ -9,6 +9,7 @@
 namespace tpv {
 
 class FrmTpv1;
+class FrmTpvAperturaCaja;
 
 class FrmTpv : public SaleEntry {
  public:
@@ -38,8 +39,9 @@ class FrmTpv : public SaleEntry {
 
   // head of the sale
   void LeaveTill();
-  void MarkTillOpen();
+  bool AskTill() override;
   bool CanOpenTill();
+  void HandHead(FrmTpvAperturaCaja& opening);
 
   // the sale
   void StartOrCancel();

@@ -10,6 +10,7 @@
 #include "data/codes.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
+#include "data/till_clock.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 
@@ -113,7 +114,9 @@ void CreateSaleHeader(Context& context, const CustomerRecord& customer, const st
   Transaction transaction(context.Database());
   const auto notes = DeliveryNotes(context);
   PutHeader(*notes, context, customer, till);
-  const std::int32_t sale = notes->Invoke("GrabaCabeceraAlbaran", 0, "", date, false).ToInt32();
+  const TillClock clock(context.Database(), Int32OrZero(till));
+  const std::string moment = date.empty() ? clock.Moment() : date;
+  const std::int32_t sale = notes->Invoke("GrabaCabeceraAlbaran", 0, "", moment, false).ToInt32();
   context.Database().Execute("UPDATE Cav SET Cav_Ticket = 1, Cav_Caja = " +
                              sql::WholeNumber(till) +
                              " WHERE Cav_Id = " + sql::Number(std::int64_t{sale}));

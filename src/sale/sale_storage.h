@@ -16,7 +16,8 @@ class Object;
 
 // Creates the header of a new ticket and marks it as one of the till. The new
 // sale's id becomes the context's IdAlbaran. `till` and `date` are field texts;
-// an empty date takes the store's clock.
+// an empty date takes the store's clock, or the second behind the till's newest entry
+// where that clock was set back.
 void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
                       const std::string& date);
 

@@ -91,7 +91,9 @@ void Grid::Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show
     fields.push_back(rows_to_show.FieldName(i));
     if (layout.size() <= i) layout.emplace_back().caption = fields.back();
   }
-  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) rows.push_back(rows_to_show.Fields());
+  std::vector<std::vector<Variant>> read;  // all of them, or none is shown
+  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) read.push_back(rows_to_show.Fields());
+  rows = std::move(read);
   current_row = rows.empty() ? -1 : 0;
 }
 
