@@ -4,6 +4,7 @@
 
 #include "adapters/sqlite/sqlite_connection.h"
 #include "host/demo/demonstration.h"
+#include "office/shop_setup.h"
 #include "platform/clock.h"
 
 namespace tpv {
@@ -21,6 +22,14 @@ void MakeStore(const std::string& path, Contents contents, const Clock& clock) {
   SqliteConnection connection(path, clock);
   Transaction transaction(connection);
   FillStore(connection, contents, clock);
+  transaction.Commit();
+}
+
+void MakeShop(const std::string& path, const office::ShopSetup& setup, const Clock& clock) {
+  CreateStore(path);
+  SqliteConnection connection(path, clock);
+  Transaction transaction(connection);
+  office::FillShop(connection, setup);
   transaction.Commit();
 }
 

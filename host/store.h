@@ -10,6 +10,9 @@ namespace tpv {
 
 class Clock;
 struct LargeStore;
+namespace office {
+struct ShopSetup;
+}
 
 enum class Contents {
   Empty,          // one parameters row, all null
@@ -21,6 +24,9 @@ void FillStore(Connection& connection, Contents contents, const Clock& clock);
 
 // Creates the store. Throws DatabaseError when the file exists or cannot be made.
 void MakeStore(const std::string& path, Contents contents, const Clock& clock);
+
+// Creates the store of a shop of its own, which office::CheckShop accepts.
+void MakeShop(const std::string& path, const office::ShopSetup& setup, const Clock& clock);
 
 // Creates a store after years of sales, with the demonstration's assortment.
 void MakeLargeStore(const std::string& path, const LargeStore& size, const Clock& clock);

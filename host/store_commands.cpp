@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <ostream>
 
+#include "adapters/files/private_files.h"
 #include "adapters/headless/recorders.h"
 #include "adapters/headless/scenario/display.h"
 #include "adapters/sqlite/sqlite_connection.h"
@@ -13,6 +14,7 @@
 #include "host/store.h"
 #include "host/store_check.h"
 #include "host/store_copy.h"
+#include "office/shop_ini.h"
 
 namespace tpv {
 
@@ -21,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
-constexpr const char* kCreateUsage = "store create FICHERO|--odbc CONEXIÓN [--demo|--empty]";
+constexpr const char* kCreateUsage = "store create FICHERO|--odbc CONEXIÓN [--demo|--empty|--shop FICHERO.ini]";
 constexpr const char* kCopyUsage = "store copy FICHERO|--odbc CONEXIÓN FICHERO|--odbc CONEXIÓN";
 constexpr const char* kCheckUsage = "store check FICHERO|--odbc CONEXIÓN";
 constexpr const char* kSqlUsage = "sql FICHERO|--odbc CONEXIÓN \"SENTENCIA\"…";
@@ -47,10 +49,39 @@ std::unique_ptr<Connection> OpenExisting(const Place& place, const Clock& clock)
   return OpenExistingStore(place.name, clock);
 }
 
+// Throws FileError with a line for each refusal.
+void Require(const office::Refusals& refusals, std::string text) {
+  if (refusals.empty()) return;
+  for (const office::Refusal& refusal : refusals) text += "\n  " + office::RefusalText(refusal);
+  throw FileError(text);
+}
+
+// The file's shop; everything wrong with it is told at once.
+office::ShopSetup ReadShop(const std::string& path) {
+  const auto text = ReadFile(path);
+  if (!text) throw FileError("No existe «" + path + "»");
+  office::ShopFile file = office::ReadShopFile(*text);
+  Require(file.refusals, "«" + path + "» no vale para crear una tienda");
+  return std::move(file.setup);
+}
+
+int CreateShop(const Place& place, const std::string& shop, std::ostream& out) {
+  const office::ShopSetup setup = ReadShop(shop);
+  if (place.server) {
+    MakeServerTables(*OpenServer(place.name));
+    Require(office::StoreShop(*OpenServer(place.name), setup), "No se ha creado la tienda");
+  } else {
+    MakeShop(place.name, setup, StepClock());
+  }
+  out << "Tienda creada en " << (place.server ? "el servidor" : place.name) << "\n";
+  return 0;
+}
+
 int Create(const Arguments& arguments, std::ostream& out) {
   std::size_t at = 1;
   const Place place = TakePlace(arguments, at, kCreateUsage);
   const std::string option = at < arguments.size() ? arguments[at++] : "--demo";
+  if (option == "--shop" && at + 1 == arguments.size()) return CreateShop(place, arguments[at], out);
   if (at != arguments.size()) throw UsageError(kCreateUsage);
   if (option != "--demo" && option != "--empty") throw UsageError("opción desconocida: " + option);
   const Contents contents = option == "--demo" ? Contents::Demonstration : Contents::Empty;

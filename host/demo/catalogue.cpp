@@ -5,6 +5,7 @@
 #include "base/mask.h"
 #include "base/text.h"
 #include "host/demo/fill.h"
+#include "office/places.h"
 
 namespace tpv::demo {
 
@@ -21,25 +22,6 @@ constexpr ArticleData kArticleData[kArticles] = {
 };
 
 const ArticleData& DataOf(int article) { return kArticleData[(article - 1) % kArticles]; }
-
-struct CountryData {
-  const char* code;
-  const char* name;
-};
-
-constexpr CountryData kCountries[] = {
-#include "host/demo/countries.inc"
-};
-
-constexpr const char* kProvinces[] = {
-#include "host/demo/provinces.inc"
-};
-
-constexpr CountryData kStreetTypes[] = {
-    {"AL", "ALAMEDA"},  {"AV", "AVENIDA"}, {"BO", "BARRIO"},  {"CL", "CALLE"},
-    {"CM", "CAMINO"},   {"CR", "CARRETERA"}, {"GL", "GLORIETA"}, {"PJ", "PASAJE"},
-    {"PS", "PASEO"},    {"PZ", "PLAZA"},   {"PG", "POLÍGONO"}, {"RD", "RONDA"},
-    {"TR", "TRAVESÍA"}, {"UR", "URBANIZACIÓN"}};
 
 // The bar code of an article: 12 digits and the check digit over them.
 std::string BarCode(int article) {
@@ -187,16 +169,7 @@ double RateOf(int tax_class) {
 }
 
 void FillCatalogue(Connection& connection, int articles) {
-  for (const auto& [code, name] : kStreetTypes) {
-    Insert(connection, "zrcomun.dbo.TVI", "TVI_COD, TVI_NOM", {code, name});
-  }
-  for (const auto& [code, name] : kCountries) {
-    Insert(connection, "zrcomun.dbo.PAIS", "PAIS_COD, PAIS_NOM", {code, name});
-  }
-  int number = 0;
-  for (const char* name : kProvinces) {
-    Insert(connection, "zrcomun.dbo.PROV", "PROV_COD, PROV_NOM", {FormatNumber(++number, "00"), name});
-  }
+  office::FillPlaces(connection);
   FillTaxes(connection);
   Insert(connection, "alm", "alm_des", {"Almacén de la tienda"});
   FillArticles(connection, articles);

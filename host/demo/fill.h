@@ -4,36 +4,19 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
-#include <utility>
 
-#include "base/date_time.h"
-#include "data/sql_text.h"
+#include "data/insert_row.h"
 #include "platform/database.h"
 
 namespace tpv::demo {
 
-// A value as SQL text.
-struct Sql {
-  Sql(int value) : text(sql::Number(std::int64_t{value})) {}
-  Sql(double value) : text(sql::Number(value)) {}
-  Sql(const char* value) : text(sql::Quoted(value)) {}
-  Sql(const std::string& value) : text(sql::Quoted(value)) {}
-  Sql(const DateTime& value) : text("'" + ToDayFirstSeconds(value) + "'") {}
-  std::string text;
-};
-
-inline Sql Null() {
-  Sql value(0);
-  value.text = "NULL";
-  return value;
-}
+using Sql = sql::Value;
+using sql::Null;
 
 // Inserts one row; `columns` as they stand between the parentheses.
 inline void Insert(Connection& connection, const std::string& table, const std::string& columns,
                    std::initializer_list<Sql> values) {
-  std::string text;
-  for (const Sql& value : values) text += (text.empty() ? "" : ", ") + value.text;
-  connection.Execute("INSERT INTO " + table + " (" + columns + ") VALUES (" + text + ")");
+  sql::InsertRow(connection, table, columns, values);
 }
 
 // The same numbers on every machine.

@@ -1,0 +1,134 @@
+// What a shop's set-up has to be before it is stored.
+#include <algorithm>
+#include <set>
+
+#include "base/text.h"
+#include "data/schema.h"
+#include "office/shop_setup.h"
+#include "office/tax_number.h"
+
+namespace tpv::office {
+
+namespace {
+
+class Check {
+ public:
+  explicit Check(Refusals& refusals) : refusals_(refusals) {}
+
+  void That(bool right, const char* field, const std::string& reason) {
+    if (!right) refusals_.push_back({0, field, reason});
+  }
+  // As long as its column takes.
+  void Text(const std::string& value, const char* field, const char* table, const char* column) {
+    const schema::Table& place = *schema::FindTable(table);
+    const int most = place.columns[static_cast<std::size_t>(place.Find(column))].length;
+    That(Length(value) <= static_cast<std::size_t>(most), field,
+         "caben " + std::to_string(most) + " caracteres");
+    That(OneLine(value) == value, field, "tiene caracteres que no son de un texto");
+  }
+  void Needed(const std::string& value, const char* field, const char* table, const char* column) {
+    That(!Trim(value).empty(), field, "falta");
+    Text(value, field, table, column);
+  }
+  void Between(int value, int least, int most, const char* field) {
+    That(value >= least && value <= most, field,
+         "se espera un número de " + std::to_string(least) + " a " + std::to_string(most));
+  }
+
+ private:
+  Refusals& refusals_;
+};
+
+bool AreDigits(const std::string& text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+void CheckIdentity(Check& check, const ShopSetup& setup) {
+  check.Needed(setup.name, "tienda.nombre", "Parametros", "Par_Nombre");
+  check.That(TaxNumber(setup.tax_number).has_value(), "tienda.nif",
+             "no es un NIF, NIE o CIF: la letra o la cifra de control no corresponde");
+  check.Text(setup.street_type, "tienda.tipo_via", "Parametros", "Par_Sg");
+  check.Needed(setup.street, "tienda.via", "Parametros", "Par_NombreVia");
+  check.That(setup.post_code.size() == 5 && AreDigits(setup.post_code), "tienda.codigo_postal",
+             "se esperan cinco cifras");
+  check.Needed(setup.town, "tienda.poblacion", "Parametros", "Par_Poblacion");
+  check.Text(setup.telephone, "tienda.telefono", "Parametros", "Par_Telefono");
+  check.Text(setup.closing_mail, "tienda.correo_cierres", "Parametros", "par_tpvemail");
+  check.That(setup.closing_mail.empty() || setup.closing_mail.find('@') != std::string::npos,
+             "tienda.correo_cierres", "se espera una dirección de correo, o nada");
+}
+
+// Codes as "27,112,0,25,250" where the method sends them (1 and 4).
+bool AreCodes(const std::string& text) {
+  for (const std::string& code : Split(text, ",")) {
+    if (code.empty() || code.size() > 3 || !AreDigits(code) || std::stoi(code) > 255) return false;
+  }
+  return true;
+}
+
+void CheckTill(Check& check, const ShopSetup& setup) {
+  check.Text(setup.ticket_series, "tickets.serie", "Parametros", "Par_SerTic");
+  check.Text(setup.invoice_series, "tickets.serie_facturas", "Parametros", "Par_SerTicFac");
+  check.Between(static_cast<int>(setup.documents), 0, 2, "tickets.documentos");
+  check.That(setup.documents == Documents::Ticket || !setup.invoice_series.empty(),
+             "tickets.serie_facturas", "falta: sin serie solo se hacen tickets (documentos = 0)");
+  check.Between(setup.price_decimals, 2, 6, "tickets.decimales_precio");
+  check.Between(setup.unit_decimals, 0, 4, "tickets.decimales_unidades");
+  check.Between(setup.till, 1, 32767, "tickets.caja");
+  check.Needed(setup.warehouse, "almacen.nombre", "alm", "alm_des");
+  check.Between(setup.drawer, 0, 4, "cajon.metodo");
+  check.Text(setup.drawer_codes, "cajon.codigos", "Parametros", "Par_SCajon");
+  const bool sends_codes = setup.drawer == 1 || setup.drawer == 4;
+  check.That(!sends_codes || AreCodes(setup.drawer_codes), "cajon.codigos",
+             "se esperan números de 0 a 255 separados por comas: 27,112,0,25,250");
+  check.That(setup.drawer != 2 || !setup.drawer_codes.empty(), "cajon.codigos",
+             "falta el nombre del dispositivo");
+}
+
+void CheckPeople(Check& check, const ShopSetup& setup) {
+  check.Needed(setup.counter_customer, "clientes.contado", "Cli", "CLI_NOM");
+  check.That(!setup.sellers.empty(), "vendedores.vendedor",
+             "falta: hace falta un vendedor al menos");
+  for (const std::string& seller : setup.sellers) {
+    check.Needed(seller, "vendedores.vendedor", "Age", "Age_NOM");
+  }
+  check.That(!setup.payment_methods.empty(), "formas_de_pago.forma",
+             "falta: hace falta una forma de pago al menos");
+  for (const PaymentMethod& method : setup.payment_methods) {
+    check.Needed(method.name, "formas_de_pago.forma", "Fco", "Fco_Des");
+    const bool dated =
+        !method.days.empty() && std::all_of(method.days.begin(), method.days.end(),
+                                            [](int days) { return days >= 0 && days <= 3650; });
+    check.That(dated, "formas_de_pago.forma", "los días van de 0 a 3650");
+  }
+  for (const std::string& bank : setup.banks) {
+    check.Needed(bank, "formas_de_pago.banco", "BANCOS", "Ban_CCC");
+  }
+}
+
+void CheckTaxes(Check& check, const ShopSetup& setup) {
+  check.That(!setup.tax_rates.empty(), "iva.tipo", "falta: hace falta un tipo de IVA al menos");
+  std::set<std::pair<int, DateTime>> known;
+  for (const TaxRate& rate : setup.tax_rates) {
+    check.Between(rate.kind, 1, 99, "iva.tipo");
+    check.That(rate.rate >= 0 && rate.rate <= 100 && rate.surcharge >= 0 && rate.surcharge <= 100,
+               "iva.tipo", "los porcentajes van de 0 a 100");
+    check.That(IsValid(rate.from), "iva.tipo", "la fecha no existe");
+    check.That(known.insert({rate.kind, rate.from}).second, "iva.tipo",
+               "el tipo " + std::to_string(rate.kind) + " está dos veces desde la misma fecha");
+  }
+}
+
+}  // namespace
+
+Refusals CheckShop(const ShopSetup& setup) {
+  Refusals refusals;
+  Check check(refusals);
+  CheckIdentity(check, setup);
+  CheckTill(check, setup);
+  CheckPeople(check, setup);
+  CheckTaxes(check, setup);
+  return refusals;
+}
+
+}  // namespace tpv::office
