@@ -43,8 +43,10 @@ class Till : private ui::Driver {
   StepClock clock_;
   RecordingMailer mailer_;
   RecordingReports reports_;
+  Silence sound_;
   suite::SuiteFactory objects_;
-  Ports ports_{front_end_, printers_, devices_, settings_, clock_, mailer_, reports_, objects_};
+  Ports ports_{front_end_, printers_, devices_, settings_, clock_,
+               mailer_,    reports_,  objects_, sound_};
   Zrtpve component_{ports_};
   std::unique_ptr<FrmTpv> screen_;
 };

@@ -109,8 +109,8 @@ std::string ReadValue(const Setting& setting, std::istream& in) {
   return value;
 }
 
-void Write(Machine& machine, const Setting& setting, const std::string& value) {
-  machine.settings.Write(kTpv, setting.known->section, setting.key, value);
+void Write(Settings& settings, const Setting& setting, const std::string& value) {
+  settings.Write(kTpv, setting.known->section, setting.key, value);
 }
 
 void Set(Machine& machine, const Words& words, std::istream& in) {
@@ -119,11 +119,7 @@ void Set(Machine& machine, const Words& words, std::istream& in) {
   if (given && setting.IsSecret()) {
     throw UsageError("la contraseña se escribe aparte: otros usuarios ven las órdenes");
   }
-  const std::string value = given ? words[2] : ReadValue(setting, in);
-  if (value.empty() || !setting.known->fits(value)) {
-    throw UsageError(words[1] + ": se espera " + setting.known->wanted);
-  }
-  Write(machine, setting, value);
+  ChangeSetting(machine.settings, words[1], given ? words[2] : ReadValue(setting, in));
 }
 
 std::string Shown(const Machine& machine, const Setting& setting) {
@@ -169,6 +165,14 @@ int TryMail(Machine& machine, const std::string& recipient, std::ostream& out) {
 
 }  // namespace
 
+void ChangeSetting(Settings& settings, const std::string& name, const std::string& value) {
+  const Setting setting = Find(name);
+  if (value.empty() || !setting.known->fits(value)) {
+    throw UsageError(name + ": se espera " + setting.known->wanted);
+  }
+  Write(settings, setting, value);
+}
+
 int Config(Machine& machine, const Words& words, std::istream& in, std::ostream& out) {
   const std::string verb = words.empty() ? "list" : words[0];
   const auto is = [&](const char* name, std::size_t least, std::size_t most) {
@@ -181,7 +185,7 @@ int Config(Machine& machine, const Words& words, std::istream& in, std::ostream&
   } else if (is("set", 2, 3)) {
     Set(machine, words, in);
   } else if (is("unset", 2, 2)) {
-    Write(machine, Find(words[1]), "");
+    Write(machine.settings, Find(words[1]), "");
   } else if (is("printers", 1, 1)) {
     ListPrinters(machine, out);
   } else if (is("try-printer", 1, 2)) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "platform/sound.h"
 #include "platform/ui/front_end.h"
 
 namespace tpv {
@@ -12,6 +13,7 @@ class HostWindows {
  public:
   virtual ~HostWindows() = default;
   virtual ui::FrontEnd& FrontEnd() = 0;
+  virtual Sound& Loudspeaker() = 0;
 };
 
 // No windows can be had here: the text says why.

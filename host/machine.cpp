@@ -35,8 +35,8 @@ Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
 Machine::Machine(std::string settings_file)
     : settings(std::move(settings_file)), mailer(MailerFor(settings, clock)) {}
 
-Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects) {
-  return {front_end, printers, devices, settings, clock, *mailer, reports, objects};
+Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound) {
+  return {front_end, printers, devices, settings, clock, *mailer, reports, objects, sound};
 }
 
 }  // namespace tpv

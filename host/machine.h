@@ -11,6 +11,7 @@
 #include "adapters/files/system_clock.h"
 #include "platform/mailer.h"
 #include "platform/ports.h"
+#include "platform/sound.h"
 
 namespace tpv {
 
@@ -19,8 +20,8 @@ class Machine {
   Machine();  // the user's settings
   explicit Machine(std::string settings_file);
 
-  // The machine and both arguments outlive what uses the ports.
-  Ports PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects);
+  // The machine and all arguments outlive what uses the ports.
+  Ports PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound);
 
   FileSettings settings;
   SystemClock clock;

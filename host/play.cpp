@@ -16,20 +16,21 @@ namespace tpv {
 
 namespace {
 
-// An existing store is left alone by --empty only while it holds no rows.
-std::unique_ptr<Connection> OpenFor(const PlayOptions& options, const std::string& store_path,
-                                    const Clock& clock) {
+// Makes the store where it is missing and says how to open it. An existing one is
+// left alone by --empty only while it holds no rows.
+RecordedTill::Opener OpenFor(const PlayOptions& options, const std::string& store_path,
+                             const Clock& clock) {
   const Contents contents = options.empty ? Contents::Empty : Contents::Demonstration;
   if (!options.server.empty()) {
     PrepareServer(options.server, contents, clock);
-    return OpenServer(options.server);
+    return [&options] { return OpenServer(options.server); };
   }
   const bool existed = std::filesystem::exists(store_path);
-  auto store = OpenStore(store_path, contents, clock);
+  const auto store = OpenStore(store_path, contents, clock);
   if (existed && options.empty && HoldsRows(*store)) {
     throw UsageError("--empty: el almacén ya tiene datos");
   }
-  return store;
+  return [&store_path, &clock] { return OpenExistingStore(store_path, clock); };
 }
 
 // Takes a picture before each command, so that the last is of what the script
@@ -52,8 +53,7 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& 
               std::vector<scenario::Command> commands, std::ostream& transcript) {
   StepClock clock;
   clock.fixed = options.now;
-  const auto store = OpenFor(options, store_path, clock);
-  RecordedTill till(*store, stage.FrontEnd(), clock, options.user);
+  RecordedTill till(OpenFor(options, store_path, clock), stage.FrontEnd(), clock, options.user);
   const DocumentFolder paper(options.paper, clock);
   if (!options.paper.empty()) {
     till.printers.copy = [&paper] {

@@ -3,33 +3,62 @@
 #pragma once
 
 #include "adapters/headless/scenario/rig.h"
+#include "host/config.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
 
 namespace tpv {
 
-struct RecordedTill {
-  // All arguments outlive the till.
-  RecordedTill(Connection& shop_store, ui::FrontEnd& screens, StepClock& till_clock, int user)
-      : store(shop_store), clock(till_clock), front_end(screens) {
-    objects.SetPorts(ports);
-    component.context().MyBd =
-        std::make_shared<suite::StoreDatabase>(connection, user, front_end, clock);
+class RecordedTill {
+ public:
+  using Opener = std::function<std::unique_ptr<Connection>()>;
+
+  // All arguments outlive the till. What `open` gives is the till's own; it is
+  // asked again for another till's and when the program starts again.
+  RecordedTill(Opener open, ui::FrontEnd& screens, StepClock& till_clock, int user)
+      : clock(till_clock), front_end(screens), connection(open()), user_(user) {
+    rig.premises.connect = open;
+    rig.premises.start_again = [this, open = std::move(open)] {
+      component.reset();
+      connection.Renew(open());
+      StartProgram();
+    };
+    StartProgram();
+  }
+  // On a connection that cannot be had twice.
+  RecordedTill(Connection& store, ui::FrontEnd& screens, StepClock& till_clock, int user)
+      : clock(till_clock), front_end(screens), connection(store), user_(user) {
+    StartProgram();
   }
 
-  Connection& store;
+  Connection& Store() { return connection.Inner(); }
+
   StepClock& clock;
   ui::FrontEnd& front_end;
-  RecordingConnection connection{store};
+  RecordingConnection connection;
   RecordingPrinters printers;
   RecordingDevices devices;
   MemorySettings settings;
   RecordingMailer mail;
   RecordingReports reports;
+  RecordingSound sound;
   suite::SuiteFactory objects;
-  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects};
-  Zrtpve component{ports};
-  scenario::Rig rig{store, connection, clock, printers, devices, settings, mail, reports, component};
+  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound};
+  std::optional<Zrtpve> component;
+  scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}};
+
+ private:
+  void StartProgram() {
+    objects.SetPorts(ports);
+    rig.premises.configure = [this](const std::string& name, const std::string& value) {
+      ChangeSetting(settings, name, value);
+    };
+    component.emplace(ports);
+    component->context().MyBd =
+        std::make_shared<suite::StoreDatabase>(connection, user_, front_end, clock);
+  }
+
+  int user_;
 };
 
 }  // namespace tpv

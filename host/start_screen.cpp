@@ -36,11 +36,11 @@ std::string Shortened(const std::string& path) {
 
 std::string UsualStore() { return DataFolder() + "/demo/tienda.db"; }
 
-StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end)
+StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound)
     : Form("frmInicio"),
       machine_(machine),
       front_end_(front_end),
-      ports_(machine.PortsFor(front_end, objects_)) {
+      ports_(machine.PortsFor(front_end, objects_, sound)) {
   objects_.SetPorts(ports_);
   caption = "Punto de venta";
   DeclareLayout();

@@ -17,8 +17,8 @@ class Machine;
 
 class StartScreen : public ui::Form {
  public:
-  // Both references outlive the screen.
-  StartScreen(Machine& machine, ui::FrontEnd& front_end);
+  // All references outlive the screen.
+  StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound);
   ~StartScreen() override;
 
   // Lets the operator point to a store's file; "" for none. Unset: the path is typed.

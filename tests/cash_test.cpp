@@ -128,8 +128,8 @@ TEST_F(Day, ADeadMailServerDoesNotHoldTheTillForTheWholeQueue) {
   }
   RunningClock running;
   Ports& real = till.shop().ports;
-  Ports ports{real.ui,    real.printers, real.devices, real.settings,
-              running,    real.mailer,   real.reports, real.objects};
+  Ports ports{real.ui,     real.printers, real.devices, real.settings, running,
+              real.mailer, real.reports,  real.objects, real.sound};
   Context context{0, 0, 0, 0, till.shop().database, ports};
   till.shop().mailer.error = "No responde";
   SendQueuedMails(context);

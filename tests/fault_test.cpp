@@ -114,7 +114,7 @@ class Faults : public testing::Test {
  protected:
   Faults() : faults(OpenStore(path, Contents::Demonstration, clock)), till(faults, front_end, clock, 1) {
     clock.fixed = DateTime{2026, 11, 25, 10, 30, 0, 0};
-    till.component.context().Caja = 1;
+    till.component->context().Caja = 1;
     Sql("UPDATE Parametros SET Par_Impre = 2, Par_SerTicFac = 'FT', par_tpvemail = NULL");
   }
   void Work(const std::string& steps, int calls = 0) {
@@ -126,7 +126,7 @@ class Faults : public testing::Test {
     stubborn.on_step = [&] { clock.Step(); };
     front_end.SetDriver(stubborn);
     stubborn.Begin(steps);
-    till.component.zTpv();
+    till.component->zTpv();
     told = stubborn.told;
   }
   std::string Sql(const std::string& statement) {

@@ -191,9 +191,9 @@ TEST_F(Hostile, NoTextOfAMailBecomesAHeader) {
     store->Execute("UPDATE Parametros SET Par_Nombre = " + value + ", par_tpvemail = " + value);
     store->Execute("INSERT INTO QCIERRES (QCIERRES_Email, QCIERRES_Asunto, QCIERRES_Texto) VALUES (" +
                    value + ", " + value + ", " + sql::Quoted(ValidUtf8(text)) + ")");
-    QueueClosureMail(till->component.context(), text);
+    QueueClosureMail(till->component->context(), text);
     till->mail.mails.clear();
-    SendQueuedMails(till->component.context());
+    SendQueuedMails(till->component->context());
     ASSERT_GE(till->mail.mails.size(), 1U);
     for (const Mail& mail : till->mail.mails) {
       for (const std::string& address : Addresses(mail.to)) {
@@ -233,7 +233,7 @@ TEST_F(Hostile, TheFacadeTakesValuesOrSaysWhichIsNone) {
       const bool cancels = member.name == "msCancelaVenta";  // a number would be a sale
       if (cancels && text.find_first_of("0123456789") != std::string::npos) continue;
       try {
-        Invoke(till->component, member.id, member.property ? InvokeKind::Put : InvokeKind::Call,
+        Invoke(*till->component, member.id, member.property ? InvokeKind::Put : InvokeKind::Call,
                {&value, 1});
       } catch (const DispatchError& error) {
         EXPECT_NE(std::string(error.what()).find(member.name), std::string::npos) << error.what();
@@ -254,11 +254,11 @@ TEST_F(Hostile, PaperHasItsColumnsAndTheDrawerItsBytes) {
                    " WHERE Cav_Id = 1");
     store->Execute("UPDATE Parametros SET Par_Nombre = " + short_text);
     till->settings.Write("OKRA", "Printer", "Spool", text);  // no such printer is installed
-    till->component.context().IdAlbaran = 1;
+    till->component->context().IdAlbaran = 1;
     till->printers.documents.clear();
     till->printers.raw_bytes.clear();
-    till->component.Emite_Ticket();
-    till->component.Abre_Cajon();
+    till->component->Emite_Ticket();
+    till->component->Abre_Cajon();
     EXPECT_EQ(Hex(till->printers.raw_bytes), "1B700019FA");
     ASSERT_EQ(till->printers.documents.size(), 1U) << text;
     for (const std::string& line : till->printers.documents[0].lines) {

@@ -106,8 +106,8 @@ class InvoiceTest : public ::testing::Test {
   TestStore store;
   TestShop shop{store.connection(), store.clock()};
   WatchingFactory watcher{shop.objects};
-  Ports ports{shop.front_end, shop.printers, shop.devices, shop.settings,
-              shop.step_clock, shop.mailer,  shop.reports, watcher};
+  Ports ports{shop.front_end, shop.printers, shop.devices, shop.settings, shop.step_clock,
+              shop.mailer,    shop.reports,  watcher,      shop.sound};
   Context context{0, 0, 0, 0, shop.database, ports};
   TicketInvoice invoice;
   std::shared_ptr<Object> invoicing = CreateInvoicing(context);
@@ -199,8 +199,8 @@ class Press : public ReportPress {
 TEST_F(InvoiceTest, GoesToTheChosenPrinterAndIsShownWhenThatCannotPrint) {
   ASSERT_TRUE(Store());
   Press press;
-  const Ports to_press{shop.front_end, shop.printers, shop.devices, shop.settings,
-                       shop.step_clock, shop.mailer, press, watcher};
+  const Ports to_press{shop.front_end, shop.printers, shop.devices, shop.settings, shop.step_clock,
+                       shop.mailer,    press,         watcher,      shop.sound};
   const suite::InvoicePaper paper(*shop.database, 1);
   shop.printers.Install({"Tickets", "A4"});
   for (const char* chosen : {"", "Vendida", "A4"}) {

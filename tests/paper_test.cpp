@@ -148,8 +148,9 @@ TEST_F(Paper, ASalesTicketIsTheSameAsTextAndAsPdfAndFitsThePaper) {
       "UPDATE Lav SET Lav_Uni = 1234, Lav_Dto1 = 10 WHERE Lav_Id = (SELECT MAX(Lav_Id) FROM Lav)");
   transaction.Commit();
   HeadlessFrontEnd front_end;
+  Silence silence;
   suite::SuiteFactory objects;
-  Ports ports = machine.PortsFor(front_end, objects);
+  Ports ports = machine.PortsFor(front_end, objects, silence);
   objects.SetPorts(ports);
   Zrtpve component(ports);
   component.context().MyBd =

@@ -57,7 +57,8 @@ TEST_F(PlayerTest, EveryBrokenPromiseIsAFailure) {
       "click cmdNueva\nclick cmdNueva", "click cmdNueva", "answer OK", "pick 0",
       "focus Text1(0)\nkey F1\npick 0", "focus Text1(0)\nkey F1\npick \"nadie\"",
       "focus Text1(0)\nkey F1\nkey Enter", "fails click cmdSalir", "menu mnuImprimir",
-      "sql SELECT NoHay FROM Cav", "call NoHay", "set Caja 99999",
+      "sql SELECT NoHay FROM Cav", "call NoHay", "set Caja 99999", "other SELECT NoHay FROM Cav",
+      "expect title \"Otra\"", "expect sound error", "scan 1\nexpect Text1(6) \"\"",
   };
   for (const char* script : failing) {
     const Outcome outcome = PlayText(std::string(kOpen) + script + "\n");
@@ -79,7 +80,8 @@ TEST_F(PlayerTest, AWrongScriptIsNotPlayedAtAll) {
   for (const char* script : {"hacer algo", "click", "key Enter Tab", "expect enabled cmdNueva",
                              "enter Text1(6)", "call zTpv \"sin cerrar", "key Intro",
                              "fail impresora", "answer Quizas", "mail quizas", "expect enabled a b",
-                             "include no-existe.tpv", "fails hacer"}) {
+                             "include no-existe.tpv", "fails hacer", "expect sound alto",
+                             "config Nada.Nada 1", "config Mail.Port 0"}) {
     const Outcome outcome = PlayText(std::string("call Abre_Cajon\n") + script + "\n");
     EXPECT_EQ(outcome.status, 2) << script << "\n" << outcome.transcript;
     EXPECT_NE(outcome.transcript.find("guion.tpv:2"), std::string::npos) << outcome.transcript;
@@ -96,6 +98,35 @@ TEST_F(PlayerTest, RowsAndResultsPrintPlainly) {
   EXPECT_NE(outcome.transcript.find("\n1.5 | NULL | 2026-11-24 09:05:00 | x\n"), std::string::npos)
       << outcome.transcript;
   EXPECT_NE(outcome.transcript.find("\nfnPendienteCliente = 0\n"), std::string::npos);
+}
+
+// Both front ends: a killed till leaves nothing behind but what it had committed.
+TEST_F(PlayerTest, AKilledTillStartsAgainWithoutAWordMore) {
+  constexpr const char* kKilled =
+      "param Par_SerTicFac F\nparam Par_Alma 1\nset Caja 4\n"
+      "call zTpv\nclick cmdNueva\nkill\n"  // under a message box
+      "expect screen none\nexpect property Caja 0\n"
+      "sql INSERT INTO Alm (Alm_Id) VALUES (1)\n"
+      "call zTpv\nfocus Text1(0)\nkey F1\nkill\n"  // under a search
+      "expect screen none\nexpect sql \"1\" SELECT COUNT(*) FROM Alm\n"
+      "other INSERT INTO Alm (Alm_Id) VALUES (2)\nexpect sql \"2\" SELECT COUNT(*) FROM Alm\n"
+      "kill\nforget\ncall zTpv\nexpect screen frmTpv\nexpect title \"Punto de venta rapido: "
+      "1.0.0\"\n"
+      "click cmdNueva\nscan 8436210000011\n"  // its Enter closes the box
+      "expect enabled cmdFinalizar False\nkill\nexpect documents 0\n";
+  for (const bool windows : {false, true}) {
+    PlayOptions options;
+    options.empty = true;
+    options.windows = windows;
+    options.now = DateTime{2026, 11, 24, 10, 30, 0, 0};
+    options.files = {Write("muerta.tpv", kKilled)};
+    std::ostringstream transcript;
+    try {
+      EXPECT_EQ(Play(options, transcript), 0) << transcript.str();
+    } catch (const UsageError&) {
+      EXPECT_TRUE(windows) << "built without windows";
+    }
+  }
 }
 
 }  // namespace

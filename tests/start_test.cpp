@@ -21,7 +21,8 @@ class StartTest : public testing::Test, private ui::Driver {
   void Play(std::deque<std::function<void()>> todo) {
     steps = std::move(todo);
     Machine machine(store.path() + ".conf");
-    StartScreen screen(machine, front_end);
+    Silence silence;
+    StartScreen screen(machine, front_end, silence);
     front_end.SetDriver(*this);
     front_end.ShowModal(screen);
   }

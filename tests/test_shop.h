@@ -34,8 +34,9 @@ struct TestShop {
   StepClock step_clock;
   RecordingMailer mailer;
   RecordingReports reports;
+  RecordingSound sound;
   suite::SuiteFactory objects;
-  Ports ports{front_end, printers, devices, settings, step_clock, mailer, reports, objects};
+  Ports ports{front_end, printers, devices, settings, step_clock, mailer, reports, objects, sound};
   std::shared_ptr<DatabaseObject> database;
 };
 

@@ -8,6 +8,7 @@
 
 #include "adapters/headless/scenario/headless_operator.h"
 #include "adapters/headless/scenario/player.h"
+#include "host/config.h"
 #include "host/store.h"
 #include "tests/test_shop.h"
 
@@ -17,18 +18,23 @@ class TestTill {
  public:
   // Several tills may share a store that was made before.
   TestTill(const std::string& path, const Clock& clock)
-      : TestTill(OpenStore(path, Contents::Demonstration, clock), clock) {}
+      : TestTill(OpenStore(path, Contents::Demonstration, clock), clock) {
+    rig_.premises.connect = [path, &clock] { return OpenExistingStore(path, clock); };
+  }
   TestTill(std::unique_ptr<Connection> store, const Clock& clock)
       : store_(std::move(store)),
         connection_(*store_),
         shop_(connection_, clock),
-        component_(shop_.ports),
-        rig_{*store_,        connection_,  shop_.step_clock, shop_.printers, shop_.devices,
-             shop_.settings, shop_.mailer, shop_.reports,    component_},
+        component_(std::in_place, shop_.ports),
+        rig_{connection_,  shop_.step_clock, shop_.printers, shop_.devices, shop_.settings,
+             shop_.mailer, shop_.reports,    shop_.sound,    component_,    {}},
         hands_(shop_.front_end),
         player_(rig_, hands_, transcript_) {
-    component_.context().MyBd = shop_.database;
+    component_->context().MyBd = shop_.database;
     shop_.front_end.SetDriver(player_);
+    rig_.premises.configure = [this](const std::string& name, const std::string& value) {
+      ChangeSetting(shop_.settings, name, value);
+    };
   }
 
   // "" when every expectation held, else the transcript.
@@ -43,7 +49,7 @@ class TestTill {
     return player_.Play(std::move(commands)) ? std::string() : transcript_.str();
   }
 
-  Context& context() { return component_.context(); }
+  Context& context() { return component_->context(); }
   TestShop& shop() { return shop_; }
   Connection& store() { return *store_; }
   RecordingConnection& connection() { return connection_; }
@@ -52,7 +58,7 @@ class TestTill {
   std::unique_ptr<Connection> store_;
   RecordingConnection connection_;
   TestShop shop_;
-  Zrtpve component_;
+  std::optional<Zrtpve> component_;
   scenario::Rig rig_;
   scenario::HeadlessOperator hands_;
   std::ostringstream transcript_;

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "platform/ui/operator.h"
 #include "screen/engine.h"
@@ -23,17 +25,26 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   ui::Engine& engine() { return engine_; }
   const ui::MessageBox* open_box() const { return box_; }
   ui::SearchList* open_search() const { return search_; }
+  void Narrow(std::string_view text);
 
   // Throws ActionRefused when the box has no such button.
   void AnswerBox(ui::Answer answer);
   void CloseSearch(std::optional<std::size_t> chosen_row);
+  // A keystroke for whatever is on top; Enter is U'\n'.
+  void Strike(char32_t key);
 
  private:
+  void StrikeBox(char32_t key);
+  void StrikeSearch(char32_t key);
+  void StrikeForm(char32_t key);
+
   ui::Engine engine_;
   ui::Driver* driver_ = nullptr;
   const ui::MessageBox* box_ = nullptr;
   std::optional<ui::Answer> answer_;
+  bool by_key_ = false;  // whether a key closed it, or the search
   ui::SearchList* search_ = nullptr;
+  std::string searched_;  // what is typed in its search box
   bool search_closed_ = false;
   std::optional<std::size_t> chosen_;
 };

@@ -125,7 +125,20 @@ DateTime StepClock::Now() const {
   return fixed ? *fixed : ToLocal(std::chrono::system_clock::now());
 }
 
+void RecordingConnection::Cut() {
+  cut_ = true;
+  if (inner_->InTransaction()) inner_->RollbackTrans();
+}
+
+void RecordingConnection::Renew(std::unique_ptr<Connection> inner) {
+  own_.reset();  // the old one first: it may hold on to the store
+  own_ = std::move(inner);
+  inner_ = own_.get();
+  cut_ = false;
+}
+
 void RecordingConnection::RequireAllowed(std::string_view sql) const {
+  if (cut_) throw DatabaseError("El programa ha terminado", "08003");
   if (failing_fragment.empty()) return;
   if (FoldCase(sql).find(FoldCase(failing_fragment)) != std::string::npos) {
     throw DatabaseError("Fallo provocado en la sentencia", "HY000");
@@ -135,17 +148,17 @@ void RecordingConnection::RequireAllowed(std::string_view sql) const {
 std::unique_ptr<Recordset> RecordingConnection::Execute(std::string_view sql) {
   sent.emplace_back(sql);
   RequireAllowed(sql);
-  return inner_.Execute(sql);
+  return inner_->Execute(sql);
 }
 
 void RecordingConnection::BeginTrans() {
   RequireAllowed("BEGIN TRANSACTION");
-  inner_.BeginTrans();
+  inner_->BeginTrans();
 }
 
 void RecordingConnection::CommitTrans() {
   RequireAllowed("COMMIT TRANSACTION");
-  inner_.CommitTrans();
+  inner_->CommitTrans();
 }
 
 std::string Hex(std::string_view bytes) {

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "platform/printer.h"
 #include "platform/report.h"
 #include "platform/settings.h"
+#include "platform/sound.h"
 
 namespace tpv {
 
@@ -78,6 +80,13 @@ class RecordingReports : public ReportPress {
   std::string Show(const Report& report, std::string_view name) override;
 };
 
+class RecordingSound : public Sound {
+ public:
+  bool asked_for = false;
+
+  void Warn() override { asked_for = true; }
+};
+
 class MemorySettings : public Settings {
  public:
   std::string Read(std::string_view application, std::string_view section,
@@ -103,23 +112,37 @@ class StepClock : public Clock {
 // Notes every statement sent and fails those that hold a fragment.
 class RecordingConnection : public Connection {
  public:
-  explicit RecordingConnection(Connection& inner) : inner_(inner) {}
+  // Over a connection that outlives it, or one of its own.
+  explicit RecordingConnection(Connection& inner) : inner_(&inner) {}
+  explicit RecordingConnection(std::unique_ptr<Connection> inner)
+      : own_(std::move(inner)), inner_(own_.get()) {}
 
   std::vector<std::string> sent;
   std::string failing_fragment;  // "" for none
 
+  // What it works on: statements there are neither noted nor failed.
+  Connection& Inner() { return *inner_; }
+  // As when the program that has it is killed: what is open in the store is
+  // rolled back, and nothing goes out any more until it is renewed.
+  void Cut();
+  void Renew(std::unique_ptr<Connection> inner);
+
   std::unique_ptr<Recordset> Execute(std::string_view sql) override;
   void BeginTrans() override;
   void CommitTrans() override;
-  void RollbackTrans() override { inner_.RollbackTrans(); }
-  bool InTransaction() const override { return inner_.InTransaction(); }
-  void BeginSnapshot() override { inner_.BeginSnapshot(); }
-  void EndSnapshot() noexcept override { inner_.EndSnapshot(); }
+  void RollbackTrans() override {
+    if (!cut_) inner_->RollbackTrans();
+  }
+  bool InTransaction() const override { return inner_->InTransaction(); }
+  void BeginSnapshot() override { inner_->BeginSnapshot(); }
+  void EndSnapshot() noexcept override { inner_->EndSnapshot(); }
 
  private:
   void RequireAllowed(std::string_view sql) const;
 
-  Connection& inner_;
+  std::unique_ptr<Connection> own_;
+  Connection* inner_;
+  bool cut_ = false;
 };
 
 std::string Hex(std::string_view bytes);

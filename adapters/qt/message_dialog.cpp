@@ -17,19 +17,6 @@ namespace {
 constexpr int kIconSize = 48;
 constexpr int kWidestText = 620;
 
-QString CaptionOf(ui::Answer answer) {
-  switch (answer) {
-    case ui::Answer::Yes:
-      return "&Sí";
-    case ui::Answer::No:
-      return "&No";
-    case ui::Answer::Cancel:
-      return "&Cancelar";
-    default:
-      return "&Aceptar";
-  }
-}
-
 std::optional<QStyle::StandardPixmap> PictureOf(ui::Icon icon) {
   switch (icon) {
     case ui::Icon::Information:
@@ -83,7 +70,7 @@ QWidget* MessageDialog::Buttons() {
   layout->setSpacing(12);
   layout->addStretch(1);
   for (const ui::Answer answer : box_.buttons) {
-    auto* button = new QPushButton(CaptionOf(answer), row);
+    auto* button = new QPushButton(Text(ui::CaptionOf(answer)), row);
     button->setMinimumSize(130, 44);
     connect(button, &QPushButton::clicked, this, [this, answer] { Give(answer); });
     button->installEventFilter(this);
@@ -115,13 +102,9 @@ void MessageDialog::reject() { Give(ui::Harmless(box_)); }
 
 void MessageDialog::keyPressEvent(QKeyEvent* event) {
   by_key_ = true;  // Esc, or a letter
-  // A letter alone answers too: S, N, A, C.
-  for (const auto& [answer, button] : buttons_) {
-    const QString letter = button->text().mid(button->text().indexOf(u'&') + 1, 1);
-    if (!letter.isEmpty() && event->text().compare(letter, Qt::CaseInsensitive) == 0) {
-      return Give(answer);
-    }
-  }
+  const auto typed = event->text().toUcs4();
+  const auto answer = typed.isEmpty() ? std::nullopt : ui::AnswerTo(box_, typed.front());
+  if (answer) return Give(*answer);
   QDialog::keyPressEvent(event);
 }
 

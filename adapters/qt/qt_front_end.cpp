@@ -8,6 +8,7 @@
 
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "base/scoped_value.h"
 
 namespace tpv::qt {
 
@@ -26,6 +27,7 @@ class QtFrontEnd::Shown {
     front_end_.windows_.push_back(&window_);
   }
   ~Shown() {
+    front_end_.engine_.Drop(window_.form());
     std::erase(front_end_.windows_, &window_);
     front_end_.BackFrom(window_);
   }
@@ -90,15 +92,16 @@ ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
   engine_.CountOpening();
   Refresh();
   MessageDialog dialog(box, Uppermost());
-  MessageDialog* below = std::exchange(box_, &dialog);
-  DressUp(dialog);
-  dialog.adjustSize();
-  Open(dialog);
-  if (driver_ != nullptr) driver_->OnBox(box);
-  Wait([&dialog] { return dialog.answer().has_value(); });
-  box_ = below;
+  {
+    const ScopedValue open(box_, &dialog);
+    DressUp(dialog);
+    dialog.adjustSize();
+    Open(dialog);
+    if (driver_ != nullptr) driver_->OnBox(box);
+    Wait([&dialog] { return dialog.answer().has_value(); });
+  }
   BackFrom(dialog);
-  closed_by_key_ = dialog.answered_by_key();
+  engine_.BoxClosed(dialog.answered_by_key());
   return dialog.answer().value_or(ui::Harmless(box));
 }
 
@@ -106,13 +109,14 @@ std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) 
   engine_.CountOpening();
   Refresh();
   SearchDialog dialog(request, Uppermost());
-  SearchDialog* below = std::exchange(search_, &dialog);
-  DressUp(dialog);
-  Open(dialog);
-  Wait([&dialog] { return dialog.closed(); });
-  search_ = below;
+  {
+    const ScopedValue open(search_, &dialog);
+    DressUp(dialog);
+    Open(dialog);
+    Wait([&dialog] { return dialog.closed(); });
+  }
   BackFrom(dialog);
-  closed_by_key_ = dialog.closed_by_key();
+  engine_.BoxClosed(dialog.closed_by_key());
   return dialog.chosen();
 }
 
@@ -132,12 +136,18 @@ void QtFrontEnd::Wait(const std::function<bool()>& done) {
 }
 
 bool QtFrontEnd::Listens(const ui::Form& form) const {
-  return engine_.Top() == &form && box_ == nullptr && search_ == nullptr;
+  return engine_.Top() == &form && box_ == nullptr && search_ == nullptr && !killed_;
 }
 
 void QtFrontEnd::Act(const std::function<void(ui::Engine&)>& action) {
+  if (killed_) return;
   try {
     action(engine_);
+  } catch (const ui::TillKilled&) {
+    // Not through the window system, which knows no errors.
+    killed_ = true;
+    error_ = std::current_exception();
+    return;
   } catch (const ui::ActionRefused&) {
     // A key that has nothing to do where the focus is.
     if (driver_ != nullptr) error_ = std::current_exception();
@@ -148,7 +158,6 @@ void QtFrontEnd::Act(const std::function<void(ui::Engine&)>& action) {
       ShowError(error);
     }
   }
-  if (std::exchange(closed_by_key_, false) && Top() != nullptr) Top()->OnBoxClosedByKey();
   Refresh();
 }
 
@@ -160,6 +169,7 @@ void QtFrontEnd::ShowError(const std::exception& error) {
 }
 
 void QtFrontEnd::RethrowError() {
+  killed_ = false;
   if (error_) std::rethrow_exception(std::exchange(error_, nullptr));
 }
 

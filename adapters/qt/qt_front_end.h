@@ -66,7 +66,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   MessageDialog* box_ = nullptr;
   SearchDialog* search_ = nullptr;
   std::exception_ptr error_;
-  bool closed_by_key_ = false;
+  bool killed_ = false;  // and what is open has still to hear of it
 };
 
 // Writes a picture as a small PNG: 256 colours are enough for a window. False when

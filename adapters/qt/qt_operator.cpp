@@ -96,6 +96,26 @@ void QtOperator::Press(ui::Key key) {
   Done();
 }
 
+// A stroke that has nothing to do where it arrives is no failure of a scanner's.
+void QtOperator::Strike(const std::function<void()>& stroke) {
+  stroke();
+  try {
+    front_end_.RethrowError();
+  } catch (const ui::ActionRefused&) {
+  }
+}
+
+void QtOperator::Scan(std::string_view code) {
+  Begin();
+  for (std::size_t at = 0; at < code.size();) {
+    std::string character;
+    AppendCharacter(character, NextCharacter(code, at));
+    Strike([&] { SendText(Text(character)); });
+  }
+  Strike([] { SendStroke(StrokeOf(ui::Key::Enter)); });
+  Done();
+}
+
 void QtOperator::Click(ui::Control& control) {
   const bool clickable = dynamic_cast<ui::Button*>(&control) != nullptr ||
                          dynamic_cast<ui::CheckBox*>(&control) != nullptr ||

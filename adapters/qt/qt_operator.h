@@ -23,6 +23,7 @@ class QtOperator : public ui::Operator {
   void Type(std::string_view text) override;
   void Clear() override;
   void Press(ui::Key key) override;
+  void Scan(std::string_view code) override;
   void Click(ui::Control& control) override;
   void Select(ui::Control& control, const std::string& row_or_entry) override;
   void Tick(ui::Control& control, int row, bool on) override;
@@ -40,6 +41,7 @@ class QtOperator : public ui::Operator {
   ControlView& Usable(const ui::Control& control);
   RowsView& Rows(ui::Control& control);
   void SelectEntry(ui::ComboBox& combo, const std::string& entry);
+  void Strike(const std::function<void()>& stroke);
   void Begin();
   void Done();
 

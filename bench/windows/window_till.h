@@ -77,8 +77,10 @@ class WindowTill : private ui::Driver {
   MemorySettings settings_;
   RecordingMailer mailer_;
   RecordingReports reports_;
+  Silence sound_;
   suite::SuiteFactory objects_;
-  Ports ports_{front_end_, printers_, devices_, settings_, clock_, mailer_, reports_, objects_};
+  Ports ports_{front_end_, printers_, devices_, settings_, clock_,
+               mailer_,    reports_,  objects_, sound_};
   Zrtpve component_{ports_};
   std::function<void()> work_;
 };

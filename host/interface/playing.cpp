@@ -4,6 +4,7 @@
 
 #include "adapters/headless/scenario/headless_operator.h"
 #include "adapters/headless/scenario/player.h"
+#include "host/config.h"
 #include "host/interface/handles.h"
 #include "host/interface/till_database.h"
 
@@ -27,8 +28,10 @@ struct Rehearsal {
   StepClock clock;
   RecordingMailer mail;
   RecordingReports reports;
+  RecordingSound sound;
   HostComponents objects;
-  Ports ports{*around->headless(), printers, devices, settings, clock, mail, reports, objects};
+  Ports ports{
+      *around->headless(), printers, devices, settings, clock, mail, reports, objects, sound};
 };
 
 // The host's context goes in, what the scenario made of it comes out.
@@ -86,14 +89,17 @@ bool PlayOn(zrtpv_till& till, const std::string& script, std::ostream& transcrip
   const auto stage = std::make_shared<Rehearsal>(till.around, till.component.context().MyBd);
   RecordingConnection* connection = nullptr;
   const auto database = DatabaseFor(stage, connection);
-  Zrtpve component(stage->ports);
-  component.context().MyBd = database;
+  std::optional<Zrtpve> component(std::in_place, stage->ports);
+  component->context().MyBd = database;
   HeadlessFrontEnd& front_end = *till.around->headless();
   scenario::HeadlessOperator hands(front_end);
-  scenario::Rig rig{stage->database->Conexion(), *connection, stage->clock, stage->printers,
-                    stage->devices, stage->settings, stage->mail, stage->reports, component};
+  scenario::Rig rig{*connection, stage->clock,   stage->printers, stage->devices, stage->settings,
+                    stage->mail, stage->reports, stage->sound,    component,      {}};
+  rig.premises.configure = [&](const std::string& name, const std::string& value) {
+    ChangeSetting(stage->settings, name, value);
+  };
   scenario::Player player(rig, hands, transcript);
-  const Performance performance(till, component);
+  const Performance performance(till, *component);
   front_end.SetDriver(player);
   return player.Play(std::move(commands));
 }

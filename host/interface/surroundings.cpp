@@ -34,8 +34,13 @@ Surroundings::Surroundings(const zrtpv_options& options)
       nobody_(options),
       components_(ComponentsOf(options)),
       objects_(*this),
-      ports_(machine_.PortsFor(FrontEnd(options.windows), objects_)) {
+      ports_(PortsWith(options.windows)) {
   objects_.SetPorts(ports_);
+}
+
+Ports Surroundings::PortsWith(std::int32_t kind) {
+  ui::FrontEnd& front_end = FrontEnd(kind);
+  return machine_.PortsFor(front_end, objects_, windows_ ? windows_->Loudspeaker() : silence_);
 }
 
 ui::FrontEnd& Surroundings::FrontEnd(std::int32_t kind) {

@@ -40,12 +40,14 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
   void LeaveAlone() { headless_->SetDriver(nobody_); }  // after a scenario
 
  private:
+  Ports PortsWith(std::int32_t kind);
   ui::FrontEnd& FrontEnd(std::int32_t kind);
 
   Machine machine_;
   NobodyThere nobody_;
   std::unique_ptr<HeadlessFrontEnd> headless_;
   std::unique_ptr<HostWindows> windows_;
+  Silence silence_;
   zrtpv_components components_;
   HostComponents objects_;
   Ports ports_;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QThread>
 
+#include "adapters/qt/beep.h"
 #include "adapters/qt/qt_front_end.h"
 #include "host/windows/application.h"
 
@@ -38,10 +39,12 @@ std::shared_ptr<Application> OurApplication() {
 class Windows : public HostWindows {
  public:
   ui::FrontEnd& FrontEnd() override { return front_end_; }
+  Sound& Loudspeaker() override { return beep_; }
 
  private:
   const std::shared_ptr<Application> ours_ = OurApplication();
   QtFrontEnd front_end_{ours_ ? QtFrontEnd::Dress::Application : QtFrontEnd::Dress::OwnWindows};
+  qt::Beep beep_;
 };
 
 }  // namespace

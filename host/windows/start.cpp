@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 
+#include "adapters/qt/beep.h"
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_front_end.h"
 #include "adapters/qt/text.h"
@@ -40,7 +41,8 @@ int Start(const std::string& picture) {
   Application application;
   qt::QtFrontEnd front_end;
   Machine machine;
-  StartScreen screen(machine, front_end);
+  qt::Beep beep;
+  StartScreen screen(machine, front_end, beep);
   screen.choose_file = [&](const std::string& current) {
     return ChooseFile(front_end.TopWindow(), current);
   };

@@ -14,6 +14,7 @@ class Clock;
 class Mailer;
 class ObjectFactory;
 class ReportPress;
+class Sound;
 
 struct Ports {
   ui::FrontEnd& ui;
@@ -24,6 +25,7 @@ struct Ports {
   Mailer& mailer;
   ReportPress& reports;
   ObjectFactory& objects;
+  Sound& sound;
 };
 
 }  // namespace tpv

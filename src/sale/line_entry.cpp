@@ -4,6 +4,7 @@
 
 #include "base/mask.h"
 #include "base/number_text.h"
+#include "platform/sound.h"
 #include "sale/sale_entry.h"
 #include "sale/sale_storage.h"
 
@@ -67,6 +68,7 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
 }
 
 void SaleEntry::RefuseArticle(const std::string& text) {
+  context().ports.sound.Warn();
   article_id_ = 0;
   Text1[19].text.clear();
   Refuse(text, &Text1[19], Icon::Critical);

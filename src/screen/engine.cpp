@@ -33,7 +33,7 @@ void Leave(Form& form) {
   form.OnLeave(*old);
   try {
     if (old->left) old->left();
-  } catch (...) {
+  } catch (const std::exception&) {
     form.focus = old;  // it was not left
     form.OnEnter(*old);
     throw;
@@ -70,31 +70,6 @@ struct ClampedSelections {
   }
   const Form& form;
 };
-
-// What every event ends with: the focus asked for, none on a control that can no
-// longer have it, and selections inside their texts.
-void Settle(Form& form) {
-  const ClampedSelections clamped{form};
-  if (std::exchange(form.tab_sent, false)) form.requested_focus = Next(form, form.focus, false);
-  MoveFocus(form);
-  if (form.focus != nullptr && !CanTakeFocus(*form.focus)) {
-    form.requested_focus = Next(form, form.focus, false);
-    form.focus = nullptr;
-    MoveFocus(form);
-  }
-}
-
-// Runs a handler and settles the focus also when it fails.
-template <typename Handler>
-void Run(Form& form, Handler handler) {
-  try {
-    handler();
-  } catch (...) {
-    Settle(form);
-    throw;
-  }
-  Settle(form);
-}
 
 void RequireUsable(const Control& control) {
   if (!control.IsVisible()) throw ActionRefused(control.name + " no está visible");
@@ -149,6 +124,32 @@ int MovedRow(int current, std::size_t count, int step) {
 
 }  // namespace
 
+// What every event ends with: the focus asked for, none on a control that can no
+// longer have it, and selections inside their texts.
+void Engine::Settle(Form& form) {
+  const ClampedSelections clamped{form};
+  if (std::exchange(form.tab_sent, false)) form.requested_focus = Next(form, form.focus, false);
+  MoveFocus(form);
+  if (form.focus != nullptr && !CanTakeFocus(*form.focus)) {
+    form.requested_focus = Next(form, form.focus, false);
+    form.focus = nullptr;
+    MoveFocus(form);
+  }
+  if (std::exchange(box_closed_by_key_, false)) form.OnBoxClosedByKey();
+}
+
+// Runs a handler and settles the focus also when it fails.
+template <typename Handler>
+void Engine::Run(Form& form, Handler handler) {
+  try {
+    handler();
+  } catch (const std::exception&) {
+    Settle(form);
+    throw;
+  }
+  Settle(form);
+}
+
 void Engine::Load(Form& form) {
   if (form.loaded) return;
   form.loaded = true;
@@ -166,15 +167,17 @@ void Engine::Open(Form& form) {
     form.activated = true;
     Run(form, [&] { form.OnFirstActivate(); });
   } catch (...) {
-    forms_.pop_back();
+    Drop(form);
     throw;
   }
 }
 
 void Engine::Unload(Form& form) {
-  std::erase(forms_, &form);
+  Drop(form);
   form.OnUnload();
 }
+
+void Engine::Drop(Form& form) { std::erase(forms_, &form); }
 
 void Engine::FocusOn(Control& control) {
   RequireUsable(control);

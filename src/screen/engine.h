@@ -29,6 +29,8 @@ class Engine {
   void Open(Form& form);
   // Runs OnUnload and takes the form (the top one) off.
   void Unload(Form& form);
+  // Takes it off alone: the program that shows it is being killed.
+  void Drop(Form& form);
 
   Form* Top() const { return forms_.empty() ? nullptr : forms_.back(); }
   std::size_t Depth() const { return forms_.size(); }
@@ -55,8 +57,14 @@ class Engine {
   // opened something is released there and never reaches the form.
   void CountOpening() { ++openings_; }
   std::size_t Openings() const { return openings_; }
+  // A box or dialog closed: when it was by a key, the form below hears of it as
+  // its event ends.
+  void BoxClosed(bool by_key) { box_closed_by_key_ = by_key; }
 
  private:
+  void Settle(Form& form);
+  template <typename Handler>
+  void Run(Form& form, Handler handler);
   void DefaultKey(Form& form, Key key);
   void TypeKeypad(Form& form, TextBox& box, char32_t character);
   void MoveRow(Control& control, int step);
@@ -65,6 +73,7 @@ class Engine {
 
   std::vector<Form*> forms_;
   std::size_t openings_ = 0;
+  bool box_closed_by_key_ = false;
 };
 
 }  // namespace tpv::ui

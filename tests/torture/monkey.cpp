@@ -97,14 +97,13 @@ void Monkey::Call() {
   const auto set = [&](const char* property, const std::string& value) {
     Do("set " + std::string(property) + " " + value, [&] {
       Variant argument(value);
-      Invoke(till_.component, DispatchId(property), InvokeKind::Put, {&argument, 1});
+      Invoke(*till_.component, DispatchId(property), InvokeKind::Put, {&argument, 1});
     });
   };
   if (Roll(3) == 0) set("Caja", std::to_string(1 + Roll(4)));
   if (Roll(9) == 0) set("IdAlbaran", std::to_string(Roll(400)));
   const std::string member = Any(kScreens);
-  Do("call " + member,
-     [&] { Invoke(till_.component, DispatchId(member), InvokeKind::Call, {}); });
+  Do("call " + member, [&] { Invoke(*till_.component, DispatchId(member), InvokeKind::Call, {}); });
 }
 
 bool Monkey::Step() {
@@ -350,9 +349,9 @@ void Monkey::CheckForm() {
 }
 
 void Monkey::CheckStoreNow() {
-  const auto findings = CheckStore(till_.store);
+  const auto findings = CheckStore(till_.Store());
   if (AnyBroken(findings)) Report("store: " + FindingsText(findings));
-  if (till_.store.InTransaction()) Report("a transaction was left open");
+  if (till_.Store().InTransaction()) Report("a transaction was left open");
 }
 
 }  // namespace tpv::torture

@@ -39,8 +39,10 @@ void Player::Expect(const Command& command) {
       {"property",
        [&] {
          const std::uint32_t id = DispatchId(argument(1));
-         ExpectEqual(argument(2), Invoke(rig_.component, id, InvokeKind::Get, {}).ToPlainText());
+         ExpectEqual(argument(2), Invoke(*rig_.component, id, InvokeKind::Get, {}).ToPlainText());
        }},
+      {"title", [&] { ExpectEqual(argument(1), Screen().caption); }},
+      {"sound", [&] { ExpectEqual(argument(1), rig_.sound.asked_for ? "error" : "none"); }},
       {"screen",
        [&] { ExpectEqual(argument(1), hands_.Top() != nullptr ? hands_.Top()->name : "none"); }},
       {"sql", [&] { ExpectSql(command); }},
@@ -73,7 +75,7 @@ void Player::Expect(const Command& command) {
 }
 
 void Player::ExpectSql(const Command& command) {
-  const auto rows = rig_.store.Execute(command.Rest(2));
+  const auto rows = rig_.Store().Execute(command.Rest(2));
   ExpectEqual(command.Argument(1), rows->Eof() ? "NONE" : rows->Field(0).ToPlainText());
 }
 

@@ -9,6 +9,11 @@ void HeadlessOperator::Type(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) engine().TypeCharacter(NextCharacter(text, at));
 }
 
+void HeadlessOperator::Scan(std::string_view code) {
+  for (std::size_t at = 0; at < code.size();) front_end_.Strike(NextCharacter(code, at));
+  front_end_.Strike(U'\n');
+}
+
 void HeadlessOperator::Click(ui::Control& control) {
   const bool clickable = dynamic_cast<ui::Button*>(&control) != nullptr ||
                          dynamic_cast<ui::CheckBox*>(&control) != nullptr ||

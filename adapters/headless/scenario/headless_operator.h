@@ -17,6 +17,7 @@ class HeadlessOperator : public ui::Operator {
   void Type(std::string_view text) override;
   void Clear() override { engine().ClearText(); }
   void Press(ui::Key key) override { engine().PressKey(key); }
+  void Scan(std::string_view code) override;
   void Click(ui::Control& control) override;
   void Select(ui::Control& control, const std::string& row_or_entry) override;
   void Tick(ui::Control& control, int row, bool on) override;
@@ -25,7 +26,7 @@ class HeadlessOperator : public ui::Operator {
   void Close() override { engine().CloseBox(); }
 
   void Answer(ui::Answer answer) override { front_end_.AnswerBox(answer); }
-  void Find(std::string_view text) override { front_end_.open_search()->Narrow(text); }
+  void Find(std::string_view text) override { front_end_.Narrow(text); }
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;
   void PickNone() override { front_end_.CloseSearch(std::nullopt); }

@@ -30,6 +30,10 @@ int RowOf(const Command& command, std::size_t argument) {
 
 bool IsBoxCommand(std::string_view verb) { return verb == "answer"; }
 bool IsSearchCommand(std::string_view verb) { return verb == "pick" || verb == "find"; }
+// What the operator of this till has no hand in, or what is struck blindly.
+bool MindsNothingOpen(std::string_view verb) {
+  return verb == "scan" || verb == "other" || verb == "kill";
+}
 
 }  // namespace
 
@@ -55,9 +59,19 @@ bool Player::Play(std::vector<Command> commands) {
   next_ = 0;
   over_ = false;
   held_ = true;
-  while (Step()) {
+  while (StepOrStartAgain()) {
   }
   return held_;
+}
+
+bool Player::StepOrStartAgain() {
+  try {
+    return Step();
+  } catch (const ui::TillKilled&) {
+    depth_ = expected_error_ = 0;
+    rig_.premises.start_again();
+    return true;
+  }
 }
 
 bool Player::Step() {
@@ -124,12 +138,14 @@ void Player::Dispatch(const Command& command) {
   if (IsBoxCommand(command.Verb())) return AnswerBox(command);
   if (command.Verb() == "pick") return Pick(command);
   if (command.Verb() == "find") return hands_.Find(command.TextFrom(0));
+  if (command.Verb() == "scan") return Scan(command);
   RunScreenCommand(command);
 }
 
 // A box or a dialog takes nothing but its own commands.
 void Player::RequireNothingOpen(const Command& command) {
   if (command.Verb() == "fails") return RequireNothingOpen(command.Inner(0));
+  if (MindsNothingOpen(command.Verb())) return;
   const bool own_box = IsBoxCommand(command.Verb());
   const bool own_search = IsSearchCommand(command.Verb());
   if (const ui::MessageBox* box = hands_.Box(); box != nullptr && !own_box) {
@@ -145,16 +161,17 @@ void Player::RequireNothingOpen(const Command& command) {
 bool Player::RunHostCommand(const Command& command) {
   using Handler = void (Player::*)(const Command&);
   static const std::map<std::string, Handler, std::less<>> handlers = {
-      {"call", &Player::Call}, {"sql", &Player::Sql},   {"param", &Player::Param},
-      {"show", &Player::Show}, {"mail", &Player::Mail}, {"fail", &Player::Inject},
-      {"expect", &Player::Expect}, {"fails", &Player::Fails}};
+      {"call", &Player::Call},     {"sql", &Player::Sql},      {"param", &Player::Param},
+      {"show", &Player::Show},     {"mail", &Player::Mail},    {"fail", &Player::Inject},
+      {"expect", &Player::Expect}, {"fails", &Player::Fails},  {"other", &Player::Other},
+      {"kill", &Player::Kill},     {"config", &Player::Config}};
   if (const auto found = handlers.find(command.Verb()); found != handlers.end()) {
     (this->*found->second)(command);
     return true;
   }
   if (command.Verb() == "set") {
     Variant value(command.Argument(1));
-    Invoke(rig_.component, DispatchId(command.Argument(0)), InvokeKind::Put, {&value, 1});
+    Invoke(*rig_.component, DispatchId(command.Argument(0)), InvokeKind::Put, {&value, 1});
   } else if (command.Verb() == "forget") {
     Forget();
   } else if (command.Verb() == "setting") {
@@ -199,6 +216,11 @@ bool Player::RunScreenCommand(const Command& command) {
   return true;
 }
 
+void Player::Scan(const Command& command) {
+  if (hands_.Box() == nullptr && !hands_.HasSearch()) Screen();
+  hands_.Scan(command.Argument(0));
+}
+
 void Player::Enter(const Command& command) {
   hands_.Focus(Find(command.Argument(0)));
   hands_.Clear();
@@ -224,7 +246,7 @@ Variant Player::CallMember(const Command& command, std::size_t first_argument) {
   for (std::size_t i = first_argument + 1; i < command.Count(); ++i) {
     arguments.emplace_back(command.Argument(i));
   }
-  return Invoke(rig_.component, DispatchId(command.Argument(first_argument)), InvokeKind::Call,
+  return Invoke(*rig_.component, DispatchId(command.Argument(first_argument)), InvokeKind::Call,
                 arguments);
 }
 
@@ -256,14 +278,36 @@ void Player::Fails(const Command& command) {
 }
 
 void Player::Sql(const Command& command) {
-  const auto rows = rig_.store.Execute(command.Rest(0));
+  const auto rows = rig_.Store().Execute(command.Rest(0));
   out_ << PlainRows(*rows);
+}
+
+void Player::Other(const Command& command) {
+  if (!rig_.premises.connect) throw Failure("aquí no se puede abrir otra conexión", true);
+  if (!other_till_) other_till_ = rig_.premises.connect();
+  const auto rows = other_till_->Execute(command.Rest(0));
+  out_ << PlainRows(*rows);
+}
+
+void Player::Kill(const Command&) {
+  if (!rig_.premises.start_again) throw Failure("aquí no se puede matar el programa", true);
+  rig_.connection.Cut();
+  throw ui::TillKilled();
+}
+
+void Player::Config(const Command& command) {
+  if (!rig_.premises.configure) throw Failure("aquí no se puede cambiar un ajuste", true);
+  try {
+    rig_.premises.configure(command.Argument(0), command.Argument(1));
+  } catch (const std::exception& error) {
+    command.Fail(error.what());
+  }
 }
 
 void Player::Param(const Command& command) {
   const std::string& value = command.Argument(1);
-  rig_.store.Execute("UPDATE Parametros SET [" + command.Argument(0) +
-                     "] = " + (value == "null" ? "NULL" : sql::Quoted(value)));
+  rig_.Store().Execute("UPDATE Parametros SET [" + command.Argument(0) +
+                       "] = " + (value == "null" ? "NULL" : sql::Quoted(value)));
 }
 
 void Player::Show(const Command& command) {
@@ -282,6 +326,7 @@ void Player::Forget() {
   rig_.devices.written.clear();
   rig_.mail.mails.clear();
   rig_.connection.sent.clear();
+  rig_.sound.asked_for = false;
 }
 
 void Player::Mail(const Command& command) {

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -35,10 +36,12 @@ class Player : public ui::Driver {
   // Plays the commands; true when every expectation held.
   bool Play(std::vector<Command> commands);
 
+  // Throws TillKilled for a script that kills the till.
   bool Step() override;
   void OnBox(const ui::MessageBox& box) override;
 
  private:
+  bool StepOrStartAgain();
   void Run(const Command& command);
   void RunReported(const Command& command);
   void Dispatch(const Command& command);
@@ -49,6 +52,9 @@ class Player : public ui::Driver {
   void Call(const Command& command);
   void Fails(const Command& command);
   void Sql(const Command& command);
+  void Other(const Command& command);
+  void Kill(const Command& command);
+  void Config(const Command& command);
   void Param(const Command& command);
   void Show(const Command& command);
   void Forget();
@@ -56,6 +62,7 @@ class Player : public ui::Driver {
   void Inject(const Command& command);
   void AnswerBox(const Command& command);
   void Pick(const Command& command);
+  void Scan(const Command& command);
   void Enter(const Command& command);
 
   void Expect(const Command& command);
@@ -79,6 +86,7 @@ class Player : public ui::Driver {
   Rig& rig_;
   ui::Operator& hands_;
   std::ostream& out_;
+  std::unique_ptr<Connection> other_till_;  // opened when it is first needed
   std::vector<Command> commands_;
   std::size_t next_ = 0;
   int depth_ = 0;          // commands under way: a modal screen or box plays on inside one

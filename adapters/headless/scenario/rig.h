@@ -2,22 +2,43 @@
 // record what it sends out.
 #pragma once
 
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
 #include "adapters/headless/recorders.h"
 #include "component/zrtpve.h"
 
 namespace tpv::scenario {
 
+// What a script does to the program and its machine rather than to the screens.
+// Unset where the script's host keeps that to itself.
+struct Premises {
+  // Another till's connection to the same store.
+  std::function<std::unique_ptr<Connection>()> connect;
+  // After a kill: a new component on a new connection.
+  std::function<void()> start_again;
+  // A setting of the machine by the name that a technician gives it. Throws for
+  // one that is unknown or a value that does not fit.
+  std::function<void(const std::string& name, const std::string& value)> configure;
+};
+
 // Everything outlives the player.
 struct Rig {
-  Connection& store;               // for the player's own statements
-  RecordingConnection& connection; // the component's
+  RecordingConnection& connection;  // the component's
   StepClock& clock;
   RecordingPrinters& printers;
   RecordingDevices& devices;
   MemorySettings& settings;
   RecordingMailer& mail;
   RecordingReports& reports;
-  Zrtpve& component;
+  RecordingSound& sound;
+  std::optional<Zrtpve>& component;
+  Premises premises;
+
+  // For the player's own statements.
+  Connection& Store() { return connection.Inner(); }
 };
 
 }  // namespace tpv::scenario

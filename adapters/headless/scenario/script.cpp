@@ -22,25 +22,25 @@ struct Shape {
 
 const std::map<std::string, Shape, std::less<>>& Commands() {
   static const std::map<std::string, Shape, std::less<>> commands = {
-      {"set", {2, 2}},        {"call", {1, kAny}},   {"param", {2, 2}},    {"sql", {1, kAny}},
-      {"focus", {1, 1}},      {"type", {1, kAny}},   {"clear", {0, 0}},    {"key", {1, 1}},
-      {"enter", {2, kAny}},   {"click", {1, 1}},     {"select", {2, kAny}}, {"tick", {2, 2}},
-      {"untick", {2, 2}},     {"cellbutton", {3, 3}}, {"menu", {1, 1}},    {"answer", {1, 2}},
-      {"pick", {1, 1}},       {"find", {1, kAny}},   {"close", {0, 0}},    {"show", {1, 1}},
-      {"expect", {2, kAny}},  {"forget", {0, 0}},    {"printers", {0, kAny}},
-      {"setting", {1, 1}},    {"mail", {1, 1}},      {"include", {1, 1}},  {"fails", {1, kAny}},
-      {"fail", {1, 2}},
+      {"set", {2, 2}},       {"call", {1, kAny}},    {"param", {2, 2}},       {"sql", {1, kAny}},
+      {"focus", {1, 1}},     {"type", {1, kAny}},    {"clear", {0, 0}},       {"key", {1, 1}},
+      {"enter", {2, kAny}},  {"click", {1, 1}},      {"select", {2, kAny}},   {"tick", {2, 2}},
+      {"untick", {2, 2}},    {"cellbutton", {3, 3}}, {"menu", {1, 1}},        {"answer", {1, 2}},
+      {"pick", {1, 1}},      {"find", {1, kAny}},    {"close", {0, 0}},       {"show", {1, 1}},
+      {"expect", {2, kAny}}, {"forget", {0, 0}},     {"printers", {0, kAny}}, {"setting", {1, 1}},
+      {"mail", {1, 1}},      {"include", {1, 1}},    {"fails", {1, kAny}},    {"fail", {1, 2}},
+      {"config", {2, 2}},    {"other", {1, kAny}},   {"scan", {1, 1}},        {"kill", {0, 0}},
   };
   return commands;
 }
 
 const std::map<std::string, Shape, std::less<>>& Expectations() {
   static const std::map<std::string, Shape, std::less<>> expectations = {
-      {"enabled", {2, 2}},  {"visible", {2, 2}}, {"focus", {1, 1}},     {"rows", {2, 2}},
-      {"cell", {4, 4}},     {"property", {2, 2}}, {"screen", {1, 1}},   {"sql", {2, kAny}},
-      {"call", {2, kAny}},  {"printed", {1, 1}}, {"documents", {1, 1}}, {"device", {2, 2}},
-      {"raw", {1, 1}},      {"mails", {1, 1}},   {"mail", {1, 1}},      {"setting", {1, 1}},
-      {"printer", {1, 1}},  {"sent", {1, 1}},
+      {"enabled", {2, 2}}, {"visible", {2, 2}},  {"focus", {1, 1}},     {"rows", {2, 2}},
+      {"cell", {4, 4}},    {"property", {2, 2}}, {"screen", {1, 1}},    {"sql", {2, kAny}},
+      {"call", {2, kAny}}, {"printed", {1, 1}},  {"documents", {1, 1}}, {"device", {2, 2}},
+      {"raw", {1, 1}},     {"mails", {1, 1}},    {"mail", {1, 1}},      {"setting", {1, 1}},
+      {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
   };
   return expectations;
 }
@@ -61,6 +61,7 @@ const std::vector<Choice>& Choices() {
       {"fail", "", 0, {"printer", "mail", "device", "sql", "nothing"}},
       {"expect", "enabled", 2, {"True", "False"}},
       {"expect", "visible", 2, {"True", "False"}},
+      {"expect", "sound", 1, {"error", "none"}},
   };
   return choices;
 }
@@ -92,6 +93,8 @@ void Check(const Command& command) {
   }
   RequireKnownWords(command);
 }
+
+bool IsSqlVerb(std::string_view verb) { return verb == "sql" || verb == "other"; }
 
 std::string QuotedWord(std::string_view text, std::size_t& at) {
   std::string word;
@@ -174,7 +177,7 @@ Command ReadCommand(std::string_view line, const std::string& file, int number) 
     }
     Word word{"", at};
     // SQL behind its verb is taken as written, quotes and all.
-    const bool raw = !command.words.empty() && command.words[0].text == "sql";
+    const bool raw = !command.words.empty() && IsSqlVerb(command.words[0].text);
     if (text[at] == '"' && !raw) {
       try {
         word.text = QuotedWord(text, at);

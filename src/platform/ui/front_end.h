@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/variant.h"
@@ -22,6 +23,10 @@ struct MessageBox {
   std::string title;
 };
 
+// The button's caption, its letter marked: a letter alone answers a box.
+std::string_view CaptionOf(Answer answer);
+// The answer that a typed letter gives; nullopt when it is none of the box's.
+std::optional<Answer> AnswerTo(const MessageBox& box, char32_t letter);
 // What a box that closes unanswered counts as: the button that goes on with least.
 Answer Harmless(const MessageBox& box);
 

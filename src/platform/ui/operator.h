@@ -11,6 +11,10 @@
 
 namespace tpv::ui {
 
+// Thrown by a driver whose till is killed: everything open goes, and no handler
+// runs on the way. No std::exception, so that nobody takes it for an error to report.
+struct TillKilled {};
+
 // Gives the operator's actions, one a call.
 class Driver {
  public:
@@ -33,6 +37,8 @@ class Operator {
   virtual void Type(std::string_view text) = 0;
   virtual void Clear() = 0;
   virtual void Press(Key key) = 0;
+  // The keystrokes of a bar-code scanner, Enter last, for whatever is on top.
+  virtual void Scan(std::string_view code) = 0;
   virtual void Click(Control& control) = 0;
   virtual void Select(Control& control, const std::string& row_or_entry) = 0;
   virtual void Tick(Control& control, int row, bool on) = 0;
