@@ -52,7 +52,23 @@ bool MakeServerTables(Connection& connection) {
   return made;
 }
 
+std::unique_ptr<Connection> OpenServerStore(const std::string& name) {
+  auto connection = OpenServer(name);
+  if (Exists(*connection, "VentasEnCurso")) return connection;
+  try {
+    MakeServerTables(*connection);
+  } catch (const DatabaseError& error) {
+    throw DatabaseError(
+        "Al almacén le falta la tabla VentasEnCurso y este usuario no puede crearla. El "
+        "administrador debe ejecutar una vez «tpv store create --odbc …». " + std::string(error.what()),
+        error.sqlstate(), error.native());
+  }
+  return connection;
+}
+
 #else
+
+std::unique_ptr<Connection> OpenServerStore(const std::string& name) { return OpenServer(name); }
 
 std::unique_ptr<Connection> OpenServer(const std::string&) {
   throw UsageError("--odbc: este programa se construyó sin ODBC");

@@ -13,6 +13,10 @@ namespace tpv {
 // without a password (adapters/odbc/target.h). Throws DatabaseError and UsageError.
 std::unique_ptr<Connection> OpenServer(const std::string& connection);
 
+// The same for a till. Tables that this version added are made where the user may;
+// otherwise the DatabaseError says what the administrator has to do.
+std::unique_ptr<Connection> OpenServerStore(const std::string& connection);
+
 // Makes the tables, functions and indexes that are missing; true when it made
 // any table. What is there already is left as it is. All or nothing.
 bool MakeServerTables(Connection& connection);

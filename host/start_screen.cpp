@@ -131,7 +131,7 @@ void StartScreen::OpenTyped() {
 }
 
 std::unique_ptr<Connection> StartScreen::Connect(const std::string& path) {
-  if (IsServer(path)) return OpenServer(path.substr(kServer.size()));
+  if (IsServer(path)) return OpenServerStore(path.substr(kServer.size()));
   if (path == UsualStore()) MakePrivateFolder(DataFolder() + "/demo");
   return OpenStore(path, Contents::Demonstration, machine_.clock);
 }

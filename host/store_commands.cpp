@@ -9,6 +9,7 @@
 #include "adapters/sqlite/sqlite_connection.h"
 #include "base/number_text.h"
 #include "host/demo/demonstration.h"
+#include "host/left_sales.h"
 #include "host/play.h"
 #include "host/server_store.h"
 #include "host/store.h"
@@ -26,6 +27,7 @@ using Arguments = std::vector<std::string>;
 constexpr const char* kCreateUsage = "store create FICHERO|--odbc CONEXIÓN [--demo|--empty|--shop FICHERO.ini]";
 constexpr const char* kCopyUsage = "store copy FICHERO|--odbc CONEXIÓN FICHERO|--odbc CONEXIÓN";
 constexpr const char* kCheckUsage = "store check FICHERO|--odbc CONEXIÓN";
+constexpr const char* kReleaseUsage = "store release FICHERO|--odbc CONEXIÓN [NÚMERO]";
 constexpr const char* kSqlUsage = "sql FICHERO|--odbc CONEXIÓN \"SENTENCIA\"…";
 
 // Where a store is: a file, or behind a connection.
@@ -215,6 +217,17 @@ int Check(const Arguments& arguments, std::ostream& out) {
   return broken ? 1 : 0;
 }
 
+int Release(const Arguments& arguments, std::ostream& out) {
+  std::size_t at = 1;
+  const Place place = TakePlace(arguments, at, kReleaseUsage);
+  const auto sale = at < arguments.size() ? ParseInt32(arguments[at++]) : std::optional(0);
+  if (at != arguments.size() || !sale) throw UsageError(kReleaseUsage);
+  const StepClock clock;
+  const auto connection = OpenExisting(place, clock);
+  out << (*sale == 0 ? SalesInProgressText(*connection) : ReleaseSale(*connection, *sale));
+  return 0;
+}
+
 }  // namespace
 
 int StoreCommand(const Arguments& arguments, std::ostream& out) {
@@ -223,7 +236,8 @@ int StoreCommand(const Arguments& arguments, std::ostream& out) {
   if (order == "fill") return Fill(arguments, out);
   if (order == "copy") return Copy(arguments, out);
   if (order == "check") return Check(arguments, out);
-  throw UsageError("store create|fill|copy|check …");
+  if (order == "release") return Release(arguments, out);
+  throw UsageError("store create|fill|copy|check|release …");
 }
 
 int SqlCommand(const Arguments& arguments, std::ostream& out) {

@@ -32,7 +32,7 @@ struct sqlite::Control {
 namespace {
 
 constexpr int kApplicationId = 0x54505631;  // "TPV1"
-constexpr int kVersion = 3;
+constexpr int kVersion = 4;
 
 // A new file of the user alone; SQLite gives its journals the same rights.
 void MakeFile(const std::string& path) {

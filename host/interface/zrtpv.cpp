@@ -138,7 +138,7 @@ int32_t zrtpv_open_file(zrtpv_till* till, const char* path, int32_t if_missing, 
 int32_t zrtpv_open_odbc(zrtpv_till* till, const char* connection, int32_t user) {
   return Answer([&] {
     Entered entered(till);
-    Use(*entered, tpv::OpenServer(TextFrom(connection, "la conexión")), user);
+    Use(*entered, tpv::OpenServerStore(TextFrom(connection, "la conexión")), user);
   });
 }
 

@@ -4,6 +4,7 @@
 #include "context/context.h"
 #include "data/codes.h"
 #include "data/journal.h"
+#include "data/sales_in_progress.h"
 #include "data/till_clock.h"
 #include "data/till_state.h"
 #include "platform/database.h"
@@ -56,6 +57,15 @@ void InsertClosure(Context& context, const Closure& closure, const std::string& 
   if (!row.Insert(error)) throw ClosureFailed(error, false);
 }
 
+// Its lines and its payment would be of nobody's day.
+void RequireNoSaleInProgress(Context& context) {
+  const auto sales = SalesInProgress(context.Database(), context.Caja);
+  if (sales.empty()) return;
+  throw PeriodChanged("La caja tiene una venta sin terminar (" + Described(sales.front()) +
+                      "). Termínela o cancélela antes de cerrar. Si quedó de un programa que se "
+                      "apagó a medias, elimínela en el diario de ventas");
+}
+
 void StampCollection(Context& context, std::int32_t entry, std::int32_t closure_id) {
   RowBuilder& row = RowInTransaction(context, "DiaCaj");
   row.Add("DiaCaj_IdCierre", ValueKind::Whole, Variant(closure_id));
@@ -76,6 +86,7 @@ std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const C
     if (period.Mark() != closure.mark) {
       throw PeriodChanged("Los movimientos de la caja han cambiado. Revise los importes");
     }
+    RequireNoSaleInProgress(context);
     InsertClosure(context, closure, date);
     const std::int32_t id = LastEntry(context);
     for (const std::int32_t entry : closure.collections) StampCollection(context, entry, id);

@@ -30,7 +30,8 @@ class ClosureFailed : public std::runtime_error {
   bool inserted;  // false: the closure's own entry was refused
 };
 
-// The till's entries are no longer those of the figures shown.
+// The till's entries are no longer those of the figures shown, or one of its sales
+// is still in progress.
 class PeriodChanged : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

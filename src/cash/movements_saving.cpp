@@ -106,7 +106,7 @@ bool FrmTpvMovCaja::SaveCollection() {
 }
 
 void FrmTpvMovCaja::RequireUnchanged(const std::vector<Share>& shares) const {
-  const std::vector<ListedTicket> now = ReadTickets();
+  const std::vector<ListedTicket> now = ReadOpenTickets(Database(), customer_id_);
   for (const Share& share : shares) {
     const OpenTicket& shown = tickets_[share.ticket];
     const bool same = std::any_of(now.begin(), now.end(), [&](const ListedTicket& listed) {

@@ -69,12 +69,6 @@ void FrmTpvMovCaja::LeaveAmount(int index) {
   if (index == 11) ShowSums();
 }
 
-std::vector<ListedTicket> FrmTpvMovCaja::ReadTickets() const {
-  std::vector<ListedTicket> tickets = ReadOpenTickets(Database(), customer_id_);
-  std::erase_if(tickets, [this](const ListedTicket& listed) { return listed.ticket.id == sale_in_progress; });
-  return tickets;
-}
-
 ui::ListItem FrmTpvMovCaja::ItemOf(const ListedTicket& listed) {
   constexpr const char* kEuros = "#,###,##0.00";
   const OpenTicket& ticket = listed.ticket;
@@ -90,7 +84,7 @@ void FrmTpvMovCaja::ListTickets() {
   Text1[15].text.clear();
   double debt = 0;
   if (customer_id_ != 0) {
-    for (const ListedTicket& listed : ReadTickets()) {
+    for (const ListedTicket& listed : ReadOpenTickets(Database(), customer_id_)) {
       ListView1.items.push_back(ItemOf(listed));
       tickets_.push_back(listed.ticket);
       debt += listed.ticket.pending;

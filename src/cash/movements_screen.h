@@ -18,9 +18,6 @@ class FrmTpvMovCaja : public Screen {
   // Set before showing: collections can be chosen too. Otherwise the screen does
   // payments out alone.
   bool bCompleto = false;
-  // The sale that is being made below this screen, paid at checkout and so not
-  // listed; 0 for none.
-  std::int32_t sale_in_progress = 0;
 
   // Looks a customer up by code or id, or with -1 and 0 through the search
   // dialog, and lists its open tickets. Returns whether one was found.
@@ -45,7 +42,6 @@ class FrmTpvMovCaja : public Screen {
   void ForgetCustomer();
   void LeaveAmount(int index);
 
-  std::vector<ListedTicket> ReadTickets() const;
   static ui::ListItem ItemOf(const ListedTicket& listed);
   void ListTickets();
   void ShowSums();

@@ -87,6 +87,14 @@ Table Articles() {
           {{{"ART_Cod"}}, {{"ART_BARCODE"}}}};
 }
 
+// A row for each sale being keyed, so that what a dead till left is known.
+Table SalesInProgress() {
+  return {"VentasEnCurso", kStore, false, true,
+          {{"Vec_IdCav", Int}, Required("Vec_Caja", Int), {"Vec_Agente", Int},
+           With("Vec_Inicio", DateTime, Default::Now)},
+          {}};
+}
+
 // Invoices of tickets; their lines, totals by rate and due dates are Fal, Fai, Vto.
 Table Invoices() {
   return {"Fav", kStore, true, false,
@@ -155,7 +163,7 @@ std::vector<Table> Describe() {
       {"Contadores", kStore, false, false,
        {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
        {{{"cont_tipo", "cont_serie"}, true}}},
-      Invoices(),
+      SalesInProgress(), Invoices(),
       // Lines as the tickets had them when they were invoiced.
       {"Fal", kStore, true, false,
        {{"Fal_Id", Int}, Required("Fal_IdFav", Int), {"Fal_IdCav", Int}, {"Fal_Ticket", Text, 20},

@@ -18,7 +18,8 @@ struct ListedTicket {
   double total = 0;   // euros, with tax
 };
 
-// Oldest first, then the lower id. Throws DatabaseError.
+// Oldest first, then the lower id. A sale in progress is not among them: it is paid
+// at its checkout. Throws DatabaseError.
 std::vector<ListedTicket> ReadOpenTickets(Connection& connection, std::int32_t customer_id);
 
 }  // namespace tpv

@@ -2,6 +2,7 @@
 
 #include "base/mask.h"
 #include "data/statements.h"
+#include "invoicing/seen_tickets.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 #include "screen/declared_fields.h"
@@ -48,6 +49,7 @@ void FrmTpvFacturas::Search() {
   to_ = Text1[2].text;
   const std::string days = BetweenDays(from_, to_);
   tickets_ = " WHERE Cav_fecha " + days + "AND Cav_Ticket = 1 AND Cav_Situa =1";
+  seen_ = MarkOfTickets(Database(), tickets_);
   const auto count = Database().Execute("SELECT COUNT(*) From Cav " + tickets_);
   Frame4.caption = SoldCountCaption(count->Field(0));
   ShowTotals(days);
@@ -100,6 +102,7 @@ TicketInvoice FrmTpvFacturas::InvoiceTo(const CustomerRecord& customer,
   invoice.collected = true;
   invoice.in_portfolio = !asked.in_portfolio;
   invoice.tickets = tickets_;
+  invoice.check = [this] { RequireAsSeen(Database(), tickets_, seen_); };
   return invoice;
 }
 
@@ -122,9 +125,14 @@ void FrmTpvFacturas::Invoice() {
   if (!customer) {
     return Refuse("No está definido en parámetros el cliente contado", nullptr, Icon::Critical);
   }
-  const std::string error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked));
-  if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
-  Close();
+  try {
+    const std::string error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked));
+    if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
+    Close();
+  } catch (const InvoiceRefused& refused) {
+    cmdFacturar.enabled = false;  // until they have been searched for again
+    Refuse(refused.what(), &cmdInforme, Icon::Exclamation);
+  }
 }
 
 }  // namespace tpv

@@ -32,6 +32,7 @@ class FrmTpvFacturas : public Screen {
 
   // The pending tickets of the last search: " WHERE …", and its days as shown.
   std::string tickets_;
+  std::string seen_;  // their mark
   std::string from_;
   std::string to_;
 };

@@ -142,10 +142,13 @@ std::shared_ptr<Object> CreateInvoicing(Context& context) {
 bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice) {
   try {
     Transaction transaction(context.Database());
+    invoice.check();
     if (!Maker(context, invoicing, invoice).Make()) return false;
     StoreCompanion(invoice);
     transaction.Commit();
     return true;
+  } catch (const InvoiceRefused&) {
+    throw;
   } catch (const InvoiceCompanionError&) {
     throw;
   } catch (const TillRefusal&) {

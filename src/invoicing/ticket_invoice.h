@@ -47,6 +47,9 @@ struct TicketInvoice {
   bool collected = false;     // due dates are stored as collected
   bool in_portfolio = false;
   std::string tickets;        // " WHERE …": the tickets that it invoices
+  // Runs first inside the transaction; an InvoiceRefused of it goes to the caller of
+  // StoreInvoice, and nothing is stored.
+  std::function<void()> check = [] {};
   // Runs once the invoice has its number, before the tickets are marked.
   std::function<void()> before_marking = [] {};
   // Stores what must stand or fall with the invoice. An error of it goes to the
@@ -59,11 +62,18 @@ class InvoiceCompanionError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The tickets are not what the operator has seen of them. what() is for him.
+class InvoiceRefused : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 // The suite's invoicing component, with the database.
 std::shared_ptr<Object> CreateInvoicing(Context& context);
 
-// Everything or nothing; false when any step failed. Throws CommitUnknown when the
-// store did not answer whether it is there, and the companion's TillRefusal.
+// Everything or nothing; false when any step failed. Throws InvoiceRefused,
+// InvoiceCompanionError and the companion's TillRefusal, and CommitUnknown when the
+// store did not answer whether it is there.
 bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice);
 
 // Prints the stored invoice. What the operator must be told when that fails, ""

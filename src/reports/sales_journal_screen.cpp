@@ -195,7 +195,7 @@ bool FrmTpvDiarioVentas::DeleteInStore(std::int32_t sale_id, std::string& refusa
     Transaction transaction(Database());
     const std::string entry = SharedCollection(Database(), sale_id);
     if (entry.empty()) {
-      DeleteTicket(Database(), sale_id);
+      DeleteTicket(context(), sale_id);
       transaction.Commit();
       return true;
     }

@@ -3,8 +3,11 @@
 #include <vector>
 
 #include "base/mask.h"
+#include "context/context.h"
+#include "data/sales_in_progress.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
+#include "sale/sale_storage.h"
 
 namespace tpv {
 
@@ -18,7 +21,9 @@ std::string SharedCollection(Connection& connection, std::int32_t sale_id) {
   return "nº " + entry->Field(0).ToText() + " del " + Format(entry->Field(1), "DD/MM/YYYY HH:MM");
 }
 
-void DeleteTicket(Connection& connection, std::int32_t sale_id) {
+void DeleteTicket(Context& context, std::int32_t sale_id) {
+  Connection& connection = context.Database();
+  const std::vector<std::int32_t> lines = LinesOf(context, sale_id);
   const std::string id = sql::Number(std::int64_t{sale_id});
   connection.Execute("DELETE FROM Cav WHERE Cav_Id = " + id);
   connection.Execute("DELETE FROM Lav WHERE Lav_IdCav = " + id);
@@ -29,6 +34,8 @@ void DeleteTicket(Connection& connection, std::int32_t sale_id) {
     connection.Execute("DELETE FROM DiaCaj WHERE Diacaj_Id = " + sql::Number(entry));
   }
   connection.Execute("DELETE FROM Tco WHERE Tco_IdCav = " + id);
+  DeleteLines(context, lines);
+  UnregisterSale(connection, sale_id);
 }
 
 }  // namespace tpv

@@ -8,13 +8,15 @@
 namespace tpv {
 
 class Connection;
+struct Context;
 
 // The journal entry that pays this ticket together with others ("nº 12 del
 // 24/11/2026 10:30"); "" when every entry of the ticket pays it alone.
 std::string SharedCollection(Connection& connection, std::int32_t sale_id);
 
-// Deletes header, lines, the entries that paid the ticket and their links. The
-// caller holds the transaction. Throws DatabaseError.
-void DeleteTicket(Connection& connection, std::int32_t sale_id);
+// Deletes header, lines, the entries that paid the ticket and their links, gives
+// its stock back and takes it off the register of sales in progress. The caller
+// holds the transaction. Throws DatabaseError and ObjectError.
+void DeleteTicket(Context& context, std::int32_t sale_id);
 
 }  // namespace tpv

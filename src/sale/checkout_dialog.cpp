@@ -8,6 +8,7 @@
 #include "output/sales_ticket.h"
 #include "output/ticket_text.h"
 #include "data/journal.h"
+#include "data/sales_in_progress.h"
 #include "data/sql_text.h"
 #include "data/till_state.h"
 #include "platform/database.h"
@@ -164,6 +165,7 @@ void FrmTpv1::RefusePayment(const char* reason) {
 }
 
 void FrmTpv1::RecordPayment() {
+  UnregisterSale(Database(), context().IdAlbaran);
   const auto entry = EntryFor(ReadPayment(), on_credit_);
   if (!entry) return;
   RequireOwnSale(context());

@@ -5,6 +5,7 @@
 #include "data/sql_text.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
+#include "sale/sale_storage.h"
 
 namespace tpv {
 
@@ -59,7 +60,7 @@ void FrmTpvDevoluciones::Connect() {
   cmdBuscar.click = cmdBuscarVentas.click = [this] { FindSale(); };
   cmdFinalizar.click = [this] { TakeCheckedLines(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };
-  cmdSalir.click = [this] { Close(); };
+  cmdSalir.click = [this] { Leave(); };
 }
 
 // Enter on the last field of a line stores it.
@@ -110,6 +111,12 @@ void FrmTpvDevoluciones::Start() {
   EmptyLine();
   ShowOpenTicket(true);
   SetFocus(Text1[19]);
+}
+
+// An open ticket stays as a pending one.
+void FrmTpvDevoluciones::Leave() {
+  if (sale_in_progress_) LeaveSalePending(context());
+  Close();
 }
 
 // The header of an open ticket is written: its customer and date stay.

@@ -11,6 +11,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   explicit FrmTpvDevoluciones(Context& ctx);
 
   void OnKeyUp(ui::Key key) override;
+  void OnCloseBox() override { Leave(); }
 
  protected:
   void OnEscape() override {}
@@ -27,6 +28,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   void LeaveTill();
   void StartOrCancel();
   void Start();
+  void Leave();
   void ShowOpenTicket(bool open);
   void ShowLines(std::int32_t sale_id, bool checked);
   void ShowTotals();

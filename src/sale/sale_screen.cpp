@@ -250,7 +250,6 @@ void FrmTpv::MoveCash() {
   context().ports.ui.Load(movements);
   movements.Text1[20].text = Text1[6].text;
   movements.bCompleto = true;
-  if (sale_in_progress_) movements.sale_in_progress = context().IdAlbaran;
   context().ports.ui.ShowModal(movements);
 }
 

@@ -8,6 +8,7 @@
 #include "base/rounding.h"
 #include "context/context.h"
 #include "data/codes.h"
+#include "data/sales_in_progress.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "data/till_clock.h"
@@ -88,6 +89,15 @@ void PutLine(Object& notes, const SaleLine& line, std::int32_t warehouse) {
   notes.Put("IdDoc", Variant(0));
 }
 
+void DeleteSale(Context& context, std::int32_t sale_id) {
+  DeleteLines(context, LinesOf(context, sale_id));
+  context.Database().Execute("DELETE FROM Cav WHERE Cav_Id = " +
+                             sql::Number(std::int64_t{sale_id}));
+  UnregisterSale(context.Database(), sale_id);
+}
+
+}  // namespace
+
 std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id) {
   std::vector<std::int32_t> lines;
   const auto rows = context.Database().Execute("SELECT * FROM Lav WHERE Lav_IdCav = " +
@@ -96,20 +106,14 @@ std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id) {
   return lines;
 }
 
-void DeleteSale(Context& context, std::int32_t sale_id) {
+void DeleteLines(Context& context, const std::vector<std::int32_t>& lines) {
   const auto notes = DeliveryNotes(context);
-  for (const std::int32_t line : LinesOf(context, sale_id)) {
-    notes->Invoke("borraLineaAlbaran", line, false);
-  }
-  context.Database().Execute("DELETE FROM Cav WHERE Cav_Id = " +
-                             sql::Number(std::int64_t{sale_id}));
+  for (const std::int32_t line : lines) notes->Invoke("borraLineaAlbaran", line, false);
 }
-
-}  // namespace
 
 void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
                       const std::string& date) {
-  // Header, number and mark are one step: no ticket of nobody's till is left
+  // Header, number, mark and register are one step: no ticket of nobody's till is left
   // behind when the second statement fails.
   Transaction transaction(context.Database());
   const auto notes = DeliveryNotes(context);
@@ -120,6 +124,7 @@ void CreateSaleHeader(Context& context, const CustomerRecord& customer, const st
   context.Database().Execute("UPDATE Cav SET Cav_Ticket = 1, Cav_Caja = " +
                              sql::WholeNumber(till) +
                              " WHERE Cav_Id = " + sql::Number(std::int64_t{sale}));
+  RegisterSale(context.Database(), sale, till, context.IdAgente);
   transaction.Commit();
   context.IdAlbaran = sale;
 }
@@ -163,6 +168,9 @@ void DeleteLine(Context& context, std::int32_t line_id) {
 
 void CancelSale(Context& context, std::int32_t sale_id) {
   Transaction transaction(context.Database());
+  const auto paid = context.Database().Execute("SELECT TOP 1 Tco_IdDiaCaj FROM Tco WHERE Tco_IdCav = " +
+                                               sql::Number(std::int64_t{sale_id}));
+  if (!paid->Eof()) throw SaleTaken("La venta tiene cobros: no se puede cancelar");
   DeleteSale(context, sale_id);
   transaction.Commit();
 }
@@ -190,6 +198,12 @@ void RequireOwnSale(Context& context) {
   const auto collected = CollectedElsewhere(context);
   if (!collected) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
   RequireNothing(*collected);
+}
+
+void LeaveSalePending(Context& context) {
+  Transaction transaction(context.Database());
+  UnregisterSale(context.Database(), context.IdAlbaran);
+  transaction.Commit();
 }
 
 void GiveUpSale(Context& context) {

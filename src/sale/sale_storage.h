@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "screen/lookups.h"
 
@@ -14,10 +15,10 @@ namespace tpv {
 struct Context;
 class Object;
 
-// Creates the header of a new ticket and marks it as one of the till. The new
-// sale's id becomes the context's IdAlbaran. `till` and `date` are field texts;
-// an empty date takes the store's clock, or the second behind the till's newest entry
-// where that clock was set back.
+// Creates the header of a new ticket, marks it as one of the till and registers it
+// as a sale in progress. Its id becomes the context's IdAlbaran. `till` and `date`
+// are field texts; an empty date takes the store's clock, or the second behind the
+// till's newest entry where that clock was set back.
 void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
                       const std::string& date);
 
@@ -44,7 +45,14 @@ double NetPrice(double price_with_tax, double tax_rate, int decimals);
 void StoreLine(Context& context, const SaleLine& line);
 void DeleteLine(Context& context, std::int32_t line_id);
 
-// Deletes a stored sale, its lines first, all or nothing.
+// The ids of a sale's lines, as stored.
+std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id);
+// Deletes lines and gives their stock back, also of lines that are gone already.
+// Inside the caller's transaction.
+void DeleteLines(Context& context, const std::vector<std::int32_t>& lines);
+
+// Deletes a stored sale, its lines first, all or nothing. Throws SaleTaken for one
+// that has payments.
 void CancelSale(Context& context, std::int32_t sale_id);
 
 // Another till deleted the sale in progress, or collected it with the customer's
@@ -56,6 +64,8 @@ class SaleTaken : public DatabaseError {
 
 // Throws SaleTaken when that happened. Inside the caller's transaction.
 void RequireOwnSale(Context& context);
+// The context's sale stays as a pending ticket and is no longer in progress.
+void LeaveSalePending(Context& context);
 // Cancels the context's sale in progress; throws SaleTaken for one that another
 // till collected. One that is gone already is no error.
 void GiveUpSale(Context& context);

@@ -1,0 +1,32 @@
+#include "host/left_sales.h"
+
+#include "data/sales_in_progress.h"
+#include "data/sql_text.h"
+
+namespace tpv {
+
+std::string SalesInProgressText(Connection& connection) {
+  std::string text;
+  for (const SaleInProgress& sale : SalesInProgressAmong(connection, "")) {
+    text += std::to_string(sale.sale) + " " + Described(sale) + ", caja " +
+            std::to_string(sale.till) + ", vendedor " + std::to_string(sale.agent) + "\n";
+  }
+  return text.empty() ? "No hay ventas en curso\n" : text;
+}
+
+std::string ReleaseSale(Connection& connection, std::int32_t sale_id) {
+  Transaction transaction(connection);
+  if (!IdsOfSalesInProgress(connection).contains(sale_id)) {
+    throw DatabaseError("No hay ninguna venta en curso con ese número interno");
+  }
+  UnregisterSale(connection, sale_id);
+  const std::string id = sql::Number(std::int64_t{sale_id});
+  const bool empty =
+      connection.Execute("SELECT TOP 1 Lav_Id FROM Lav WHERE Lav_IdCav = " + id)->Eof();
+  if (empty) connection.Execute("DELETE FROM Cav WHERE Cav_Id = " + id);
+  transaction.Commit();
+  return empty ? "La venta no tenía líneas: eliminada\n"
+               : "La venta queda como un ticket pendiente de cobro\n";
+}
+
+}  // namespace tpv
