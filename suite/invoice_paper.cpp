@@ -105,13 +105,15 @@ std::unique_ptr<Recordset> InvoicePaper::Read(const char* select, const char* or
 
 ReportTable InvoicePaper::Lines() {
   ReportTable table;
+  table.caption = "Precios e importes con el IVA incluido";
   table.columns = {{"Código", 1.3},       {"Artículo", 4},         {"Unidades", 1, true},
                    {"Precio", 1.2, true}, {"% Dto", 0.8, true}, {"Importe", 1.3, true},
                    {"% IVA", 0.8, true}};
   std::int32_t ticket = 0;
   const auto rows = Read(
-      "SELECT Fal_IdCav, Fal_Ticket, Fal_Fecha, Fal_CodArt, Fal_Des, Fal_Uni, Fal_Precio, Fal_Dto1, "
-      "Fal_Importe, Fal_Iva FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
+      "SELECT Fal_IdCav, Fal_Ticket, Fal_Fecha, Fal_CodArt, Fal_Des, Fal_Uni, "
+      "ROUND(cast(Fal_Precio + (Fal_Precio /100 * Fal_Iva) as money),2) AS Precio, Fal_Dto1, "
+      "Fal_Total, Fal_Iva FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
   for (; !rows->Eof(); rows->MoveNext()) {
     const std::int32_t of_line = rows->Field(0).IntOr(0);
     if (table.rows.empty() || of_line != ticket) {

@@ -1,6 +1,11 @@
 #include "suite/invoices.h"
 
+#include <utility>
+#include <vector>
+
 #include "base/date_time.h"
+#include "base/rounding.h"
+#include "base/tax.h"
 #include "base/text.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
@@ -105,15 +110,30 @@ void Invoices::GatherLines(const std::string& invoice) {
       "WHERE Cav_IdFactura = " + invoice + " ORDER BY Cav_Fecha, Cav_Id, Lav_Id");
 }
 
+// Base and tax of a rate come from its total, once: rounded line by line they would
+// drift apart from each other over a month.
+void Invoices::StoreRates(const std::string& invoice) {
+  Database().Execute("DELETE FROM Fai WHERE Fai_IdFav = " + invoice);
+  std::vector<std::pair<double, double>> totals;
+  {
+    const auto rates = Database().Execute("SELECT Fal_Iva, SUM(Fal_Total) FROM Fal WHERE Fal_IdFav = " +
+                                          invoice + " GROUP BY Fal_Iva");
+    for (; !rates->Eof(); rates->MoveNext()) {
+      totals.emplace_back(rates->Field(0).NumberOr(0), rates->Field(1).NumberOr(0));
+    }
+  }
+  for (const auto& [rate, total] : totals) {
+    const double base = BaseOf(total, rate);
+    Database().Execute("INSERT INTO Fai (Fai_IdFav, Fai_Iva, Fai_Base, Fai_Cuota) VALUES (" + invoice +
+                       ", " + sql::Number(rate) + ", " + sql::Number(base) + ", " +
+                       sql::Number(RoundHalfAway(total - base, 2)) + ")");
+  }
+}
+
 Variant Invoices::Store() {
   OwnTransaction transaction(Database());
   const std::string id = std::to_string(Whole("IdFactU"));
-  Database().Execute("DELETE FROM Fai WHERE Fai_IdFav = " + id);
-  Database().Execute(
-      "INSERT INTO Fai (Fai_IdFav, Fai_Iva, Fai_Base, Fai_Cuota) SELECT " + id + ", Fal_Iva, "
-      "ROUND(cast(SUM(Fal_Importe) as money),2), "
-      "ROUND(cast(SUM(Fal_Total) - SUM(Fal_Importe) as money),2) "
-      "FROM Fal WHERE Fal_IdFav = " + id + " GROUP BY Fal_Iva");
+  StoreRates(id);
   const std::string of_invoice = " FROM Fai WHERE Fai_IdFav = " + id + ")";
   Database().Execute("UPDATE Fav SET Fav_Base = (SELECT SUM(Fai_Base)" + of_invoice +
                      ", Fav_Impuestos = (SELECT SUM(Fai_Cuota)" + of_invoice + ", Fav_Total = " +

@@ -184,7 +184,6 @@ TEST_F(Hostile, NoFieldOfAnyScreenLetsATextBecomeMore) {
 TEST_F(Hostile, NoTextOfAMailBecomesAHeader) {
   const std::vector<std::string> expected = {"Date", "From",         "To",           "Message-ID",
                                              "Subject", "MIME-Version", "Content-Type", "Content-Transfer-Encoding"};
-  const Transaction undone(*store);
   for (const std::string& text : texts) {
     const std::string value = sql::Quoted(Left(ValidUtf8(text), 50));
     store->Execute("DELETE FROM QCIERRES");

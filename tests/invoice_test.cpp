@@ -159,6 +159,20 @@ TEST_F(InvoiceTest, AnInvoiceOfNothingHasNoDueDates) {
   EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Vto"), "0");
 }
 
+// Line by line they would make a base of 133.20 with 27.75 of tax, which is not its 21 %.
+TEST_F(InvoiceTest, BaseAndTaxOfARateComeFromItsTotal) {
+  for (int line = 0; line < 60; ++line) {
+    store.connection().Execute("INSERT INTO Lav (Lav_IdCav, Lav_Des, Lav_Uni, Lav_precio, Lav_DTo1, "
+                               "Lav_Importe, Lav_Tiva) VALUES (1, 'Bolsa', 1, 1.97, 0, 1.97, 1)");
+  }
+  ASSERT_TRUE(Store());
+  const char* tickets = "SELECT SUM(dbo.FncImporteConIva(Lav_Id)) FROM Lav";
+  EXPECT_EQ(store.Value("SELECT Fav_Total FROM Fav"), store.Value(tickets));
+  EXPECT_EQ(store.Value("SELECT Fai_Base FROM Fai"), "133.02");
+  EXPECT_EQ(store.Value("SELECT Fai_Cuota FROM Fai"), "27.93");
+  EXPECT_EQ(store.Value("SELECT Fav_Base + Fav_Impuestos FROM Fav"), store.Value(tickets));
+}
+
 TEST_F(InvoiceTest, PrintsSellerBuyerLinesByTicketTaxesAndDueDates) {
   invoice.collected = false;
   ASSERT_TRUE(Store());
@@ -173,7 +187,7 @@ TEST_F(InvoiceTest, PrintsSellerBuyerLinesByTicketTaxesAndDueDates) {
     return paper.tables[table].rows.at(row).cells;
   };
   EXPECT_EQ(cells(0, 2), (Steps{"", "Ticket T/2 del 02/11/2026 10:00", "", "", "", "", ""}));
-  EXPECT_EQ(cells(0, 3), (Steps{"B", "Pan", "2,00", "2,50", "0,00", "5,00", "21"}));
+  EXPECT_EQ(cells(0, 3), (Steps{"B", "Pan", "2,00", "3,03", "0,00", "6,05", "21"}));
   EXPECT_EQ(cells(1, 0), (Steps{"15,00", "21", "3,15", "18,15"}));
   EXPECT_EQ(cells(2, 0), (Steps{"25/12/2026", "18,15", "Pendiente"}));
   shop.reports.failing = true;

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "base/rounding.h"
+#include "base/tax.h"
 #include "host/demo/catalogue.h"
 
 namespace tpv::demo {
@@ -12,12 +13,20 @@ namespace {
 struct Sums {
   double base = 0, total = 0;
 
-  void Add(const SoldLine& line) {
-    base = RoundHalfAway(base + line.amount, 2);
-    total = RoundHalfAway(total + line.total, 2);
+  void Add(const Sums& other) {
+    base = RoundHalfAway(base + other.base, 2);
+    total = RoundHalfAway(total + other.total, 2);
   }
   double tax() const { return RoundHalfAway(total - base, 2); }
 };
+
+// By rate, each from its lines' total.
+std::map<double, Sums> ByRate(const std::vector<SoldLine>& lines) {
+  std::map<double, Sums> rates;
+  for (const SoldLine& line : lines) rates[RateOf(TaxClassOf(line.article))].Add({0, line.total});
+  for (auto& [rate, sums] : rates) sums.base = BaseOf(sums.total, rate);
+  return rates;
+}
 
 void FillHead(Connection& connection, const InvoicedSale& sale, const Sums& sums) {
   std::string values;
@@ -37,12 +46,11 @@ void FillHead(Connection& connection, const InvoicedSale& sale, const Sums& sums
 
 void FillInvoice(Connection& connection, const InvoicedSale& sale,
                  const std::vector<SoldLine>& lines) {
+  const std::map<double, Sums> by_rate = ByRate(lines);
   Sums sums;
-  std::map<double, Sums> by_rate;
+  for (const auto& [rate, of_rate] : by_rate) sums.Add(of_rate);
   for (const SoldLine& line : lines) {
     const double rate = RateOf(TaxClassOf(line.article));
-    sums.Add(line);
-    by_rate[rate].Add(line);
     Insert(connection, "Fal",
            "Fal_IdFav, Fal_IdCav, Fal_Ticket, Fal_Fecha, Fal_CodArt, Fal_Des, Fal_Uni, Fal_Precio, "
            "Fal_Dto1, Fal_Importe, Fal_Iva, Fal_Total",

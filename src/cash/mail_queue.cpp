@@ -1,6 +1,8 @@
 #include "cash/mail_queue.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "base/date_time.h"
 #include "base/text.h"
@@ -48,9 +50,54 @@ bool Send(Context& context, Object& component, const Letter& letter, std::string
 
 std::string Now(Context& context) { return ToDayFirstSeconds(context.ports.clock.Now()); }
 
+// By id, read whole: taking one ends what a rollback ends.
+std::vector<std::pair<std::string, Letter>> Waiting(Connection& connection) {
+  std::vector<std::pair<std::string, Letter>> letters;
+  const auto rows = connection.Execute("Select * from QCIERRES where QCIERRES_Enviado is null");
+  for (; !rows->Eof(); rows->MoveNext()) {
+    letters.push_back({sql::Number(rows->Field("QCIERRES_id").ToInt64()),
+                       {rows->Field("QCIERRES_Email").TextOr(""),
+                        rows->Field("QCIERRES_Asunto").TextOr(""),
+                        rows->Field("QCIERRES_Texto").TextOr("")}});
+  }
+  return letters;
+}
+
+void Release(Context& context, const std::string& id) {
+  context.Database().Execute("DELETE FROM QCIERRESEnvio WHERE Qen_Id = " + id);
+}
+
+// Whether some till took the mail a short while ago. One that died with it leaves it
+// to the others after that.
+bool TakenElsewhere(Connection& connection, const std::string& id) {
+  constexpr int kSendingSeconds = 300;
+  const auto taken = connection.Execute(
+      "SELECT Qen_Desde, getdate() AS Ahora FROM QCIERRESEnvio WHERE Qen_Id = " + id);
+  return !taken->Eof() && !taken->Field(0).IsNull() &&
+         AddSeconds(taken->Field(0).ToDate(), kSendingSeconds) > taken->Field(1).ToDate();
+}
+
+// The mail is this till's to send; false when it is gone out or another till has it.
+bool Take(Context& context, const std::string& id) {
+  Connection& connection = context.Database();
+  Transaction transaction(connection);
+  const bool waiting = !connection
+                            .Execute("SELECT QCIERRES_id FROM QCIERRES WHERE QCIERRES_Enviado IS NULL "
+                                     "AND QCIERRES_id = " + id)
+                            ->Eof();
+  if (!waiting || TakenElsewhere(connection, id)) return false;
+  Release(context, id);  // of a till that died
+  connection.Execute("INSERT INTO QCIERRESEnvio (Qen_Id) VALUES (" + id + ")");
+  transaction.Commit();
+  return true;
+}
+
 void MarkSent(Context& context, const std::string& id) {
+  Transaction transaction(context.Database());
   context.Database().Execute(
       "Update QCIERRES Set QCIERRES_Enviado=getdate() where  QCIERRES_id=" + id);
+  Release(context, id);
+  transaction.Commit();
 }
 
 void NoteFailure(Context& context, const std::string& id, const std::string& error) {
@@ -78,19 +125,15 @@ void SendQueuedMails(Context& context) {
   const auto component = MailComponent(context);
   if (!component) return;
   const DateTime until = AddSeconds(context.ports.clock.Now(), kPatienceSeconds);
-  const auto waiting =
-      context.Database().Execute("Select * from QCIERRES where QCIERRES_Enviado is null");
-  for (; !waiting->Eof(); waiting->MoveNext()) {
-    const std::string id = sql::Number(waiting->Field("QCIERRES_id").ToInt64());
+  for (const auto& [id, letter] : Waiting(context.Database())) {
+    if (!Take(context, id)) continue;
     std::string error;
-    const Letter letter{waiting->Field("QCIERRES_Email").TextOr(""),
-                        waiting->Field("QCIERRES_Asunto").TextOr(""),
-                        waiting->Field("QCIERRES_Texto").TextOr("")};
     if (Send(context, *component, letter, error)) {
       MarkSent(context, id);
       continue;
     }
     if (!error.empty()) NoteFailure(context, id, error);
+    Release(context, id);
     if (context.ports.clock.Now() > until) return;
   }
 }
@@ -109,11 +152,15 @@ void SendQueuedMailsOrTell(Context& context) {
 
 void SendMailNow(Context& context, std::string_view recipient, std::string_view body,
                  std::string_view subject) {
-  const auto component = MailComponent(context);
-  if (!component) return;
-  std::string unexamined;
-  Send(context, *component, {std::string(recipient), std::string(subject), std::string(body)},
-       unexamined);
+  try {
+    const auto component = MailComponent(context);
+    if (!component) return;
+    std::string unexamined;
+    Send(context, *component, {std::string(recipient), std::string(subject), std::string(body)},
+         unexamined);
+  } catch (const std::exception&) {
+    // Best effort: it must not hide what it was to tell.
+  }
 }
 
 }  // namespace tpv

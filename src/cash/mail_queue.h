@@ -13,14 +13,14 @@ struct Context;
 // nothing when the shop has none.
 void QueueClosureMail(Context& context, std::string_view text);
 
-// Sends what is waiting, oldest first. What cannot be sent stays with the reason
+// Sends what is waiting, oldest first, and what no other till is sending. What cannot be sent stays with the reason
 // beside it; without mail settings nothing happens. A server that keeps the till
 // waiting ends the round.
 void SendQueuedMails(Context& context);
 // The same for where nothing may stop the operator: a failure is shown.
 void SendQueuedMailsOrTell(Context& context);
 
-// Best effort: whether it went out is nobody's business here.
+// Best effort: whether it went out is nobody's business here, and nothing is thrown.
 void SendMailNow(Context& context, std::string_view recipient, std::string_view body,
                  std::string_view subject);
 

@@ -132,6 +132,9 @@ std::vector<Table> Describe() {
        {{"QCIERRES_id", Int}, {"QCIERRES_Email", Text, 100}, {"QCIERRES_Asunto", Text, 50},
         {"QCIERRES_Texto", Text}, {"QCIERRES_Enviado", DateTime}, {"QCIERRES_Error", Text, 500}},
        {{{"QCIERRES_Enviado"}}}},
+      // Which queued mail some till is sending, and since when.
+      {"QCIERRESEnvio", kStore, false, true,
+       {{"Qen_Id", Int}, With("Qen_Desde", DateTime, Default::Now)}, {}},
       Customers(), Addresses(),
       {"CliDir", kStore, false, false,
        {Required("CLIDIR_CLI", Int), Required("CLIDIR_DIR", Int)}, {{{"CLIDIR_CLI"}}}},

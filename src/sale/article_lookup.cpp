@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "context/context.h"
+#include "data/decimals.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 #include "platform/objects.h"
@@ -47,7 +48,7 @@ std::optional<Article> FindArticle(Context& context, const ArticleKey& key,
                                    std::int32_t customer_id, bool with_retail_price) {
   const auto row = context.Database().Execute(Statement(key, customer_id, with_retail_price));
   if (row->Eof()) return std::nullopt;
-  const int decimals = context.Parameter("par_decpre").IntOr(0);
+  const int decimals = PriceDecimals(context);
   Article article;
   article.id = row->Field("art_id").ToInt32();
   article.code = row->Field("ART_Cod").TextOr("");

@@ -120,6 +120,17 @@ bool SaleEntry::CheckLine() {
   return !too_large || Warn("Las unidades, el precio o el descuento son demasiado grandes", &Text1[21]);
 }
 
+// A slip of the keys must not give money away; goods brought back are below zero.
+bool SaleEntry::ConfirmGivingAway(const SaleLine& line) {
+  const bool over = NumberOrZero(line.discount) > 100;
+  if (!over && (line.Amount() >= 0 || TakesGoodsBack())) return true;
+  const char* question = over ? "El descuento pasa del 100 %. Confirma la linea de venta"
+                              : "El importe de la linea es negativo. Confirma la linea de venta";
+  if (Confirm(question, Icon::Exclamation, Answer::No)) return true;
+  SetFocus(over ? Text1[7] : Text1[21]);
+  return false;
+}
+
 // The fields stay as they are when the store refuses the line.
 bool SaleEntry::StoreEnteredLine() {
   if (!CheckLine()) return false;
@@ -132,6 +143,7 @@ bool SaleEntry::StoreEnteredLine() {
   line.units = NumberOrZero(Text1[21].text);
   line.net_price = NetPrice(NumberOrZero(Text1[17].text), tax_.rate, PriceDecimals());
   line.discount = Text1[7].text;
+  if (line.units != 0 && !ConfirmGivingAway(line)) return false;
   if (line.units != 0) {
     StoreLine(context(), line);
   } else if (edited_line_ != 0) {

@@ -40,11 +40,13 @@ void FrmTpvDevoluciones::DeclareLayout() {
                {&Text1[2], &Text1[5], &cboFpago, &Check1, &Text1[4]}});
   Frame2.Rows({{&Text1[9], &Text1[11], &cmdBuscar, &cmdBuscarVentas}});
   Frame3.Rows({{&Text1[21], &Text1[19], &Text1[18], &Text1[17], &Text1[7], &cmdCancelar}});
+  ShowMeaning(false);
   Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8], &cmdFinalizar}});
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
   rows = {{&Frame1},
           {&Frame2},
           {&Frame3},
+          {&lblSentido},
           {&ListView1},
           {&Frame4, &cmdNueva, &cmdAbreCajon, &cmdSalir}};
   Frame3.enabled = false;
@@ -61,6 +63,11 @@ void FrmTpvDevoluciones::Connect() {
   cmdFinalizar.click = [this] { TakeCheckedLines(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };
   cmdSalir.click = [this] { Leave(); };
+}
+
+char32_t FrmTpvDevoluciones::OnCharacter(ui::TextBox& box, char32_t character) {
+  if (&box == &Text1[21] && character == U'-') return character;
+  return SaleEntry::OnCharacter(box, character);
 }
 
 // Enter on the last field of a line stores it.
@@ -146,7 +153,9 @@ void FrmTpvDevoluciones::ShowLines(std::int32_t sale_id, bool checked) {
       sql::Number(std::int64_t{sale_id}));
   ListView1.items.clear();
   ListView1.current_row = -1;
+  bool any_sold = false;
   for (; !lines->Eof(); lines->MoveNext()) {
+    any_sold |= lines->Field("Lav_Uni").NumberOr(0) > 0;
     ListView1.items.push_back({{lines->Field("Lav_Des").TextOr(""),
                                 Format(lines->Field("Lav_Uni"), units),
                                 Format(lines->Field("Precio"), price),
@@ -155,6 +164,13 @@ void FrmTpvDevoluciones::ShowLines(std::int32_t sale_id, bool checked) {
                                checked,
                                lines->Field("Lav_Id").ToInt32()});
   }
+  ShowMeaning(any_sold && sale_id == context().IdAlbaran);
+}
+
+void FrmTpvDevoluciones::ShowMeaning(bool any_sold) {
+  lblSentido.caption = any_sold
+      ? "Atención: las líneas con unidades positivas son una VENTA. Lo devuelto lleva el signo menos"
+      : "Para devolver, escriba las unidades con el signo menos: -1. En positivo son una venta";
 }
 
 void FrmTpvDevoluciones::ShowTotals() {

@@ -11,12 +11,15 @@ class FrmTpvDevoluciones : public SaleEntry {
   explicit FrmTpvDevoluciones(Context& ctx);
 
   void OnKeyUp(ui::Key key) override;
+  // Units may be typed with their sign.
+  char32_t OnCharacter(ui::TextBox& box, char32_t character) override;
   void OnCloseBox() override { Leave(); }
 
  protected:
   void OnEscape() override {}
   void OnF1(std::string_view tag) override;
   void ShowLinesAndTotals() override;
+  bool TakesGoodsBack() const override { return true; }
   std::optional<Article> Find(const ArticleKey& key, std::int32_t customer_id) override;
   std::optional<Tax> TaxOf(const Article& article) override;
 
@@ -32,6 +35,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   void ShowOpenTicket(bool open);
   void ShowLines(std::int32_t sale_id, bool checked);
   void ShowTotals();
+  void ShowMeaning(bool any_sold);
 
   // lines of a past sale
   void FindSale();
@@ -39,6 +43,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   void StoreReturned(std::int32_t line_id);
 
   ui::ListView ListView1{*this, "ListView1"};
+  ui::Label lblSentido{*this, "lblSentido"};             // what the units' sign means
   ui::Frame Frame1{*this, "Frame1"};                     // head
   ui::Frame Frame2{*this, "Frame2", "Venta que se devuelve"};
   ui::Frame Frame3{*this, "Frame3"};                     // line

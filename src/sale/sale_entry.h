@@ -7,12 +7,15 @@
 #include <string>
 #include <string_view>
 
+#include "data/decimals.h"
 #include "sale/article_lookup.h"
 #include "screen/declared_fields.h"
 #include "screen/lookups.h"
 #include "screen/screen.h"
 
 namespace tpv {
+
+struct SaleLine;
 
 class SaleEntry : public Screen {
  public:
@@ -37,6 +40,8 @@ class SaleEntry : public Screen {
   virtual void ShowLinesAndTotals() = 0;
   // An article is in the line fields and waits to be accepted.
   virtual void AwaitAcceptance() {}
+  // Whether a line below zero is what the screen is for.
+  virtual bool TakesGoodsBack() const { return false; }
   virtual std::optional<Article> Find(const ArticleKey& key, std::int32_t customer_id);
   virtual std::optional<Tax> TaxOf(const Article& article);
 
@@ -64,8 +69,8 @@ class SaleEntry : public Screen {
   bool AcceptLine();
   void EmptyLine();
   bool Quick() const;
-  int PriceDecimals() const { return Parameter("par_decpre").IntOr(0); }
-  int UnitDecimals() const { return Parameter("par_deccan").IntOr(0); }
+  int PriceDecimals() const { return tpv::PriceDecimals(context()); }
+  int UnitDecimals() const { return tpv::UnitDecimals(context()); }
 
   ui::CheckBox Check1{*this, "Check1", "Fecha sistema", true};
   ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
@@ -89,6 +94,7 @@ class SaleEntry : public Screen {
   bool CheckDate();
   void ReformatNumber(int index, int decimals);
   bool CheckLine();
+  bool ConfirmGivingAway(const SaleLine& line);
   bool StoreEnteredLine();
 };
 

@@ -166,21 +166,21 @@ class Exact {
     Compare("ticket with tax", sums->Field(2), AsMoney(Wide{base} * 10'000 + tax), lines[0]);
   }
 
-  // An invoice's rates are the sums of its lines, as they were paid.
+  // Base and tax of an invoice's rate come from what its lines came to, as they were paid.
   void Invoice(const std::vector<Line>& lines) {
-    std::map<std::int64_t, std::pair<std::int64_t, Cents>> by_rate;
+    std::map<std::int64_t, Cents> by_rate;
     for (const Line& line : lines) {
-      auto& [base, tax] = by_rate[line.rate.percent];
-      base += line.Amount();
-      tax = {tax.cents + line.WithTax().cents - line.Amount(), tax.at_half || line.WithTax().at_half};
+      Cents& total = by_rate[line.rate.percent];
+      total = {total.cents + line.WithTax().cents, total.at_half || line.WithTax().at_half};
     }
     const auto invoice = shop_.Create("ZRFACTUVEN.ZRFACVENTAS");
     invoice->Put("IdFactU", Variant(1));
     for (const char* step : {"CalculoTotalesFactura", "GrabaFactura"}) invoice->Call(step, {});
     const auto rows = Run("SELECT Fai_Base, Fai_Cuota FROM Fai WHERE Fai_IdFav = 1 ORDER BY Fai_Iva");
-    for (const auto& [rate, sums] : by_rate) {
-      Compare("base of a rate", rows->Field(0), {sums.first}, lines[0]);
-      Compare("tax of a rate", rows->Field(1), sums.second, lines[0]);
+    for (const auto& [rate, total] : by_rate) {
+      const std::int64_t base = Rounded(Wide{total.cents} * 10'000, 10'000 + rate);
+      Compare("base of a rate", rows->Field(0), {base, total.at_half}, lines[0]);
+      Compare("tax of a rate", rows->Field(1), {total.cents - base, total.at_half}, lines[0]);
       rows->MoveNext();
     }
   }
