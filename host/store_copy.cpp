@@ -78,7 +78,7 @@ std::string Literal(schema::Type type, const Variant& value, Moments moments) {
     case schema::Type::Bit:
       return value.ToBool() ? "1" : "0";
     case schema::Type::Text:
-      return "N" + sql::Quoted(value.ToText());
+      return sql::Quoted(value.ToText());
     case schema::Type::DateTime:
       return Exact(moments == Moments::AsStored ? value.ToDate() : ToStep(value.ToDate()));
     default:

@@ -3,35 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdio>
 
 #include "adapters/files/file_settings.h"
-#include "adapters/files/program.h"
 #include "adapters/mail/curl_mailer.h"
-#include "tests/test_machine.h"
+#include "tests/loopback_server.h"
 #include "tests/test_store.h"
 
 namespace tpv {
 namespace {
 
-// The server of mail_server.py, for the time of a test.
-class MailServer {
- public:
-  explicit MailServer(const TestFolder& folder, const std::string& certificate = "") {
-    const std::string command = std::string(TPV_TEST_FOLDER) + "/mail_server.py " + folder.path() +
-                                certificate + " > " + folder / "port" + " 2> " + folder / "errors";
-    process_ = ::popen(command.c_str(), "w");
-    for (int i = 0; i < 1500 && !folder.Text("port").ends_with('\n'); ++i) ::usleep(20'000);
-    port = std::atoi(folder.Text("port").c_str());
-  }
-  ~MailServer() { ::pclose(process_); }
-  MailServer(const MailServer&) = delete;
-  MailServer& operator=(const MailServer&) = delete;
-
-  int port = 0;
-
- private:
-  FILE* process_;
+struct MailServer : LoopbackServer {
+  explicit MailServer(const TestFolder& folder, const std::string& words = "")
+      : LoopbackServer("mail_server.py", folder, words) {}
 };
 
 class MailTest : public ::testing::Test {
@@ -133,10 +116,7 @@ TEST_F(MailTest, ADeadServerHoldsTheTillOnceAndBriefly) {
 TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
   const std::string key = folder / "key.pem";
   const std::string certificate = folder / "cert.pem";
-  ASSERT_TRUE(RunProgram({"openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout",
-                          key, "-out", certificate, "-days", "2", "-subj", "/CN=tienda", "-addext",
-                          "subjectAltName=IP:127.0.0.1"})
-                  .done);
+  ASSERT_TRUE(MakeCertificate(certificate, key, "IP:127.0.0.1"));
   const MailServer server(folder, " " + certificate + " " + key);
   const Mail mail = To("jefa@tienda.es", server.port);
   ExpectError(mail, "530");  // nobody logged in
@@ -153,6 +133,8 @@ TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
   const TestFolder other;
   const MailServer plain(other);
   ExpectError(To("jefa@tienda.es", plain.port), "STARTTLS");
+  Configure("Security", "none");
+  ExpectError(To("jefa@tienda.es", plain.port), "no viaja sin cifrar");
   EXPECT_EQ(other.Files(".eml").size(), 0U);
 }
 

@@ -19,6 +19,12 @@ class Breaker {
     fragment_ = std::move(fragment);
     moment_ = moment;
     for_good_ = for_good;
+    state_ = "08S01";
+  }
+  // The line holds, the statement is given up.
+  void TimeOutAt(std::string fragment) {
+    BreakAt(std::move(fragment), Moment::Before);
+    state_ = "HYT00";
   }
   void BreakFetchAfter(int rows) { rows_left_ = rows; }
 
@@ -41,12 +47,13 @@ class Breaker {
     }
     down_ = for_good_;
     fragment_.clear();
-    return "08S01";
+    return state_;
   }
 
   std::string fragment_;
   Moment moment_ = Moment::Before;
   bool for_good_ = false;
+  std::string state_;
   bool down_ = false;
   int rows_left_ = 0;
   std::vector<std::string> sent_;
@@ -143,6 +150,14 @@ TEST_F(LostCommit, IsFoundWhenItHappened) {
   EXPECT_EQ(line_.Sent("COMMIT"), 1);
   // An earlier transaction's mark is no proof for a later one.
   EXPECT_THROW(Sell(Moment::Before), DatabaseError);
+  EXPECT_EQ(Stored(), 1);
+}
+
+TEST_F(LostCommit, IsFoundThoughTheMarksWereInUseAtTheLogIn) {
+  store_->KeepMarks();
+  line_.TimeOutAt("TpvSesiones");
+  Connect();
+  EXPECT_NO_THROW(Sell(Moment::After));
   EXPECT_EQ(Stored(), 1);
 }
 

@@ -37,7 +37,7 @@ class OdbcStore {
   odbc::Target target() const {
     return {std::string("Driver=") + kSqliteDriver + ";Database=" +
                 folder_ / "tienda.sqlite" + ";StepAPI=Yes;Timeout=2000",
-            {}, {}, false};
+            {}, {}, false, {}};
   }
   std::unique_ptr<OdbcConnection> Open(OdbcOptions options = {}) const {
     return std::make_unique<OdbcConnection>(target(), std::move(options));

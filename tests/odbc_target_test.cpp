@@ -12,12 +12,13 @@
 #include "adapters/odbc/errors.h"
 #include "adapters/odbc/odbc_connection.h"
 #include "adapters/odbc/server_ddl.h"
+#include "tests/loopback_server.h"
 #include "tests/odbc_store.h"
 
 namespace tpv {
 namespace {
 
-using odbc::FullConnectionString;
+using odbc::LoginTo;
 using odbc::ReadTarget;
 using odbc::TargetError;
 
@@ -45,19 +46,48 @@ TEST(OdbcTarget, PasswordsStayOutOfTheCommand) {
 
 TEST(OdbcTarget, CredentialsJoinTheConnectionString) {
   const auto secret = With({{"TPV_ODBC_USER", "caja"}, {"TPV_ODBC_PASSWORD", "a;b}c"}});
-  EXPECT_EQ(FullConnectionString(ReadTarget("tienda", secret)),
+  EXPECT_EQ(LoginTo(ReadTarget("tienda", secret)).text,
             "DSN=tienda;UID=caja;PWD={a;b}}c};ClientCharset=UTF-8");
-  EXPECT_EQ(FullConnectionString(ReadTarget("DSN=tienda;UID=otro;", secret)),
+  EXPECT_EQ(LoginTo(ReadTarget("DSN=tienda;UID=otro;", secret)).text,
             "DSN=tienda;UID=otro;PWD={a;b}}c};ClientCharset=UTF-8");
 }
 
-TEST(OdbcTarget, EncryptionCanBeDemanded) {
+std::string Refusal(const std::string& connection, std::map<std::string, std::string> values) {
+  values["TPV_ODBC_ENCRYPT"] = "yes";
+  try {
+    LoginTo(ReadTarget(connection, With(values)));
+  } catch (const TargetError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(OdbcTarget, DemandedEncryptionVerifiesOrIsRefused) {
   const auto demanded = With({{"TPV_ODBC_ENCRYPT", "yes"}});
-  EXPECT_EQ(FullConnectionString(ReadTarget("DSN=t;ClientCharset=UTF-8", demanded)),
-            "DSN=t;ClientCharset=UTF-8;Encryption=require;Encrypt=yes");
-  EXPECT_THROW(FullConnectionString(ReadTarget("DSN=t;Encrypt=no", demanded)), TargetError);
-  EXPECT_THROW(FullConnectionString(ReadTarget("DSN=t;Encryption=off", demanded)), TargetError);
-  EXPECT_NO_THROW(FullConnectionString(ReadTarget("DSN=t;Encrypt=strict", demanded)));
+  const odbc::Login free_tds =
+      LoginTo(ReadTarget("Driver=/x/libtdsodbc.so;Server=tcp:caja.es\\uno,1434;Database=t", demanded));
+  EXPECT_EQ(free_tds.text,
+            "Driver=/x/libtdsodbc.so;Servername=tpv verificado;Database=t;ClientCharset=UTF-8;"
+            "Encryption=require");
+  EXPECT_EQ(free_tds.freetds_settings,
+            "[tpv verificado]\n\thost = caja.es\n\tport = 1434\n\tinstance = uno\n\tca file = system\n"
+            "\tcheck certificate hostname = yes\n\tencryption = require\n");
+  const std::string microsoft = "Driver=/x/libmsodbcsql-18.so;Server=caja.es;";
+  EXPECT_EQ(LoginTo(ReadTarget(microsoft + "Encrypt=strict", demanded)).text,
+            microsoft + "Encrypt=strict;ClientCharset=UTF-8;TrustServerCertificate=no");
+  const auto expect_refusal = [](const std::string& connection, const std::string& fragment,
+                                 const std::map<std::string, std::string>& values = {}) {
+    const std::string refusal = Refusal(connection, values);
+    EXPECT_NE(refusal.find(fragment), std::string::npos) << connection << ": " << refusal;
+  };
+  expect_refusal(microsoft + "Encrypt=no", "la conexión lo quita: Encrypt=no");
+  expect_refusal(microsoft + "TrustServerCertificate=yes", "TrustServerCertificate=yes");
+  expect_refusal(microsoft, "update-ca-certificates", {{"TPV_ODBC_CA", "/etc/passwd"}});
+  expect_refusal("Driver=/x/libtdsodbc.so;Server=a;Encryption=request", "Encryption=request");
+  expect_refusal("Driver=/x/libtdsodbc.so;Servername=a", "no en «Servername=»");
+  expect_refusal("Driver=/x/libtdsodbc.so;Server=a", "autoridad «/no/existe»",
+                 {{"TPV_ODBC_CA", "/no/existe"}});
+  expect_refusal("Driver=/x/libotro.so;Server=a", "no se puede comprobar el certificado");
 }
 
 TEST(OdbcTarget, CredentialFilesAreTheUsersAlone) {
@@ -152,14 +182,16 @@ class Port {
 };
 
 #ifdef TPV_FREETDS_ODBC_DRIVER
-std::string LoginError(const Port& port) {
+std::string Server(const std::string& host, int port) {
+  return std::string("Driver=") + TPV_FREETDS_ODBC_DRIVER + ";Server=" + host +
+         ";Port=" + std::to_string(port) + ";TDS_Version=7.4";
+}
+
+std::string LoginError(const odbc::Target& target) {
   OdbcOptions options;
-  options.login_seconds = 1;
+  options.login_seconds = 3;
   try {
-    OdbcConnection({std::string("Driver=") + TPV_FREETDS_ODBC_DRIVER + ";Server=127.0.0.1;Port=" +
-                        std::to_string(port.number()) + ";TDS_Version=7.4",
-                    "caja", "secreto", false},
-                   options);
+    OdbcConnection(target, options);
   } catch (const DatabaseError& error) {
     return error.what();
   }
@@ -169,15 +201,36 @@ std::string LoginError(const Port& port) {
 TEST(OdbcLogin, WithoutAServerTheOperatorIsTold) {
   const std::string expected =
       "No se encuentra el servidor de la tienda; compruebe la red y que esté encendido";
-  EXPECT_EQ(LoginError(Port(false)), expected);
-  EXPECT_EQ(LoginError(Port(true)), expected);
+  for (const bool listening : {false, true}) {
+    const Port port(listening);
+    EXPECT_EQ(LoginError({Server("127.0.0.1", port.number()), "caja", "secreto", false, {}}), expected);
+  }
+}
+
+TEST(OdbcLogin, AStrangersCertificateGetsNoCredentials) {
+  const TestFolder folder;
+  const std::string own = folder / "own.pem";
+  const std::string other = folder / "other.pem";
+  ASSERT_TRUE(MakeCertificate(own, folder / "own.key", "DNS:localhost"));
+  ASSERT_TRUE(MakeCertificate(other, folder / "other.key", "DNS:localhost"));
+  const LoopbackServer server("tds_server.py", folder, " " + own + " " + folder / "own.key");
+  const auto error = [&](const std::string& host, const std::string& authority) {
+    return LoginError({Server(host, server.port), "caja", "secreto", true, authority});
+  };
+  EXPECT_NE(error("localhost", other).find("TPV_ODBC_CA"), std::string::npos);
+  EXPECT_NE(error("localhost", "").find("TPV_ODBC_CA"), std::string::npos);
+  EXPECT_NE(error("127.0.0.1", own).find("TPV_ODBC_CA"), std::string::npos);  // another name
+  EXPECT_EQ(error("localhost", own), "El servidor no acepta el usuario o la contraseña");
+  EXPECT_EQ(folder.Text("notes"), "nothing\nnothing\nnothing\nlogin\n");
+  const std::string nobody = LoginError({Server("localhost", server.port), "caja", "", true, own});
+  EXPECT_NE(nobody.find("Faltan el usuario o la contraseña"), std::string::npos) << nobody;
 }
 #endif
 
 TEST(OdbcLogin, AMissingDriverOrDataSourceIsAnErrorOfItsOwn) {
-  EXPECT_THROW(OdbcConnection({"Driver=/no/existe.so", {}, {}, false}), DatabaseError);
+  EXPECT_THROW(OdbcConnection({"Driver=/no/existe.so", {}, {}, false, {}}), DatabaseError);
   try {
-    OdbcConnection({"DSN=tpv-no-existe", {}, {}, false});
+    OdbcConnection({"DSN=tpv-no-existe", {}, {}, false, {}});
     ADD_FAILURE();
   } catch (const DatabaseError& error) {
     EXPECT_EQ(std::string(error.what()), "No existe el origen de datos o falta su controlador ODBC");

@@ -307,13 +307,22 @@ TEST_F(Paper, BytesReachNetworkPrintersAndDevicesOrAnErrorSaysWhyInTime) {
        {folder / "missing", folder.path(), std::string("Barra"), std::string()}) {
     EXPECT_NE(ErrorOf([&] { machine.devices.Write(name, "x"); }), "") << name;
   }
+  // What the store's parameters name is a port, never a file or an address.
+  EXPECT_NE(ErrorOf([&] { machine.devices.Write(folder / "port", "x"); }).find("no es un dispositivo"),
+            std::string::npos);
+  EXPECT_EQ(folder.Text("port"), "kick");
+  const SilentServer nowhere;
+  for (const std::string& name : {"127.0.0.1:" + std::to_string(nowhere.port), std::string("queue:Barra")}) {
+    EXPECT_NE(ErrorOf([&] { machine.devices.Write(name, "x"); }).find("ni está en sus ajustes"),
+              std::string::npos) << name;
+  }
   EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
 
   // A serial port gets the bytes as they are, line feeds too.
   const int printer = ::posix_openpt(O_RDWR | O_NOCTTY);
   ASSERT_EQ(::grantpt(printer) | ::unlockpt(printer), 0);
   const int held = ::open(::ptsname(printer), O_RDWR | O_NOCTTY);
-  SendBytes(::ptsname(printer), "a\nb\r\t\x04");
+  machine.devices.Write(::ptsname(printer), "a\nb\r\t\x04");
   char got[20] = "";
   EXPECT_EQ(::read(printer, got, sizeof got), 6);
   EXPECT_STREQ(got, "a\nb\r\t\x04");
@@ -363,6 +372,16 @@ TEST_F(Paper, AProgramThatHangsIsEnded) {
   folder.Program("lento", "sleep 60");
   const auto start = std::chrono::steady_clock::now();
   EXPECT_FALSE(RunProgram({"lento"}, "x", std::chrono::seconds(1)).done);
+  // The database's password is in the till's environment, not in its children's.
+  const TestVariable secret("TPV_ODBC_PASSWORD", "Recon0cible");
+  const std::string inherited = RunProgram({"env"}).output;
+  EXPECT_NE(inherited.find("PATH="), std::string::npos);
+  EXPECT_EQ(inherited.find("TPV_"), std::string::npos) << inherited;
+  EXPECT_TRUE(LaunchProgram({"sh", "-c", "env > " + folder / "abierto.neu; mv " + folder / "abierto.neu " +
+                                             folder / "abierto"}));
+  for (int i = 0; i < 500 && folder.Text("abierto") == "(none)"; ++i) ::usleep(10'000);
+  EXPECT_NE(folder.Text("abierto").find("PATH="), std::string::npos);
+  EXPECT_EQ(folder.Text("abierto").find("TPV_"), std::string::npos);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
   EXPECT_FALSE(RunProgram({"no-existe-tal-programa"}).found);
 }

@@ -97,13 +97,16 @@ int WaitUntilTaken(int device) {
   return 0;
 }
 
-void WriteToDevice(const std::string& path, std::string_view bytes) {
+enum class Accept { PortsAndFiles, Ports };
+
+void WriteToDevice(const std::string& path, std::string_view bytes, Accept accept) {
   const Descriptor device(
       ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_APPEND | O_CLOEXEC));
   if (!device) Fail(path, Reason(errno));
   struct stat about {};
-  const bool fits =
-      ::fstat(device.get(), &about) == 0 && (S_ISCHR(about.st_mode) || S_ISREG(about.st_mode));
+  const bool known = ::fstat(device.get(), &about) == 0;
+  const bool fits = known && (S_ISCHR(about.st_mode) ||
+                              (accept == Accept::PortsAndFiles && S_ISREG(about.st_mode)));
   if (!fits) Fail(path, "no es un dispositivo en el que se pueda escribir");
   MakeRaw(device.get());
   int error = WriteAll(device.get(), bytes, [&](std::string_view rest) {
@@ -185,11 +188,16 @@ bool IsTarget(std::string_view target) {
 }
 
 void SendBytes(const std::string& target, std::string_view bytes) {
-  if (target.starts_with('/')) return WriteToDevice(target, bytes);
+  if (target.starts_with('/')) return WriteToDevice(target, bytes, Accept::PortsAndFiles);
   if (target.starts_with(kQueue)) return SendToQueue(target.substr(kQueue.size()), {"raw"}, bytes);
   const Address address = AddressOf(target);
   if (address.host.empty()) Fail(target, "no es ni un dispositivo ni una dirección");
   WriteToNetwork(target, address, bytes);
+}
+
+void SendBytesToPort(const std::string& path, std::string_view bytes) {
+  if (!path.starts_with('/')) Fail(path, "no es un puerto de esta máquina ni está en sus ajustes");
+  WriteToDevice(path, bytes, Accept::Ports);
 }
 
 void SendToQueue(const std::string& queue, const std::vector<std::string>& options,

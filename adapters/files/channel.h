@@ -16,6 +16,10 @@ bool IsTarget(std::string_view target);
 // few seconds at most. Throws PrintError when any of it fails.
 void SendBytes(const std::string& target, std::string_view bytes);
 
+// The same for a place that the machine's settings do not name: a character device
+// (a parallel or serial port) and nothing else, neither a file nor the network.
+void SendBytesToPort(const std::string& path, std::string_view bytes);
+
 // A document for the queue's driver ("-o" options as lp takes them), or raw bytes
 // when one of the options is "raw". Throws PrintError.
 void SendToQueue(const std::string& queue, const std::vector<std::string>& options,

@@ -28,11 +28,19 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-std::vector<std::string> EnvironmentWithoutLanguage() {
-  std::vector<std::string> variables = {"LC_ALL=C"};
+// What is the till's own, its passwords among it, is nobody else's.
+std::vector<std::string> ChildEnvironment() {
+  std::vector<std::string> variables;
   for (char** variable = environ; *variable != nullptr; ++variable) {
-    if (!std::string_view(*variable).starts_with("LC_ALL=")) variables.emplace_back(*variable);
+    if (!std::string_view(*variable).starts_with("TPV_")) variables.emplace_back(*variable);
   }
+  return variables;
+}
+
+std::vector<std::string> EnvironmentWithoutLanguage() {
+  std::vector<std::string> variables = ChildEnvironment();
+  std::erase_if(variables, [](const std::string& variable) { return variable.starts_with("LC_ALL="); });
+  variables.emplace_back("LC_ALL=C");
   return variables;
 }
 
@@ -114,10 +122,7 @@ ProgramResult RunProgram(const std::vector<std::string>& words, std::string_view
 bool LaunchProgram(const std::vector<std::string>& words) {
   Actions actions;
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) actions.Discard(stream);
-  std::vector<std::string> environment;
-  for (char** variable = environ; *variable != nullptr; ++variable)
-    environment.emplace_back(*variable);
-  const pid_t process = actions.Start(words, environment);
+  const pid_t process = actions.Start(words, ChildEnvironment());
   if (process < 0) return false;
   std::thread([process] { ::waitpid(process, nullptr, 0); }).detach();
   return true;

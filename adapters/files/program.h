@@ -8,6 +8,8 @@
 
 namespace tpv {
 
+// No program inherits the till's own settings (TPV_…): passwords are among them.
+
 struct ProgramResult {
   bool found = false;  // whether there is such a program
   bool done = false;   // it ran to its end and says that all went well

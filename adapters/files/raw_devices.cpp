@@ -21,17 +21,14 @@ std::string Port(std::string_view name) {
 
 }  // namespace
 
-std::string RawDevices::TargetOf(std::string_view device) const {
-  std::string name = Trim(device);
-  if (name.ends_with(':') && name.size() == 5) name.pop_back();
-  if (std::string mapped = settings_.Read(kTpv, kDevices, name); !mapped.empty()) return mapped;
-  const std::string port = Port(name);
-  return port.empty() ? name : port;
-}
-
 void RawDevices::Write(std::string_view device, std::string_view bytes) {
   try {
-    SendBytes(TargetOf(device), bytes);
+    std::string name = Trim(device);
+    if (name.ends_with(':') && name.size() == 5) name.pop_back();
+    const std::string mapped = settings_.Read(kTpv, kDevices, name);
+    if (!mapped.empty()) return SendBytes(mapped, bytes);
+    const std::string port = Port(name);
+    SendBytesToPort(port.empty() ? name : port, bytes);
   } catch (const FileError& error) {
     throw PrintError(error.what());
   }

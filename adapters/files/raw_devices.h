@@ -6,9 +6,10 @@
 
 namespace tpv {
 
-// A name goes through the setting of that name ("LPT1"); without one, "LPT1" is
-// the first parallel port, "COM1" the first serial one, and any other name must
-// be a target of its own (channel.h).
+// The setting of that name ("LPT1") says where its bytes go: any target (channel.h).
+// Without one, "LPT1" is the first parallel port, "COM1" the first serial one, and
+// any other name must be the path of such a port: who writes the shop's parameters
+// sends no till to a file or an address.
 class RawDevices : public OutputDevices {
  public:
   // The settings outlive the devices.
@@ -16,8 +17,6 @@ class RawDevices : public OutputDevices {
   void Write(std::string_view device, std::string_view bytes) override;
 
  private:
-  std::string TargetOf(std::string_view device) const;
-
   const Settings& settings_;
 };
 

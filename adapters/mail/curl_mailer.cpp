@@ -164,6 +164,10 @@ std::string Obstacle(const MailSettings& settings, const Mail& mail) {
   const bool one_sender = Addresses(settings.from).size() == 1;
   if (!one_sender)
     return "El remitente «" + OneLine(settings.from) + "» no es una dirección de correo";
+  if (settings.security == MailSecurity::None && !settings.password.empty()) {
+    return "La contraseña del correo no viaja sin cifrar: quite «Mail.Security none», o el usuario y la "
+           "contraseña";
+  }
   if (!Addresses(mail.to).empty()) return "";
   return "«" + OneLine(mail.to) + "» no es una dirección de correo";
 }

@@ -19,8 +19,8 @@ enum Native {
   kLoginFailed = 18456,
 };
 
-bool IsLogin(const Report& report) {
-  return report.native == kLoginFailed || report.sqlstate == "28000";
+bool IsLogin(std::string_view sqlstate, int native) {
+  return native == kLoginFailed || sqlstate == "28000";
 }
 
 bool IsMissingDatabase(const Report& report) {
@@ -30,7 +30,7 @@ bool IsMissingDatabase(const Report& report) {
 // Drivers report "connection failed" behind the server's own reason.
 int Weight(const Report& report) {
   if (IsMissingDatabase(report)) return 3;
-  if (IsLogin(report)) return 2;
+  if (IsLogin(report.sqlstate, report.native)) return 2;
   return report.sqlstate.starts_with("01") ? 0 : 1;  // 01: remarks
 }
 
@@ -48,7 +48,7 @@ std::string ByNumber(const Report& report) {
   if (IsMissingDatabase(report)) {
     return "La base de datos no existe en el servidor, o el usuario no puede abrirla";
   }
-  if (IsLogin(report)) return "El servidor no acepta el usuario o la contraseña";
+  if (IsLogin(report.sqlstate, report.native)) return "El servidor no acepta el usuario o la contraseña";
   switch (report.native) {
     case kDeadlock:
       return "Otra caja estaba usando los mismos datos y el servidor deshizo la operación; repítala";
@@ -66,7 +66,12 @@ std::string ByNumber(const Report& report) {
 std::string ByState(const std::string& sqlstate) {
   if (sqlstate == kNotEncrypted) {
     return "No se puede abrir una conexión cifrada con el servidor de la tienda; compruebe la red, "
-           "que esté encendido y que admita el cifrado";
+           "que esté encendido, que admita el cifrado y que su certificado lleve su nombre y sea de "
+           "una autoridad conocida (TPV_ODBC_CA)";
+  }
+  if (sqlstate == kNoCredentials) {
+    return "Faltan el usuario o la contraseña del servidor de la tienda: TPV_ODBC_USER y "
+           "TPV_ODBC_PASSWORD, o un fichero suyo en TPV_ODBC_CREDENTIALS";
   }
   if (sqlstate == kNotConnected || sqlstate == "HYT01") {
     return "No se encuentra el servidor de la tienda; compruebe la red y que esté encendido";
@@ -88,6 +93,14 @@ std::string Readable(const Report& report) {
 }  // namespace
 
 bool IsConnectionLoss(const std::string& sqlstate) { return sqlstate.starts_with("08"); }
+
+bool IsLoginRefusal(const DatabaseError& error) {
+  return IsLogin(error.sqlstate(), error.native());
+}
+
+bool IsMissingTable(const DatabaseError& error) {
+  return error.native() == kUnknownObject || error.sqlstate() == "42S02";
+}
 
 bool IsTimeout(const std::string& sqlstate) {
   return sqlstate == "HYT00" || sqlstate == "S1T00" || sqlstate == "HYT01";

@@ -18,6 +18,10 @@ struct Report {
 // No session came about; with encryption demanded, that may be the reason.
 inline constexpr const char* kNotConnected = "08001";
 inline constexpr const char* kNotEncrypted = "08004";
+// A log-in without user or password was refused.
+inline constexpr const char* kNoCredentials = "28001";
+bool IsLoginRefusal(const DatabaseError& error);
+bool IsMissingTable(const DatabaseError& error);
 // Whether the report says that the connection is gone, or never came about.
 bool IsConnectionLoss(const std::string& sqlstate);
 // Whether a statement was given up for lack of an answer in time.

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "adapters/odbc/encryption.h"
 #include "base/text.h"
 
 namespace tpv::odbc {
@@ -40,19 +41,19 @@ EnvironmentHandle NewEnvironment() {
 
 }  // namespace
 
-Link::Link(const Target& target, const Limits& limits, const Faults& faults)
+Link::Link(const Login& login, const Limits& limits, const Faults& faults)
     : limits_(limits),
       faults_(faults),
-      secret_(target.password),
-      encrypted_(target.encrypt),
+      login_(login),
       environment_(NewEnvironment()),
       connection_(environment_.get()) {
   MeetFault(Call::Connect, Moment::Before);
   SQLHDBC handle = connection_.get();
   SQLSetConnectAttr(handle, SQL_ATTR_LOGIN_TIMEOUT, Number(limits.login_seconds), 0);
-  const std::string text = FullConnectionString(target);
-  Check(SQLDriverConnect(handle, nullptr, Characters(text), static_cast<SQLSMALLINT>(text.size()),
-                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+  if (!login.freetds_settings.empty()) UseFreeTdsSettings(login.freetds_settings);
+  Check(SQLDriverConnect(handle, nullptr, Characters(login.text),
+                         static_cast<SQLSMALLINT>(login.text.size()), nullptr, 0, nullptr,
+                         SQL_DRIVER_NOPROMPT),
         SQL_HANDLE_DBC, handle);
   connected_ = true;
   FindOutServer();
@@ -83,8 +84,10 @@ void Link::Fail(const std::vector<Report>& reports) {
   DatabaseError error = ErrorFrom(reports);
   const bool lost = IsConnectionLoss(error.sqlstate());
   dead_ = dead_ || lost;
-  if (!connected_ && (lost || IsTimeout(error.sqlstate()))) {
-    error = ErrorFrom({{encrypted_ ? kNotEncrypted : kNotConnected, error.native(), {}}});
+  if (!connected_ && !login_.with_credentials && IsLoginRefusal(error)) {
+    error = ErrorFrom({{kNoCredentials, 0, {}}});
+  } else if (!connected_ && (lost || IsTimeout(error.sqlstate()))) {
+    error = ErrorFrom({{login_.encrypted ? kNotEncrypted : kNotConnected, error.native(), {}}});
   } else if (dead_ && !lost && !IsTimeout(error.sqlstate())) {
     error = ErrorFrom({{"08S01", error.native(), {}}});
   }
@@ -102,7 +105,7 @@ void Link::NoticeLoss() {
 void Link::Check(SQLRETURN result, SQLSMALLINT kind, SQLHANDLE handle) {
   if (SQL_SUCCEEDED(result)) return;
   std::vector<Report> reports = ReportsOf(kind, handle);
-  for (Report& report : reports) report.text = ReplaceAll(report.text, secret_, "***");
+  for (Report& report : reports) report.text = ReplaceAll(report.text, login_.secret, "***");
   NoticeLoss();
   Fail(reports);
 }

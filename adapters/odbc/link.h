@@ -20,8 +20,8 @@ struct Limits {
 
 class Link {
  public:
-  // Logs in. Throws DatabaseError.
-  Link(const Target& target, const Limits& limits, const Faults& faults);
+  // Logs in; `login` and `faults` outlive the link. Throws DatabaseError.
+  Link(const Login& login, const Limits& limits, const Faults& faults);
   ~Link();
   Link(const Link&) = delete;
   Link& operator=(const Link&) = delete;
@@ -52,8 +52,7 @@ class Link {
 
   const Limits limits_;
   const Faults& faults_;
-  const std::string secret_;
-  const bool encrypted_;
+  const Login& login_;
   EnvironmentHandle environment_;
   ConnectionHandle connection_;
   bool connected_ = false;

@@ -31,8 +31,8 @@ DatabaseError UndoneError() {
 
 }  // namespace
 
-OdbcConnection::OdbcConnection(odbc::Target target, OdbcOptions options)
-    : target_(std::move(target)),
+OdbcConnection::OdbcConnection(const odbc::Target& target, OdbcOptions options)
+    : login_(odbc::LoginTo(target)),
       options_(std::move(options)),
       active_(std::make_unique<odbc::ActiveResult>()) {
   mark_.session = NewSessionName();
@@ -45,7 +45,7 @@ OdbcConnection::~OdbcConnection() {
 
 void OdbcConnection::Open() {
   link_ = std::make_unique<odbc::Link>(
-      target_, odbc::Limits{options_.login_seconds, options_.query_seconds}, options_.faults);
+      login_, odbc::Limits{options_.login_seconds, options_.query_seconds}, options_.faults);
   try {
     sql_server_ = link_->IsSqlServer();
     if (sql_server_) SetUpSession();
@@ -69,15 +69,29 @@ void OdbcConnection::SetUpSession() {
   }
 }
 
-// A store made by others may have no marks: then a lost answer stays unknown.
+// Another till that is storing must not hold up a log-in: what could not be seen
+// at once is looked for again by the next transaction. Without marks a lost answer
+// stays unknown.
 void OdbcConnection::FindMarks() {
-  marks_ = false;
+  marks_ = Marks::Unknown;
+  if (sql_server_) link_->Run(odbc::WaitForRows(0));
   try {
-    for (const std::string& statement : odbc::ForgetOldMarks(sql_server_)) link_->Run(statement);
-    marks_ = true;
-  } catch (const DatabaseError&) {
+    link_->Run(odbc::LookForMarks());
+    marks_ = Marks::Kept;
+  } catch (const DatabaseError& error) {
     if (link_->IsDead()) throw;
+    if (odbc::IsMissingTable(error)) marks_ = Marks::Missing;
   }
+  if (sql_server_) link_->Run(odbc::WaitForRows(odbc::kRowPatience));
+}
+
+std::vector<std::string> OdbcConnection::MarkTransaction() {
+  if (marks_ == Marks::Unknown) FindMarks();
+  if (marks_ != Marks::Kept) return {};
+  std::vector<std::string> statements = mark_.Write();
+  // Under the store's lock nobody else holds a mark.
+  if (sql_server_ && mark_.number == 1) statements.push_back(odbc::ForgetOldMarks());
+  return statements;
 }
 
 void OdbcConnection::Drop() {
@@ -155,7 +169,7 @@ void OdbcConnection::BeginTrans() {
   if (state_ != State::None) throw DatabaseError("Ya hay una transacción abierta", "25001");
   ReadAhead();
   ++mark_.number;
-  OnceMore([this] { Begin(marks_ ? mark_.Write() : std::vector<std::string>()); });
+  OnceMore([this] { Begin(MarkTransaction()); });
   link_->TakeFailure();
   state_ = State::Open;
 }
@@ -168,18 +182,37 @@ void OdbcConnection::Begin(const std::vector<std::string>& mark) {
       return;
     }
     const auto lock = First(odbc::BeginLocked(options_.lock_seconds, mark));
-    if (lock && lock->ToInt32() >= 0) return;
+    if (lock && lock->ToInt32() >= 0) {
+      had_lock_ = true;
+      left_behind_ = false;
+      return;
+    }
   } catch (const DatabaseError&) {
     if (!link_->IsDead()) Undo();
     throw;
   }
-  throw DatabaseError("Otra caja está grabando en este momento; inténtelo de nuevo", "HYT00");
+  throw LockedOut();
+}
+
+// A session that was cut off keeps the lock until the server notices.
+DatabaseError OdbcConnection::LockedOut() const {
+  const char* text = "Otra caja está grabando en este momento; inténtelo de nuevo";
+  if (!had_lock_) {
+    text = "Otra caja está grabando en este momento, o esta misma se cortó mientras grababa y el "
+           "servidor todavía la espera; inténtelo de nuevo dentro de un minuto";
+  }
+  if (left_behind_) {
+    text = "La conexión se cortó mientras esta caja grababa y el servidor todavía la espera; "
+           "inténtelo de nuevo dentro de un minuto";
+  }
+  return DatabaseError(text, "HYT00");
 }
 
 void OdbcConnection::Undo() {
   try {
     link_->Run(sql_server_ ? odbc::RollbackIfOpen() : "ROLLBACK TRANSACTION");
   } catch (const DatabaseError&) {
+    left_behind_ = true;
     Drop();  // the server undoes what a session leaves behind
   }
 }
@@ -198,10 +231,12 @@ void OdbcConnection::CommitTrans() {
 }
 
 void OdbcConnection::ResolveCommit(const DatabaseError& loss) {
+  const bool kept = marks_ == Marks::Kept;
+  left_behind_ = true;
   Drop();
   const auto end =
       std::chrono::steady_clock::now() + std::chrono::seconds(options_.look_seconds);
-  while (marks_) {
+  while (kept) {
     try {
       if (LookForCommit()) return;
       break;
@@ -212,7 +247,7 @@ void OdbcConnection::ResolveCommit(const DatabaseError& loss) {
       std::this_thread::sleep_for(kBetweenLooks);
     }
   }
-  if (!marks_) throw CommitUnknown(loss);
+  if (!kept) throw CommitUnknown(loss);
   throw DatabaseError("Se perdió la conexión con el servidor y no se ha grabado nada; repítalo",
                       loss.sqlstate(), loss.native());
 }
@@ -230,7 +265,8 @@ void OdbcConnection::RollbackTrans() {
   if (state_ == State::None) throw DatabaseError("No hay ninguna transacción abierta", "25000");
   ReadAhead();
   state_ = State::None;
-  if (link_ != nullptr && !link_->IsDead()) Undo();
+  if (link_ != nullptr && !link_->IsDead()) return Undo();
+  left_behind_ = true;
 }
 
 }  // namespace tpv

@@ -32,7 +32,7 @@ struct OdbcOptions {
 class OdbcConnection : public Connection {
  public:
   // Logs in and sets the session up. Throws DatabaseError, TargetError.
-  explicit OdbcConnection(odbc::Target target, OdbcOptions options = {});
+  explicit OdbcConnection(const odbc::Target& target, OdbcOptions options = {});
   ~OdbcConnection() override;
 
   // A lost session is opened again before the next statement outside of a
@@ -52,10 +52,13 @@ class OdbcConnection : public Connection {
  private:
   // Undone: the server ended the transaction, the component does not know yet.
   enum class State { None, Open, Undone };
+  // Whether the store keeps marks of transactions: one made by others may not.
+  enum class Marks { Unknown, Missing, Kept };
 
   void Open();
   void SetUpSession();
   void FindMarks();
+  std::vector<std::string> MarkTransaction();
   void EnsureOpen();
   void Drop();
   void ReadAhead();
@@ -68,16 +71,19 @@ class OdbcConnection : public Connection {
   std::optional<Variant> First(std::string_view sql);
   void Begin(const std::vector<std::string>& mark);
   void Undo();
+  DatabaseError LockedOut() const;
   void ResolveCommit(const DatabaseError& loss);
   bool LookForCommit();
 
-  const odbc::Target target_;
+  const odbc::Login login_;
   const OdbcOptions options_;
   std::unique_ptr<odbc::Link> link_;  // null while there is no session
   std::unique_ptr<odbc::ActiveResult> active_;
   State state_ = State::None;
   bool sql_server_ = false;
-  bool marks_ = false;  // whether the store keeps marks of transactions
+  Marks marks_ = Marks::Unknown;
+  bool had_lock_ = false;     // whether this till ever got the store's lock
+  bool left_behind_ = false;  // a lost session of ours may still hold it
   odbc::Mark mark_;
 };
 

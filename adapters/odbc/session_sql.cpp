@@ -4,8 +4,6 @@ namespace tpv::odbc {
 
 namespace {
 
-constexpr const char* kRowLockMilliseconds = "15000";
-
 std::string Condition(const std::string& session) { return " WHERE Sesion = '" + session + "'"; }
 
 }  // namespace
@@ -22,7 +20,7 @@ std::vector<std::string> SessionSetup() {
           "SET XACT_ABORT OFF",
           "SET IMPLICIT_TRANSACTIONS OFF",
           "SET TEXTSIZE 2147483647",
-          std::string("SET LOCK_TIMEOUT ") + kRowLockMilliseconds,
+          WaitForRows(kRowPatience),
           "SET TRANSACTION ISOLATION LEVEL READ COMMITTED"};
 }
 
@@ -30,10 +28,15 @@ std::string SessionLanguage() { return "SET LANGUAGE Spanish"; }
 
 std::string DateProbe() { return "SELECT DAY(CAST('02/03/2026' AS datetime)) AS dia"; }
 
-std::vector<std::string> ForgetOldMarks(bool sql_server) {
-  const std::string table(kMarkTable);
-  if (!sql_server) return {"DELETE FROM " + table + " WHERE 1 = 0"};
-  return {"DELETE FROM " + table + " WHERE Momento < DATEADD(day, -30, GETDATE())"};
+std::string LookForMarks() { return "DELETE FROM " + std::string(kMarkTable) + " WHERE 1 = 0"; }
+
+std::string ForgetOldMarks() {
+  return "DELETE FROM " + std::string(kMarkTable) +
+         " WHERE Momento < DATEADD(day, -30, GETDATE())";
+}
+
+std::string WaitForRows(int milliseconds) {
+  return "SET LOCK_TIMEOUT " + std::to_string(milliseconds);
 }
 
 std::vector<std::string> Mark::Write() const {

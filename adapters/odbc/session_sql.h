@@ -16,7 +16,12 @@ std::string DateProbe();
 
 // The table that holds the number of each session's last stored transaction.
 inline constexpr const char* kMarkTable = "TpvSesiones";
-std::vector<std::string> ForgetOldMarks(bool sql_server);
+// Touches no row: fails where the table is not there or not for this user.
+std::string LookForMarks();
+std::string ForgetOldMarks();
+// How long a statement waits for rows that another session holds.
+std::string WaitForRows(int milliseconds);
+inline constexpr int kRowPatience = 15000;
 
 // A transaction of this session: `session` and `number` name it.
 struct Mark {

@@ -7,75 +7,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <initializer_list>
-#include <utility>
-#include <vector>
 
+#include "adapters/odbc/encryption.h"
 #include "base/text.h"
 
 namespace tpv::odbc {
 
 namespace {
-
-using Pairs = std::vector<std::pair<std::string, std::string>>;
-
-// The end of a value that begins at `at`: its ";", unless braces hold it.
-std::size_t EndOfValue(std::string_view text, std::size_t at) {
-  while (at < text.size() && text[at] == ' ') ++at;
-  if (at < text.size() && text[at] == '{') {
-    for (at = text.find('}', at); at != std::string_view::npos; at = text.find('}', at)) {
-      if (at + 1 >= text.size() || text[at + 1] != '}') break;
-      at += 2;
-    }
-    if (at == std::string_view::npos) return text.size();
-  }
-  return std::min(text.find(';', at), text.size());
-}
-
-Pairs ReadPairs(std::string_view text) {
-  Pairs pairs;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t equals = text.find('=', at);
-    if (equals == std::string_view::npos) {
-      if (Trim(text.substr(at)).empty()) break;
-      throw TargetError("La cadena de conexión no es correcta: falta un «=»");
-    }
-    const std::size_t end = EndOfValue(text, equals + 1);
-    pairs.emplace_back(Trim(text.substr(at, equals - at)),
-                       Trim(text.substr(equals + 1, end - equals - 1)));
-    at = end + 1;
-  }
-  return pairs;
-}
-
-bool Has(const Pairs& pairs, std::initializer_list<std::string_view> keys) {
-  for (const auto& [key, value] : pairs) {
-    for (const std::string_view wanted : keys) {
-      if (EqualNoCase(key, wanted)) return true;
-    }
-  }
-  return false;
-}
-
-void RequireNothingAgainstEncryption(const Pairs& pairs) {
-  for (const auto& [key, value] : pairs) {
-    if (!EqualNoCase(key, "Encrypt") && !EqualNoCase(key, "Encryption")) continue;
-    const bool demands = EqualNoCase(value, "yes") || EqualNoCase(value, "mandatory") ||
-                         EqualNoCase(value, "strict") || EqualNoCase(value, "require");
-    if (demands) continue;
-    throw TargetError("Se exige cifrado (TPV_ODBC_ENCRYPT) y la conexión lo quita: " + key + "=" +
-                      value);
-  }
-}
-
-// Braces around what drivers take for their own; a "}" inside is doubled only
-// where there is no way without, since older drivers take both for the value.
-std::string Braced(const std::string& value) {
-  const bool must = value.find(';') != std::string::npos || value.starts_with('{');
-  const bool should = value.find_first_of("[](),?*=!@{ ") != std::string::npos;
-  if (must) return "{" + ReplaceAll(value, "}", "}}") + "}";
-  return should && value.find('}') == std::string::npos ? "{" + value + "}" : value;
-}
 
 class File {
  public:
@@ -145,26 +83,22 @@ Target ReadTarget(std::string_view argument, const Environment& environment) {
   if (const auto password = environment("TPV_ODBC_PASSWORD")) target.password = *password;
   const auto encrypt = environment("TPV_ODBC_ENCRYPT");
   target.encrypt = encrypt && !EqualNoCase(*encrypt, "no");
+  target.ca_file = environment("TPV_ODBC_CA").value_or("");
   return target;
 }
 
-std::string FullConnectionString(const Target& target) {
-  const Pairs pairs = ReadPairs(target.connection);
-  std::string text = target.connection;
-  const auto add = [&text](std::string_view key, const std::string& value) {
-    if (!text.ends_with(';')) text += ';';
-    text.append(key).append("=").append(Braced(value));
-  };
-  if (!target.user.empty() && !Has(pairs, {"UID", "User"})) add("UID", target.user);
-  if (!target.password.empty()) add("PWD", target.password);
-  if (!Has(pairs, {"ClientCharset"})) add("ClientCharset", "UTF-8");  // FreeTDS's word
-  if (target.encrypt) {
-    RequireNothingAgainstEncryption(pairs);
-    // FreeTDS knows the one, other drivers the other.
-    if (!Has(pairs, {"Encryption"})) add("Encryption", "require");
-    if (!Has(pairs, {"Encrypt"})) add("Encrypt", "yes");
+Login LoginTo(const Target& target) {
+  Pairs pairs = ReadPairs(target.connection);
+  if (!target.user.empty() && !Has(pairs, {"UID", "User"})) {
+    pairs.emplace_back("UID", Braced(target.user));
   }
-  return text;
+  if (!target.password.empty()) pairs.emplace_back("PWD", Braced(target.password));
+  if (!Has(pairs, {"ClientCharset"})) pairs.emplace_back("ClientCharset", "UTF-8");  // FreeTDS's word
+  const Pairs all = WithDataSource(pairs);
+  const bool named = !Find(all, {"UID", "User"}).empty() && !Find(all, {"PWD", "Password"}).empty();
+  if (!target.encrypt) return {Written(pairs), target.password, named, false, {}};
+  const Verified verified = DemandEncryption(pairs, target.ca_file);
+  return {Written(verified.pairs), target.password, named, true, verified.freetds_settings};
 }
 
 }  // namespace tpv::odbc

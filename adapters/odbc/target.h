@@ -21,7 +21,8 @@ struct Target {
   std::string connection;  // an ODBC connection string without a password
   std::string user;        // "" leaves it to the connection string
   std::string password;    // "" leaves it to the data source
-  bool encrypt = false;    // refuse a server that talks in clear
+  bool encrypt = false;    // refuse a server that talks in clear or is not the shop's
+  std::string ca_file;     // who vouches for it; "" for the machine's own authorities
 };
 
 using Environment = std::function<std::optional<std::string>(const char* name)>;
@@ -30,11 +31,21 @@ std::optional<std::string> ProcessEnvironment(const char* name);
 // `argument` is a connection string ("Driver=FreeTDS;Server=…;Database=…") or
 // the name of a data source. User and password come from TPV_ODBC_USER and
 // TPV_ODBC_PASSWORD, or from the file that TPV_ODBC_CREDENTIALS names (lines
-// "user=…", "password=…"); TPV_ODBC_ENCRYPT=yes demands encryption. Throws
-// TargetError for a password in `argument` and for a file that others can read.
+// "user=…", "password=…"); TPV_ODBC_ENCRYPT=yes demands encryption, TPV_ODBC_CA names the
+// authority's certificate. Throws TargetError for a password in `argument` and for
+// a file that others can read.
 Target ReadTarget(std::string_view argument, const Environment& environment = ProcessEnvironment);
 
-// The text handed to the driver manager; holds the password, so never shown.
-std::string FullConnectionString(const Target& target);
+// What a session begins with, the same each time.
+struct Login {
+  std::string text;              // for the driver manager; holds the password, never shown
+  std::string secret;            // the password alone, to be kept out of messages
+  bool with_credentials;         // whether a user and a password are given anywhere
+  bool encrypted;                // whether encryption is demanded
+  std::string freetds_settings;  // "" when the text needs none (encryption.h)
+};
+
+// Throws TargetError when encryption is demanded and cannot be had for sure.
+Login LoginTo(const Target& target);
 
 }  // namespace tpv::odbc

@@ -59,7 +59,7 @@ int Main(int count, char** words) {
   Tape connection(*store);
   Till till(connection);
   TenLineSales<Till> sales(till, kArticles);
-  RawLine line(odbc::FullConnectionString(odbc::ReadTarget(words[1])));
+  RawLine line(odbc::LoginTo(odbc::ReadTarget(words[1])).text);
   Echo echo(connection, line);
   const Work scan{[&] {
                     sales.Prepare();

@@ -14,7 +14,9 @@ std::string Number(std::int64_t value) { return std::to_string(value); }
 std::string Number(double value) { return ToPlain(value); }
 
 std::string Quoted(std::string_view text) {
-  std::string result = "'";
+  const bool plain = std::all_of(text.begin(), text.end(),
+                                 [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  std::string result = plain ? "'" : "N'";
   for (const char c : text) {
     if (c != '\0') result += c;
     if (c == '\'') result += c;
