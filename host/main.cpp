@@ -36,6 +36,8 @@ constexpr const char* kHelp =
     "  tpv store release ALMACÉN [NÚMERO]\n"
     "                                    ventas que una caja dejó a medias; con NÚMERO, esa queda\n"
     "                                    como un ticket pendiente (sin líneas, se elimina)\n"
+    "  tpv store mend ALMACÉN [--yes]    lista lo fechado después de hoy (una apertura de 2062) y qué\n"
+    "                                    fecha le toca; con --yes la cambia\n"
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/statements.h"
+#include "host/journal_check.h"
 
 namespace tpv {
 
@@ -148,26 +149,38 @@ std::vector<Rule> InvoiceRules() {
   };
 }
 
+// `tpv store mend` takes them back.
+std::vector<Rule> DateRules() {
+  const std::string after_today = " WHERE DATEDIFF(day, Getdate(), ";
+  return {
+      {"Apuntes fechados después de hoy", "SELECT DiaCaj_Id FROM DiaCaj" + after_today + "DiaCaj_Fecha) > 0",
+       false},
+      {"Ventas fechadas después de hoy", "SELECT Cav_Id FROM Cav" + after_today + "Cav_Fecha) > 0", false},
+  };
+}
+
 StoreFinding Ask(Connection& connection, const Rule& rule) {
   StoreFinding finding{rule.text, {}, 0, rule.broken};
   const auto rows = connection.Execute(rule.rows);
-  for (; !rows->Eof(); rows->MoveNext(), ++finding.count) {
-    if (finding.rows.size() < kRowsNamed) finding.rows.push_back(rows->Field(0).ToPlainText());
-  }
+  for (; !rows->Eof(); rows->MoveNext()) finding.Add(rows->Field(0).ToInt64());
   return finding;
 }
 
 }  // namespace
 
+void StoreFinding::Add(std::int64_t row) {
+  if (rows.size() < kRowsNamed) rows.push_back(std::to_string(row));
+  ++count;
+}
+
 std::vector<StoreFinding> CheckStore(Connection& connection) {
   std::vector<StoreFinding> findings;
-  for (const auto& rules :
-       {TicketRules(), StockRules(), SaleInProgressRules(), JournalRules(), ClosureRules(), InvoiceRules()}) {
-    for (const Rule& rule : rules) {
-      StoreFinding finding = Ask(connection, rule);
-      if (finding.count > 0) findings.push_back(std::move(finding));
-    }
+  for (const auto& rules : {TicketRules(), StockRules(), SaleInProgressRules(), JournalRules(),
+                            ClosureRules(), InvoiceRules(), DateRules()}) {
+    for (const Rule& rule : rules) findings.push_back(Ask(connection, rule));
   }
+  for (StoreFinding& finding : CheckJournal(connection)) findings.push_back(std::move(finding));
+  std::erase_if(findings, [](const StoreFinding& finding) { return finding.count == 0; });
   return findings;
 }
 

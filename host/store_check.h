@@ -2,6 +2,7 @@
 // killed: for technicians, and for every test that tortures a till.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,11 @@ struct StoreFinding {
   std::string text;               // in Spanish, one line
   std::vector<std::string> rows;  // ids of the first rows concerned
   long count = 0;                 // of all of them
-  // False for what a deleted ticket leaves behind by design and a person may
-  // want to know.
+  // False for what a deleted ticket leaves behind by design, or an older version let
+  // pass, and a person may want to know.
   bool broken = true;
+
+  void Add(std::int64_t row);
 };
 
 // Asks the store for every rule; reads alone, and tills may go on meanwhile.

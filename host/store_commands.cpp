@@ -15,6 +15,7 @@
 #include "host/store.h"
 #include "host/store_check.h"
 #include "host/store_copy.h"
+#include "host/store_mend.h"
 #include "office/shop_ini.h"
 
 namespace tpv {
@@ -28,6 +29,7 @@ constexpr const char* kCreateUsage = "store create FICHERO|--odbc CONEXIÓN [--d
 constexpr const char* kCopyUsage = "store copy FICHERO|--odbc CONEXIÓN FICHERO|--odbc CONEXIÓN";
 constexpr const char* kCheckUsage = "store check FICHERO|--odbc CONEXIÓN";
 constexpr const char* kReleaseUsage = "store release FICHERO|--odbc CONEXIÓN [NÚMERO]";
+constexpr const char* kMendUsage = "store mend FICHERO|--odbc CONEXIÓN [--yes]";
 constexpr const char* kSqlUsage = "sql FICHERO|--odbc CONEXIÓN \"SENTENCIA\"…";
 
 // Where a store is: a file, or behind a connection.
@@ -228,6 +230,16 @@ int Release(const Arguments& arguments, std::ostream& out) {
   return 0;
 }
 
+int Mend(const Arguments& arguments, std::ostream& out) {
+  std::size_t at = 1;
+  const Place place = TakePlace(arguments, at, kMendUsage);
+  const bool agreed = at < arguments.size() && arguments[at] == "--yes";
+  if (at + (agreed ? 1 : 0) != arguments.size()) throw UsageError(kMendUsage);
+  const StepClock clock;
+  out << MendStore(*OpenExisting(place, clock), agreed);
+  return 0;
+}
+
 }  // namespace
 
 int StoreCommand(const Arguments& arguments, std::ostream& out) {
@@ -237,7 +249,8 @@ int StoreCommand(const Arguments& arguments, std::ostream& out) {
   if (order == "copy") return Copy(arguments, out);
   if (order == "check") return Check(arguments, out);
   if (order == "release") return Release(arguments, out);
-  throw UsageError("store create|fill|copy|check|release …");
+  if (order == "mend") return Mend(arguments, out);
+  throw UsageError("store create|fill|copy|check|release|mend …");
 }
 
 int SqlCommand(const Arguments& arguments, std::ostream& out) {

@@ -1,17 +1,11 @@
 // The till's day where a scenario cannot look: rules without forms, the support
-// address, slow mail servers, and tills at work at once on one store.
+// address, slow mail servers.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <vector>
 
-#include "cash/closure.h"
 #include "debt/collection.h"
 #include "cash/mail_queue.h"
-#include "host/store_check.h"
 #include "tests/test_machine.h"
 #include "tests/test_till.h"
 
@@ -137,96 +131,6 @@ TEST_F(Day, ADeadMailServerDoesNotHoldTheTillForTheWholeQueue) {
   till.shop().mailer.error.clear();
   SendQueuedMails(context);  // one that answers gets them all
   EXPECT_EQ(till.shop().mailer.mails.size(), 10u);
-}
-
-// A till that is opened, sells, collects and pays out.
-std::string WorkOf(int till, int round) {
-  const std::string number = std::to_string(till);
-  const std::string ticket = std::to_string(till * 10000 + round);
-  std::string script =
-      "sql INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Agente, Cav_IdCli, Cav_Ticket, "
-      "Cav_Situa, Cav_Cobrado) VALUES ('K', " + ticket + ", 1, 1, " + std::to_string(20 + till) +
-      ", 1, 1, 0)\n"
-      "sql INSERT INTO Lav (Lav_IdCav, Lav_Uni, Lav_Importe, Lav_Tiva) SELECT MAX(Cav_Id), 1, 10, 1 "
-      "FROM Cav WHERE Cav_Serie = 'K' AND Cav_Numero = " + ticket + "\n"
-      "call zTpv\nenter Text1(6) " + number +
-                       "\nenter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 100\n"
-                       "click cmdGrabar\nanswer Yes\n";
-  for (int sale = 0; sale < 3; ++sale) {
-    script += "key Add\ntype 8436210000011\nkey Enter\nkey Subtract\nclick cmdTicket\n"
-              "expect screen frmTpv\n";
-  }
-  return script + "click cmdPagos\nenter Text1(0) 1\nenter Text1(20) " + number +
-         "\nenter Text1(2) " + std::to_string(20 + till) +
-         "\nclick Check2\nenter Text1(11) 2\nclick cmdTicket\nexpect screen frmTpv\n"
-         "click cmdPagos\nenter Text1(0) 1\nenter Text1(20) " + number +
-         "\nclick Option1(1)\nenter Text1(3) Bolsas\nenter Text1(6) 1\nclick cmdTicket\n"
-         "click cmdSalir\n";
-}
-
-// What the closing screen does once its till is chosen.
-void CloseTill(Context& context, int till) {
-  context.Caja = static_cast<std::int16_t>(till);
-  context.IdAgente = 1;
-  const auto opening = LastOpening(context, till);
-  const ClosingPeriod period(context, till, opening->when);
-  Closure closure;
-  closure.mark = period.Mark();
-  const PeriodTotals totals = period.Totals();
-  closure.initial = opening->initial;
-  closure.cash = totals.cash;
-  closure.card = totals.card;
-  closure.paid = totals.paid;
-  const auto collections = period.Collections();
-  for (; !collections->Eof(); collections->MoveNext()) {
-    closure.collections.push_back(collections->Field("Id").ToInt32());
-  }
-  StoreClosure(context, period, closure);
-}
-
-int FromEnvironment(const char* name, int usual) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? usual : std::atoi(value);
-}
-
-// scripts/torture runs it with more of both.
-TEST_F(Day, TillsAtOnceStampAndNumberTheirOwn) {
-  const int kTills = FromEnvironment("TPV_TILLS", 2);
-  const int kRounds = FromEnvironment("TPV_ROUNDS", 4);
-  { const TestTill maker(path, clock); }  // leaves the store
-  std::vector<pid_t> children;
-  for (int till = 1; till <= kTills; ++till) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-      const StepClock real;
-      TestTill own(path, real);
-      std::string failure;
-      for (int round = 0; round < kRounds && failure.empty(); ++round) {
-        failure = own.Play(WorkOf(till, round));
-        ::usleep(10000);  // the closure is later than what it closes, to the journal's clock
-        CloseTill(own.context(), till);
-        ::usleep(10000);
-      }
-      std::ofstream(folder / std::to_string(till)) << failure;
-      ::_exit(failure.empty() ? 0 : 1);
-    }
-    children.push_back(child);
-  }
-  for (int till = 1; till <= kTills; ++till) {
-    int status = 0;
-    ::waitpid(children[till - 1], &status, 0);
-    EXPECT_EQ(status, 0) << folder.Text(std::to_string(till));
-  }
-  TestTill judge(path, clock);
-  const auto entries = [&](const char* type) {
-    return judge.store()
-        .Execute("SELECT COUNT(*) FROM DiaCaj WHERE DiaCaj_Fecha > '24/11/2026 10:30:00' AND "
-                 "DiaCaj_Tipo = " + std::string(type))->Field(0).ToInt32();
-  };
-  EXPECT_EQ(entries("1"), 3 * kTills * kRounds);
-  EXPECT_EQ(entries("2"), kTills * kRounds);
-  EXPECT_EQ(entries("9"), kTills * kRounds);
-  EXPECT_EQ(FindingsText(CheckStore(judge.store())), "");
 }
 
 }  // namespace

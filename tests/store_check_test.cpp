@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "base/text.h"
 #include "host/store.h"
 #include "host/store_check.h"
 #include "host/store_commands.h"
@@ -21,12 +22,14 @@ constexpr const char* kSound[] = {
     "INSERT INTO Lav (Lav_IdCav, Lav_Idart, Lav_Uni, Lav_Importe, Lav_Tiva) VALUES (1, 7, 1, 10, 1)",
     "INSERT INTO Lav (Lav_IdCav, Lav_Idart, Lav_Uni, Lav_Importe, Lav_Tiva) VALUES (1, 8, 2, 20, 1)",
     "INSERT INTO Movi (movi_idlav, movi_idart, movi_idalma, movi_uni) VALUES (1, 7, 1, 1)",
-    "INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Entrega, DiaCaj_Tarjeta, "
+    "INSERT INTO DiaCaj (DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_SaldoIni) "
+    "VALUES ('24/11/2026 09:00', 1, 0, 50)",
+    "INSERT INTO DiaCaj (DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Entrega, DiaCaj_Tarjeta, "
     "DiaCaj_Devolucion, DiaCaj_Descuento, DiaCaj_Cobrado, DiaCaj_IdCierre) "
-    "VALUES (1, 1, 40, 0, 4, 0.3, 36, 2)",
+    "VALUES ('24/11/2026 09:30', 1, 1, 40, 0, 4, 0.3, 36, 3)",
     "INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_CobMet, DiaCaj_CobTar, DiaCaj_Pagos) "
     "VALUES (1, 9, 36, 0, 0)",
-    "INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) VALUES (1, 1, 36.3)",
+    "INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) VALUES (2, 1, 36.3)",
     "INSERT INTO Fav (Fav_Serie, Fav_Numero, Fav_Total) VALUES ('F', 1, 36.3)",
     "INSERT INTO Fal (Fal_IdFav, Fal_Total) VALUES (1, 36.3)",
     "INSERT INTO Vto (Vto_IdFav, Vto_Importe) VALUES (1, 36.3)"};
@@ -38,28 +41,28 @@ TEST(StoreCheck, NamesWhatIsBroken) {
   };
   const Case cases[] = {
       {"DELETE FROM Cav", "ROTO  Líneas sin cabecera: 2 (1, 2)\n"},
-      {"DELETE FROM DiaCaj WHERE DiaCaj_Tipo = 1", "Cobros de tickets sin su apunte de caja: 1 (1)"},
+      {"DELETE FROM DiaCaj WHERE DiaCaj_Tipo = 1", "Cobros de tickets sin su apunte de caja: 1 (2)"},
       {"DELETE FROM Tco", "Tickets cobrados sin ningún cobro: 1 (1)"},
-      {"DELETE FROM Tco", "Cobros en caja que no son de un solo ticket: 1 (1)"},
+      {"DELETE FROM Tco", "Cobros en caja que no son de un solo ticket: 1 (2)"},
       {"DELETE FROM Lav WHERE Lav_Id = 2", "Tickets cobrados cuyos cobros no suman su importe: 1 (1)"},
       {"DELETE FROM Lav WHERE Lav_Id = 2", "Tickets cobrados de más: 1 (1)"},
       {"UPDATE Tco SET Tco_Importe = 36.2",
-       "Apuntes cuyos cobros no suman lo cobrado y descontado: 1 (1)"},
-      {"UPDATE DiaCaj SET DiaCaj_Devolucion = 5 WHERE DiaCaj_Id = 1",
-       "Apuntes cuyo cobro no es lo entregado menos lo devuelto: 1 (1)"},
-      {"UPDATE DiaCaj SET DiaCaj_Tipo = 3 WHERE DiaCaj_Id = 1",
-       "Apuntes con cobros que no son de cobro: 1 (1)"},
+       "Apuntes cuyos cobros no suman lo cobrado y descontado: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_Devolucion = 5 WHERE DiaCaj_Id = 2",
+       "Apuntes cuyo cobro no es lo entregado menos lo devuelto: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_Tipo = 3 WHERE DiaCaj_Id = 2",
+       "Apuntes con cobros que no son de cobro: 1 (2)"},
       {"UPDATE Tco SET Tco_IdCav = 9", "Cobros de tickets sin su ticket: 1 (9)"},
-      {"UPDATE DiaCaj SET DiaCaj_Caja = 2 WHERE DiaCaj_Id = 1",
-       "Apuntes de un cierre que no existe o es de otra caja: 1 (1)"},
-      {"UPDATE DiaCaj SET DiaCaj_CobMet = 40 WHERE DiaCaj_Id = 2",
-       "Aviso Cierres cuyo efectivo no es el de sus apuntes: 1 (2)"},
-      {"UPDATE DiaCaj SET DiaCaj_CobTar = 1 WHERE DiaCaj_Id = 2",
-       "Cierres cuyas tarjetas no son las de sus apuntes: 1 (2)"},
-      {"UPDATE DiaCaj SET DiaCaj_Pagos = 1 WHERE DiaCaj_Id = 2",
-       "ROTO  Cierres cuyos pagos no son los de sus apuntes: 1 (2)"},
-      {"UPDATE DiaCaj SET DiaCaj_IdCierre = 0 WHERE DiaCaj_Id = 1",
-       "Aviso Apuntes que ningún cierre recogió: 1 (1)"},
+      {"UPDATE DiaCaj SET DiaCaj_Caja = 2 WHERE DiaCaj_Id = 2",
+       "Apuntes de un cierre que no existe o es de otra caja: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_CobMet = 40 WHERE DiaCaj_Id = 3",
+       "Aviso Cierres cuyo efectivo no es el de sus apuntes: 1 (3)"},
+      {"UPDATE DiaCaj SET DiaCaj_CobTar = 1 WHERE DiaCaj_Id = 3",
+       "Cierres cuyas tarjetas no son las de sus apuntes: 1 (3)"},
+      {"UPDATE DiaCaj SET DiaCaj_Pagos = 1 WHERE DiaCaj_Id = 3",
+       "ROTO  Cierres cuyos pagos no son los de sus apuntes: 1 (3)"},
+      {"UPDATE DiaCaj SET DiaCaj_IdCierre = 0 WHERE DiaCaj_Id = 2",
+       "Aviso Apuntes que ningún cierre recogió: 1 (2)"},
       {"UPDATE Cav SET Cav_Caja = NULL", "Tickets sin caja: 1 (1)"},
       {"UPDATE Movi SET movi_uni = 2", "Movimientos de almacén que no son los de su línea: 1 (1)"},
       {"UPDATE Movi SET movi_idlav = 5", "Aviso Movimientos de almacén de líneas eliminadas: 1 (5)"},
@@ -68,18 +71,74 @@ TEST(StoreCheck, NamesWhatIsBroken) {
       {"DELETE FROM Fav", "Tickets de una factura que no existe: 1 (1)"},
       {"INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Ticket) VALUES ('t ', 1, 2, 1)",
        "Números de ticket repetidos: 1 (2)"},
-      {"INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) VALUES (1, 1, 0)",
+      {"INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) VALUES (2, 1, 0)",
        "Tickets pagados dos veces en caja: 1 (1)"},
+      {"UPDATE DiaCaj SET DiaCaj_Caja = 2 WHERE DiaCaj_Tipo = 0", "Aviso Apuntes de una caja sin abrir: 1 (2)"},
+      {"UPDATE DiaCaj SET DiaCaj_Caja = 2 WHERE DiaCaj_Tipo = 0",
+       "Aviso Cierres de una caja que no estaba abierta: 1 (3)"},
+      {"INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo) VALUES (2, 0); INSERT INTO DiaCaj (DiaCaj_Caja, "
+       "DiaCaj_Tipo) VALUES (2, 0)", "Aviso Aperturas de una caja que ya estaba abierta: 1 (5)"},
+      {"UPDATE DiaCaj SET DiaCaj_Fecha = '24/11/2026' WHERE DiaCaj_Tipo = 9",
+       "Aviso Aperturas y cierres fechados antes que lo anterior de su caja: 1 (3)"},
+      {"UPDATE DiaCaj SET DiaCaj_Tipo = 9 WHERE DiaCaj_Id = 1",
+       "Aviso Cierres de una caja que no estaba abierta: 2 (1, 3)"},
+      {"UPDATE DiaCaj SET DiaCaj_Fecha = '01/01/2062' WHERE DiaCaj_Id = 1",
+       "Aviso Apuntes fechados después de hoy: 1 (1)"},
+      {"UPDATE Cav SET Cav_Fecha = '25/11/2026'", "Aviso Ventas fechadas después de hoy: 1 (1)"},
+      // Counted by its own closure and stamped by the next.
+      {"INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_CobMet) VALUES (1, 9, 36); "
+       "UPDATE DiaCaj SET DiaCaj_IdCierre = 4 WHERE DiaCaj_Id = 2",
+       "ROTO  Apuntes que no recogió el cierre siguiente de su caja, sino otro: 1 (2)"},
+      {"INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_IdCierre) VALUES (1, 3, 3)",
+       "ROTO  Apuntes que no recogió el cierre siguiente de su caja, sino otro: 1 (4)"},
   };
   TestStore store;
   for (const char* statement : kSound) store.connection().Execute(statement);
   EXPECT_EQ(FindingsText(CheckStore(store.connection())), "");
   for (const Case& harm : cases) {
     const Transaction undone(store.connection());
-    store.connection().Execute(harm.harm);
+    for (const std::string& statement : Split(harm.harm, "; ")) store.connection().Execute(statement);
     const std::string text = FindingsText(CheckStore(store.connection()));
     EXPECT_NE(text.find(harm.found), std::string::npos) << harm.harm << "\n" << text;
   }
+}
+
+// A till whose opening was typed for 2062, and what was sold there since.
+TEST(StoreMend, PutsDatesOfDaysToComeWhereTheyBelong) {
+  const TestFolder folder;
+  const FixedClock clock;
+  const std::string path = folder / "tienda.db";
+  MakeStore(path, Contents::Demonstration, clock);
+  const auto run = [&](const std::vector<std::string>& arguments) {
+    std::ostringstream out;
+    EXPECT_EQ(StoreCommand(arguments, out), 0) << out.str();
+    return out.str();
+  };
+  const auto ask = [&](const std::string& statement) {
+    std::ostringstream out;
+    SqlCommand({path, statement}, out);
+    return out.str();
+  };
+  const std::string nothing = run({"mend", path});
+  EXPECT_EQ(nothing, "Nada está fechado después de hoy: no hay nada que arreglar\n");
+  for (const char* row : {"'01/01/2062', 9, 0", "'01/11/2026 10:00', 9, 1", "'02/01/2062', 9, 3",
+                          "'01/11/2026 20:00', 9, 9"}) {
+    ask("INSERT INTO DiaCaj (DiaCaj_Fecha, DiaCaj_Caja, DiaCaj_Tipo) VALUES (" + std::string(row) + ")");
+  }
+  ask("INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Caja, Cav_Ticket) "
+      "VALUES ('T', 9999, '03/01/2062', 9, 1)");
+  ask("INSERT INTO Tco (Tco_IdDiaCaj, Tco_IdCav, Tco_Importe) SELECT MIN(DiaCaj_Id), "
+      "(SELECT MAX(Cav_Id) FROM Cav), 1 FROM DiaCaj WHERE DiaCaj_Caja = 9 AND DiaCaj_Tipo = 1");
+  const std::string dates = "SELECT DiaCaj_Fecha FROM DiaCaj WHERE DiaCaj_Caja = 9 ORDER BY DiaCaj_Id";
+  const std::string before = ask(dates);
+  const std::string listed = run({"mend", path});
+  EXPECT_EQ(ask(dates), before);
+  EXPECT_NE(listed.find("apertura de la caja 9: 01/01/2062 00:00:00 pasa a 01/11/2026 09:59:59\n"),
+            std::string::npos) << listed;
+  EXPECT_NE(run({"mend", path, "--yes"}).find("Arreglado: 3 fechas"), std::string::npos);
+  EXPECT_EQ(ask(dates), "2026-11-01 09:59:59\n2026-11-01 10:00:00\n2026-11-01 19:59:59\n2026-11-01 20:00:00\n");
+  EXPECT_EQ(ask("SELECT Cav_Fecha FROM Cav WHERE Cav_Caja = 9"), "2026-11-01 10:00:00\n");
+  EXPECT_EQ(run({"mend", path}), nothing);
 }
 
 // All that a filled store says of its sales.

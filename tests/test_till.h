@@ -49,6 +49,7 @@ class TestTill {
     return player_.Play(std::move(commands)) ? std::string() : transcript_.str();
   }
 
+  Zrtpve& component() { return *component_; }
   Context& context() { return component_->context(); }
   TestShop& shop() { return shop_; }
   Connection& store() { return *store_; }
