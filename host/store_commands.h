@@ -7,7 +7,7 @@
 
 namespace tpv {
 
-// create, fill, copy, check, mend. 0 when done and nothing is broken. Throws UsageError and DatabaseError.
+// create, fill, copy, check, release, mend. 0 when done and nothing is broken. Throws UsageError and DatabaseError.
 int StoreCommand(const std::vector<std::string>& arguments, std::ostream& out);
 // Runs statements and prints their rows.
 int SqlCommand(const std::vector<std::string>& arguments, std::ostream& out);
