@@ -12,6 +12,7 @@
 #include "base/text.h"
 #include "host/machine.h"
 #include "host/play.h"
+#include "sale/weighed_code.h"
 
 namespace tpv {
 
@@ -31,6 +32,7 @@ bool IsFolder(const std::string& value) {
 }
 bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_value(); }
 bool IsDevice(const std::string& value) { return IsTarget(value); }
+bool IsLayout(const std::string& value) { return AreWeighedLayouts(value); }
 bool IsAnything(const std::string&) { return true; }
 
 struct Known {
@@ -46,6 +48,8 @@ constexpr Known kKnown[] = {
     {"Paper", "Reports", IsFolder, "una carpeta: /ruta o ~/ruta"},
     {"Printers", "", IsMode, "folder[:/ruta], escpos:DESTINO o page[:COLA]"},
     {"Devices", "", IsDevice, "/dev/…, ordenador:puerto o queue:COLA"},
+    {"Scanner", "Layout", IsLayout, "códigos de balanza: 20=IIIIIPPPPP 29=IIIIIWWWWW"},
+    {"Sound", "Command", IsAnything, "la orden que suena en lugar del pitido"},
     {"Mail", "Server", IsAnything, "el servidor de correo"},
     {"Mail", "Port", IsPort, "un puerto, de 1 a 65535"},
     {"Mail", "Security", IsSecurity, "none, starttls o tls"},

@@ -8,12 +8,6 @@
 
 namespace tpv {
 
-namespace {
-
-constexpr char32_t kEnter = U'\n';
-
-}  // namespace
-
 void HeadlessFrontEnd::ShowModal(ui::Form& form) {
   engine_.Open(form);
   try {
@@ -30,11 +24,10 @@ ui::Answer HeadlessFrontEnd::Show(const ui::MessageBox& box) {
   engine_.CountOpening();
   const ScopedValue open(box_, &box);
   answer_.reset();
-  by_key_ = false;
   driver_->OnBox(box);
   while (!answer_ && driver_->Step()) {
   }
-  engine_.BoxClosed(by_key_);
+  engine_.BoxClosed(false);
   return std::exchange(answer_, std::nullopt).value_or(Harmless(box));
 }
 
@@ -70,35 +63,19 @@ void HeadlessFrontEnd::CloseSearch(std::optional<std::size_t> chosen_row) {
   chosen_ = chosen_row;
 }
 
-void HeadlessFrontEnd::Strike(char32_t key) {
-  if (box_ != nullptr) return StrikeBox(key);
-  if (search_ != nullptr) return StrikeSearch(key);
-  if (engine_.Top() != nullptr) StrikeForm(key);
+void HeadlessFrontEnd::Scan(std::string_view code) {
+  if (box_ != nullptr) return engine_.ScanUnanswered();
+  if (search_ != nullptr) return ScanIntoSearch(code);
+  if (engine_.Top() != nullptr) engine_.Scan(code);
 }
 
-void HeadlessFrontEnd::StrikeBox(char32_t key) {
-  if (answer_) return;  // it is closing
-  answer_ = key == kEnter ? box_->default_button : ui::AnswerTo(*box_, key);
-  by_key_ = answer_.has_value();
-}
-
-void HeadlessFrontEnd::StrikeSearch(char32_t key) {
+// The one row that holds the code is meant; among several the operator chooses.
+void HeadlessFrontEnd::ScanIntoSearch(std::string_view code) {
   if (search_closed_) return;
-  if (key != kEnter) {
-    AppendCharacter(searched_, key);
-    return search_->Narrow(searched_);
-  }
-  if (search_->Visible().empty()) return;
+  Narrow(searched_ + std::string(code));
+  if (search_->Visible().size() != 1) return engine_.ScanUnanswered();
   by_key_ = true;
   CloseSearch(search_->Visible().front());
-}
-
-void HeadlessFrontEnd::StrikeForm(char32_t key) {
-  try {
-    key == kEnter ? engine_.PressKey(ui::Key::Enter) : engine_.TypeCharacter(key);
-  } catch (const ui::ActionRefused&) {
-    // A key that has nothing to do where the focus is.
-  }
 }
 
 }  // namespace tpv

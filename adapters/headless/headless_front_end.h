@@ -30,19 +30,17 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   // Throws ActionRefused when the box has no such button.
   void AnswerBox(ui::Answer answer);
   void CloseSearch(std::optional<std::size_t> chosen_row);
-  // A keystroke for whatever is on top; Enter is U'\n'.
-  void Strike(char32_t key);
+  // A scanner's keystrokes for whatever is on top.
+  void Scan(std::string_view code);
 
  private:
-  void StrikeBox(char32_t key);
-  void StrikeSearch(char32_t key);
-  void StrikeForm(char32_t key);
+  void ScanIntoSearch(std::string_view code);
 
   ui::Engine engine_;
   ui::Driver* driver_ = nullptr;
   const ui::MessageBox* box_ = nullptr;
   std::optional<ui::Answer> answer_;
-  bool by_key_ = false;  // whether a key closed it, or the search
+  bool by_key_ = false;  // whether a scanned code closed the search
   ui::SearchList* search_ = nullptr;
   std::string searched_;  // what is typed in its search box
   bool search_closed_ = false;

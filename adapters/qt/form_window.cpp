@@ -215,20 +215,20 @@ bool FormWindow::Press(QKeyEvent& event, ControlView* view) {
     return true;
   }
   if (const auto key = KeyOf(event)) {
-    PressKey(*key, event.isAutoRepeat() ? 0 : event.key());
+    PressKey(*key, event.isAutoRepeat() ? 0 : event.key(), MomentOf(event));
   } else {
-    TypeText(event.text());
+    TypeText(event.text(), MomentOf(event));
   }
   return true;
 }
 
-void FormWindow::PressKey(ui::Key key, int code) {
+void FormWindow::PressKey(ui::Key key, int code, ui::KeyMoment when) {
   using enum ui::Key;
   const bool repeats = key == Up || key == Down || key == Delete || key == Backspace;
   if (code == 0 && !repeats) return;  // a key held down acts once
   owner_.Act([&](ui::Engine& engine) {
     if (code != 0) held_[code] = engine.Openings();
-    engine.KeyDown(key);
+    engine.KeyDown(key, when);
   });
 }
 
@@ -245,12 +245,12 @@ void FormWindow::Release(QKeyEvent& event) {
   });
 }
 
-void FormWindow::TypeText(const QString& text) {
+void FormWindow::TypeText(const QString& text, ui::KeyMoment when) {
   const std::string typed = Utf8(text);
   for (std::size_t at = 0; at < typed.size();) {
     const char32_t character = NextCharacter(typed, at);
     if (character < U' ' || !owner_.Listens(form_)) continue;
-    owner_.Act([character](ui::Engine& engine) { engine.TypeCharacter(character); });
+    owner_.Act([&](ui::Engine& engine) { engine.TypeCharacter(character, when); });
   }
 }
 

@@ -33,6 +33,7 @@ class FormWindow : public QWidget {
   QMenu* menu() const { return menu_; }
   // As large as it needs; a window with a grid or a list takes the usual size.
   QSize PreferredSize(const QSize& usual) const;
+  void FlashBand() { band_->Flash(); }
   void Reveal(const ControlView& view);  // scrolls to it where the window is small
   // What the window shows differently from the model or cuts off; "" when nothing.
   std::string Difference() const;
@@ -50,8 +51,8 @@ class FormWindow : public QWidget {
   void SyncMenu();
   bool Press(QKeyEvent& event, ControlView* view);
   void Release(QKeyEvent& event);
-  void PressKey(ui::Key key, int code);
-  void TypeText(const QString& text);
+  void PressKey(ui::Key key, int code, ui::KeyMoment when);
+  void TypeText(const QString& text, ui::KeyMoment when = {});
   void PasteOrCut(const QKeyEvent& event);
 
   ui::Form& form_;

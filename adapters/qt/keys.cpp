@@ -55,11 +55,16 @@ bool MovesCaret(const QKeyEvent& event) {
   }
 }
 
+ui::KeyMoment MomentOf(const QKeyEvent& event) {
+  if (event.timestamp() == 0) return std::nullopt;
+  return static_cast<std::int64_t>(event.timestamp());
+}
+
 Stroke StrokeOf(ui::Key key) {
-  if (key == ui::Key::Add) return {Qt::Key_Plus, Qt::KeypadModifier, "+"};
-  if (key == ui::Key::Subtract) return {Qt::Key_Minus, Qt::KeypadModifier, "-"};
+  if (key == ui::Key::Add) return {Qt::Key_Plus, Qt::KeypadModifier, "+", 0};
+  if (key == ui::Key::Subtract) return {Qt::Key_Minus, Qt::KeypadModifier, "-", 0};
   for (const Mapping& mapping : kMappings) {
-    if (mapping.key == key) return {mapping.code, Qt::NoModifier, mapping.text};
+    if (mapping.key == key) return {mapping.code, Qt::NoModifier, mapping.text, 0};
   }
   return {};
 }

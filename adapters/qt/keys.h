@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "platform/ui/form.h"
+#include "screen/scan_burst.h"
 
 namespace tpv::qt {
 
@@ -15,11 +16,15 @@ std::optional<ui::Key> KeyOf(const QKeyEvent& event);
 // does by itself.
 bool MovesCaret(const QKeyEvent& event);
 
+// When the key was pressed; nullopt for one that no keyboard sent.
+ui::KeyMoment MomentOf(const QKeyEvent& event);
+
 // What a keyboard sends for a key.
 struct Stroke {
   int code = 0;
   Qt::KeyboardModifiers modifiers = Qt::NoModifier;
   QString text;
+  quint64 moment = 0;  // milliseconds; 0: nobody knows
 };
 Stroke StrokeOf(ui::Key key);
 

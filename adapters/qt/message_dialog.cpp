@@ -4,8 +4,10 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 
+#include "adapters/qt/keys.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 #include "platform/ui/controls.h"
@@ -43,8 +45,8 @@ QLabel* TextLabel(const std::string& text, QWidget* parent) {
 
 }  // namespace
 
-MessageDialog::MessageDialog(const ui::MessageBox& box, QWidget* parent)
-    : QDialog(parent, Qt::Dialog), box_(box) {
+MessageDialog::MessageDialog(const ui::MessageBox& box, ui::Engine& engine, QWidget* parent)
+    : QDialog(parent, Qt::Dialog), box_(box), engine_(engine) {
   setWindowModality(Qt::ApplicationModal);
   setWindowTitle(Text(box.title.empty() ? "Punto de venta" : box.title));
   auto* layout = new QVBoxLayout(this);
@@ -104,13 +106,42 @@ void MessageDialog::keyPressEvent(QKeyEvent* event) {
   by_key_ = true;  // Esc, or a letter
   const auto typed = event->text().toUcs4();
   const auto answer = typed.isEmpty() ? std::nullopt : ui::AnswerTo(box_, typed.front());
-  if (answer) return Give(*answer);
+  if (answer) return GiveUnlessScanned(*answer);
   QDialog::keyPressEvent(event);
+}
+
+// A letter answers once it is known that no scanner goes on behind it.
+void MessageDialog::GiveUnlessScanned(ui::Answer answer) {
+  constexpr int kLongerThanAScannersPause = 60;
+  scanned_ = false;
+  QTimer::singleShot(kLongerThanAScannersPause, this, [this, answer] {
+    if (!scanned_) Give(answer);
+  });
+}
+
+// No key of a scanner's presses a button: the message must be read first.
+bool MessageDialog::IsScanners(const QKeyEvent& event) {
+  ui::ScanBurst& burst = engine_.Burst();
+  const ui::KeyMoment when = MomentOf(event);
+  if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+    if (burst.Trails(when)) return true;
+    const bool code = burst.LineEnd(when).has_value();
+    if (code) engine_.ScanUnanswered();
+    return code;
+  }
+  const auto typed = event.text().toUcs4();
+  const bool types = !typed.isEmpty() && QChar::isPrint(typed.front());
+  if (!types || burst.Begins(typed.front(), when)) return false;
+  scanned_ = true;
+  return true;
 }
 
 // Whether a button is pressed by Enter or by the mouse.
 bool MessageDialog::eventFilter(QObject*, QEvent* event) {
-  if (event->type() == QEvent::KeyPress) by_key_ = true;
+  if (event->type() == QEvent::KeyPress) {
+    if (IsScanners(static_cast<QKeyEvent&>(*event))) return true;
+    by_key_ = true;
+  }
   if (event->type() == QEvent::MouseButtonPress) by_key_ = false;
   return false;
 }

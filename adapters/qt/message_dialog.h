@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/ui/front_end.h"
+#include "screen/engine.h"
 
 class QPushButton;
 
@@ -13,8 +14,8 @@ namespace tpv::qt {
 
 class MessageDialog : public QDialog {
  public:
-  // The box outlives the dialog.
-  MessageDialog(const ui::MessageBox& box, QWidget* parent);
+  // The box and the engine outlive the dialog.
+  MessageDialog(const ui::MessageBox& box, ui::Engine& engine, QWidget* parent);
 
   const ui::MessageBox& box() const { return box_; }
   const std::optional<ui::Answer>& answer() const { return answer_; }
@@ -30,12 +31,16 @@ class MessageDialog : public QDialog {
 
  private:
   void Give(ui::Answer answer);
+  bool IsScanners(const QKeyEvent& event);
+  void GiveUnlessScanned(ui::Answer answer);
   QWidget* Buttons();
 
   const ui::MessageBox& box_;
+  ui::Engine& engine_;
   std::map<ui::Answer, QPushButton*> buttons_;
   std::optional<ui::Answer> answer_;
   bool by_key_ = false;
+  bool scanned_ = false;  // the letter that waited was a code's
 };
 
 }  // namespace tpv::qt

@@ -17,6 +17,7 @@ void SendKey(QEvent::Type type, const Stroke& stroke) {
   QWindow* window = KeyWindow();
   if (window == nullptr) return;
   QKeyEvent event(type, stroke.code, stroke.modifiers, stroke.text);
+  event.setTimestamp(stroke.moment);
   QCoreApplication::sendEvent(window, &event);
 }
 
@@ -41,13 +42,15 @@ void SendStroke(const Stroke& stroke) {
   SendRelease(stroke);
 }
 
+Stroke StrokeOf(char32_t character) {
+  const bool plain = character < 0x7F;
+  const int code = plain ? QChar(static_cast<char16_t>(character)).toUpper().unicode()
+                         : static_cast<int>(Qt::Key_unknown);
+  return {code, Qt::NoModifier, QString::fromUcs4(&character, 1), 0};
+}
+
 void SendText(const QString& text) {
-  for (const char32_t character : text.toUcs4()) {
-    const bool plain = character < 0x7F;
-    const int code = plain ? QChar(static_cast<char16_t>(character)).toUpper().unicode()
-                           : static_cast<int>(Qt::Key_unknown);
-    SendStroke({code, Qt::NoModifier, QString::fromUcs4(&character, 1)});
-  }
+  for (const char32_t character : text.toUcs4()) SendStroke(StrokeOf(character));
 }
 
 void SendClick(QWidget& widget, const QPoint& at, bool twice) {

@@ -12,6 +12,7 @@ void SendPress(const Stroke& stroke);    // to the active window
 void SendRelease(const Stroke& stroke);
 void SendStroke(const Stroke& stroke);
 void SendText(const QString& text);      // a stroke a character
+Stroke StrokeOf(char32_t character);
 void SendClick(QWidget& widget, const QPoint& at, bool twice = false);
 void SendClick(QWidget& widget);         // in its middle
 void SettleWindows();                    // activation, layout and painting that are due

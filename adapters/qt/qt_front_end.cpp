@@ -91,7 +91,7 @@ void QtFrontEnd::ShowModal(ui::Form& form) {
 ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
   engine_.CountOpening();
   Refresh();
-  MessageDialog dialog(box, Uppermost());
+  MessageDialog dialog(box, engine_, Uppermost());
   {
     const ScopedValue open(box_, &dialog);
     DressUp(dialog);
@@ -108,7 +108,7 @@ ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
 std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) {
   engine_.CountOpening();
   Refresh();
-  SearchDialog dialog(request, Uppermost());
+  SearchDialog dialog(request, engine_, Uppermost());
   {
     const ScopedValue open(search_, &dialog);
     DressUp(dialog);

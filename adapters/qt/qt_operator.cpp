@@ -106,13 +106,15 @@ void QtOperator::Strike(const std::function<void()>& stroke) {
 }
 
 void QtOperator::Scan(std::string_view code) {
+  constexpr quint64 kBetweenScans = 1000;
   Begin();
-  for (std::size_t at = 0; at < code.size();) {
-    std::string character;
-    AppendCharacter(character, NextCharacter(code, at));
-    Strike([&] { SendText(Text(character)); });
-  }
-  Strike([] { SendStroke(StrokeOf(ui::Key::Enter)); });
+  quint64 moment = ++scans_ * kBetweenScans;
+  const auto strike = [&](Stroke stroke) {
+    stroke.moment = ++moment;
+    Strike([&] { SendStroke(stroke); });
+  };
+  for (std::size_t at = 0; at < code.size();) strike(StrokeOf(NextCharacter(code, at)));
+  strike(StrokeOf(ui::Key::Enter));
   Done();
 }
 

@@ -46,6 +46,7 @@ class QtOperator : public ui::Operator {
   void Done();
 
   QtFrontEnd& front_end_;
+  quint64 scans_ = 0;
 };
 
 }  // namespace tpv::qt

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "adapters/qt/cell_delegate.h"
+#include "adapters/qt/keys.h"
 #include "adapters/qt/table_setup.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
@@ -53,8 +54,9 @@ QVariant SearchModel::headerData(int section, Qt::Orientation orientation, int r
   return named ? Text(captions[section]) : QString();
 }
 
-SearchDialog::SearchDialog(const ui::SearchRequest& request, QWidget* parent)
+SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, QWidget* parent)
     : QDialog(parent, Qt::Dialog),
+      engine_(engine),
       model_(new SearchModel(request, this)),
       edit_(new QLineEdit(this)),
       table_(new QTableView(this)),
@@ -127,7 +129,25 @@ void SearchDialog::MoveTo(int row) {
 
 bool SearchDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched != edit_ || event->type() != QEvent::KeyPress) return false;
-  return Key(static_cast<QKeyEvent*>(event)->key());
+  const auto& key = static_cast<QKeyEvent&>(*event);
+  return TakeScanned(key) || Key(key.key());
+}
+
+// True for a scanner's line end. The one row that holds its code is meant; among
+// several the operator chooses.
+bool SearchDialog::TakeScanned(const QKeyEvent& event) {
+  ui::ScanBurst& burst = engine_.Burst();
+  const ui::KeyMoment when = MomentOf(event);
+  if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter) {
+    const auto typed = event.text().toUcs4();
+    if (!typed.isEmpty()) burst.Begins(typed.front(), when);
+    return false;
+  }
+  if (burst.Trails(when)) return true;
+  if (!burst.LineEnd(when)) return false;
+  by_key_ = model_->rowCount() == 1;
+  by_key_ ? Choose(0) : engine_.ScanUnanswered();
+  return true;
 }
 
 // The list's keys while the search box has the focus.

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <optional>
 
+#include "screen/engine.h"
 #include "screen/search_list.h"
 
 class QLabel;
@@ -32,8 +33,8 @@ class SearchModel : public QAbstractTableModel {
 
 class SearchDialog : public QDialog {
  public:
-  // The request outlives the dialog.
-  SearchDialog(const ui::SearchRequest& request, QWidget* parent);
+  // The request and the engine outlive the dialog.
+  SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, QWidget* parent);
 
   bool closed() const { return closed_; }
   bool closed_by_key() const { return by_key_; }
@@ -53,8 +54,10 @@ class SearchDialog : public QDialog {
   void Narrow(const QString& text);
   void MoveTo(int row);
   bool Key(int key);
+  bool TakeScanned(const QKeyEvent& event);
   void Choose(int row);
 
+  ui::Engine& engine_;
   SearchModel* model_;
   QLineEdit* edit_;
   QTableView* table_;

@@ -1,6 +1,7 @@
 #include "adapters/qt/status_band.h"
 
 #include <QPainter>
+#include <QTimer>
 #include <algorithm>
 
 #include "adapters/qt/text.h"
@@ -39,9 +40,19 @@ void StatusBand::Show(std::vector<ui::StatusItem> items) {
   update();
 }
 
+void StatusBand::Flash() {
+  constexpr int kFlash = 600;  // milliseconds
+  flashing_ = true;
+  update();
+  QTimer::singleShot(kFlash, this, [this] {
+    flashing_ = false;
+    update();
+  });
+}
+
 void StatusBand::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), colour::kBand);
+  painter.fillRect(rect(), flashing_ ? colour::kWarning : colour::kBand);
   const QFont small = Type(kLabelSize);
   const QFont large = Type(kTextSize);
   int x = kMargin;

@@ -13,6 +13,8 @@ class StatusBand : public QWidget {
   explicit StatusBand(QWidget* parent);
   // Hides itself while there is nothing to say.
   void Show(std::vector<ui::StatusItem> items);
+  // Turns to the warning colour for a moment.
+  void Flash();
   QSize sizeHint() const override;
 
  protected:
@@ -20,6 +22,7 @@ class StatusBand : public QWidget {
 
  private:
   std::vector<ui::StatusItem> items_;
+  bool flashing_ = false;
 };
 
 }  // namespace tpv::qt

@@ -74,10 +74,11 @@ ui::SearchRequest AllArticles(int articles) {
 std::vector<Row> MeasureSearch() {
   const ui::SearchRequest request = AllArticles(100000);
   const std::string word = "leche ref. 12";
+  ui::Engine engine;
   std::unique_ptr<qt::SearchDialog> dialog;
   std::size_t at = word.size();
   const auto open = [&] {
-    dialog = std::make_unique<qt::SearchDialog>(request, nullptr);
+    dialog = std::make_unique<qt::SearchDialog>(request, engine, nullptr);
     dialog->show();
     dialog->activateWindow();
     Paint();

@@ -44,7 +44,7 @@ class Windows : public HostWindows {
  private:
   const std::shared_ptr<Application> ours_ = OurApplication();
   QtFrontEnd front_end_{ours_ ? QtFrontEnd::Dress::Application : QtFrontEnd::Dress::OwnWindows};
-  qt::Beep beep_;
+  qt::Beep beep_{front_end_};
 };
 
 }  // namespace

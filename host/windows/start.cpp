@@ -2,10 +2,13 @@
 
 #include <QFileDialog>
 
+#include "adapters/files/program.h"
+#include "adapters/files/setting_names.h"
 #include "adapters/qt/beep.h"
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_front_end.h"
 #include "adapters/qt/text.h"
+#include "base/text.h"
 #include "host/machine.h"
 #include "host/start_screen.h"
 #include "host/windows/application.h"
@@ -41,7 +44,10 @@ int Start(const std::string& picture) {
   Application application;
   qt::QtFrontEnd front_end;
   Machine machine;
-  qt::Beep beep;
+  qt::Beep beep(front_end, [&machine] {
+    const std::string command = machine.settings.Read(kTpv, "Sound", "Command");
+    return !command.empty() && LaunchProgram(Split(command, " "));
+  });
   StartScreen screen(machine, front_end, beep);
   screen.choose_file = [&](const std::string& current) {
     return ChooseFile(front_end.TopWindow(), current);

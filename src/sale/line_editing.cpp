@@ -11,7 +11,7 @@ void FrmTpv::Accept() {
 }
 
 void FrmTpv::Drop() {
-  EmptyLine();
+  SaleEntry::Drop();
   EndLine();
 }
 

@@ -4,7 +4,7 @@
 
 #include "base/mask.h"
 #include "base/number_text.h"
-#include "platform/sound.h"
+#include "base/scoped_value.h"
 #include "sale/sale_entry.h"
 #include "sale/sale_storage.h"
 
@@ -45,6 +45,8 @@ std::optional<Tax> SaleEntry::TaxOf(const Article& article) {
 void SaleEntry::LookUpArticle(ArticleKey key) {
   if (key.Empty()) key.id = SearchArticle(context());
   if (key.Empty()) return;
+  const auto weighed = Weighed(key.code);
+  if (weighed) key.code = weighed->article;
   std::optional<Article> article;
   std::optional<Tax> tax;
   bool quick = false;
@@ -58,6 +60,7 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
   if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
   tax_ = *tax;
   TakeArticle(*article);
+  if (weighed) TakeWeighed(*weighed);
   if (quick && edited_line_ == 0 && NumberOrZero(Text1[17].text) != 0) {
     looked_up_code_.clear();  // a line that is not stored is looked up again
     StoreEnteredLine();
@@ -68,7 +71,7 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
 }
 
 void SaleEntry::RefuseArticle(const std::string& text) {
-  context().ports.sound.Warn();
+  const ScopedValue sounds(scanning, true);
   article_id_ = 0;
   Text1[19].text.clear();
   Refuse(text, &Text1[19], Icon::Critical);
@@ -153,6 +156,11 @@ bool SaleEntry::StoreEnteredLine() {
   SetFocus(Text1[19]);
   EmptyLine();
   return true;
+}
+
+void SaleEntry::Drop() {
+  EmptyLine();
+  SetFocus(Text1[19]);
 }
 
 void SaleEntry::EmptyLine() {

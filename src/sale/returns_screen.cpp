@@ -55,10 +55,7 @@ void FrmTpvDevoluciones::DeclareLayout() {
 void FrmTpvDevoluciones::Connect() {
   Text1[6].left = [this] { LeaveTill(); };
   cmdNueva.click = [this] { StartOrCancel(); };
-  cmdCancelar.click = [this] {
-    EmptyLine();
-    SetFocus(Text1[19]);
-  };
+  cmdCancelar.click = [this] { Drop(); };
   cmdBuscar.click = cmdBuscarVentas.click = [this] { FindSale(); };
   cmdFinalizar.click = [this] { TakeCheckedLines(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };

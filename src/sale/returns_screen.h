@@ -20,6 +20,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   void OnF1(std::string_view tag) override;
   void ShowLinesAndTotals() override;
   bool TakesGoodsBack() const override { return true; }
+  void StartOrCancel() override;
   std::optional<Article> Find(const ArticleKey& key, std::int32_t customer_id) override;
   std::optional<Tax> TaxOf(const Article& article) override;
 
@@ -29,7 +30,6 @@ class FrmTpvDevoluciones : public SaleEntry {
   void Connect();
 
   void LeaveTill();
-  void StartOrCancel();
   void Start();
   void Leave();
   void ShowOpenTicket(bool open);

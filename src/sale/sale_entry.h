@@ -9,6 +9,7 @@
 
 #include "data/decimals.h"
 #include "sale/article_lookup.h"
+#include "sale/weighed_code.h"
 #include "screen/declared_fields.h"
 #include "screen/lookups.h"
 #include "screen/screen.h"
@@ -28,6 +29,9 @@ class SaleEntry : public Screen {
   void OnLoad() override;
   void OnEnter(ui::Control& control) override;
   std::vector<ui::StatusItem> Status() const override;
+  bool TakesScans() const override { return true; }
+  // The article field of a sale in progress, started when there was none.
+  ui::TextBox* FieldForScan() override;
 
  protected:
   SaleEntry(Context& ctx, std::string form_name);
@@ -38,10 +42,17 @@ class SaleEntry : public Screen {
 
   // The screen's own lists and totals of the context's sale.
   virtual void ShowLinesAndTotals() = 0;
+  // cmdNueva: starts a sale, or gives up the one in progress.
+  virtual void StartOrCancel() = 0;
   // An article is in the line fields and waits to be accepted.
   virtual void AwaitAcceptance() {}
   // Whether a line below zero is what the screen is for.
   virtual bool TakesGoodsBack() const { return false; }
+  // Stores the line in the fields, or empties them.
+  virtual void Accept() { AcceptLine(); }
+  virtual void Drop();
+  // Asks what becomes of an article that waits; false when it still does.
+  bool SettleWaitingLine();
   virtual std::optional<Article> Find(const ArticleKey& key, std::int32_t customer_id);
   virtual std::optional<Tax> TaxOf(const Article& article);
 
@@ -90,6 +101,8 @@ class SaleEntry : public Screen {
   void LeaveCustomer();
   void LeaveArticle();
   void TakeArticle(const Article& article);
+  std::optional<WeighedCode> Weighed(const std::string& code) const;
+  void TakeWeighed(const WeighedCode& weighed);
   void RefuseArticle(const std::string& text);
   bool CheckDate();
   void ReformatNumber(int index, int decimals);

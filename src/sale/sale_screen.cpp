@@ -33,6 +33,7 @@ bool FrmTpv::OnKeyDown(ui::Key key) {
     return true;  // within a sale it does nothing, so it types nothing either
   }
   if (key == ui::Key::Subtract && sale_in_progress_ && cmdFinalizar.IsEnabled()) {
+    if (!SettleWaitingLine()) return true;
     Text1[19].text.clear();
     Finish();
     return true;
@@ -84,6 +85,7 @@ void FrmTpv::Cancel() {
 }
 
 void FrmTpv::Finish() {
+  if (!SettleWaitingLine()) return;
   FrmTpv1 checkout(context());
   Open(checkout);
   context().ports.ui.ShowModal(checkout);

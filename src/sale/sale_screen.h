@@ -28,6 +28,9 @@ class FrmTpv : public SaleEntry {
  protected:
   void OnEscape() override;
   void ShowLinesAndTotals() override;
+  void StartOrCancel() override;
+  void Accept() override;
+  void Drop() override;
   void AwaitAcceptance() override { cmdGuardar.enabled = true; }
 
  private:
@@ -44,7 +47,6 @@ class FrmTpv : public SaleEntry {
   void HandHead(FrmTpvAperturaCaja& opening);
 
   // the sale
-  void StartOrCancel();
   void Start();
   void Cancel();
   void Finish();
@@ -53,8 +55,6 @@ class FrmTpv : public SaleEntry {
   void ShowTotals();
 
   // the line being entered
-  void Accept();
-  void Drop();
   void EndLine();
   void EditLine(int row, int column);
 

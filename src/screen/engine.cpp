@@ -186,9 +186,12 @@ void Engine::FocusOn(Control& control) {
   Settle(control.form);
 }
 
-void Engine::TypeCharacter(char32_t character) {
+void Engine::TypeCharacter(char32_t character, KeyMoment when) {
   Form& form = *Top();
+  const bool begins = burst_.Begins(character, when);
+  if (begins) RememberFocus(form);
   if (form.focus == nullptr) throw ActionRefused("ningún control tiene el foco");
+  if (!begins && dynamic_cast<TextBox*>(form.focus) == nullptr) return;  // no finger's key
   if (character == U' ' && dynamic_cast<TextBox*>(form.focus) == nullptr) {
     return PressSpace(*form.focus);
   }
@@ -245,8 +248,10 @@ void Engine::ClearText() {
   PressKey(Key::Delete);
 }
 
-void Engine::KeyDown(Key key) {
+void Engine::KeyDown(Key key, KeyMoment when) {
   Form& form = *Top();
+  if (key == Key::Enter && TakeLineEnd(form, when)) return;
+  if (key != Key::Enter) burst_.Interrupt();
   bool swallowed = false;
   Run(form, [&] { swallowed = form.OnKeyDown(key); });
   if (swallowed || form.closing || Top() != &form) return;
@@ -304,10 +309,10 @@ void Engine::KeyUp(Key key) {
   Run(form, [&] { form.OnKeyUp(key); });
 }
 
-void Engine::PressKey(Key key) {
+void Engine::PressKey(Key key, KeyMoment when) {
   const Form* form = Top();
   const std::size_t openings = openings_;
-  KeyDown(key);
+  KeyDown(key, when);
   if (openings == openings_ && Top() == form && !form->closing) KeyUp(key);
 }
 

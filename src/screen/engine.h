@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/ui/form.h"
+#include "screen/scan_burst.h"
 
 namespace tpv::ui {
 
@@ -39,11 +40,15 @@ class Engine {
   // not possible, and lets an error of a handler through after settling the
   // focus; the form stays open then.
   void FocusOn(Control& control);           // as a mouse click does
-  void TypeCharacter(char32_t character);   // through OnCharacter and the box's limits
+  // Through OnCharacter and the box's limits. With their moments, the characters
+  // and the Enter of a scanner are known as such: what stood in the focused control
+  // before them stays, and the code goes to the form's field for scans.
+  void TypeCharacter(char32_t character, KeyMoment when = {});
   void ClearText();                         // select all, the Delete key
-  void KeyDown(Key key);
+  void KeyDown(Key key, KeyMoment when = {});
   void KeyUp(Key key);
-  void PressKey(Key key);                   // down and up, the release lost to what opened
+  void PressKey(Key key, KeyMoment when = {});                   // down and up, the release lost to what opened
+  void Scan(std::string_view code);         // a scanner's keys
   void Click(Control& control);             // button, check box, option button
   void AccessKey(char32_t letter);          // Alt and a caption's & letter
   void SelectRow(Control& control, int row);             // grid, list view, combo entry
@@ -61,19 +66,40 @@ class Engine {
   // its event ends.
   void BoxClosed(bool by_key) { box_closed_by_key_ = by_key; }
 
+  // What tells a scanner's keys, also for a box or dialog that takes its keys itself.
+  ScanBurst& Burst() { return burst_; }
+  // A code was scanned over a box or a dialog that nobody has answered.
+  void ScanUnanswered();
+
  private:
   void Settle(Form& form);
   template <typename Handler>
   void Run(Form& form, Handler handler);
+  void RememberFocus(const Form& form);
+  void RestoreFocus();
+  bool TakeLineEnd(Form& form, KeyMoment when);
+  void EnterScanned(Form& form, const std::string& code);
   void DefaultKey(Form& form, Key key);
   void TypeKeypad(Form& form, TextBox& box, char32_t character);
   void MoveRow(Control& control, int step);
   void PressSpace(Control& control);
   void FindEntry(ComboBox& combo, char32_t character);
 
+  // What a scanner's characters may have changed before they were known as such.
+  struct Touched {
+    Control* control = nullptr;
+    std::string text;
+    std::size_t selection_start = 0;
+    std::size_t selection_length = 0;
+    int index = -1;
+  };
+
   std::vector<Form*> forms_;
   std::size_t openings_ = 0;
   bool box_closed_by_key_ = false;
+  ScanBurst burst_;
+  Touched touched_;
+  std::int64_t scans_ = 0;
 };
 
 }  // namespace tpv::ui

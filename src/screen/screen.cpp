@@ -5,6 +5,7 @@
 #include "base/date_time.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "platform/sound.h"
 
 namespace tpv {
 
@@ -66,12 +67,24 @@ void Screen::OnLeave(ui::Control& control) {
   }
 }
 
+void Screen::OnScanRefused(const std::string& code) {
+  Refuse("El código leído no se puede usar aquí: " + code, nullptr, ui::Icon::Exclamation);
+}
+
+void Screen::OnScanUnanswered() { context_.ports.sound.Warn(); }
+
+// Who scans looks at the goods: whatever a code brings up sounds.
+ui::Answer Screen::Show(const ui::MessageBox& box) {
+  if (scanning) context_.ports.sound.Warn();
+  return context_.ports.ui.Show(box);
+}
+
 void Screen::Message(std::string text, ui::Icon icon, std::string title) {
   ui::MessageBox box;
   box.text = std::move(text);
   box.icon = icon;
   box.title = std::move(title);
-  context_.ports.ui.Show(box);
+  Show(box);
 }
 
 void Screen::Refuse(std::string text, ui::Control* focus_back, ui::Icon icon, std::string title) {
@@ -89,7 +102,7 @@ ui::Answer Screen::Ask(std::string text, ui::Icon icon, ui::Answer default_butto
   if (with_cancel) box.buttons.push_back(ui::Answer::Cancel);
   box.default_button = default_button;
   box.title = std::move(title);
-  return context_.ports.ui.Show(box);
+  return Show(box);
 }
 
 void Screen::SendTab() { tab_sent = true; }

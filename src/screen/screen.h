@@ -26,6 +26,8 @@ class Screen : public ui::Form {
   void OnLeave(ui::Control& control) override;
   // The Enter that closes a box does not also move the focus, and the next one does.
   void OnBoxClosedByKey() override { pending_message.clear(); }
+  void OnScanRefused(const std::string& code) override;
+  void OnScanUnanswered() override;
 
  protected:
   Context& context() const { return context_; }
@@ -71,6 +73,8 @@ class Screen : public ui::Form {
   static double Number(const ui::TextBox& box);
 
  private:
+  ui::Answer Show(const ui::MessageBox& box);
+
   Context& context_;
   std::unique_ptr<FormToolkit> toolkit_;
 };

@@ -10,8 +10,7 @@ void HeadlessOperator::Type(std::string_view text) {
 }
 
 void HeadlessOperator::Scan(std::string_view code) {
-  for (std::size_t at = 0; at < code.size();) front_end_.Strike(NextCharacter(code, at));
-  front_end_.Strike(U'\n');
+  front_end_.Scan(code);
 }
 
 void HeadlessOperator::Click(ui::Control& control) {

@@ -72,6 +72,16 @@ class Form {
   virtual void OnBoxClosedByKey() {}
   // The window's close box; may refuse by not calling Close.
   virtual void OnCloseBox() { Close(); }
+  // Whether scanned codes belong to one field of the form, wherever the focus is.
+  virtual bool TakesScans() const { return false; }
+  // That field, ready for the code: what must be asked or done first is done. Null
+  // when no code can be taken now; the operator was told.
+  virtual TextBox* FieldForScan() { return nullptr; }
+  // A scanned code that nothing on this form takes.
+  virtual void OnScanRefused(const std::string& /*code*/) {}
+  // A code was scanned while a box that must be answered stands over the form.
+  virtual void OnScanUnanswered() {}
+  bool scanning = false;  // a scanned code is being entered
   // Asked for after each event; shown where the operator sees it at once.
   virtual std::vector<StatusItem> Status() const { return {}; }
 
