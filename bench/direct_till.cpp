@@ -39,6 +39,8 @@ void DirectTill::Finish() {
   store_.Run("BEGIN IMMEDIATE");
   update_sale_(sale_);
   collected_(sale_);
+  till_state_();
+  till_clock_();
   insert_entry_();
   link_(newest_entry_(), sale_);
   store_.Run("COMMIT");

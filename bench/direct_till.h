@@ -111,6 +111,8 @@ class DirectTill {
                            "LIMIT 1"};
   Prepared till_state_{store_, "SELECT DiaCaj_Tipo FROM DiaCaj WHERE DiaCaj_Caja = 1 ORDER BY DiaCaj_Caja, "
                                "DiaCaj_Fecha DESC LIMIT 1"};
+  Prepared till_clock_{store_, "SELECT tpv_getdate(), (SELECT MAX(DiaCaj_Fecha) FROM DiaCaj WHERE "
+                               "DiaCaj_Caja = 1)"};
 };
 
 }  // namespace tpv::bench

@@ -59,8 +59,8 @@ void FrmTpvMovCaja::LeaveCustomer() {
   if (text.empty()) return ForgetCustomer();
   const auto code = ParseInt32(text);
   if (customer_id_ != 0 && code == customer_code_) return;
-  if (msBuscarClientes(code.value_or(-2), 0)) return;
   ForgetCustomer();
+  if (msBuscarClientes(code.value_or(-2), 0)) return;
   Refuse("Codigo de cliente no existe", &Text1[2]);
 }
 

@@ -115,12 +115,14 @@ bool LookUpAgent(Context& context, FormToolkit& toolkit, std::int32_t id, ui::Te
     }
     return !name.text.empty();
   }
+  context.IdAgente = 0;  // nobody, should the look-up fail
+  name.text.clear();
   const auto row = context.Database().Execute(
       "SELECT Age_ID,Age_NOM,Age_Reg FROM Age WHERE  Age_id = " + sql::Number(std::int64_t{id}));
   const bool found = !row->Eof();
-  context.IdAgente = found ? row->Field("Age_id").IntOr(0) : 0;
+  if (found) context.IdAgente = row->Field("Age_id").IntOr(0);
   code.text = found ? std::to_string(context.IdAgente) : std::string();
-  name.text = found ? row->Field("age_Nom").TextOr("") : std::string();
+  if (found) name.text = row->Field("age_Nom").TextOr("");
   return found;
 }
 
