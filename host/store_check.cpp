@@ -136,6 +136,9 @@ std::vector<Rule> ClosureRules() {
 
 std::vector<Rule> InvoiceRules() {
   return {
+      // A till would sell to whichever comes first.
+      {"Códigos de cliente repetidos (se nombra el código: cambie uno de los dos)",
+       "SELECT CLI_COD FROM Cli GROUP BY CLI_COD HAVING COUNT(*) > 1"},
       {"Números de factura repetidos",
        "SELECT MAX(Fav_Id) FROM Fav GROUP BY ISNULL(Fav_Serie,''), Fav_Numero HAVING COUNT(*) > 1"},
       {"Tickets de una factura que no existe",

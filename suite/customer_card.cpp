@@ -7,6 +7,7 @@ namespace tpv::suite {
 
 CustomerCard::CustomerCard(Ports& ports) : LateBound("ZRCLIENTES.ZRCLI"), ports_(ports) {
   Properties(Kind::Object, {"MyBd"});
+  Properties(Kind::Whole, {"IdCliente"});
   Define("zShowNuevoCliente", 0, 0, [this](auto) { return ShowNew(); });
 }
 
@@ -18,6 +19,7 @@ Variant CustomerCard::ShowNew() {
   Context context{0, 0, 0, 0, database, ports_};
   CustomerForm form(context);
   ports_.ui.ShowModal(form);
+  Set("IdCliente", Variant(form.StoredId()));
   return Variant(form.Stored());
 }
 

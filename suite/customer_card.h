@@ -11,7 +11,7 @@ class CustomerCard : public LateBound {
   explicit CustomerCard(Ports& ports);
 
  private:
-  // The new customer's code, 0 when none was created.
+  // The new customer's code, 0 when none was created; its id is then in IdCliente.
   Variant ShowNew();
 
   Ports& ports_;

@@ -13,6 +13,9 @@ namespace {
 constexpr ChoiceList kStreetTypes{"SELECT TVI_COD,TVI_NOM FROM zrcomun.dbo.TVI", "TVI_COD", "TVI_NOM"};
 constexpr ChoiceList kProvinces{"SELECT PROV_COD,PROV_NOM FROM zrcomun.dbo.PROV", "PROV_COD", "PROV_NOM"};
 
+// Another till may give the same code while this one is being written down.
+class CodeTaken : public std::exception {};
+
 }  // namespace
 
 CustomerForm::CustomerForm(Context& ctx) : Screen(ctx, "frmNuevoCliente") {
@@ -66,9 +69,13 @@ bool CustomerForm::Check() {
   if (!Text1[kNumber].text.empty() && !ParseInt32(Text1[kNumber].text)) {
     return refuse("El número de la calle no es correcto", kNumber);
   }
+  return true;
+}
+
+void CustomerForm::RequireFreeCode() {
   const auto taken = Database().Execute("SELECT TOP 1 CLI_ID FROM Cli WHERE CLI_COD = " +
                                         sql::WholeNumber(Text1[kCode].text));
-  return taken->Eof() || refuse("Ya existe un cliente con ese código", kCode);
+  if (!taken->Eof()) throw CodeTaken();
 }
 
 void CustomerForm::Accept() {
@@ -76,6 +83,8 @@ void CustomerForm::Accept() {
   try {
     Store();
     Close();
+  } catch (const CodeTaken&) {
+    Refuse("Ya existe un cliente con ese código", &Text1[kCode], ui::Icon::Exclamation, "Atención");
   } catch (const DatabaseError& error) {
     Refuse("No se ha podido grabar el cliente. " + std::string(kLineBreak) + error.what(), nullptr,
            ui::Icon::Critical);
@@ -84,6 +93,7 @@ void CustomerForm::Accept() {
 
 void CustomerForm::Store() {
   Transaction transaction(Database());
+  RequireFreeCode();
   RowBuilder& customer = context().MyBd->NuevaSentencia();
   customer.Tabla("Cli");
   customer.BeginTrans(false);
@@ -114,6 +124,7 @@ void CustomerForm::Store() {
   Database().Execute("INSERT INTO CliDir (CLIDIR_CLI, CLIDIR_DIR) VALUES (" +
                      std::to_string(customer_id) + ", " + std::to_string(address_id) + ")");
   transaction.Commit();
+  stored_id_ = customer_id;
   stored_ = Int32OrZero(Text1[kCode].text);
 }
 

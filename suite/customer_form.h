@@ -9,7 +9,8 @@ class CustomerForm : public Screen {
  public:
   explicit CustomerForm(Context& ctx);
 
-  // The code of the customer stored, 0 while none is.
+  // Id and code of the customer stored, 0 while none is.
+  std::int32_t StoredId() const { return stored_id_; }
   std::int32_t Stored() const { return stored_; }
 
   void OnLoad() override;
@@ -18,6 +19,7 @@ class CustomerForm : public Screen {
   enum Field { kCode, kName, kSurname1, kSurname2, kDocument, kStreet, kNumber, kPostCode, kTown };
 
   bool Check();
+  void RequireFreeCode();
   void Accept();
   void Store();
   std::int32_t Insert(RowBuilder& row, const char* last_id);
@@ -29,6 +31,7 @@ class CustomerForm : public Screen {
   ui::Frame Frame2{*this, "Frame2", "Dirección"};
   ui::Button cmdAceptar{*this, "cmdAceptar", "&Aceptar"};
   ui::Button cmdCancelar{*this, "cmdCancelar", "&Cancelar"};
+  std::int32_t stored_id_ = 0;
   std::int32_t stored_ = 0;
 };
 

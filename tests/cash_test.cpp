@@ -80,6 +80,14 @@ TEST_F(Day, AFailedClosureIsToldToSupport) {
   EXPECT_EQ(mail.port, 25);
   EXPECT_EQ(mail.subject, "Error en poceso de cierre de caja TPV");
   EXPECT_EQ(mail.body, "Detalle del error:\r\nFallo provocado en la sentencia");
+  // A mail that fails hides nothing.
+  till.shop().mailer.on_mail = [](const Mail&) { throw std::runtime_error("sin red"); };
+  EXPECT_EQ(till.Play("mail on\nfail nothing\ncall zAperturaCierre\nenter Text1(11) 1\n"
+                      "click cmdProceso\nselect ListView1 0\nenter Text1(4) 0\nfail sql COMMIT\n"
+                      "click cmdGrabar\nanswer Yes\n"
+                      "answer OK \"Error procesando cierre de caja\\nFallo provocado en la sentencia\"\n"
+                      "expect screen frmTpvCierreCaja\n"),
+            "");
 }
 
 TEST_F(Day, TheReportTotalsTillsAndDays) {
@@ -131,6 +139,28 @@ TEST_F(Day, ADeadMailServerDoesNotHoldTheTillForTheWholeQueue) {
   till.shop().mailer.error.clear();
   SendQueuedMails(context);  // one that answers gets them all
   EXPECT_EQ(till.shop().mailer.mails.size(), 10u);
+}
+
+TEST_F(Day, TwoTillsSendAQueuedMailOnce) {
+  TestTill till(path, clock);
+  TestTill other(path, clock);
+  till.store().Execute("INSERT INTO QCIERRES (QCIERRES_Email, QCIERRES_Asunto, QCIERRES_Texto) "
+                       "VALUES ('jefa@example.org', 'Cierre', 'Texto')");
+  till.shop().mailer.on_mail = [&](const Mail&) { SendQueuedMails(other.context()); };
+  SendQueuedMails(till.context());
+  SendQueuedMails(other.context());
+  EXPECT_EQ(till.shop().mailer.mails.size(), 1u);
+  EXPECT_EQ(other.shop().mailer.mails.size(), 0u);
+  // One that died while it sent leaves the mail to the others, not for ever.
+  till.store().Execute("UPDATE QCIERRES SET QCIERRES_Enviado = NULL");
+  till.store().Execute("INSERT INTO QCIERRESEnvio (Qen_Id, Qen_Desde) VALUES (1, '24/11/2026 10:26:00')");
+  SendQueuedMails(other.context());
+  EXPECT_EQ(other.shop().mailer.mails.size(), 0u);
+  clock.now = AddSeconds(clock.now, 120);
+  SendQueuedMails(other.context());
+  EXPECT_EQ(other.shop().mailer.mails.size(), 1u);
+  const auto left = till.store().Execute("SELECT COUNT(*) FROM QCIERRESEnvio");
+  EXPECT_EQ(left->Field(0).ToInt32(), 0);
 }
 
 }  // namespace

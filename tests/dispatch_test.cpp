@@ -22,17 +22,5 @@ TEST(Dispatch, IdsAreTheInterfaces) {
   EXPECT_THROW(DispatchId("zOtro"), DispatchError);
 }
 
-TEST(Dispatch, TheNewestComponentOfTheThreadIsTheCurrentOne) {
-  TestStore store;
-  TestShop shop{store.connection(), store.clock()};
-  const Zrtpve component(shop.ports);
-  EXPECT_EQ(Zrtpve::Current(), &component);
-  {
-    Zrtpve second(shop.ports);
-    EXPECT_EQ(Zrtpve::Current(), &second);
-  }
-  EXPECT_EQ(Zrtpve::Current(), nullptr);
-}
-
 }  // namespace
 }  // namespace tpv

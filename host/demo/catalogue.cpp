@@ -3,7 +3,9 @@
 #include <vector>
 
 #include "base/mask.h"
+#include "base/rounding.h"
 #include "base/text.h"
+#include "data/decimals.h"
 #include "host/demo/fill.h"
 #include "office/places.h"
 
@@ -11,9 +13,11 @@ namespace tpv::demo {
 
 namespace {
 
+// Prices with tax, of those that any number of pieces up to twenty costs to the cent
+// although a line's amount without tax is in cents.
 struct ArticleData {
   const char* name;
-  double net_price;
+  double price;
   int tax_class;
 };
 
@@ -153,7 +157,10 @@ void FillPaymentMethods(Connection& connection) {
 
 }  // namespace
 
-double NetPriceOf(int article) { return DataOf(article).net_price; }
+double NetPriceOf(int article) {
+  return RoundHalfAway(DataOf(article).price / (1 + RateOf(TaxClassOf(article)) / 100),
+                       kNewShopPriceDecimals);
+}
 int TaxClassOf(int article) { return DataOf(article).tax_class; }
 
 std::string NameOf(int article) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "data/decimals.h"
 #include "host/demo/catalogue.h"
 #include "host/demo/fill.h"
 #include "host/demo/till_day.h"
@@ -22,7 +23,7 @@ void FillParameters(Connection& connection) {
          "Par_NumCaja, Par_CliCon, Par_SerTic, Par_SerTicFac, Par_Alma, Par_Rapida, par_decpre, "
          "par_deccan, Par_Impre, Par_PCajon, Par_SCajon, Par_Nombre, Par_Sg, Par_NombreVia, "
          "Par_Cp, Par_Poblacion, Par_Telefono, Par_Doc, par_tpvemail",
-         {1, 1, "T", "FT", 1, 1, 2, 2, 2, 0, "27,112,0,25,250", "ULTRAMARINOS LA ESQUINA", "CL",
+         {1, 1, "T", "FT", 1, 1, kNewShopPriceDecimals, 2, 2, 0, "27,112,0,25,250", "ULTRAMARINOS LA ESQUINA", "CL",
           "Mayor 12", "30001", "Murcia", "968 123 456", "B30123452", ""});
 }
 

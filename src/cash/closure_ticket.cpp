@@ -1,5 +1,7 @@
 #include "cash/closure_ticket.h"
 
+#include <algorithm>
+
 #include "base/mask.h"
 #include "base/rounding.h"
 #include "base/text.h"
@@ -28,7 +30,9 @@ ClosureTicket::ClosureTicket(Context& context, std::int32_t closure_id)
 void ClosureTicket::Line(const std::string& text) { lines_.push_back(OneLine(text)); }
 
 void ClosureTicket::AmountLine(const char* label, double euros) {
-  Line(Right32(label + Amount9(euros)));
+  const std::string amount = Amount9(euros);
+  const std::size_t room = kTicketWidth - std::min(kTicketWidth, Length(amount));
+  Line(Right32(Left(label, room) + amount));
 }
 
 void ClosureTicket::Compose() {
@@ -77,8 +81,8 @@ void ClosureTicket::ComposePayments() {
   Banner("*      Desglose de Pagos      *");
   for (; !payments->Eof(); payments->MoveNext()) {
     EventHeader(payments->Field("DiaCaj_id").TextOr(""), *payments);
-    Line(Description23(payments->Field("DiaCaj_Obs").TextOr("")) +
-         Amount9(Euros(*payments, "DiaCaj_Cobrado")));
+    Line(DescriptionAndAmount(payments->Field("DiaCaj_Obs").TextOr(""),
+                              Euros(*payments, "DiaCaj_Cobrado")));
   }
 }
 
@@ -97,7 +101,7 @@ void ClosureTicket::ComposeSales() {
     const std::string ticket = Trim(sold->Field("Ticket").TextOr(""));
     if (first || ticket != previous) EventHeader(ticket, *sold);
     previous = ticket;
-    Line(Description23(sold->Field("lav_des").TextOr("")) + Amount9(Euros(*sold, "Venta")));
+    Line(DescriptionAndAmount(sold->Field("lav_des").TextOr(""), Euros(*sold, "Venta")));
   }
 }
 

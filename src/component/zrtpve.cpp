@@ -17,19 +17,7 @@
 
 namespace tpv {
 
-namespace {
-
-thread_local Zrtpve* current = nullptr;
-
-}  // namespace
-
-Zrtpve::Zrtpve(Ports& ports) : context_{0, 0, 0, 0, nullptr, ports} { current = this; }
-
-Zrtpve::~Zrtpve() {
-  if (current == this) current = nullptr;
-}
-
-Zrtpve* Zrtpve::Current() { return current; }
+Zrtpve::Zrtpve(Ports& ports) : context_{0, 0, 0, 0, nullptr, ports} {}
 
 void Zrtpve::RequireDatabase() const {
   if (!context_.MyBd) throw ObjectError("ZRTPVE: falta MyBd");

@@ -14,10 +14,8 @@ namespace tpv {
 // caller. The object validates nothing that is put into its properties.
 class Zrtpve {
  public:
-  // Becomes the thread's context object; a later one takes its place. The ports
-  // outlive the object.
+  // The ports outlive the object. Its screens and services work on its own context.
   explicit Zrtpve(Ports& ports);
-  ~Zrtpve();
   Zrtpve(const Zrtpve&) = delete;
   Zrtpve& operator=(const Zrtpve&) = delete;
 
@@ -38,9 +36,6 @@ class Zrtpve {
   void Abre_Cajon();
   void Emite_Ticket();
   double fnPendienteCliente(std::int32_t& nCliente);  // euros
-
-  // The thread's newest object that is still alive; null when there is none.
-  static Zrtpve* Current();
 
  private:
   void RequireDatabase() const;

@@ -66,7 +66,7 @@ Table Customers() {
            {"CLI_IdAge", Int}, {"cli_doc", Text, 20}, {"Cli_Reg", Int}, {"Cli_Cta", Text, 24},
            {"cli_ban", Int}, {"cli_FavObs", Text, 255}, {"Cli_Di1", SmallInt},
            {"Cli_Di2", SmallInt}, {"Cli_msp", SmallInt}},
-          {{{"CLI_COD"}}, {{"CLI_COMER"}}}};
+          {{{"CLI_COD"}, true}, {{"CLI_COMER"}}}};
 }
 
 Table Addresses() {

@@ -101,22 +101,35 @@ class SalesTicket {
   };
 
   void PrintSoldLine(const Recordset& line, const LineColumns& columns) {
-    const std::string description = Description23(line.Field(columns.description).TextOr(""));
+    const std::string description = line.Field(columns.description).TextOr("");
     const double units = line.Field(columns.units).NumberOr(0);
     const double price = line.Field(columns.price).NumberOr(0);
-    const std::string amount = Amount9(line.Field(columns.amount).NumberOr(0));
+    const double amount = line.Field(columns.amount).NumberOr(0);
     if (units > 1) {
-      Line(description);
+      Line(Description23(description));
       CloseUp();
-      Line("  " + Amount9(units) + " x " + Amount9(price) + amount);
+      PrintUnits(units, price, amount);
     } else {
-      Line(description + amount);
+      Line(DescriptionAndAmount(description, amount));
     }
     const double discount = line.Field(columns.discount).NumberOr(0);
     if (discount == 0) return;
     CloseUp();
     Line("Precio Ud. " + FormatNumber(price, "#,##0.00") + " - " + FormatNumber(discount, "##") +
          "% Dto");
+  }
+
+  // Large numbers close up first, and then the amount gets a line of its own.
+  void PrintUnits(double units, double price, double amount) {
+    const std::string sold = "  " + Amount9(units) + " x " + Amount9(price);
+    const std::string all = sold + Amount9(amount);
+    if (Length(all) <= kTicketWidth) return Line(all);
+    const std::string closed = Trim(Amount9(units)) + " x " + Trim(Amount9(price));
+    const std::string euros = Trim(Amount9(amount));
+    if (Length(closed) + 1 + Length(euros) <= kTicketWidth) return Line(Right32(closed + " " + euros));
+    Line(PadRight(closed, kTicketWidth));
+    CloseUp();
+    Line(Right32(euros));
   }
 
   void AmountLine(std::string_view label, double euros) {

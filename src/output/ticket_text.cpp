@@ -1,5 +1,6 @@
 #include "output/ticket_text.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "base/mask.h"
@@ -15,6 +16,12 @@ std::string Amount9(double euros) { return PadLeft(FormatNumber(euros, "#,##0.00
 std::string Description23(std::string_view text) {
   constexpr std::size_t kWidth = 23;
   return PadRight(Left(OneLine(text), kWidth), kWidth);
+}
+
+std::string DescriptionAndAmount(std::string_view description, double euros) {
+  const std::string amount = Amount9(euros);
+  const std::size_t room = kTicketWidth - std::min(kTicketWidth, Length(amount));
+  return Left(Description23(description), room) + amount;
 }
 
 std::string Right32(std::string_view text) {

@@ -19,6 +19,9 @@ std::string Amount9(double euros);
 // The first 23 characters, or the text filled up to 23 with blanks. Characters
 // that would break the line are blanks.
 std::string Description23(std::string_view text);
+// A description and its amount in 32 characters: an amount that needs more than 9
+// takes them from the description.
+std::string DescriptionAndAmount(std::string_view description, double euros);
 std::string Right32(std::string_view text);
 std::string Centre32(std::string_view text);
 

@@ -62,11 +62,24 @@ void FrmTpv1::LeaveCustomer() {
   if (customer_id_ == 0) Refuse("Codigo de cliente no existe", &Text1[2]);
 }
 
+namespace {
+
+// 0 from a card that tells the new customer's code alone.
+std::int32_t NewCustomerId(Object& card) {
+  try {
+    return card.Get("IdCliente").IntOr(0);
+  } catch (const ObjectError&) {
+    return 0;
+  }
+}
+
+}  // namespace
+
 void FrmTpv1::NewCustomer() {
   const auto card = context().ports.objects.Create("ZRCLIENTES.ZRCLI");
   card->Put("MyBd", Variant(Variant::ObjectRef(context().MyBd)));
   const std::int32_t code = card->Invoke("zShowNuevoCliente").IntOr(0);
-  if (code > 0) msBuscarClientes(code, 0);
+  if (code > 0) msBuscarClientes(code, NewCustomerId(*card));
 }
 
 void FrmTpv1::ShowPending() {
