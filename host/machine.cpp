@@ -1,6 +1,9 @@
 #include "host/machine.h"
 
 #include "adapters/files/private_files.h"
+#ifdef TPV_WITH_CSV
+#include "adapters/csv/csv_files.h"
+#endif
 #ifdef TPV_WITH_MAIL
 #include "adapters/mail/curl_mailer.h"
 #endif
@@ -19,6 +22,26 @@ class NoMailer : public Mailer {
 };
 #endif
 
+#ifndef TPV_WITH_CSV
+class NoTables : public TableFiles {
+ public:
+  std::unique_ptr<TableReader> Open(const std::string&) override { throw TableError(kMissing); }
+  std::unique_ptr<TableWriter> Create(const std::string&) override { throw TableError(kMissing); }
+
+ private:
+  static constexpr const char* kMissing =
+      "Este programa se construyó sin la biblioteca que lee y escribe ficheros CSV";
+};
+#endif
+
+std::unique_ptr<TableFiles> Tables() {
+#ifdef TPV_WITH_CSV
+  return std::make_unique<CsvFiles>();
+#else
+  return std::make_unique<NoTables>();
+#endif
+}
+
 std::unique_ptr<Mailer> MailerFor([[maybe_unused]] const Settings& settings,
                                   [[maybe_unused]] const Clock& clock) {
 #ifdef TPV_WITH_MAIL
@@ -33,7 +56,7 @@ std::unique_ptr<Mailer> MailerFor([[maybe_unused]] const Settings& settings,
 Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
 
 Machine::Machine(std::string settings_file)
-    : settings(std::move(settings_file)), mailer(MailerFor(settings, clock)) {}
+    : settings(std::move(settings_file)), mailer(MailerFor(settings, clock)), tables(Tables()) {}
 
 Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound) {
   return {front_end, printers, devices, settings, clock, *mailer, reports, objects, sound};

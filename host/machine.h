@@ -12,6 +12,7 @@
 #include "platform/mailer.h"
 #include "platform/ports.h"
 #include "platform/sound.h"
+#include "platform/table_file.h"
 
 namespace tpv {
 
@@ -29,6 +30,7 @@ class Machine {
   RawDevices devices{settings};
   PdfReports reports{settings, clock, printers};
   std::unique_ptr<Mailer> mailer;
+  std::unique_ptr<TableFiles> tables;  // of spreadsheets
 };
 
 }  // namespace tpv

@@ -10,6 +10,7 @@
 #include "host/play.h"
 #include "host/start.h"
 #include "host/store_commands.h"
+#include "host/table_commands.h"
 
 namespace tpv {
 namespace {
@@ -43,6 +44,12 @@ constexpr const char* kHelp =
     "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
     "      Un ALMACÉN es un FICHERO o --odbc CONEXIÓN: un origen de datos o una cadena de conexión\n"
     "      sin contraseña, que va en TPV_ODBC_PASSWORD o en el fichero TPV_ODBC_CREDENTIALS\n"
+    "  tpv import articles|customers|stock FICHERO [--store ALMACÉN|--odbc CONEXIÓN] [--dry-run|--yes]\n"
+    "                                    toma artículos, clientes o existencias de un fichero CSV:\n"
+    "                                    enseña qué cambiaría (--dry-run: solo eso) y pregunta (--yes: no)\n"
+    "  tpv export articles|customers|stock|tickets|lines|payments|invoices|closures FICHERO\n"
+    "      [--from dd/mm/aaaa] [--to dd/mm/aaaa] [--store ALMACÉN|--odbc CONEXIÓN]\n"
+    "                                    escribe un fichero CSV para una hoja de cálculo\n"
     "  tpv config                        ajustes: impresoras, cajón y correo\n"
     "      set NOMBRE [VALOR] | get NOMBRE | unset NOMBRE\n"
     "                                    sin VALOR se lee de la entrada (la contraseña, siempre)\n"
@@ -70,8 +77,10 @@ int Run(const Arguments& arguments) {
   if (arguments[0] == "play") return Play(ReadPlayOptions(rest), std::cout);
   if (arguments[0] == "store") return StoreCommand(rest, std::cout);
   if (arguments[0] == "sql") return SqlCommand(rest, std::cout);
-  if (arguments[0] == "config") {
+  if (arguments[0] == "import" || arguments[0] == "export" || arguments[0] == "config") {
     Machine machine;
+    if (arguments[0] == "import") return ImportCommand(machine, rest, std::cin, std::cout);
+    if (arguments[0] == "export") return ExportCommand(machine, rest, std::cout);
     return Config(machine, rest, std::cin, std::cout);
   }
   throw UsageError("orden desconocida: " + arguments[0]);

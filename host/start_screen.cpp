@@ -7,8 +7,8 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/till_state.h"
+#include "host/chosen_store.h"
 #include "host/machine.h"
-#include "host/server_store.h"
 #include "host/store.h"
 #include "suite/store_database.h"
 
@@ -21,11 +21,6 @@ constexpr std::int32_t kNoSale = -1;
 // Where the choices are kept from one start to the next.
 constexpr const char* kApplication = "TPV";
 constexpr const char* kSection = "Start";
-// Before the data source or connection string of a store on a server.
-constexpr std::string_view kServer = "odbc:";
-
-bool IsServer(std::string_view store) { return StartsWithNoCase(store, kServer); }
-
 // A path as the operator reads it, the home folder as "~".
 std::string Shortened(const std::string& path) {
   const std::string home = ExpandHome("~/");
@@ -87,10 +82,10 @@ void StartScreen::DeclareLayout() {
 
 void StartScreen::OnLoad() {
   const std::string kept = machine_.settings.Read(kApplication, kSection, "Store");
-  const bool usable = !kept.empty() && (IsServer(kept) || std::filesystem::exists(kept));
+  const bool usable = !kept.empty() && (IsServerStore(kept) || std::filesystem::exists(kept));
   const bool open = Open(usable ? kept : UsualStore());
   // A till of a server that does not answer must not sell on another store.
-  if (!open && usable && !IsServer(kept)) Open(UsualStore());
+  if (!open && usable && !IsServerStore(kept)) Open(UsualStore());
   ShowPrinter();
   SetFocus(cmdVenta);
 }
@@ -122,7 +117,7 @@ void StartScreen::ChooseStore() {
 void StartScreen::OpenTyped() {
   const std::string path = ExpandHome(Trim(Text1[0].text));
   if (path == opened_) return;
-  if (IsServer(path) || std::filesystem::exists(path) || path == UsualStore()) {
+  if (IsServerStore(path) || std::filesystem::exists(path) || path == UsualStore()) {
     Open(path);
   } else {
     Tell("No existe el almacén «" + path + "»", ui::Icon::Exclamation);
@@ -131,7 +126,7 @@ void StartScreen::OpenTyped() {
 }
 
 std::unique_ptr<Connection> StartScreen::Connect(const std::string& path) {
-  if (IsServer(path)) return OpenServerStore(path.substr(kServer.size()));
+  if (IsServerStore(path)) return OpenChosenStore(path, machine_.clock);
   if (path == UsualStore()) MakePrivateFolder(DataFolder() + "/demo");
   return OpenStore(path, Contents::Demonstration, machine_.clock);
 }
@@ -153,7 +148,7 @@ bool StartScreen::Open(const std::string& path) {
     FillAgents();
     return true;
   } catch (const std::exception& error) {
-    Text1[0].text = opened_.empty() && IsServer(path) ? path : Shortened(opened_);
+    Text1[0].text = opened_.empty() && IsServerStore(path) ? path : Shortened(opened_);
     Tell("No se puede abrir el almacén «" + path + "».\r\n" + error.what(), ui::Icon::Critical);
     return false;
   }
@@ -195,7 +190,7 @@ void StartScreen::Remember() {
 }
 
 void StartScreen::Run(void (Zrtpve::*screen)()) {
-  const bool again = !component_ && IsServer(Text1[0].text);
+  const bool again = !component_ && IsServerStore(Text1[0].text);
   if (again && !Open(Text1[0].text)) return;
   if (!component_ || !CheckTill()) return;
   try {
@@ -215,7 +210,7 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
   using Tone = ui::StatusItem::Tone;
   if (!connection_) return {};
   const std::string store =
-      IsServer(opened_) ? "Servidor" : std::filesystem::path(opened_).stem().string();
+      IsServerStore(opened_) ? "Servidor" : std::filesystem::path(opened_).stem().string();
   try {
     const bool known = ParseInt32(Text1[1].text).has_value();
     const bool open = known && TillIsOpen(*connection_, Text1[1].text);

@@ -1,0 +1,42 @@
+// The stored articles that a batch of a file's rows names.
+#pragma once
+
+#include <map>
+#include <unordered_map>
+
+#include "office/import/record.h"
+
+namespace tpv {
+class Connection;
+}
+
+namespace tpv::office {
+
+class StoredArticles {
+ public:
+  using Found = std::vector<const StoredRecord*>;
+
+  // Those with one of the codes or bar codes.
+  StoredArticles(Connection& connection, const std::vector<std::string>& keys);
+
+  // By FoldKey of a code; more than one where the store has a code twice.
+  const Found& OfCode(const std::string& folded) const { return Of(codes_, folded); }
+  const Found& OfBarCode(const std::string& folded) const { return Of(bar_codes_, folded); }
+  std::vector<std::int64_t> Ids() const;
+
+ private:
+  using Index = std::unordered_map<std::string, Found>;
+
+  static const Found& Of(const Index& index, const std::string& folded);
+  void Read(Connection& connection, const char* column, const std::string& keys);
+
+  std::map<std::int32_t, StoredRecord> articles_;
+  Index codes_;
+  Index bar_codes_;
+};
+
+// What warehouses have of articles: article and warehouse to units.
+using Stocks = std::map<std::pair<std::int32_t, std::int32_t>, double>;
+Stocks ReadStocks(Connection& connection, const std::vector<std::int64_t>& articles);
+
+}  // namespace tpv::office
