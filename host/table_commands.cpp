@@ -36,7 +36,8 @@ std::string ChosenStore(const Machine& machine, Arguments& arguments) {
 }
 
 template <typename Kind>
-Kind KindOf(const Arguments& arguments, const std::map<std::string, Kind>& kinds, const char* usage) {
+Kind KindOf(const Arguments& arguments, const std::map<std::string, Kind>& kinds,
+            const char* usage) {
   const auto kind = arguments.size() == 2 ? kinds.find(arguments[0]) : kinds.end();
   if (kind == kinds.end()) throw UsageError(usage);
   return kind->second;
@@ -53,13 +54,13 @@ bool Tell(long rows, double share) {
 }
 
 void Show(const office::ImportReport& report, std::ostream& out) {
-  out << "Nuevos: " << report.added << ", cambiados: " << report.changed << ", iguales: " << report.same
-      << ", rechazados: " << report.refused << "\n";
+  out << "Nuevos: " << report.added << ", cambiados: " << report.changed
+      << ", iguales: " << report.same << ", rechazados: " << report.refused << "\n";
   std::size_t shown = 0;
   for (const office::ImportLine& line : report.lines) {
     if (report.refused > 0 || ++shown > kLinesShown) break;
-    out << "  Línea " << line.line << ": " << OneLine(line.key) << (line.added ? ", nuevo" : ", cambia ")
-        << (line.added ? "" : line.changes) << "\n";
+    out << "  Línea " << line.line << ": " << OneLine(line.key)
+        << (line.added ? ", nuevo" : ", cambia ") << (line.added ? "" : line.changes) << "\n";
   }
   for (const office::Refusal& refusal : report.refusals) {
     out << "  " << OneLine(office::RefusalText(refusal)) << "\n";
@@ -68,7 +69,8 @@ void Show(const office::ImportReport& report, std::ostream& out) {
 }
 
 bool Agrees(std::istream& in, std::ostream& out) {
-  if (::isatty(STDIN_FILENO) != 1) throw UsageError("import: sin terminal hace falta --yes o --dry-run");
+  if (::isatty(STDIN_FILENO) != 1)
+    throw UsageError("import: sin terminal hace falta --yes o --dry-run");
   out << "¿Importarlo? (s/n) " << std::flush;
   std::string answer;
   std::getline(in, answer);
@@ -92,7 +94,8 @@ int ImportCommand(Machine& machine, Arguments arguments, std::istream& in, std::
   const bool agreed = TakeFlag(arguments, "--yes");
   const std::string store = ChosenStore(machine, arguments);
   const auto kind = KindOf<office::ImportKind>(
-      arguments, {{"articles", Articles}, {"customers", Customers}, {"stock", Stock}}, kImportUsage);
+      arguments, {{"articles", Articles}, {"customers", Customers}, {"stock", Stock}},
+      kImportUsage);
   const office::ImportOrder order{kind, arguments[1]};
   const auto connection = OpenChosenStore(store, machine.clock);
   office::ImportReport report = office::PreviewImport(*connection, *machine.tables, order, Tell);

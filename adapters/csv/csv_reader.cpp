@@ -17,7 +17,8 @@ constexpr std::size_t kMostCells = 1000;
 
 bool IsLineBreak(char c) { return c == '\n' || c == '\r'; }
 
-// The separator that the first row has most of, outside quotes.
+// The separator that the first row has most of, outside quotes; one that no text has
+// where the table has a single column.
 char SeparatorOf(std::string_view start) {
   constexpr std::string_view kSeparators = ";,\t";
   std::size_t counts[kSeparators.size()] = {};
@@ -29,7 +30,8 @@ char SeparatorOf(std::string_view start) {
     const std::size_t which = kSeparators.find(c);
     if (which != std::string_view::npos) ++counts[which];
   }
-  return kSeparators[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
+  const auto most = std::max_element(counts, std::end(counts));
+  return *most == 0 ? '\x1f' : kSeparators[static_cast<std::size_t>(most - counts)];
 }
 
 }  // namespace

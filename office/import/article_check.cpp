@@ -32,6 +32,7 @@ class Check {
     const auto& found = stored.OfCode(FoldKey(file_.heading.Cell(row_, Name(kCode))));
     if (found.size() > 1) Refuse(kCode, "la tienda tiene varios artículos con este código");
     article_ = article = found.empty() ? nullptr : found[0];
+    if (article_ != nullptr) wanted_.values[kCode] = article_->values[kCode];  // whatever its case
     if (wanted_.refused) return std::move(wanted_);
     CheckOwners(stored);
     CheckTexts(ArticleFields(), wanted_, article_, findings_);

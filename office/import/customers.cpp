@@ -201,7 +201,9 @@ class CustomersImport : public ImportTarget {
                !changed.empty()) {
       connection.Execute("UPDATE Cli SET " + changed + " WHERE CLI_ID = " + std::to_string(id));
     }
-    const std::string address = Assignments(fields, kAddressTable, wanted, customer);
+    const Customer none{{0, std::vector<std::string>(fields.size())}};
+    const std::string address =
+        Assignments(fields, kAddressTable, wanted, customer == nullptr ? &none : customer);
     if (address.empty()) return;
     if (customer != nullptr && customer->address != 0) {
       connection.Execute("UPDATE Dir SET " + address +

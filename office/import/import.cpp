@@ -1,5 +1,7 @@
 #include "office/import/import.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "office/import/target.h"
 #include "platform/database.h"
@@ -48,17 +50,17 @@ class Run {
 
   ImportReport Preview() {
     if (LookThrough()) Take(false);
-    return std::move(report_);
+    return Report();
   }
 
   ImportReport Store() {
-    if (!LookThrough()) return std::move(report_);
+    if (!LookThrough()) return Report();
     Transaction transaction(connection_);
     if (Take(true) && report_.refused == 0) {
       transaction.Commit();
       report_.stored = true;
     }
-    return std::move(report_);
+    return Report();
   }
 
  private:
@@ -133,6 +135,13 @@ class Run {
     report_.refusals = refusals;
     report_.refused = 1;
     return false;
+  }
+
+  ImportReport Report() {
+    std::stable_sort(
+        report_.refusals.begin(), report_.refusals.end(),
+        [](const Refusal& left, const Refusal& right) { return left.line < right.line; });
+    return std::move(report_);
   }
 
   bool Tell(long rows, double share) {
