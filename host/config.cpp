@@ -4,9 +4,11 @@
 #include <unistd.h>
 
 #include <istream>
+#include <mutex>
 #include <ostream>
 
 #include "adapters/files/channel.h"
+#include "adapters/files/code_table.h"
 #include "adapters/files/setting_names.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -33,6 +35,7 @@ bool IsFolder(const std::string& value) {
 bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_value(); }
 bool IsDevice(const std::string& value) { return IsTarget(value); }
 bool IsLayout(const std::string& value) { return AreWeighedLayouts(value); }
+bool IsCodeTable(const std::string& value) { return ParseCodeTable(value).has_value(); }
 bool IsAnything(const std::string&) { return true; }
 
 struct Known {
@@ -46,7 +49,9 @@ constexpr Known kKnown[] = {
     {"Paper", "Default", IsAnything, "el nombre de una impresora"},
     {"Paper", "Tickets", IsFolder, "una carpeta: /ruta o ~/ruta"},
     {"Paper", "Reports", IsFolder, "una carpeta: /ruta o ~/ruta"},
-    {"Printers", "", IsMode, "folder[:/ruta], escpos:DESTINO o page[:COLA]"},
+    {"Printers", "", IsMode,
+     "folder[:/ruta], escpos:DESTINO, page[:COLA], roll[:COLA] o sheets[:COLA]"},
+    {"CodeTable", "", IsCodeTable, kCodeTables},
     {"Devices", "", IsDevice, "/dev/…, ordenador:puerto o queue:COLA"},
     {"Scanner", "Layout", IsLayout, "códigos de balanza: 20=IIIIIPPPPP 29=IIIIIWWWWW"},
     {"Sound", "Command", IsAnything, "la orden que suena en lugar del pitido"},
@@ -133,7 +138,7 @@ std::string Shown(const Machine& machine, const Setting& setting) {
 
 void List(const Machine& machine, std::ostream& out) {
   out << "# " << machine.settings.path() << "\n";
-  for (const std::string_view section : {kPaper, kPrinters, kDevices, std::string_view("Mail")}) {
+  for (const std::string_view section : {kPaper, kPrinters, kCodeTable, kDevices, std::string_view("Mail")}) {
     for (const std::string& key : machine.settings.Keys(kTpv, section)) {
       const std::string name = std::string(section) + "." + key;
       out << name << " = " << Shown(machine, Find(name)) << "\n";
@@ -141,23 +146,64 @@ void List(const Machine& machine, std::ostream& out) {
   }
 }
 
-void ListPrinters(const Machine& machine, std::ostream& out) {
+// What was told of while a command ran; what other programs said too.
+class Told {
+ public:
+  explicit Told(Machine& machine) : machine_(machine) {
+    machine.printers.news.failed = [this](const Notice& notice) {
+      const std::lock_guard lock(mutex_);
+      text_ += notice.text + "\n" + (notice.detail.empty() ? "" : notice.detail + "\n");
+    };
+  }
+  ~Told() {
+    machine_.Finish();
+    machine_.printers.news = {};
+  }
+  Told(const Told&) = delete;
+  Told& operator=(const Told&) = delete;
+  // "" when all went well.
+  std::string Finish() {
+    machine_.Finish();
+    return text_;
+  }
+
+ private:
+  Machine& machine_;
+  std::mutex mutex_;
+  std::string text_;
+};
+
+int ListPrinters(Machine& machine, std::ostream& out) {
+  Told told(machine);
   for (const std::string& name : machine.printers.Installed()) {
     out << (name == machine.printers.Current() ? "* " : "  ") << name << "\n";
   }
+  const std::string trouble = told.Finish();
+  out << trouble;
+  return trouble.empty() ? 0 : 1;
 }
 
-void TryPrinter(Machine& machine, const Words& words, std::ostream& out) {
+int TryPrinter(Machine& machine, const Words& words, std::ostream& out) {
+  std::string folder;
+  Told told(machine);
+  machine.printers.news.in_folder = [&folder](const std::string& path) { folder = path + "\n"; };
   if (words.size() == 2) machine.printers.SetCurrent(words[1]);
-  machine.printers.on_folder = [&out](const std::string& folder) { out << folder << "\n"; };
-  const auto document = machine.printers.Begin();
+  const std::string table =
+      machine.settings.Read(kTpv, kCodeTable, machine.printers.Current());
+  const auto document = machine.printers.Begin("Prueba de impresión");
   document->SetFont("Courier New", 9, true);
   document->PrintLine("Prueba de impresión");
   document->SetFont("Courier New", 9, false);
   document->PrintLine("12345678901234567890123456789012");
-  document->PrintLine("áéíóúüñ ÁÉÍÓÚÜÑ ¿? ¡! €");
+  document->PrintLine("Letras: " + (table.empty() ? "lo normal" : table));
+  document->PrintLine("áéíóúüñç ÁÉÍÓÚÜÑÇ ¿? ¡! ª º");
+  document->PrintLine("àèòï ÀÈÒÏ Łódź");
+  document->PrintLine("5,00 €");
   document->PrintLine(ToDayFirstSeconds(machine.clock.Now()) + "\r\n");
   document->End();
+  const std::string trouble = told.Finish();
+  out << folder << trouble;
+  return trouble.empty() ? 0 : 1;
 }
 
 int TryMail(Machine& machine, const std::string& recipient, std::ostream& out) {
@@ -191,9 +237,9 @@ int Config(Machine& machine, const Words& words, std::istream& in, std::ostream&
   } else if (is("unset", 2, 2)) {
     Write(machine.settings, Find(words[1]), "");
   } else if (is("printers", 1, 1)) {
-    ListPrinters(machine, out);
+    return ListPrinters(machine, out);
   } else if (is("try-printer", 1, 2)) {
-    TryPrinter(machine, words, out);
+    return TryPrinter(machine, words, out);
   } else if (is("try-mail", 2, 2)) {
     return TryMail(machine, words[1], out);
   } else {

@@ -1,5 +1,7 @@
 #include "host/machine.h"
 
+#include <iostream>
+
 #include "adapters/files/private_files.h"
 #ifdef TPV_WITH_CSV
 #include "adapters/csv/csv_files.h"
@@ -7,6 +9,7 @@
 #ifdef TPV_WITH_MAIL
 #include "adapters/mail/curl_mailer.h"
 #endif
+#include "platform/ui/front_end.h"
 
 namespace tpv {
 
@@ -58,7 +61,13 @@ Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
 Machine::Machine(std::string settings_file)
     : settings(std::move(settings_file)), mailer(MailerFor(settings, clock)), tables(Tables()) {}
 
+Machine::~Machine() { Finish(); }
+
 Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound) {
+  printers.news.failed = [&front_end](const Notice& notice) {
+    if (!notice.detail.empty()) std::cerr << "tpv: " + notice.text + " (" + notice.detail + ")\n";
+    front_end.Notify(notice);
+  };
   return {front_end, printers, devices, settings, clock, *mailer, reports, objects, sound};
 }
 

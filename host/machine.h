@@ -20,15 +20,21 @@ class Machine {
  public:
   Machine();  // the user's settings
   explicit Machine(std::string settings_file);
+  // Finishes.
+  ~Machine();
 
-  // The machine and all arguments outlive what uses the ports.
+  // The machine and all arguments outlive what uses the ports. The front end is told what
+  // goes wrong behind its back until the machine is gone or finished.
   Ports PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound);
+  // Returns when what was to be printed is printed or its time is over.
+  void Finish() { lines.Finish(); }
 
   FileSettings settings;
   SystemClock clock;
-  ShopPrinters printers{settings, clock};
-  RawDevices devices{settings};
-  PdfReports reports{settings, clock, printers};
+  WorkLines lines;
+  ShopPrinters printers{settings, clock, lines};
+  RawDevices devices{settings, lines};
+  PdfReports reports{settings, clock, printers, lines};
   std::unique_ptr<Mailer> mailer;
   std::unique_ptr<TableFiles> tables;  // of spreadsheets
 };

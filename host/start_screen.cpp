@@ -95,7 +95,8 @@ void StartScreen::ShowPrinter() {
   try {
     const std::string printer = machine_.printers.Current();
     lblImpresora.caption =
-        printer == kFolderPrinter
+        printer.empty() ? "Impresora: el sistema de impresión no responde"
+        : printer == kFolderPrinter
             ? "Los tickets se guardan en " + Shortened(PaperFolder(machine_.settings, kTicketFolder))
             : "Impresora: " + printer;
   } catch (const PrintError& error) {

@@ -7,6 +7,7 @@
 #include "data/sql_text.h"
 #include "platform/printer.h"
 #include "platform/settings.h"
+#include "platform/ui/front_end.h"
 
 namespace tpv::suite {
 
@@ -165,8 +166,11 @@ void InvoicePaper::Print(const Ports& ports) const {
   if (!chosen.empty() && IsInstalled(ports, chosen)) {
     try {
       return ports.reports.Print(report_, chosen);
-    } catch (const PrintError&) {
+    } catch (const PrintError& error) {
       // The invoice exists: a page on the screen serves until the printer does.
+      const std::string path = ports.reports.Show(report_, file_name_);
+      return ports.ui.Notify({"«" + report_.title + "» no se ha impreso. " + error.what() +
+                                  ". Está en " + path + ".", error.detail()});
     }
   }
   ports.reports.Show(report_, file_name_);

@@ -21,8 +21,8 @@ class InvoicePaper {
 
   const Report& Content() const { return report_; }
   // On the printer chosen by the user when it is installed, shown as a PDF
-  // otherwise, and also when that printer fails. Throws PrintError when neither
-  // goes.
+  // otherwise, and also when it is known at once that the printer cannot, which the
+  // operator is told of. Throws PrintError when neither goes.
   void Print(const Ports& ports) const;
 
  private:

@@ -8,24 +8,25 @@
 #include <sys/stat.h>
 #include <termios.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <future>
 #include <memory>
 #include <thread>
 
 #include "adapters/files/descriptor.h"
 #include "adapters/files/private_files.h"
-#include "adapters/files/program.h"
 #include "base/number_text.h"
-#include "base/text.h"
 #include "platform/printer.h"
 
 namespace tpv {
 
 namespace {
 
-constexpr int kPatience = 4000;  // milliseconds for each step
+constexpr std::size_t kSlowest = 500;  // bytes a second, about half of what a serial line does
+constexpr std::chrono::seconds kLongest{30};
 constexpr std::string_view kQueue = "queue:";
 constexpr std::string_view kSocket = "socket://";
 
@@ -50,23 +51,42 @@ Address AddressOf(std::string_view target) {
   return {std::string(host), std::to_string(*port)};
 }
 
-int WaitUntil(int file, short event) {
+// How long bytes may take: until the deadline without one of them taken, a slow printer
+// longer as a whole.
+class Patience {
+ public:
+  Patience(std::size_t bytes, const Deadline& deadline)
+      : silence_(deadline.Left()),
+        whole_(silence_ + std::min<std::chrono::milliseconds>(
+                              std::chrono::seconds(bytes / kSlowest), kLongest)) {}
+  int Milliseconds() const {
+    return static_cast<int>(Sooner(Deadline(silence_), whole_).Left().count());
+  }
+
+ private:
+  std::chrono::milliseconds silence_;
+  Deadline whole_;
+};
+
+// The error, 0 for none.
+int WaitUntil(int file, short event, const Patience& patience) {
   pollfd wait{file, event, 0};
   int ready = -1;
-  while ((ready = ::poll(&wait, 1, kPatience)) < 0 && errno == EINTR) {
+  while ((ready = ::poll(&wait, 1, patience.Milliseconds())) < 0 && errno == EINTR) {
   }
   return ready == 0 ? ETIMEDOUT : ready < 0 ? errno : 0;
 }
 
 // `write_some` writes like write(2) to a file that does not block.
 template <typename WriteSome>
-int WriteAll(int file, std::string_view bytes, WriteSome write_some) {
+int WriteAll(int file, std::string_view bytes, const Patience& patience, WriteSome write_some) {
   while (!bytes.empty()) {
     const ssize_t written = write_some(bytes);
     if (written >= 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
+      if (!bytes.empty() && patience.Milliseconds() == 0) return ETIMEDOUT;
     } else if (errno == EAGAIN) {
-      if (const int error = WaitUntil(file, POLLOUT)) return error;
+      if (const int error = WaitUntil(file, POLLOUT, patience)) return error;
     } else if (errno != EINTR) {
       return errno;
     }
@@ -84,11 +104,15 @@ void MakeRaw(int port) {
 
 // Closing drops what a USB printer has not taken yet, and waits half a minute for
 // a serial one that is off.
-int WaitUntilTaken(int device) {
-  if (const int error = WaitUntil(device, POLLOUT)) return error;
+int WaitUntilTaken(int device, const Patience& patience) {
+  if (const int error = WaitUntil(device, POLLOUT, patience)) return error;
   int left = 0;
-  for (int waited = 0; ::ioctl(device, TIOCOUTQ, &left) == 0 && left > 0; waited += 20) {
-    if (waited >= kPatience) {
+  int before = INT_MAX;
+  Deadline end(std::chrono::milliseconds(patience.Milliseconds()));
+  while (::ioctl(device, TIOCOUTQ, &left) == 0 && left > 0) {
+    if (left < before) end = Deadline(std::chrono::milliseconds(patience.Milliseconds()));
+    before = left;
+    if (end.Passed()) {
       ::tcflush(device, TCOFLUSH);
       return ETIMEDOUT;
     }
@@ -99,7 +123,8 @@ int WaitUntilTaken(int device) {
 
 enum class Accept { PortsAndFiles, Ports };
 
-void WriteToDevice(const std::string& path, std::string_view bytes, Accept accept) {
+void WriteToDevice(const std::string& path, std::string_view bytes, Accept accept,
+                   const Patience& patience) {
   const Descriptor device(
       ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_APPEND | O_CLOEXEC));
   if (!device) Fail(path, Reason(errno));
@@ -109,17 +134,17 @@ void WriteToDevice(const std::string& path, std::string_view bytes, Accept accep
                               (accept == Accept::PortsAndFiles && S_ISREG(about.st_mode)));
   if (!fits) Fail(path, "no es un dispositivo en el que se pueda escribir");
   MakeRaw(device.get());
-  int error = WriteAll(device.get(), bytes, [&](std::string_view rest) {
+  int error = WriteAll(device.get(), bytes, patience, [&](std::string_view rest) {
     return ::write(device.get(), rest.data(), rest.size());
   });
-  if (error == 0) error = WaitUntilTaken(device.get());
+  if (error == 0) error = WaitUntilTaken(device.get(), patience);
   if (error != 0) Fail(path, Reason(error));
 }
 
-int ConnectTo(int file, const addrinfo& address) {
+int ConnectTo(int file, const addrinfo& address, const Patience& patience) {
   if (::connect(file, address.ai_addr, address.ai_addrlen) == 0) return 0;
   if (errno != EINPROGRESS) return errno;
-  if (const int error = WaitUntil(file, POLLOUT)) return error;
+  if (const int error = WaitUntil(file, POLLOUT, patience)) return error;
   int error = 0;
   socklen_t size = sizeof error;
   ::getsockopt(file, SOL_SOCKET, SO_ERROR, &error, &size);
@@ -140,22 +165,23 @@ Addresses LookUp(const Address& address) {
 }
 
 // A name server may take longer than the till has: it is then left to itself.
-Addresses LookUpInTime(const Address& address) {
+Addresses LookUpInTime(const Address& address, const Patience& patience) {
   std::packaged_task<Addresses()> task([address] { return LookUp(address); });
   std::future<Addresses> answer = task.get_future();
   std::thread(std::move(task)).detach();
   const bool came =
-      answer.wait_for(std::chrono::milliseconds(kPatience)) == std::future_status::ready;
+      answer.wait_for(std::chrono::milliseconds(patience.Milliseconds())) == std::future_status::ready;
   return came ? answer.get() : nullptr;
 }
 
-Descriptor Connected(const std::string& target, const Address& address) {
-  const Addresses addresses = LookUpInTime(address);
+Descriptor Connected(const std::string& target, const Address& address,
+                     const Patience& patience) {
+  const Addresses addresses = LookUpInTime(address, patience);
   if (!addresses) Fail(target, "no se conoce esa dirección en la red");
   int error = 0;
   for (const addrinfo* next = addresses.get(); next != nullptr; next = next->ai_next) {
     Descriptor file(::socket(next->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    error = file ? ConnectTo(file.get(), *next) : errno;
+    error = file ? ConnectTo(file.get(), *next, patience) : errno;
     if (error == 0) return file;
   }
   Fail(target, Reason(error));
@@ -166,14 +192,16 @@ Descriptor Connected(const std::string& target, const Address& address) {
 void Finish(const Descriptor& connection) {
   ::shutdown(connection.get(), SHUT_WR);
   char unread[512];
-  for (pollfd wait{connection.get(), POLLIN, 0}; ::poll(&wait, 1, 200) == 1;) {
+  const Deadline end(std::chrono::seconds(1));
+  for (pollfd wait{connection.get(), POLLIN, 0}; !end.Passed() && ::poll(&wait, 1, 200) == 1;) {
     if (::recv(connection.get(), unread, sizeof unread, 0) <= 0) return;
   }
 }
 
-void WriteToNetwork(const std::string& target, const Address& address, std::string_view bytes) {
-  const Descriptor connection = Connected(target, address);
-  const int error = WriteAll(connection.get(), bytes, [&](std::string_view rest) {
+void WriteToNetwork(const std::string& target, const Address& address, std::string_view bytes,
+                    const Patience& patience) {
+  const Descriptor connection = Connected(target, address, patience);
+  const int error = WriteAll(connection.get(), bytes, patience, [&](std::string_view rest) {
     return ::send(connection.get(), rest.data(), rest.size(), MSG_NOSIGNAL);
   });
   if (error != 0) Fail(target, Reason(error));
@@ -187,26 +215,22 @@ bool IsTarget(std::string_view target) {
          !AddressOf(target).host.empty();
 }
 
-void SendBytes(const std::string& target, std::string_view bytes) {
-  if (target.starts_with('/')) return WriteToDevice(target, bytes, Accept::PortsAndFiles);
-  if (target.starts_with(kQueue)) return SendToQueue(target.substr(kQueue.size()), {"raw"}, bytes);
+std::string QueueOf(std::string_view target) {
+  return target.starts_with(kQueue) ? std::string(target.substr(kQueue.size())) : std::string();
+}
+
+void SendBytes(const std::string& target, std::string_view bytes, const Deadline& deadline) {
+  const Patience patience(bytes.size(), deadline);
+  if (target.starts_with('/')) {
+    return WriteToDevice(target, bytes, Accept::PortsAndFiles, patience);
+  }
   const Address address = AddressOf(target);
   if (address.host.empty()) Fail(target, "no es ni un dispositivo ni una dirección");
-  WriteToNetwork(target, address, bytes);
+  WriteToNetwork(target, address, bytes, patience);
 }
 
-void SendBytesToPort(const std::string& path, std::string_view bytes) {
-  if (!path.starts_with('/')) Fail(path, "no es un puerto de esta máquina ni está en sus ajustes");
-  WriteToDevice(path, bytes, Accept::Ports);
-}
-
-void SendToQueue(const std::string& queue, const std::vector<std::string>& options,
-                 std::string_view document) {
-  std::vector<std::string> words = {"lp", "-d", queue, "-t", "tpv"};
-  for (const std::string& option : options) words.insert(words.end(), {"-o", option});
-  const ProgramResult result = RunProgram(words, document);
-  if (!result.found) Fail(queue, "falta el programa «lp» del sistema de impresión");
-  if (!result.done) Fail(queue, "la cola no acepta el documento. " + Trim(result.output));
+void SendBytesToPort(const std::string& path, std::string_view bytes, const Deadline& deadline) {
+  WriteToDevice(path, bytes, Accept::Ports, Patience(bytes.size(), deadline));
 }
 
 }  // namespace tpv

@@ -3,16 +3,18 @@
 
 #include <string>
 
+#include "adapters/files/code_table.h"
 #include "adapters/files/ticket_page.h"
 
 namespace tpv {
 
-// Code page 858. A letter that is not in it gives its base letter, another
-// character a question mark.
-std::string CodePage858(std::string_view utf8);
+// The text in the table's bytes. A letter that is not in it gives its base letter, the
+// euro "EUR" where the columns behind or before it have room, another character a
+// question mark.
+std::string InTable(std::string_view utf8, const CodeTable& table);
 
 // Sets the printer up, prints the page's rows with bold where it is asked for,
 // and cuts the paper.
-std::string ReceiptBytes(const TicketPage& page);
+std::string ReceiptBytes(const TicketPage& page, const CodeTable& table);
 
 }  // namespace tpv

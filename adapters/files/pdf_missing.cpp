@@ -2,7 +2,13 @@
 
 namespace tpv {
 
-std::optional<std::string> TicketPdf(const TicketPage&) { return std::nullopt; }
+double LengthOnRoll(const TicketPage& page) { return page.length; }
+
+std::optional<std::string> TicketPdf(const TicketPage&, const RollPiece&) { return std::nullopt; }
+
+std::optional<std::string> TicketSheetsPdf(const TicketPage&, std::string_view) {
+  return std::nullopt;
+}
 
 std::string ReportPdf(const Report&) {
   throw PrintError("Este programa se construyó sin la biblioteca que hace documentos PDF");

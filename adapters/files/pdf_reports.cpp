@@ -1,7 +1,6 @@
 #include "adapters/files/pdf_reports.h"
 
-#include <cstdlib>
-
+#include "adapters/files/display.h"
 #include "adapters/files/pdf/pdf.h"
 #include "adapters/files/program.h"
 #include "adapters/files/setting_names.h"
@@ -10,13 +9,8 @@ namespace tpv {
 
 namespace {
 
-bool HasDisplay() {
-  for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
-    const char* display = std::getenv(variable);
-    if (display != nullptr && *display != '\0') return true;
-  }
-  return false;
-}
+constexpr const char* kViewer = "(visor)";       // a line of work; no printer's name
+constexpr std::chrono::milliseconds kLook{2000};  // a viewer that fails does so at once
 
 }  // namespace
 
@@ -28,7 +22,12 @@ std::string PdfReports::Show(const Report& report, std::string_view name) {
   const std::string pdf = ReportPdf(report);
   const DocumentFolder folder(PaperFolder(settings_, kReportFolder), clock_);
   std::string path = folder.Save(name, {{".pdf", pdf}});
-  if (HasDisplay()) LaunchProgram({"xdg-open", path});
+  lines_.Add(kViewer, [this, path, title = report.title](const Deadline&) {
+    if (HasDisplay() && LaunchProgram({"xdg-open", path}, kLook)) return;
+    if (printers_.news.failed) {
+      printers_.news.failed({"«" + title + "» no se puede mostrar. Está en " + path + ".", {}});
+    }
+  });
   return path;
 }
 

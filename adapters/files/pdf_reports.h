@@ -9,8 +9,9 @@ namespace tpv {
 class PdfReports : public ReportPress {
  public:
   // All outlive the press.
-  PdfReports(const Settings& settings, const Clock& clock, ShopPrinters& printers)
-      : settings_(settings), clock_(clock), printers_(printers) {}
+  PdfReports(const Settings& settings, const Clock& clock, ShopPrinters& printers,
+             WorkLines& lines)
+      : settings_(settings), clock_(clock), printers_(printers), lines_(lines) {}
 
   void Print(const Report& report, std::string_view printer) override;
   std::string Show(const Report& report, std::string_view name) override;
@@ -19,6 +20,7 @@ class PdfReports : public ReportPress {
   const Settings& settings_;
   const Clock& clock_;
   ShopPrinters& printers_;
+  WorkLines& lines_;
 };
 
 }  // namespace tpv

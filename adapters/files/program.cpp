@@ -90,12 +90,14 @@ std::string Contents(const Descriptor& file) {
   return text;
 }
 
-// Whether the process ended well within its time.
-bool WaitFor(pid_t process, std::chrono::seconds may_take) {
+bool EndsWithin(pid_t process, std::chrono::milliseconds may_take) {
   const Descriptor handle(::pidfd_open(process, 0));
   pollfd wait{handle.get(), POLLIN, 0};
-  const auto milliseconds = std::chrono::milliseconds(may_take).count();
-  if (::poll(&wait, 1, static_cast<int>(milliseconds)) != 1) ::kill(process, SIGKILL);
+  return ::poll(&wait, 1, static_cast<int>(may_take.count())) == 1;
+}
+
+// Waits for its end; whether it ended well.
+bool Reap(pid_t process) {
   int status = 0;
   while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
   }
@@ -105,7 +107,7 @@ bool WaitFor(pid_t process, std::chrono::seconds may_take) {
 }  // namespace
 
 ProgramResult RunProgram(const std::vector<std::string>& words, std::string_view input,
-                         std::chrono::seconds may_take) {
+                         std::chrono::milliseconds may_take) {
   const Descriptor in = Scratch(input);
   const Descriptor out = Scratch({});
   if (!in || !out) return {};
@@ -115,15 +117,18 @@ ProgramResult RunProgram(const std::vector<std::string>& words, std::string_view
   actions.Take(out.get(), STDERR_FILENO);
   const pid_t process = actions.Start(words, EnvironmentWithoutLanguage());
   if (process < 0) return {};
-  const bool done = WaitFor(process, may_take);
-  return {true, done, Contents(out)};
+  const bool late = !EndsWithin(process, may_take);
+  if (late) ::kill(process, SIGKILL);
+  const bool done = Reap(process) && !late;
+  return {true, done, late, Contents(out)};
 }
 
-bool LaunchProgram(const std::vector<std::string>& words) {
+bool LaunchProgram(const std::vector<std::string>& words, std::chrono::milliseconds look) {
   Actions actions;
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) actions.Discard(stream);
   const pid_t process = actions.Start(words, ChildEnvironment());
   if (process < 0) return false;
+  if (EndsWithin(process, look)) return Reap(process);
   std::thread([process] { ::waitpid(process, nullptr, 0); }).detach();
   return true;
 }

@@ -13,15 +13,17 @@ namespace tpv {
 struct ProgramResult {
   bool found = false;  // whether there is such a program
   bool done = false;   // it ran to its end and says that all went well
+  bool late = false;   // it was ended because it took too long
   std::string output;  // what it printed, errors too
 };
 
 // The program is looked for on the path and speaks no language but its own
 // (LC_ALL=C). One that takes longer than it may is ended.
 ProgramResult RunProgram(const std::vector<std::string>& words, std::string_view input = {},
-                         std::chrono::seconds may_take = std::chrono::seconds(10));
+                         std::chrono::milliseconds may_take = std::chrono::seconds(10));
 
-// Starts a program of the desktop and leaves it alone. False when there is none.
-bool LaunchProgram(const std::vector<std::string>& words);
+// Starts a program of the desktop and leaves it alone. False when there is none, or
+// when it gives up within the time that it is looked at.
+bool LaunchProgram(const std::vector<std::string>& words, std::chrono::milliseconds look);
 
 }  // namespace tpv

@@ -2,7 +2,9 @@
 
 #include "adapters/files/channel.h"
 #include "adapters/files/private_files.h"
+#include "adapters/files/printer_setup.h"
 #include "adapters/files/setting_names.h"
+#include "adapters/files/target.h"
 #include "base/text.h"
 
 namespace tpv {
@@ -22,16 +24,35 @@ std::string Port(std::string_view name) {
 }  // namespace
 
 void RawDevices::Write(std::string_view device, std::string_view bytes) {
+  std::string name = Trim(device);
+  if (name.ends_with(':') && name.size() == 5) name.pop_back();
+  std::string mapped;
   try {
-    std::string name = Trim(device);
-    if (name.ends_with(':') && name.size() == 5) name.pop_back();
-    const std::string mapped = settings_.Read(kTpv, kDevices, name);
-    if (!mapped.empty()) return SendBytes(mapped, bytes);
-    const std::string port = Port(name);
-    SendBytesToPort(port.empty() ? name : port, bytes);
+    mapped = settings_.Read(kTpv, kDevices, name);
   } catch (const FileError& error) {
     throw PrintError(error.what());
   }
+  const std::string kept(bytes);
+  if (!mapped.empty()) {
+    return HandOver(mapped, [mapped, kept](const Deadline& deadline) {
+      SendToTarget(mapped, {}, kept, deadline);
+    });
+  }
+  const std::string port = Port(name).empty() ? name : Port(name);
+  if (!port.starts_with('/')) {
+    throw PrintError("«" + port + "» no es un puerto de esta máquina ni está en sus ajustes");
+  }
+  HandOver(port, [port, kept](const Deadline& deadline) { SendBytesToPort(port, kept, deadline); });
+}
+
+void RawDevices::HandOver(const std::string& target, WorkLines::Job job) {
+  lines_.Add(LineOf(target), [job = std::move(job)](const Deadline& deadline) {
+    try {
+      job(deadline);
+    } catch (const std::exception&) {
+      // An absent device leaves the drawer closed and reports nothing.
+    }
+  });
 }
 
 }  // namespace tpv

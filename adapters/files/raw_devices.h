@@ -1,6 +1,7 @@
 // Output devices by the names that the shop's parameters use.
 #pragma once
 
+#include "adapters/files/work_lines.h"
 #include "platform/printer.h"
 #include "platform/settings.h"
 
@@ -12,12 +13,16 @@ namespace tpv {
 // sends no till to a file or an address.
 class RawDevices : public OutputDevices {
  public:
-  // The settings outlive the devices.
-  explicit RawDevices(const Settings& settings) : settings_(settings) {}
+  // Both outlive the devices.
+  RawDevices(const Settings& settings, WorkLines& lines) : settings_(settings), lines_(lines) {}
+  // Hands the bytes over to the device's line of work and goes on.
   void Write(std::string_view device, std::string_view bytes) override;
 
  private:
+  void HandOver(const std::string& target, WorkLines::Job job);
+
   const Settings& settings_;
+  WorkLines& lines_;
 };
 
 }  // namespace tpv

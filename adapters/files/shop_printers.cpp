@@ -1,120 +1,107 @@
 #include "adapters/files/shop_printers.h"
 
-#include <utility>
+#include <algorithm>
 
-#include "adapters/files/channel.h"
-#include "adapters/files/escpos.h"
-#include "adapters/files/file_settings.h"
-#include "adapters/files/pdf/pdf.h"
 #include "adapters/files/private_files.h"
 #include "adapters/files/setting_names.h"
+#include "base/text.h"
 
 namespace tpv {
 
-namespace {
-
-void PrintPage(const PrinterSetup& printer, const TicketPage& page) {
-  const auto pdf = TicketPdf(page);
-  SendToQueue(printer.target, {"print-scaling=none"}, pdf ? *pdf : PlainText(page));
-}
-
-}  // namespace
-
-std::string PaperFolder(const Settings& settings, std::string_view key) {
+std::optional<PrinterSetup> ShopPrinters::Settled(std::string_view name) const {
   try {
-    const std::string folder = settings.Read(kTpv, kPaper, key);
-    if (!folder.empty()) return ExpandHome(folder);
-    return DataFolder() + (key == kTicketFolder ? "/tickets" : "/informes");
+    return SettledPrinter(settings_, name);
   } catch (const FileError& error) {
     throw PrintError(error.what());
   }
 }
 
-std::vector<PrinterSetup> ShopPrinters::List() const {
+std::optional<PrinterSetup> ShopPrinters::Understood(std::string_view name) const {
+  auto printer = Settled(name);
+  if (printer) RequireUnderstood(*printer);
+  return printer;
+}
+
+std::vector<PrinterSetup> ShopPrinters::List(const QueueWatch::View& view) const {
   try {
-    if (!queues_) queues_ = FindSystemQueues();
-    return FindPrinters(settings_, *queues_);
+    SystemQueues queues = view.queues;
+    const std::string chosen_once = Trim(settings_.Read("OKRA", "Printer", "Spool"));
+    const auto known = std::find(queues.names.begin(), queues.names.end(), chosen_once);
+    const bool remember = !view.trouble.empty() && known == queues.names.end();
+    if (remember && !chosen_once.empty()) queues.names.push_back(chosen_once);
+    return FindPrinters(settings_, queues);
   } catch (const FileError& error) {
     throw PrintError(error.what());
   }
-}
-
-PrinterSetup ShopPrinters::Find(std::string_view name) const {
-  std::vector<PrinterSetup> printers = List();
-  if (name.empty()) return printers.front();
-  for (PrinterSetup& printer : printers) {
-    if (printer.name == name) return std::move(printer);
-  }
-  throw PrintError("No existe la impresora «" + std::string(name) + "»");
 }
 
 std::vector<std::string> ShopPrinters::Installed() const {
-  queues_.reset();
+  const QueueWatch::View view = watch_.Look();
+  if (view.trouble.empty()) {
+    told_ = false;
+  } else if (!std::exchange(told_, true) && news.failed) {
+    news.failed({view.trouble + ". Pueden faltar impresoras en la lista.", view.detail});
+  }
   std::vector<std::string> names;
-  for (const PrinterSetup& printer : List()) names.push_back(printer.name);
+  for (const PrinterSetup& printer : List(view)) names.push_back(printer.name);
   return names;
 }
 
-PrinterSetup ShopPrinters::Working(std::string_view name) const {
-  PrinterSetup printer = Find(name);
-  if (printer.mode != PrinterMode::Unknown) return printer;
-  throw PrintError("Impresora «" + printer.name + "»: no se entiende el modo «" + printer.target +
-                   "»");
-}
-
 std::string ShopPrinters::Current() const {
+  if (!chosen_.empty()) return chosen_;
   try {
-    return chosen_.empty() ? Find("").name : chosen_;
+    if (const auto printer = Settled("")) return printer->name;
+    const QueueWatch::View view = watch_.Look();
+    return view.answered ? List(view).front().name : std::string();
   } catch (const PrintError&) {
     return "";
   }
 }
 
-void ShopPrinters::SetCurrent(std::string_view name) { chosen_ = Find(name).name; }
+void ShopPrinters::SetCurrent(std::string_view name) {
+  if (name.empty() || Settled(name)) {
+    // The default stays what the settings say when they change.
+    const auto usual = Settled("");
+    chosen_ = usual && usual->name == name ? std::string() : std::string(name);
+    return;
+  }
+  const QueueWatch::View view = watch_.Look();
+  const auto& names = view.queues.names;
+  const bool listed = std::find(names.begin(), names.end(), name) != names.end();
+  // Whether there is one that nobody can be asked about shows when it is to print.
+  if (!listed && view.trouble.empty()) {
+    throw PrintError("No existe la impresora «" + std::string(name) + "»");
+  }
+  chosen_ = name;
+}
 
-std::unique_ptr<PrintDocument> ShopPrinters::Begin() {
+std::unique_ptr<PrintDocument> ShopPrinters::Begin(std::string_view title) {
+  Understood(chosen_);
   return std::make_unique<PageRecorder>(
-      [this, printer = Working(chosen_)](const TicketPage& page) { PrintTicket(printer, page); });
-}
-
-void ShopPrinters::PrintTicket(const PrinterSetup& printer, const TicketPage& page) {
-  if (printer.mode == PrinterMode::Receipt) return SendBytes(printer.target, ReceiptBytes(page));
-  if (printer.mode == PrinterMode::Page) return PrintPage(printer, page);
-  Save(printer, printer.name, TicketFiles(page));
-}
-
-void ShopPrinters::Save(const PrinterSetup& printer, std::string_view about,
-                        const std::vector<DocumentFolder::Part>& parts) {
-  const DocumentFolder folder(
-      printer.target.empty() ? PaperFolder(settings_, kTicketFolder) : ExpandHome(printer.target),
-      clock_);
-  folder.Save(about, parts);
-  if (on_folder && !std::exchange(told_, true)) on_folder(folder.path());
+      [this, printer = chosen_, title = std::string(title)](const TicketPage& page) {
+        HandOver(printer, {title, page});
+      });
 }
 
 void ShopPrinters::SendRaw(std::string_view bytes) {
-  const PrinterSetup printer = Working(chosen_);
-  switch (printer.mode) {
-    case PrinterMode::Receipt:
-      return SendBytes(printer.target, bytes);
-    case PrinterMode::Page:
-      return SendToQueue(printer.target, {"raw"}, bytes);
-    default:
-      return Save(printer, printer.name + " bytes", {{".raw", std::string(bytes)}});
-  }
+  Understood(chosen_);
+  HandOver(chosen_, {{}, RawBytes{std::string(bytes)}});
 }
 
-void ShopPrinters::PrintSheets(std::string_view name, std::string_view about,
+void ShopPrinters::PrintSheets(std::string_view name, std::string_view title,
                                const std::string& pdf) {
-  const PrinterSetup printer = Working(name.empty() ? chosen_ : name);
-  switch (printer.mode) {
-    case PrinterMode::Page:
-      return SendToQueue(printer.target, {"media=A4"}, pdf);
-    case PrinterMode::Receipt:
-      throw PrintError("La impresora «" + printer.name + "» es de tickets: no imprime hojas");
-    default:
-      return Save(printer, about, {{".pdf", pdf}});
-  }
+  const std::string printer(name.empty() ? std::string_view(chosen_) : name);
+  const auto known = Understood(printer);
+  if (known && known->mode == PrinterMode::Receipt) throw PrintError(NeedsSheets(known->name));
+  HandOver(printer, {std::string(title), SheetsPdf{pdf}});
+}
+
+void ShopPrinters::HandOver(const std::string& printer, PaperDocument document) {
+  const auto known = Settled(printer);
+  lines_.Add(known ? LineOf(known->target) : printer,
+             [this, printer, document = std::move(document)](const Deadline& deadline) {
+               delivery_.Deliver(printer, document, deadline);
+             });
 }
 
 }  // namespace tpv

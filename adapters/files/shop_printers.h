@@ -2,58 +2,52 @@
 // folder where there is none.
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "adapters/files/document_folder.h"
-#include "adapters/files/printer_setup.h"
-#include "adapters/files/ticket_page.h"
+#include "adapters/files/paper_delivery.h"
+#include "adapters/files/queue_watch.h"
+#include "adapters/files/work_lines.h"
 
 namespace tpv {
 
+// Hands everything over to the printer's line of work and goes on.
 class ShopPrinters : public Printers {
  public:
-  // Both outlive the printers.
-  ShopPrinters(const FileSettings& settings, const Clock& clock)
-      : settings_(settings), clock_(clock) {}
+  // All outlive the printers; the lines are finished before the printers go.
+  ShopPrinters(const FileSettings& settings, const Clock& clock, WorkLines& lines)
+      : settings_(settings), lines_(lines), watch_(lines), delivery_(settings, clock, news) {}
 
-  // Told once, with the folder's path, when the first document has gone into a
-  // folder instead of onto paper: the operator wants to know where tickets are.
-  std::function<void(const std::string& folder)> on_folder;
+  // Set before the first document.
+  PaperNews news;
 
+  // While the printing system does not answer: what it named before, and the printer that
+  // the operator chose once; `news` hears of it.
   std::vector<std::string> Installed() const override;
-  // "" when the settings cannot be read; printing then says why.
+  // "" also when the settings cannot be read; printing then says why.
   std::string Current() const override;
+  // "" for the default again.
   void SetCurrent(std::string_view name) override;
-  std::unique_ptr<PrintDocument> Begin() override;
+  std::unique_ptr<PrintDocument> Begin(std::string_view title) override;
   // The folder printer keeps the bytes in a file ending in ".raw".
   void SendRaw(std::string_view bytes) override;
 
   // An A4 document on the printer so named, on the current one when "". Throws
-  // PrintError, also for a receipt printer.
-  void PrintSheets(std::string_view name, std::string_view about, const std::string& pdf);
+  // PrintError for a receipt printer.
+  void PrintSheets(std::string_view name, std::string_view title, const std::string& pdf);
 
  private:
-  std::vector<PrinterSetup> List() const;
-  PrinterSetup Find(std::string_view name) const;  // "" for the default
-  PrinterSetup Working(std::string_view name) const;
-  void PrintTicket(const PrinterSetup& printer, const TicketPage& page);
-  void Save(const PrinterSetup& printer, std::string_view about,
-            const std::vector<DocumentFolder::Part>& parts);
+  std::optional<PrinterSetup> Settled(std::string_view name) const;
+  std::optional<PrinterSetup> Understood(std::string_view name) const;
+  std::vector<PrinterSetup> List(const QueueWatch::View& view) const;
+  void HandOver(const std::string& printer, PaperDocument document);
 
   const FileSettings& settings_;
-  const Clock& clock_;
+  WorkLines& lines_;
+  mutable QueueWatch watch_;
+  PaperDelivery delivery_;
   std::string chosen_;
-  // Asked for once, and again when the operator looks at the list: a printing
-  // service that does not answer must not hold every ticket.
-  mutable std::optional<SystemQueues> queues_;
-  bool told_ = false;
+  mutable bool told_ = false;  // that nobody answers
 };
-
-// Where the settings want it, else the usual place. `key` is in setting_names.h.
-// Throws PrintError.
-std::string PaperFolder(const Settings& settings, std::string_view key);
 
 }  // namespace tpv

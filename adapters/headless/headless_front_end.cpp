@@ -53,6 +53,16 @@ std::optional<std::size_t> HeadlessFrontEnd::Search(const ui::SearchRequest& req
   return std::exchange(chosen_, std::nullopt);
 }
 
+void HeadlessFrontEnd::Notify(const Notice& notice) {
+  const std::lock_guard lock(mutex_);
+  notices_.push_back(notice);
+}
+
+std::vector<Notice> HeadlessFrontEnd::TakeNotices() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(notices_, {});
+}
+
 void HeadlessFrontEnd::Narrow(std::string_view text) {
   searched_ = text;
   search_->Narrow(searched_);

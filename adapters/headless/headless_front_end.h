@@ -2,9 +2,11 @@
 // operator's next action until it closes.
 #pragma once
 
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ui/operator.h"
 #include "screen/engine.h"
@@ -21,6 +23,10 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   ui::Answer Show(const ui::MessageBox& box) override;
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
   void ProcessEvents() override {}
+  void Notify(const Notice& notice) override;
+
+  // What nobody has asked for yet, in the order told.
+  std::vector<Notice> TakeNotices();
 
   ui::Engine& engine() { return engine_; }
   const ui::MessageBox* open_box() const { return box_; }
@@ -45,6 +51,8 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   std::string searched_;  // what is typed in its search box
   bool search_closed_ = false;
   std::optional<std::size_t> chosen_;
+  std::mutex mutex_;  // of the notices
+  std::vector<Notice> notices_;
 };
 
 }  // namespace tpv

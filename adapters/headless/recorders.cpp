@@ -68,7 +68,7 @@ void RecordingPrinters::RequireWorking() const {
   if (installed.empty()) throw PrintError("No hay ninguna impresora instalada");
 }
 
-std::unique_ptr<PrintDocument> RecordingPrinters::Begin() {
+std::unique_ptr<PrintDocument> RecordingPrinters::Begin(std::string_view) {
   RequireWorking();
   return std::make_unique<RecordedDocument>(*this, Current());
 }

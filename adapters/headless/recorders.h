@@ -39,7 +39,7 @@ class RecordingPrinters : public Printers {
   std::vector<std::string> Installed() const override { return installed; }
   std::string Current() const override;
   void SetCurrent(std::string_view name) override;
-  std::unique_ptr<PrintDocument> Begin() override;
+  std::unique_ptr<PrintDocument> Begin(std::string_view title) override;
   void SendRaw(std::string_view bytes) override;
   void Install(std::vector<std::string> names);
 

@@ -38,12 +38,14 @@ FormWindow::FormWindow(ui::Form& form, WindowOwner& owner, QWidget* parent)
       form_(form),
       owner_(owner),
       band_(new StatusBand(this)),
+      notices_(new NoticeBand(this, [&owner] { owner.Notices().Clear(); })),
       scroll_(new QScrollArea(this)) {
   setWindowModality(Qt::ApplicationModal);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(band_);
+  layout->addWidget(notices_);
   layout->addWidget(scroll_, 1);
   auto* content = new QWidget;
   views_ = LayOut(form, *content, owner);
@@ -93,6 +95,7 @@ void FormWindow::Sync() {
   const QString title = Text(form_.caption);
   if (windowTitle() != title) setWindowTitle(title);
   band_->Show(form_.Status());
+  notices_->Show(owner_.Notices().Text());
   for (const auto& [control, view] : views_) view->Sync();
   SyncFocus();
   SyncMenu();

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "adapters/qt/form_layout.h"
+#include "adapters/qt/notice_band.h"
+#include "adapters/qt/notice_board.h"
 #include "adapters/qt/status_band.h"
 
 class QMenu;
@@ -19,6 +21,7 @@ class WindowOwner : public Actions {
  public:
   // Whether the form may hear of native events now: on top, nothing over it.
   virtual bool Listens(const ui::Form& form) const = 0;
+  virtual NoticeBoard& Notices() = 0;
 };
 
 class FormWindow : public QWidget {
@@ -58,6 +61,7 @@ class FormWindow : public QWidget {
   ui::Form& form_;
   WindowOwner& owner_;
   StatusBand* band_;
+  NoticeBand* notices_;
   QScrollArea* scroll_;
   Views views_;
   std::map<QObject*, ControlView*> watched_;

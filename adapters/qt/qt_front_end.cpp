@@ -168,6 +168,15 @@ void QtFrontEnd::ShowError(const std::exception& error) {
   Show(box);
 }
 
+void QtFrontEnd::ShowNotices() {
+  ui::MessageBox box;
+  box.text = notices_.Text();
+  box.icon = ui::Icon::Exclamation;
+  if (box.text.empty()) return;
+  notices_.Clear();
+  Show(box);
+}
+
 void QtFrontEnd::RethrowError() {
   killed_ = false;
   if (error_) std::rethrow_exception(std::exchange(error_, nullptr));

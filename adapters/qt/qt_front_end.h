@@ -34,7 +34,11 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   ui::Answer Show(const ui::MessageBox& box) override;
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
   void ProcessEvents() override;
+  void Notify(const Notice& notice) override { notices_.Post(notice); }
+  // Tells in a box what no window has shown: for the end of a program.
+  void ShowNotices();
 
+  NoticeBoard& Notices() override { return notices_; }
   void Act(const std::function<void(ui::Engine&)>& action) override;
   bool Listens(const ui::Form& form) const override;
 
@@ -59,6 +63,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   QWidget* Uppermost() const;
 
   const Dress dress_;
+  NoticeBoard notices_{[this] { Refresh(); }};
   ui::Engine engine_;
   ui::Driver* driver_ = nullptr;
   QWidget* host_window_ = nullptr;

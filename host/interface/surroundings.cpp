@@ -30,8 +30,8 @@ void NobodyThere::OnBox(const ui::MessageBox& box) {
 }
 
 Surroundings::Surroundings(const zrtpv_options& options)
-    : machine_(SettingsFile(options)),
-      nobody_(options),
+    : nobody_(options),
+      machine_(SettingsFile(options)),
       components_(ComponentsOf(options)),
       objects_(*this),
       ports_(PortsWith(options.windows)) {

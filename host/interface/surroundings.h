@@ -43,11 +43,11 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
   Ports PortsWith(std::int32_t kind);
   ui::FrontEnd& FrontEnd(std::int32_t kind);
 
-  Machine machine_;
   NobodyThere nobody_;
   std::unique_ptr<HeadlessFrontEnd> headless_;
   std::unique_ptr<HostWindows> windows_;
   Silence silence_;
+  Machine machine_;  // tells the front end to its end
   zrtpv_components components_;
   HostComponents objects_;
   Ports ports_;

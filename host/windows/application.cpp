@@ -2,15 +2,14 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <cstdio>
 #include <cstdlib>
+
+#include "adapters/files/display.h"
 
 namespace tpv {
 
 namespace {
-
-bool HasDisplay() {
-  return std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
-}
 
 // What the platform without a screen has to say about itself helps nobody.
 void DropChatter(QtMsgType type, const QMessageLogContext& context, const QString& text) {
@@ -18,12 +17,24 @@ void DropChatter(QtMsgType type, const QMessageLogContext& context, const QStrin
   std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
 }
 
+// Qt would leave a core behind.
+void EndWithoutWindows(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  DropChatter(type, context, text);
+  if (type != QtFatalMsg) return;
+  std::fputs("tpv: no se pueden abrir ventanas en esta pantalla\n", stderr);
+  std::_Exit(1);
+}
+
 }  // namespace
+
+bool CanShowWindows() { return HasDisplay() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM"); }
 
 Application::Application() {
   if (!HasDisplay()) setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  if (qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen") qInstallMessageHandler(DropChatter);
+  const bool unseen = qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen";
+  const QtMessageHandler usual = qInstallMessageHandler(EndWithoutWindows);
   application_ = std::make_unique<QApplication>(argc_, argv_);
+  qInstallMessageHandler(unseen ? DropChatter : usual);
   QApplication::setApplicationDisplayName("Punto de venta");
   QGuiApplication::setDesktopFileName("tpv");  // the installed entry's icon
   QApplication::setQuitOnLastWindowClosed(false);

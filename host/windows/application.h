@@ -7,7 +7,11 @@ class QApplication;
 
 namespace tpv {
 
-// On no screen at all where the machine has no display.
+// Whether windows can be seen: the machine has a display, or somebody chose where Qt shows them.
+bool CanShowWindows();
+
+// On no screen at all where the machine has no display. A display that does not answer
+// ends the program with 1.
 class Application {
  public:
   Application();

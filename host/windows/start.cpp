@@ -1,6 +1,7 @@
 #include "host/start.h"
 
 #include <QFileDialog>
+#include <stdexcept>
 
 #include "adapters/files/program.h"
 #include "adapters/files/setting_names.h"
@@ -41,6 +42,10 @@ class Onlooker : public ui::Driver {
 }  // namespace
 
 int Start(const std::string& picture) {
+  // Unseen it would hold the store for nobody.
+  if (picture.empty() && !CanShowWindows()) {
+    throw std::runtime_error("no hay pantalla en la que abrir el punto de venta (DISPLAY)");
+  }
   Application application;
   qt::QtFrontEnd front_end;
   Machine machine;
@@ -55,6 +60,8 @@ int Start(const std::string& picture) {
   Onlooker onlooker(front_end);
   if (!picture.empty()) front_end.SetDriver(onlooker);
   front_end.ShowModal(screen);
+  machine.Finish();
+  if (picture.empty()) front_end.ShowNotices();
   const bool kept = picture.empty() || qt::SavePicture(onlooker.picture, picture);
   return kept ? 0 : 1;
 }

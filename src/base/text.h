@@ -29,6 +29,10 @@ std::string FoldCase(std::string_view utf8);
 // FoldCase and accents taken off ("Peña" is "pena"): for searching as one types.
 std::string FoldForSearch(std::string_view utf8);
 
+// Latin letters that are followed by their accent as one character each ("e" and U+0301
+// is "é"): what the eye counts as one is one.
+std::string Composed(std::string_view utf8);
+
 // One Unicode character at `position` (moved past it); U+FFFD for broken bytes.
 char32_t NextCharacter(std::string_view utf8, std::size_t& position);
 // U+FFFD is appended for a number that is no character.

@@ -106,7 +106,7 @@ void ClosureTicket::ComposeSales() {
 }
 
 void ClosureTicket::Print() const {
-  const std::unique_ptr<PrintDocument> document = context_.ports.printers.Begin();
+  const auto document = context_.ports.printers.Begin("Cierre de caja Nº " + id_);
   document->SetFont("Courier New", 10, true);
   document->SetY(0);
   for (std::size_t i = 0; i < lines_.size(); ++i) {

@@ -47,7 +47,7 @@ void FrmFactuTicket::OnLoad() {
 }
 
 void FrmFactuTicket::OnUnload() {
-  if (previous_printer_.empty() || context().ports.printers.Current() == previous_printer_) return;
+  if (context().ports.printers.Current() == previous_printer_) return;
   try {
     context().ports.printers.SetCurrent(previous_printer_);
   } catch (const PrintError&) {

@@ -42,7 +42,8 @@ class SalesTicket {
         "DiaCaj_Descuento,DiaCaj_Cobrado FROM Tco INNER JOIN DiaCaj ON DiaCaj_Id =  Tco_IdDiaCaj "
         "WHERE Tco_IdCav = " + id_ + " AND DiaCaj_Tipo=1  ORDER BY DiaCaj_Fecha");
     if (lines->Eof()) throw PrintError("La venta no tiene líneas");
-    document_ = context_.ports.printers.Begin();
+    document_ = context_.ports.printers.Begin("Ticket " + lines->Field("Cav_Serie").TextOr("") +
+                                              lines->Field("Cav_Numero").TextOr(""));
     document_->SetFont("Courier New", 9, true);
     document_->SetY(0);
     PrintHeader(*lines);

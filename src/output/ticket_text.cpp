@@ -15,7 +15,7 @@ std::string Amount9(double euros) { return PadLeft(FormatNumber(euros, "#,##0.00
 
 std::string Description23(std::string_view text) {
   constexpr std::size_t kWidth = 23;
-  return PadRight(Left(OneLine(text), kWidth), kWidth);
+  return PadRight(Left(Composed(OneLine(text)), kWidth), kWidth);
 }
 
 std::string DescriptionAndAmount(std::string_view description, double euros) {
@@ -37,7 +37,7 @@ void PrintTextLine(PrintDocument& document, std::string_view text) {
 void CloseGap(PrintDocument& document) { document.SetY(document.Y() - kLineGap); }
 
 void PrintOpeningLine(Context& context) {
-  const std::unique_ptr<PrintDocument> document = context.ports.printers.Begin();
+  const std::unique_ptr<PrintDocument> document = context.ports.printers.Begin("");
   document->PrintLine("Apertura " + ToDayFirstSeconds(context.ports.clock.Now()));
   document->End();
 }

@@ -5,18 +5,26 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tpv {
 
 class PrintError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  // `detail`: what another program said in its own words, for the technician.
+  explicit PrintError(const std::string& what, std::string detail = {})
+      : std::runtime_error(what), detail_(std::move(detail)) {}
+  const std::string& detail() const { return detail_; }
+
+ private:
+  std::string detail_;
 };
 
-// One document on one printer, scaled in centimetres. Nothing is guaranteed to
-// be on paper before End; a document destroyed without End is dropped. Every
-// operation throws PrintError when the printer fails.
+// One document on one printer, scaled in centimetres. A document destroyed without End
+// is dropped. Every operation throws PrintError when it is known at once that the
+// printer fails; a real one may take the document at End and print it behind the till's
+// back, and what goes wrong then is told with FrontEnd::Notify.
 class PrintDocument {
  public:
   virtual ~PrintDocument() = default;
@@ -37,13 +45,16 @@ class Printers {
 
   // Device names, the system's default first. May be empty.
   virtual std::vector<std::string> Installed() const = 0;
-  // Device name of the printer that documents go to; "" when there is none.
+  // Device name of the printer that documents go to; "" when there is none or nobody
+  // can say.
   virtual std::string Current() const = 0;
   // Throws PrintError when no such printer is installed.
   virtual void SetCurrent(std::string_view name) = 0;
-  // A new document on the current printer.
-  virtual std::unique_ptr<PrintDocument> Begin() = 0;
-  // Sends bytes as they are to the current printer, as one document.
+  // A new document on the current printer. The operator knows it by its title; nobody
+  // is told when one without a title fails later.
+  virtual std::unique_ptr<PrintDocument> Begin(std::string_view title) = 0;
+  // Sends bytes as they are to the current printer, as one document. Nobody is told
+  // when they fail later.
   virtual void SendRaw(std::string_view bytes) = 0;
 };
 
@@ -51,7 +62,8 @@ class Printers {
 class OutputDevices {
  public:
   virtual ~OutputDevices() = default;
-  // Opens, writes all bytes and closes. Throws PrintError when any of it fails.
+  // Opens, writes all bytes and closes. Throws PrintError when it is known at once that
+  // any of it fails; nobody is told of a failure that comes later.
   virtual void Write(std::string_view device, std::string_view bytes) = 0;
 };
 

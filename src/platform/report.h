@@ -44,9 +44,11 @@ struct Report {
 class ReportPress {
  public:
   virtual ~ReportPress() = default;
-  // Prints on the printer so named, on the current one when "". Throws PrintError.
+  // Prints on the printer so named, on the current one when "". Throws PrintError for
+  // what is known at once to fail; a later failure is told with FrontEnd::Notify.
   virtual void Print(const Report& report, std::string_view printer) = 0;
-  // Writes a PDF file, shows it where there is a viewer, and returns its path.
+  // Writes a PDF file, shows it where there is a viewer, and returns its path. Where
+  // nothing can show it, FrontEnd::Notify says where it lies.
   // `name` is the file's, without folder and ending. Throws PrintError.
   virtual std::string Show(const Report& report, std::string_view name) = 0;
 };

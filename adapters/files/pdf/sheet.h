@@ -1,4 +1,4 @@
-// A4 pages under a report: where the next block goes, texts that fit their
+// A4 pages under a report or a long ticket: where the next block goes, texts that fit their
 // columns, and the number at the foot of every page.
 #pragma once
 
@@ -45,6 +45,7 @@ class Sheet {
   double WidthOf(const std::string& text, const TextStyle& style);
   void Box(double x, double top, double width, double height, const Colour& colour);
 
+  cairo_t* context() const { return canvas_.get(); }
   int page() const { return page_; }
   // Ends the last page and gives the file's bytes.
   std::string Finish();

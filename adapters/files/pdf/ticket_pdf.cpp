@@ -1,7 +1,9 @@
+// Draws a ticket: on a roll of paper, or on sheets where a shop has no roll.
 #include <algorithm>
 
 #include "adapters/files/pdf/canvas.h"
 #include "adapters/files/pdf/pdf.h"
+#include "adapters/files/pdf/sheet.h"
 #include "base/text.h"
 
 namespace tpv {
@@ -9,17 +11,22 @@ namespace tpv {
 namespace {
 
 constexpr double kPointsPerCentimetre = 72 / 2.54;
-constexpr double kWidth = 8 * kPointsPerCentimetre;
-constexpr double kMargin = 0.4 * kPointsPerCentimetre;
-constexpr double kShortest = 3;  // centimetres
+constexpr double kMargin = 0.4;    // centimetres, as those below
+constexpr double kShortest = 3;    // without margins
+constexpr double kSheetRoom = 9;   // what a line may take of a sheet's width
 // Of the fixed-pitch font, as shares of its size.
 constexpr double kAdvance = 0.6;
 constexpr double kAscent = 0.833;
 
+double Points(double centimetres) { return centimetres * kPointsPerCentimetre; }
+double HeightOf(const PageLine& line) { return Points(LineHeight(line.points)); }
+
 // Every character in a cell of its own, so that columns stand one below the
-// other whichever font the machine has.
-void DrawLine(cairo_t* context, const PageLine& line) {
-  const double room = kWidth - 2 * kMargin;
+// other whichever font the machine has. All lengths are points.
+void DrawLine(cairo_t* context, const std::string& family, const PageLine& line, double left,
+              double top, double room) {
+  cairo_select_font_face(context, family.c_str(), CAIRO_FONT_SLANT_NORMAL,
+                         line.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
   const double cells = static_cast<double>(std::max<std::size_t>(Length(line.text), 1));
   const double narrowed = std::min(1.0, room / (cells * kAdvance * line.points));
   cairo_matrix_t size;
@@ -32,13 +39,13 @@ void DrawLine(cairo_t* context, const PageLine& line) {
   int glyph_count = 0;
   int cluster_count = 0;
   cairo_text_cluster_flags_t flags{};
-  const double baseline = kMargin + line.y * kPointsPerCentimetre + kAscent * line.points;
+  const double baseline = top + kAscent * line.points;
   const cairo_status_t status = cairo_scaled_font_text_to_glyphs(
       cairo_get_scaled_font(context), 0, baseline, line.text.data(), length, &glyphs, &glyph_count,
       &clusters, &cluster_count, &flags);
   if (status != CAIRO_STATUS_SUCCESS) throw PrintError(cairo_status_to_string(status));
   for (int i = 0; i < glyph_count; ++i) {
-    glyphs[i].x = kMargin + i * kAdvance * line.points * narrowed;
+    glyphs[i].x = left + i * kAdvance * line.points * narrowed;
   }
   cairo_show_text_glyphs(context, line.text.data(), length, glyphs, glyph_count, clusters,
                          cluster_count, flags);
@@ -46,19 +53,61 @@ void DrawLine(cairo_t* context, const PageLine& line) {
   cairo_text_cluster_free(clusters);
 }
 
-}  // namespace
-
-std::optional<std::string> TicketPdf(const TicketPage& page) {
+double ContentLength(const TicketPage& page) {
   double length = std::max(page.length, kShortest);
   for (const PageLine& line : page.lines)
     length = std::max(length, line.y + LineHeight(line.points));
-  Canvas canvas(kWidth, length * kPointsPerCentimetre + 2 * kMargin);
+  return length;
+}
+
+void DrawOnSheets(Sheet& sheet, const TicketPage& page, std::string_view title) {
+  constexpr TextStyle kTitle{11, true};
+  const auto draw_head = [&] {
+    sheet.Text(title, Sheet::kLeft, Sheet::kTop, kTitle);
+    return Sheet::kTop + 2 * LineStep(kTitle);
+  };
+  double first = 0;  // what is on the sheet's first line, as a place on the ticket
+  double below_head = draw_head();
   for (const PageLine& line : page.lines) {
-    cairo_select_font_face(canvas.get(), page.family.c_str(), CAIRO_FONT_SLANT_NORMAL,
-                           line.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    DrawLine(canvas.get(), line);
+    sheet.y = below_head + Points(line.y - first);
+    if (sheet.Need(HeightOf(line))) {
+      sheet.y = below_head = draw_head();
+      first = line.y;
+    }
+    DrawLine(sheet.context(), page.family, line, Sheet::kLeft, sheet.y, Points(kSheetRoom));
+  }
+}
+
+}  // namespace
+
+double LengthOnRoll(const TicketPage& page) { return ContentLength(page) + 2 * kMargin; }
+
+std::optional<std::string> TicketPdf(const TicketPage& page, const RollPiece& piece) {
+  const double length = piece.length > 0 ? piece.length : LengthOnRoll(page);
+  const double bottom = Points(length - kMargin);
+  Canvas canvas(Points(piece.width), Points(length));
+  double first = 0;
+  for (const PageLine& line : page.lines) {
+    double top = Points(kMargin + line.y - first);
+    // Half a point: lengths are rounded on their way.
+    if (top + HeightOf(line) > bottom + 0.5 && line.y > first) {
+      cairo_show_page(canvas.get());
+      first = line.y;
+      top = Points(kMargin);
+    }
+    DrawLine(canvas.get(), page.family, line, Points(kMargin), top,
+             Points(piece.width - 2 * kMargin));
   }
   return canvas.Finish();
+}
+
+// Drawn twice: the first time tells how many pages there are.
+std::optional<std::string> TicketSheetsPdf(const TicketPage& page, std::string_view title) {
+  Sheet draft(0);
+  DrawOnSheets(draft, page, title);
+  Sheet sheet(draft.page());
+  DrawOnSheets(sheet, page, title);
+  return sheet.Finish();
 }
 
 }  // namespace tpv

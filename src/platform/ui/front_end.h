@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/variant.h"
+#include "platform/notice.h"
 
 namespace tpv::ui {
 
@@ -55,6 +56,9 @@ class FrontEnd {
   virtual std::optional<std::size_t> Search(const SearchRequest& request) = 0;
   // Lets the window system repaint: called inside long work.
   virtual void ProcessEvents() = 0;
+  // Tells the operator at the next moment that takes nothing from what is being typed.
+  // The one member that any thread may call.
+  virtual void Notify(const Notice& notice) = 0;
 };
 
 }  // namespace tpv::ui

@@ -1,0 +1,70 @@
+// Gets a document out of its printer: the work that goes on behind the till's back.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <variant>
+
+#include "adapters/files/deadline.h"
+#include "adapters/files/document_folder.h"
+#include "adapters/files/file_settings.h"
+#include "adapters/files/printer_setup.h"
+#include "adapters/files/ticket_page.h"
+#include "platform/notice.h"
+
+namespace tpv {
+
+struct SheetsPdf {
+  std::string bytes;
+};
+struct RawBytes {
+  std::string bytes;
+};
+
+struct PaperDocument {
+  std::string title;  // what the operator knows it by; "" when nobody misses it
+  std::variant<TicketPage, SheetsPdf, RawBytes> content;
+};
+
+// Who hears of it; called from whichever thread delivers.
+struct PaperNews {
+  std::function<void(const Notice&)> failed;
+  // With the folder's path, when a document went into a folder as its printer wants it.
+  std::function<void(const std::string& folder)> in_folder;
+};
+
+class PaperDelivery {
+ public:
+  // Takes its own look at the settings. The clock and the news outlive the delivery.
+  PaperDelivery(const FileSettings& settings, const Clock& clock, const PaperNews& news)
+      : settings_(settings.path()), clock_(clock), news_(news) {}
+
+  // To the printer so named, "" for the default. What a printer does not take is kept in
+  // a folder, and a document with a title told of. Throws nothing.
+  void Deliver(const std::string& printer, const PaperDocument& document,
+               const Deadline& deadline) const;
+
+ private:
+  PrinterSetup Find(const std::string& name, const Deadline& deadline) const;
+  // Returns why the document waits in the printer's queue, "" when it does not.
+  std::string Print(const PrinterSetup& printer, const PaperDocument& document,
+                    const Deadline& deadline) const;
+  std::string PrintPages(const PrinterSetup& printer, const PaperDocument& document,
+                         const Deadline& deadline) const;
+  std::string BytesFor(const PrinterSetup& printer, const PaperDocument& document) const;
+  std::string Save(const PrinterSetup& printer, const PaperDocument& document) const;
+  // Where the document lies now.
+  std::string Keep(const PaperDocument& document) const;
+  void TellFailure(const std::string& printer, const PaperDocument& document,
+                   const std::string& why, const std::string& detail) const;
+
+  const FileSettings settings_;
+  const Clock& clock_;
+  const PaperNews& news_;
+};
+
+// Where the settings want it, else the usual place. `key` is in setting_names.h.
+// Throws PrintError.
+std::string PaperFolder(const Settings& settings, std::string_view key);
+
+}  // namespace tpv
