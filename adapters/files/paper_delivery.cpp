@@ -24,15 +24,25 @@ std::vector<Part> FilesOf(const PaperDocument& document) {
   return {{".raw", std::get<RawBytes>(document.content).bytes}};
 }
 
+// As the driver says, or as the settings do where it says so wrongly.
+QueuePaper PaperIn(const PrinterSetup& printer, const SystemQueue& queue,
+                   const Deadline& deadline) {
+  if (printer.mode == PrinterMode::Sheets) return {};
+  QueuePaper paper = PaperOf(queue, deadline);
+  if (printer.mode == PrinterMode::Roll && paper.roll_width == 0) paper.roll_width = 8;
+  return paper;
+}
+
 void SendPages(const PrinterSetup& printer, const SystemQueue& queue,
                const PaperDocument& document, const Deadline& deadline) {
-  const bool roll = queue.paper.roll_width > 0;
+  const QueuePaper paper = PaperIn(printer, queue, deadline);
+  const bool roll = paper.roll_width > 0;
   if (const auto* sheets = std::get_if<SheetsPdf>(&document.content)) {
     if (roll) FailSheets(printer);
     return SendToQueue(queue.name, document.title, {"media=A4"}, sheets->bytes, deadline);
   }
   const TicketPage& page = std::get<TicketPage>(document.content);
-  const RollMedia media = roll ? MediaFor(LengthOnRoll(page), queue.paper) : RollMedia{};
+  const RollMedia media = roll ? MediaFor(LengthOnRoll(page), paper) : RollMedia{};
   const auto pdf = roll ? TicketPdf(page, media.piece) : TicketSheetsPdf(page, document.title);
   const auto options = roll ? media.options : std::vector<std::string>{"media=A4"};
   SendToQueue(queue.name, document.title, options, pdf ? *pdf : PlainText(page), deadline);
@@ -113,13 +123,11 @@ std::string PaperDelivery::BytesFor(const PrinterSetup& printer,
 
 std::string PaperDelivery::PrintPages(const PrinterSetup& printer, const PaperDocument& document,
                                       const Deadline& deadline) const {
-  SystemQueue queue = AwaitQueue(printer.target, deadline);
+  const SystemQueue queue = AwaitQueue(printer.target, deadline);
   RefuseToWait(queue, document.title);
   if (queue.raw || std::holds_alternative<RawBytes>(document.content)) {
     SendToQueue(queue.name, document.title, {"raw"}, BytesFor(printer, document), deadline);
   } else {
-    if (printer.mode == PrinterMode::Roll && queue.paper.roll_width == 0) queue.paper.roll_width = 8;
-    if (printer.mode == PrinterMode::Sheets) queue.paper.roll_width = 0;
     SendPages(printer, queue, document, deadline);
   }
   return queue.trouble;

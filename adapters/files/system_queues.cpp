@@ -79,10 +79,8 @@ SystemQueue AskQueue(const std::string& name, const Deadline& deadline) {
   if (attributes["printer-is-accepting-jobs"] == "false") {
     throw PrintError("La cola «" + name + "» no admite documentos");
   }
-  SystemQueue queue{name, attributes["printer-make-and-model"].ends_with("Raw Printer"),
-                    TroubleIn(attributes["printer-state"], attributes["printer-state-reasons"]), {}};
-  if (!queue.raw) queue.paper = ReadQueuePaper(Ask({"lpoptions", "-p", name, "-l"}, deadline).output);
-  return queue;
+  return {name, attributes["printer-make-and-model"].ends_with("Raw Printer"),
+          TroubleIn(attributes["printer-state"], attributes["printer-state-reasons"])};
 }
 
 }  // namespace
@@ -107,6 +105,10 @@ SystemQueues AwaitQueues(const Deadline& deadline) {
 
 SystemQueue AwaitQueue(const std::string& name, const Deadline& deadline) {
   return Await(deadline, [&] { return AskQueue(name, deadline); });
+}
+
+QueuePaper PaperOf(const SystemQueue& queue, const Deadline& deadline) {
+  return ReadQueuePaper(Ask({"lpoptions", "-p", queue.name, "-l"}, deadline).output);
 }
 
 void SendToQueue(const std::string& queue, std::string_view title,

@@ -26,12 +26,14 @@ struct SystemQueue {
   std::string name;
   bool raw = false;     // passes bytes on as they are: no driver draws pages for it
   std::string trouble;  // why a document would have to wait in it ("está parada"), or ""
-  QueuePaper paper;
 };
 
 // Asks again until the deadline while the printing system is not there. Throws
 // PrintError when it stays so, when there is no such queue and when it takes nothing.
 SystemQueue AwaitQueue(const std::string& name, const Deadline& deadline);
+
+// What paper the queue's driver has. Throws PrintError when nobody answers.
+QueuePaper PaperOf(const SystemQueue& queue, const Deadline& deadline);
 
 // A document for the queue's driver ("-o" options as lp takes them), or bytes as they
 // are when one of the options is "raw". Throws PrintError.
