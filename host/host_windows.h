@@ -13,6 +13,8 @@ class HostWindows {
  public:
   virtual ~HostWindows() = default;
   virtual ui::FrontEnd& FrontEnd() = 0;
+  // Tells in a box what no window has shown.
+  virtual void ShowNotices() = 0;
   virtual Sound& Loudspeaker() = 0;
 };
 

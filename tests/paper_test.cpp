@@ -434,7 +434,8 @@ TEST_F(Paper, AProgramThatHangsIsEnded) {
   EXPECT_NE(inherited.find("PATH="), std::string::npos);
   EXPECT_EQ(inherited.find("TPV_"), std::string::npos) << inherited;
   EXPECT_TRUE(LaunchProgram({"sh", "-c", "env > " + folder / "abierto.neu; mv " + folder / "abierto.neu " +
-                                             folder / "abierto"}));
+                                             folder / "abierto"},
+                            std::chrono::seconds(1)));
   for (int i = 0; i < 500 && folder.Text("abierto") == "(none)"; ++i) ::usleep(10'000);
   EXPECT_NE(folder.Text("abierto").find("PATH="), std::string::npos);
   EXPECT_EQ(folder.Text("abierto").find("TPV_"), std::string::npos);

@@ -4,12 +4,14 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <QWindow>
 #include <chrono>
 #include <deque>
+#include <thread>
 
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_operator.h"
@@ -170,6 +172,26 @@ TEST_F(WindowsTest, TablesByKeyboard) {
     SettleWindows();
     EXPECT_EQ(windows.TopWindow()->Difference(), "");
   }});
+}
+
+TEST_F(WindowsTest, ANoticeFromAnotherThreadTakesNoKeyAndStaysUntilItIsRead) {
+  const auto band = [&] { return windows.TopWindow()->findChild<NoticeBand*>(); };
+  Play({[&] {
+    std::thread([&] { windows.Notify({"«Ticket T/1» no se ha impreso", ""}); }).join();
+    Press(Qt::Key_1, Qt::NoModifier, "1");
+    Press(Qt::Key_Return, Qt::NoModifier, "\r");
+    Press(Qt::Key_2, Qt::NoModifier, "2");
+  }, [&] {
+    EXPECT_EQ(form.price.text + "," + form.units.text, "1,2");
+    EXPECT_FALSE(band()->isHidden());
+    EXPECT_EQ(Utf8(band()->findChild<QLabel*>()->text()), "«Ticket T/1» no se ha impreso");
+    SendClick(*band()->findChild<QPushButton*>());
+  }, [&] {
+    EXPECT_TRUE(band()->isHidden());
+    EXPECT_EQ(windows.Notices().Text(), "");
+  }});
+  for (int i = 1; i <= 5; ++i) windows.Notify({"Aviso " + std::to_string(i), ""});
+  EXPECT_EQ(windows.Notices().Text(), "Y 2 avisos anteriores.\nAviso 3\nAviso 4\nAviso 5");
 }
 
 TEST_F(WindowsTest, AHandlersErrorIsToldAndTheScreenStaysOpen) {

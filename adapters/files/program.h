@@ -24,6 +24,6 @@ ProgramResult RunProgram(const std::vector<std::string>& words, std::string_view
 
 // Starts a program of the desktop and leaves it alone. False when there is none, or
 // when it gives up within the time that it is looked at.
-bool LaunchProgram(const std::vector<std::string>& words, std::chrono::milliseconds look);
+bool LaunchProgram(const std::vector<std::string>& words, std::chrono::milliseconds look = {});
 
 }  // namespace tpv

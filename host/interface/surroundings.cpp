@@ -25,8 +25,8 @@ zrtpv_components ComponentsOf(const zrtpv_options& options) {
 
 }  // namespace
 
-void NobodyThere::OnBox(const ui::MessageBox& box) {
-  if (message_ != nullptr) message_(host_, box.text.c_str());
+void NobodyThere::Hear(const std::string& text) {
+  if (message_ != nullptr) message_(host_, text.c_str());
 }
 
 Surroundings::Surroundings(const zrtpv_options& options)
@@ -41,6 +41,17 @@ Surroundings::Surroundings(const zrtpv_options& options)
 Ports Surroundings::PortsWith(std::int32_t kind) {
   ui::FrontEnd& front_end = FrontEnd(kind);
   return machine_.PortsFor(front_end, objects_, windows_ ? windows_->Loudspeaker() : silence_);
+}
+
+void Surroundings::PassOnNotices() {
+  if (headless_ == nullptr) return;
+  for (const Notice& notice : headless_->TakeNotices()) nobody_.Hear(notice.text);
+}
+
+void Surroundings::Finish() {
+  machine_.Finish();
+  PassOnNotices();
+  if (windows_ != nullptr) windows_->ShowNotices();
 }
 
 ui::FrontEnd& Surroundings::FrontEnd(std::int32_t kind) {

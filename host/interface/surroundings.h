@@ -19,7 +19,8 @@ class NobodyThere : public ui::Driver {
   explicit NobodyThere(const zrtpv_options& options)
       : host_(options.host), message_(options.message) {}
   bool Step() override { return false; }
-  void OnBox(const ui::MessageBox& box) override;
+  void OnBox(const ui::MessageBox& box) override { Hear(box.text); }
+  void Hear(const std::string& text);
 
  private:
   void* host_;
@@ -38,6 +39,10 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
   // Null in a till with windows.
   HeadlessFrontEnd* headless() { return headless_.get(); }
   void LeaveAlone() { headless_->SetDriver(nobody_); }  // after a scenario
+  // Without windows: what went wrong behind the till's back goes to the host.
+  void PassOnNotices();
+  // Waits for what is still to be printed and tells the rest.
+  void Finish();
 
  private:
   Ports PortsWith(std::int32_t kind);

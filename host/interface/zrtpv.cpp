@@ -20,7 +20,9 @@ namespace {
 class Entered {
  public:
   explicit Entered(zrtpv_till* till) : till_(Tills().Find(till)) { ++till_->calls; }
-  ~Entered() { --till_->calls; }
+  ~Entered() {
+    if (--till_->calls == 0) till_->around->PassOnNotices();
+  }
   Entered(const Entered&) = delete;
   Entered& operator=(const Entered&) = delete;
   zrtpv_till& operator*() { return *till_; }
@@ -40,7 +42,9 @@ void Release(zrtpv_till* till) {
   if (Tills().Find(till)->calls > 0) {
     throw Fault(ZRTPV_E_BUSY, "Una llamada del objeto está en curso");
   }
+  const std::shared_ptr<Surroundings> around = Tills().Find(till)->around;
   Tills().Remove(till);
+  around->Finish();
 }
 
 // What is under way works on the connection of the database object that it found.

@@ -39,6 +39,7 @@ std::shared_ptr<Application> OurApplication() {
 class Windows : public HostWindows {
  public:
   ui::FrontEnd& FrontEnd() override { return front_end_; }
+  void ShowNotices() override { front_end_.ShowNotices(); }
   Sound& Loudspeaker() override { return beep_; }
 
  private:
