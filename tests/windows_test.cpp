@@ -175,7 +175,7 @@ TEST_F(WindowsTest, TablesByKeyboard) {
 }
 
 TEST_F(WindowsTest, ANoticeFromAnotherThreadTakesNoKeyAndStaysUntilItIsRead) {
-  const auto band = [&] { return windows.TopWindow()->findChild<NoticeBand*>(); };
+  const auto band = [&] { return windows.TopWindow()->findChild<QWidget*>("avisos"); };
   Play({[&] {
     std::thread([&] { windows.Notify({"«Ticket T/1» no se ha impreso", ""}); }).join();
     Press(Qt::Key_1, Qt::NoModifier, "1");

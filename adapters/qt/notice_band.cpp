@@ -11,6 +11,7 @@ namespace tpv::qt {
 
 NoticeBand::NoticeBand(QWidget* parent, std::function<void()> seen)
     : QWidget(parent), label_(new QLabel(this)) {
+  setObjectName("avisos");
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(20, 8, 12, 8);
   label_->setFont(Type(kTextSize));

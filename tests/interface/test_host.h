@@ -21,8 +21,11 @@ inline std::string Text(zrtpv_value value) {
 
 class TestHost : public testing::Test {
  protected:
-  TestHost() {
-    std::ofstream(folder / "tpv.conf") << "[TPV/Paper]\nTickets=" << (folder / "paper") << "\n";
+  TestHost() { WriteSettings(folder / "paper"); }
+  // Tickets go into a folder, whatever printers the machine has.
+  void WriteSettings(const std::string& tickets) const {
+    std::ofstream(folder / "tpv.conf")
+        << "[TPV/Paper]\nDefault=Carpeta de tickets\nTickets=" << tickets << "\n";
   }
   ~TestHost() override {
     const std::int32_t status = till == nullptr ? ZRTPV_OK : zrtpv_release(till);
