@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "adapters/sqlite/sqlite_connection.h"
 #include "base/date_time.h"
 #include "base/text.h"
 #include "data/schema.h"
@@ -208,12 +209,23 @@ void CopyTable(Connection& from, Connection& to, const schema::Table& table, Num
   progress(table.name, sent.rows());
 }
 
+// Codes given twice before they were unique must not keep anybody from a copy.
+void AllowRepeatedCodes(Connection& from, Connection& to) {
+  const auto repeated =
+      from.Execute("SELECT TOP 1 CLI_COD FROM Cli GROUP BY CLI_COD HAVING COUNT(*) > 1");
+  if (repeated->Eof()) return;
+  if (auto* file = dynamic_cast<SqliteConnection*>(&to)) return file->LetCodesRepeat();
+  to.Execute("DROP INDEX ix_Cli_CLI_COD ON dbo.Cli");
+  to.Execute("CREATE INDEX ix_Cli_CLI_COD ON dbo.Cli (CLI_COD)");
+}
+
 }  // namespace
 
 void CopyStore(Connection& from, Connection& to, Numbers numbers, const CopyProgress& progress) {
   const Transaction reading(from);  // nobody sells meanwhile
   Transaction writing(to);
   DropBlankParameters(to);
+  AllowRepeatedCodes(from, to);
   for (const schema::Table& table : schema::Tables()) {
     CopyTable(from, to, table, numbers, progress);
   }

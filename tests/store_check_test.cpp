@@ -167,6 +167,23 @@ TEST(StoreCheck, FilledStoresAreSoundAndTheSameForASeed) {
   EXPECT_NEAR(std::stoi(open.str()), 45, 5);  // a twentieth stays on credit
 }
 
+TEST(StoreCheck, ACustomerCodeGivenTwiceIsNamedAndCopied) {
+  const TestFolder folder;
+  const FixedClock clock;
+  const std::string path = folder / "vieja.db";
+  MakeStore(path, Contents::Demonstration, clock);
+  {
+    SqliteConnection store(path, clock);
+    store.LetCodesRepeat();  // as it was
+    store.Execute("INSERT INTO Cli (CLI_COD, CLI_NOM) VALUES (7, 'El segundo siete')");
+  }
+  std::ostringstream out;
+  EXPECT_EQ(StoreCommand({"copy", path, folder / "copia.db"}, out), 0) << out.str();
+  EXPECT_EQ(StoreCommand({"check", folder / "copia.db"}, out), 1);
+  EXPECT_NE(out.str().find("Códigos de cliente repetidos (se nombra el código: cambie uno de los dos): 1 (7)"),
+            std::string::npos) << out.str();
+}
+
 TEST(StoreCheck, LooksAtTheFilesFirst) {
   const TestFolder folder;
   const FixedClock clock;

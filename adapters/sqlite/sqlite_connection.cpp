@@ -88,9 +88,19 @@ void MoveTermsOfPayment(sqlite3* handle) {
         "ALTER TABLE main.Fcol DROP COLUMN Fcol_Dias; ALTER TABLE main.Fcol DROP COLUMN Fcol_Por");
 }
 
+// An older store's index of customer codes makes room for the unique one. Where a code
+// was given twice it stays, and the store's check names the code.
+void MakeRoomForUniqueCodes(sqlite3* handle) {
+  if (Pragma(handle, "SELECT COUNT(*) FROM main.sqlite_master WHERE name = 'Cli'") == 0) return;
+  const int given_twice = Pragma(
+      handle, "SELECT COUNT(*) FROM (SELECT 1 FROM main.Cli GROUP BY CLI_COD HAVING COUNT(*) > 1)");
+  if (given_twice == 0) RunOn(handle, "DROP INDEX IF EXISTS main.ix_Cli_CLI_COD");
+}
+
 // All tables and indexes of a new store, those that an older one lacks otherwise.
 void AddWhatIsMissing(sqlite3* handle) {
   RunOn(handle, "BEGIN IMMEDIATE");
+  MakeRoomForUniqueCodes(handle);
   for (const schema::Home home : {schema::Home::Store, schema::Home::Catalogue}) {
     for (const std::string& statement : SqliteDdl(home)) RunOn(handle, statement);
   }
@@ -160,6 +170,10 @@ void SqliteConnection::Run(const char* sql) { RunOn(handle_.get(), sql); }
 void SqliteConnection::SetSynchronous(bool on) {
   Run(on ? "PRAGMA main.synchronous = FULL; PRAGMA zrcomun.synchronous = FULL;"
          : "PRAGMA main.synchronous = OFF; PRAGMA zrcomun.synchronous = OFF;");
+}
+
+void SqliteConnection::LetCodesRepeat() {
+  Run("DROP INDEX IF EXISTS main.ix_Cli_CLI_COD; CREATE INDEX main.ix_Cli_CLI_COD ON Cli (CLI_COD)");
 }
 
 std::vector<std::string> SqliteConnection::Damage() {

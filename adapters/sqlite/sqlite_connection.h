@@ -47,6 +47,8 @@ class SqliteConnection : public Connection {
   void BeginSnapshot() override;
   void EndSnapshot() noexcept override;
 
+  // For a copy of an older store in which a customer code was given twice.
+  void LetCodesRepeat();
   // What the engine finds damaged in both files, a line each; nothing in sound ones.
   std::vector<std::string> Damage();
 
