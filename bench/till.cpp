@@ -14,7 +14,7 @@ Till::Till(Connection& connection, int number)
     : connection_(connection), number_(std::to_string(number)) {
   objects_.SetPorts(ports_);
   front_end_.SetDriver(*this);
-  context().MyBd = std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_);
+  context().MyBd = std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_, settings_);
   if (!TillIsOpen(connection_, number_)) {
     connection_.Execute("INSERT INTO DiaCaj (DiaCaj_Caja, DiaCaj_Tipo, DiaCaj_Modo) VALUES (" +
                         number_ + ", 0, 1)");

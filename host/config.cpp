@@ -15,6 +15,7 @@
 #include "host/machine.h"
 #include "host/play.h"
 #include "sale/weighed_code.h"
+#include "suite/till_settings.h"
 
 namespace tpv {
 
@@ -36,6 +37,8 @@ bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_
 bool IsDevice(const std::string& value) { return IsTarget(value); }
 bool IsLayout(const std::string& value) { return AreWeighedLayouts(value); }
 bool IsCodeTable(const std::string& value) { return ParseCodeTable(value).has_value(); }
+bool IsTill(const std::string& value) { return suite::IsTillNumber(value); }
+bool IsDrawer(const std::string& value) { return suite::IsDrawerMethod(value); }
 bool IsAnything(const std::string&) { return true; }
 
 struct Known {
@@ -46,6 +49,10 @@ struct Known {
 };
 
 constexpr Known kKnown[] = {
+    {"Till", "Number", IsTill, "un número de caja, de 1 a 32767"},
+    {"Till", "DrawerMethod", IsDrawer,
+     "cómo se abre el cajón: 0 sin cajón, 1 impresora, 2 dispositivo, 3 línea impresa, 4 LPT1"},
+    {"Till", "DrawerCodes", IsAnything, "los códigos del cajón, o su dispositivo"},
     {"Paper", "Default", IsAnything, "el nombre de una impresora"},
     {"Paper", "Tickets", IsFolder, "una carpeta: /ruta o ~/ruta"},
     {"Paper", "Reports", IsFolder, "una carpeta: /ruta o ~/ruta"},
@@ -138,7 +145,8 @@ std::string Shown(const Machine& machine, const Setting& setting) {
 
 void List(const Machine& machine, std::ostream& out) {
   out << "# " << machine.settings.path() << "\n";
-  for (const std::string_view section : {kPaper, kPrinters, kCodeTable, kDevices, std::string_view("Mail")}) {
+  for (const std::string_view section :
+       {suite::kTill, kPaper, kPrinters, kCodeTable, kDevices, std::string_view("Mail")}) {
     for (const std::string& key : machine.settings.Keys(kTpv, section)) {
       const std::string name = std::string(section) + "." + key;
       out << name << " = " << Shown(machine, Find(name)) << "\n";

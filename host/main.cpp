@@ -50,7 +50,7 @@ constexpr const char* kHelp =
     "  tpv export articles|customers|stock|tickets|lines|payments|invoices|closures FICHERO\n"
     "      [--from dd/mm/aaaa] [--to dd/mm/aaaa] [--store ALMACÉN|--odbc CONEXIÓN]\n"
     "                                    escribe un fichero CSV para una hoja de cálculo\n"
-    "  tpv config                        ajustes: impresoras, cajón y correo\n"
+    "  tpv config                        ajustes: caja, impresoras, cajón y correo\n"
     "      set NOMBRE [VALOR] | get NOMBRE | unset NOMBRE\n"
     "                                    sin VALOR se lee de la entrada (la contraseña, siempre)\n"
     "      printers                      impresoras que ve la caja, la actual con *\n"

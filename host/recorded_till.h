@@ -55,7 +55,7 @@ class RecordedTill {
     };
     component.emplace(ports);
     component->context().MyBd =
-        std::make_shared<suite::StoreDatabase>(connection, user_, front_end, clock);
+        std::make_shared<suite::StoreDatabase>(connection, user_, front_end, clock, settings);
   }
 
   int user_;

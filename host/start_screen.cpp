@@ -11,6 +11,7 @@
 #include "host/machine.h"
 #include "host/store.h"
 #include "suite/store_database.h"
+#include "suite/till_settings.h"
 
 namespace tpv {
 
@@ -81,6 +82,7 @@ void StartScreen::DeclareLayout() {
 }
 
 void StartScreen::OnLoad() {
+  InheritTill();
   const std::string kept = machine_.settings.Read(kApplication, kSection, "Store");
   const bool usable = !kept.empty() && (IsServerStore(kept) || std::filesystem::exists(kept));
   const bool open = Open(usable ? kept : UsualStore());
@@ -132,11 +134,20 @@ std::unique_ptr<Connection> StartScreen::Connect(const std::string& path) {
   return OpenStore(path, Contents::Demonstration, machine_.clock);
 }
 
+// The window's own till of versions that had no setting for the machine.
+void StartScreen::InheritTill() {
+  FileSettings& settings = machine_.settings;
+  const std::string kept = settings.Read(kApplication, kSection, "Till");
+  const bool stated = !settings.Read(kApplication, suite::kTill, suite::kTillNumber).empty();
+  if (!kept.empty() && !stated) settings.Write(kApplication, suite::kTill, suite::kTillNumber, kept);
+}
+
 bool StartScreen::Open(const std::string& path) {
   try {
     auto connection = Connect(path);
     auto database =
-        std::make_shared<suite::StoreDatabase>(*connection, kUser, front_end_, machine_.clock);
+        std::make_shared<suite::StoreDatabase>(*connection, kUser, front_end_, machine_.clock,
+                                               machine_.settings);
     const std::string till = database->Parametro("Par_NumCaja").TextOr("");
     auto component = std::make_unique<Zrtpve>(ports_);
     component->context().MyBd = std::move(database);
@@ -144,8 +155,7 @@ bool StartScreen::Open(const std::string& path) {
     connection_ = std::move(connection);
     opened_ = path;
     Text1[0].text = Shortened(path);
-    const std::string kept = machine_.settings.Read(kApplication, kSection, "Till");
-    Text1[1].text = kept.empty() ? till : kept;
+    Text1[1].text = till;
     FillAgents();
     return true;
   } catch (const std::exception& error) {
@@ -173,21 +183,20 @@ std::int32_t StartScreen::Agent() const {
 }
 
 bool StartScreen::CheckTill() {
-  const auto till = ParseInt32(Text1[1].text);
-  if (till && *till >= 1 && *till <= 32767) return true;
+  if (suite::IsTillNumber(Text1[1].text)) return true;
   Tell("El número de caja no es válido", ui::Icon::Exclamation);
   SetFocus(Text1[1]);
   return false;
 }
 
 void StartScreen::Remember() {
-  const auto keep = [this](const char* key, const std::string& value) {
-    if (machine_.settings.Read(kApplication, kSection, key) == value) return;
-    machine_.settings.Write(kApplication, kSection, key, value);
+  const auto keep = [this](std::string_view section, std::string_view key, const std::string& value) {
+    if (machine_.settings.Read(kApplication, section, key) == value) return;
+    machine_.settings.Write(kApplication, section, key, value);
   };
-  keep("Store", opened_);
-  keep("Till", Text1[1].text);
-  keep("Agent", std::to_string(Agent()));
+  keep(suite::kTill, suite::kTillNumber, Text1[1].text);
+  keep(kSection, "Store", opened_);
+  keep(kSection, "Agent", std::to_string(Agent()));
 }
 
 void StartScreen::Run(void (Zrtpve::*screen)()) {

@@ -32,6 +32,7 @@ class StartScreen : public ui::Form {
   void DeclareLayout();
   void ChooseStore();
   void OpenTyped();
+  void InheritTill();
   bool Open(const std::string& path);
   std::unique_ptr<Connection> Connect(const std::string& path);
   void FillAgents();

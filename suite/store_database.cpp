@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "data/schema.h"
 #include "platform/database.h"
+#include "suite/till_settings.h"
 #include "suite/toolkit.h"
 
 namespace tpv::suite {
@@ -41,15 +42,21 @@ class Columns : public LateBound {
 }  // namespace
 
 StoreDatabase::StoreDatabase(Connection& connection, std::int32_t user, ui::FrontEnd& front_end,
-                             const Clock& clock)
+                             const Clock& clock, const Settings& settings)
     : connection_(connection),
       user_(user),
       front_end_(front_end),
       clock_(clock),
+      settings_(settings),
       builder_(connection),
       columns_(std::make_shared<Columns>(builder_)) {}
 
 Variant StoreDatabase::Parametro(std::string_view name) {
+  const auto own = TillParameter(settings_, name);
+  return own ? *own : StoreParameter(name);
+}
+
+Variant StoreDatabase::StoreParameter(std::string_view name) {
   static const schema::Table& parameters = *schema::FindTable("Parametros");
   const int column = parameters.Find(name);
   if (column < 0) throw ObjectError("No existe el parámetro «" + std::string(name) + "»");

@@ -7,6 +7,7 @@
 
 namespace tpv {
 class Clock;
+class Settings;
 namespace ui {
 class FrontEnd;
 }
@@ -18,10 +19,11 @@ class StoreDatabase : public DatabaseObject {
  public:
   // All references outlive the object.
   StoreDatabase(Connection& connection, std::int32_t user, ui::FrontEnd& front_end,
-                const Clock& clock);
+                const Clock& clock, const Settings& settings);
 
   Connection& Conexion() override { return connection_; }
-  // Read at the moment of the call: another till may have changed it.
+  // Read at the moment of the call: another till may have changed it. What the
+  // machine says (till_settings.h) stands before the store.
   Variant Parametro(std::string_view name) override;
   std::int32_t IdUsuario() const override { return user_; }
   RowBuilder& NuevaSentencia() override;
@@ -33,11 +35,15 @@ class StoreDatabase : public DatabaseObject {
   void Put(std::string_view property, const Variant& value) override;
   Variant Call(std::string_view method, std::span<Variant> arguments) override;
 
+ protected:
+  virtual Variant StoreParameter(std::string_view name);
+
  private:
   Connection& connection_;
   std::int32_t user_;
   ui::FrontEnd& front_end_;
   const Clock& clock_;
+  const Settings& settings_;
   StatementBuilder builder_;
   std::shared_ptr<Object> columns_;
 };

@@ -164,7 +164,8 @@ TEST_F(Paper, ASalesTicketIsTheSameAsTextAndAsPdfAndFitsThePaper) {
   objects.SetPorts(ports);
   Zrtpve component(ports);
   component.context().MyBd =
-      std::make_shared<suite::StoreDatabase>(store.connection(), 1, front_end, machine.clock);
+      std::make_shared<suite::StoreDatabase>(store.connection(), 1, front_end, machine.clock,
+                                             machine.settings);
   component.context().IdAlbaran = std::stoi(store.Value("SELECT MAX(Lav_IdCav) FROM Lav"));
 
   component.Emite_Ticket();

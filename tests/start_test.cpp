@@ -63,6 +63,7 @@ TEST_F(StartTest, OpensTheDemonstrationAndRemembersTheChoices) {
         },
         [&] {
           EXPECT_EQ(Top().name, "frmTpv");
+          EXPECT_EQ(Text("Text1(6)"), "2");  // whatever the store's parameter says
           front_end.engine().CloseBox();
         },
         [&] { EXPECT_EQ(Top().name, "frmInicio"); }});

@@ -16,7 +16,8 @@ namespace tpv {
 // On a connection of its own or another's, which outlives it.
 struct TestShop {
   TestShop(Connection& connection, const Clock& clock)
-      : database(std::make_shared<suite::StoreDatabase>(connection, 7, front_end, clock)) {
+      : database(std::make_shared<suite::StoreDatabase>(connection, 7, front_end, clock,
+                                                        settings)) {
     objects.SetPorts(ports);
   }
 

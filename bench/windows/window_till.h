@@ -28,7 +28,7 @@ class WindowTill : private ui::Driver {
     OpenTill();
     objects_.SetPorts(ports_);
     component_.context().MyBd =
-        std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_);
+        std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_, settings_);
     front_end_.SetDriver(*this);
   }
   void Sell(std::function<void()> work) {

@@ -76,7 +76,7 @@ std::shared_ptr<TillDatabase> DatabaseFor(const std::shared_ptr<Rehearsal>& rehe
   recorded = connection.get();
   return std::make_shared<TillDatabase>(
       OwnedConnection{rehearsal, std::move(connection)}, real.IdUsuario(),
-      *rehearsal->around->headless(), rehearsal->clock,
+      *rehearsal->around->headless(), rehearsal->clock, rehearsal->settings,
       [&real](std::string_view name) { return real.Parametro(name); });
 }
 

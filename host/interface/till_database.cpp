@@ -76,13 +76,14 @@ class Link : public Methods {
 }  // namespace
 
 TillDatabase::TillDatabase(OwnedConnection owned, std::int32_t user, ui::FrontEnd& front_end,
-                           const Clock& clock, Parameters parameters)
+                           const Clock& clock, const Settings& settings,
+                           Parameters parameters)
     : OwnedConnection(std::move(owned)),
-      StoreDatabase(*connection, user, front_end, clock),
+      StoreDatabase(*connection, user, front_end, clock, settings),
       parameters_(std::move(parameters)) {}
 
-Variant TillDatabase::Parametro(std::string_view name) {
-  return parameters_ ? parameters_(name) : StoreDatabase::Parametro(name);
+Variant TillDatabase::StoreParameter(std::string_view name) {
+  return parameters_ ? parameters_(name) : StoreDatabase::StoreParameter(name);
 }
 
 Variant TillDatabase::Get(std::string_view property) {

@@ -22,15 +22,16 @@ class TillDatabase : private OwnedConnection,
 
   // Without `parameters` they are read from the table.
   TillDatabase(OwnedConnection owned, std::int32_t user, ui::FrontEnd& front_end,
-               const Clock& clock, Parameters parameters = {});
+               const Clock& clock, const Settings& settings, Parameters parameters = {});
 
-  Variant Parametro(std::string_view name) override;
   // The suite's members, and Conexion: Execute(statement), BeginTrans,
   // CommitTrans, RollbackTrans. Execute gives rows: EOF, BOF, RecordCount,
   // Fields(name or index), Count, Name(index), MoveNext, Close.
   Variant Get(std::string_view property) override;
 
  private:
+  Variant StoreParameter(std::string_view name) override;
+
   Parameters parameters_;
 };
 

@@ -58,7 +58,7 @@ void Use(zrtpv_till& till, std::unique_ptr<Connection> connection, std::int32_t 
   const auto& around = till.around;
   till.component.context().MyBd = std::make_shared<TillDatabase>(
       OwnedConnection{around, std::move(connection)}, user, around->ports().ui,
-      around->machine().clock, std::move(parameters));
+      around->machine().clock, around->machine().settings, std::move(parameters));
 }
 
 void OpenFile(zrtpv_till& till, const std::string& path, std::int32_t if_missing,
