@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "base/text.h"
 #include "debt/collection.h"
 #include "cash/mail_queue.h"
 #include "tests/test_machine.h"
@@ -121,6 +122,28 @@ class RunningClock : public Clock {
   mutable DateTime now{2026, 11, 24, 10, 0, 0, 0};
   DateTime Now() const override { return now = AddSeconds(now, 5); }
 };
+
+// A network printer that hangs holds its own till alone: while a drawer or a ticket is
+// waited for, another sells.
+TEST_F(Day, ADeviceThatHangsStopsNoOtherTill) {
+  constexpr const char* kOpen =
+      "call zTpv\nenter Text1(6) %\nenter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 100\n"
+      "click cmdGrabar\nanswer Yes\n";
+  constexpr const char* kSold = "key Add\ntype 0121\nkey Enter\nkey Subtract\nclick cmdTicket\n";
+  TestTill other(path, clock);
+  int sold_meanwhile = 0;
+  const auto sell = [&] {
+    ++sold_meanwhile;
+    EXPECT_EQ(other.Play(ReplaceAll(kOpen, "%", std::to_string(1 + sold_meanwhile)) + kSold), "");
+  };
+  TestTill till(path, clock);
+  till.store().Execute("UPDATE Parametros SET Par_PCajon = 4, Par_SCajon = '27,112'");
+  other.shop().settings.Write("TPV", "Till", "DrawerMethod", "0");
+  till.shop().devices.on_write = [&](const std::string&, const std::string&) { sell(); };
+  till.shop().printers.on_document = [&](const PrintedDocument&) { sell(); };
+  EXPECT_EQ(till.Play(ReplaceAll(kOpen, "%", "1") + kSold), "");
+  EXPECT_EQ(sold_meanwhile, 2);
+}
 
 TEST_F(Day, ADeadMailServerDoesNotHoldTheTillForTheWholeQueue) {
   TestTill till(path, clock);

@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "cash/closures_journal.h"
+#include "context/kept_sale.h"
 #include "platform/clock.h"
 #include "platform/database.h"
 #include "screen/lookups.h"
@@ -133,6 +134,7 @@ void FrmTpvCierreCaja::BackToTills() {
 }
 
 void FrmTpvCierreCaja::ShowJournal() {
+  const KeptSale kept(context());  // the journal looks agents up too
   FrmTpvDiarioCierres journal(context());
   context().ports.ui.ShowModal(journal);
 }

@@ -38,8 +38,9 @@ void FrmTpvPendiente::DeclareLayout() {
 }
 
 void FrmTpvPendiente::OnF1(std::string_view tag) {
+  if (tag != "Clientes") return;
   pending_message = "e";
-  if (tag == "Clientes") FindByCode(-1, 0);
+  FindByCode(-1, 0);
 }
 
 bool FrmTpvPendiente::FindByCode(std::int32_t code, std::int32_t id) {

@@ -109,9 +109,9 @@ class Maker {
   const TicketInvoice& invoice_;
 };
 
-void StoreCompanion(const TicketInvoice& invoice) {
+void Run(const std::function<void()>& companion) {
   try {
-    invoice.companion();
+    companion();
   } catch (const TillRefusal&) {
     throw;
   } catch (const std::exception& error) {
@@ -143,8 +143,9 @@ bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invo
   try {
     Transaction transaction(context.Database());
     invoice.check();
+    Run(invoice.precondition);
     if (!Maker(context, invoicing, invoice).Make()) return false;
-    StoreCompanion(invoice);
+    Run(invoice.companion);
     transaction.Commit();
     return true;
   } catch (const InvoiceRefused&) {

@@ -50,6 +50,9 @@ struct TicketInvoice {
   // Runs first inside the transaction; an InvoiceRefused of it goes to the caller of
   // StoreInvoice, and nothing is stored.
   std::function<void()> check = [] {};
+  // Whether what it invoices is still as the operator saw it; runs first, inside the
+  // transaction. An error goes to the caller as the companion's does.
+  std::function<void()> precondition = [] {};
   // Runs once the invoice has its number, before the tickets are marked.
   std::function<void()> before_marking = [] {};
   // Stores what must stand or fall with the invoice. An error of it goes to the

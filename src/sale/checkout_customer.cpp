@@ -3,13 +3,13 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "context/kept_sale.h"
 #include "data/sql_text.h"
 #include "debt/customer_debt.h"
 #include "debt/pending_screen.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 #include "sale/checkout_dialog.h"
-#include "sale/kept_sale.h"
 #include "sale/payment_methods.h"
 #include "sale/sale_screen.h"
 
@@ -32,6 +32,8 @@ void FrmTpv1::ShowCustomer(const CustomerRecord& customer) {
   Text1[5].text = Left(customer.Name(), 50);
   Text1[24].text = Trim(customer["Cli_doc"].TextOr(""));
   SelectPaymentMethod(cboFpago, customer["Cli_Fco"].IntOr(0));
+  // Without an entry of his own nobody's is stored, the last customer's least of all.
+  cboTipoVia.index = cboProvincias.index = -1;
   const std::string street_type = customer["Dir_Sg"].TextOr("");
   cboTipoVia.SelectIf([&](std::string_view entry) { return Left(entry, 2) == street_type; });
   const std::pair<int, const char*> address[] = {
@@ -49,6 +51,7 @@ void FrmTpv1::ShowCustomer(const CustomerRecord& customer) {
 void FrmTpv1::SelectCountry(const Variant& code) {
   constexpr int kHomeCountry = 9;
   const std::int32_t number = Int32OrZero(code.TextOr(""));
+  cboPais.index = -1;
   if (number == 0) {
     if (cboPais.items.size() > kHomeCountry) cboPais.index = kHomeCountry;
     return;

@@ -4,16 +4,6 @@
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
-#include "output/cash_drawer.h"
-#include "output/sales_ticket.h"
-#include "output/ticket_text.h"
-#include "data/journal.h"
-#include "data/sales_in_progress.h"
-#include "data/sql_text.h"
-#include "data/till_state.h"
-#include "platform/database.h"
-#include "platform/printer.h"
-#include "sale/sale_storage.h"
 
 namespace tpv {
 
@@ -21,8 +11,9 @@ using ui::Answer;
 using ui::Icon;
 
 void FrmTpv1::OnF1(std::string_view tag) {
+  if (tag != "Clientes") return;
   pending_message = "e";
-  if (tag == "Clientes") msBuscarClientes(-1, 0);
+  msBuscarClientes(-1, 0);
 }
 
 void FrmTpv1::OnF5() {
@@ -37,8 +28,7 @@ Payment FrmTpv1::ReadPayment() const {
 }
 
 void FrmTpv1::LeaveAmount(ui::TextBox& box) {
-  if (box.text.empty()) return;
-  box.text = toolkit().FormatearImporte(box.text);
+  if (!box.text.empty()) box.text = toolkit().FormatearImporte(box.text);
   Text1[7].text = FormatNumber(ReadPayment().DueChange(), "#,##0.00");
 }
 
@@ -105,103 +95,6 @@ bool FrmTpv1::ConfirmChange(double limit) {
   if (Confirm("Confirma el importe de la devolución", Icon::Critical)) return true;
   SetFocus(Text1[6]);
   return false;
-}
-
-void FrmTpv1::End(Ending ending) {
-  constexpr double kLargeChange = 100;
-  if (!CheckPayment() || !ConfirmChange(kLargeChange)) return;
-  const ui::WaitCursor waiting(*this);
-  if (!Store(ending)) return;
-  if (ending == Ending::Ticket) PrintSalesTicket(context());
-  if (ending == Ending::NoTicket) {
-    try {
-      PrintOpeningLine(context());
-    } catch (const PrintError&) {
-      // The line only kicks a drawer that hangs on the printer.
-    }
-  }
-  completed_ = true;
-  Close();
-}
-
-// Customer, collected mark, journal entry and its link are stored together or
-// not at all.
-bool FrmTpv1::Store(Ending ending) {
-  try {
-    if (DoubtfulPaymentIsStored()) return true;
-    entry_id_ = 0;
-    Transaction transaction(Database());
-    msActualizaClienteAlbaran();
-    const bool drawer = ending == Ending::Ticket && Parameter("Par_PCajon").IntOr(0) != 0;
-    if (drawer) OpenDrawer(context());
-    RecordPayment();
-    transaction.Commit();
-    return true;
-  } catch (const TillRefusal& refusal) {
-    Refuse(refusal.what(), nullptr, Icon::Exclamation);
-  } catch (const CommitUnknown& error) {
-    doubtful_entry_id_ = entry_id_;
-    RefusePayment(error.what());
-  } catch (const std::exception& error) {
-    RefusePayment(error.what());
-  }
-  return false;
-}
-
-// Whether the payment whose commit got no answer is there after all. Numbers of
-// entries are given once, so a link of that entry to this sale is proof.
-bool FrmTpv1::DoubtfulPaymentIsStored() {
-  if (doubtful_entry_id_ == 0) return false;
-  return !Database()
-              .Execute("SELECT Tco_IdDiaCaj FROM Tco WHERE Tco_IdDiaCaj = " +
-                       sql::Number(std::int64_t{doubtful_entry_id_}) + " AND Tco_IdCav = " +
-                       sql::Number(std::int64_t{context().IdAlbaran}))
-              ->Eof();
-}
-
-void FrmTpv1::RefusePayment(const char* reason) {
-  Refuse("No se ha podido grabar el cobro de la venta. " + std::string(kLineBreak) + reason,
-         nullptr, Icon::Critical);
-}
-
-void FrmTpv1::RecordPayment() {
-  UnregisterSale(Database(), context().IdAlbaran);
-  const auto entry = EntryFor(ReadPayment(), on_credit_);
-  if (!entry) return;
-  RequireOwnSale(context());
-  const auto note = entry->LinkNote();
-  entry_id_ = InsertEntry(*entry);
-  LinkTicket(context(), entry_id_, context().IdAlbaran, entry->LinkedAmount(),
-             note ? Variant(*note) : Variant());
-}
-
-std::int32_t FrmTpv1::InsertEntry(const JournalEntry& entry) {
-  RowBuilder& row = EntryOfOpenTill(context(), context().Caja);
-  row.Add("DiaCaj_IdUsu", ValueKind::Whole, Variant(context().MyBd->IdUsuario()));
-  row.Add("DiaCaj_IdAge", ValueKind::Whole, Variant(context().IdAgente));
-  row.Add("DiaCaj_Caja", ValueKind::Whole, Variant(context().Caja));
-  row.Add("DiaCaj_Tipo", ValueKind::Whole, Variant(static_cast<int>(JournalEvent::TicketCollection)));
-  row.Add("DiaCaj_IdCliPr", ValueKind::Whole, Variant(context().IdCliente));
-  row.Add("DiaCaj_Modo", ValueKind::Whole, Variant(static_cast<int>(entry.mode)));
-  row.Add("DiaCaj_Entrega", ValueKind::Amount, Variant(entry.cash));
-  row.Add("DiaCaj_Tarjeta", ValueKind::Amount, Variant(entry.card));
-  row.Add("DiaCaj_Devolucion", ValueKind::Amount, Variant(entry.change));
-  row.Add("DiaCaj_Cobrado", ValueKind::Amount, Variant(entry.collected));
-  row.Add("DiaCaj_Descuento", ValueKind::Amount, Variant(entry.discount));
-  row.Add("DiaCaj_Obs", ValueKind::Literal, Variant("Null"));
-  InsertOrThrow(row);
-  return LastEntry(context());
-}
-
-void FrmTpv1::CancelTheSale() {
-  if (DoubtfulPaymentIsStored()) return Refuse("El cobro de la venta quedó grabado", nullptr);
-  try {
-    GiveUpSale(context());
-  } catch (const SaleTaken& taken) {
-    return Refuse(taken.what(), nullptr, Icon::Critical);
-  }
-  completed_ = true;
-  Close();
 }
 
 }  // namespace tpv

@@ -2,6 +2,7 @@
 // change, and how it ends: ticket, no ticket, invoice, or cancelled.
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "invoicing/ticket_invoice.h"
@@ -60,7 +61,9 @@ class FrmTpv1 : public Screen {
   bool ConfirmChange(double limit);
   void FocusPayment();
   void End(Ending ending);
-  bool Store(Ending ending);
+  void Complete();
+  bool Stored(const std::function<void()>& store);
+  void StorePayment();
   bool DoubtfulPaymentIsStored();
   void RecordPayment();
   std::int32_t InsertEntry(const JournalEntry& entry);
@@ -70,11 +73,11 @@ class FrmTpv1 : public Screen {
   // invoice
   void EndWithInvoice();
   void EndWithStoredPayment();
+  void Issue(const TicketInvoice& invoice);
   std::int32_t PaymentMethod() const;
   bool CheckNotInvoiced();
   bool CheckPaymentMethod(const CustomerRecord& customer);
   TicketInvoice InvoiceOf(const CustomerRecord& customer, const InvoiceParameters& asked);
-  bool InvoiceAndPayment(Object& invoicing, const TicketInvoice& invoice);
 
   ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
   ui::ComboBox cboTipoVia{*this, "cboTipoVia", "Tipo de Via"};

@@ -3,12 +3,12 @@
 #include "base/text.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
-#include "data/till_state.h"
 #include "invoicing/ticket_invoice.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 #include "sale/checkout_dialog.h"
+#include "sale/sale_storage.h"
 
 namespace tpv {
 
@@ -25,18 +25,32 @@ void FrmTpv1::EndWithInvoice() {
   const InvoiceParameters asked =
       AskForInvoice(context(), (*customer)["cli_FavObs"].TextOr(""), !on_credit_);
   if (!asked.confirmed) return;
+  Issue(InvoiceOf(*customer, asked));
+}
+
+// The payment is stored with its invoice, or without when there will be none: what
+// the customer handed over is in the till either way.
+void FrmTpv1::Issue(const TicketInvoice& invoice) {
   const auto invoicing = CreateInvoicing(context());
   const ui::WaitCursor waiting(*this);
-  if (!InvoiceAndPayment(*invoicing, InvoiceOf(*customer, asked))) return;
-  completed_ = true;
-  Close();
+  OpenDrawer(context());
+  bool invoiced = false;
+  const bool stored = Stored([&] {
+    invoiced = StoreInvoice(context(), *invoicing, invoice);
+    if (invoiced) return;
+    Refuse(kInvoiceFailed, nullptr, Icon::Critical);
+    StorePayment();
+  });
+  if (!stored) return;
+  Complete();
+  const std::string error = invoiced ? IssueInvoice(*invoicing) : std::string();
+  if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
 }
 
 // It was taken although the store did not say so; with an invoice if there is one.
 void FrmTpv1::EndWithStoredPayment() {
   Refuse("El cobro de la venta quedó grabado", nullptr);
-  completed_ = true;
-  Close();
+  Complete();
 }
 
 // A period's invoice may have taken this sale in from another till meanwhile.
@@ -45,7 +59,7 @@ bool FrmTpv1::CheckNotInvoiced() {
                                        sql::Number(std::int64_t{context().IdAlbaran}));
   const auto invoiced = static_cast<std::int32_t>(InvoicingState::Invoiced);
   if (sale->Eof() || sale->Field(0).IntOr(0) != invoiced) return true;
-  Refuse("La venta ya está incluida en una factura", nullptr, Icon::Critical);
+  Refuse(kSaleInvoiced, nullptr, Icon::Critical);
   return false;
 }
 
@@ -88,37 +102,10 @@ TicketInvoice FrmTpv1::InvoiceOf(const CustomerRecord& customer,
                      Left(cboPais.Text(), 3), Text1[13].text, Left(cboProvincias.Text(), 2)};
   invoice.collected = invoice.in_portfolio = !asked.in_portfolio;
   invoice.tickets = " WHERE Cav_Id = " + sql::Number(std::int64_t{context().IdAlbaran});
+  invoice.precondition = [this] { RequireOwnSale(context()); };
   invoice.before_marking = [this] { msActualizaClienteAlbaran(); };
   invoice.companion = [this] { RecordPayment(); };
   return invoice;
-}
-
-// The payment is stored with its invoice, or alone when there will be none: what
-// the customer handed over is in the till either way.
-bool FrmTpv1::InvoiceAndPayment(Object& invoicing, const TicketInvoice& invoice) {
-  OpenDrawer(context());
-  try {
-    entry_id_ = 0;
-    if (StoreInvoice(context(), invoicing, invoice)) {
-      const std::string error = IssueInvoice(invoicing);
-      if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
-      return true;
-    }
-    Refuse(kInvoiceFailed, nullptr, Icon::Critical);
-    entry_id_ = 0;
-    Transaction transaction(Database());
-    RecordPayment();
-    transaction.Commit();
-    return true;
-  } catch (const TillRefusal& refusal) {
-    Refuse(refusal.what(), nullptr, Icon::Exclamation);
-  } catch (const CommitUnknown& error) {
-    doubtful_entry_id_ = entry_id_;
-    RefusePayment(error.what());
-  } catch (const std::exception& error) {
-    RefusePayment(error.what());
-  }
-  return false;
 }
 
 }  // namespace tpv

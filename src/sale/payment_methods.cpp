@@ -11,6 +11,7 @@ ui::Entries PaymentMethods(Context& context) {
 }
 
 void SelectPaymentMethod(ui::ComboBox& combo, std::int32_t code) {
+  combo.index = combo.items.empty() ? -1 : 0;  // "Sin asignar", unless there is such a method
   combo.SelectIf([code](std::string_view entry) { return LeadingNumber(entry.substr(0, 2)) == code; });
 }
 

@@ -77,6 +77,7 @@ void FrmTpvDevoluciones::OnKeyUp(ui::Key key) {
 void FrmTpvDevoluciones::OnF1(std::string_view tag) {
   SaleEntry::OnF1(tag);
   if (tag != "Clientes") return;
+  pending_message = "e";
   std::int32_t code = -1;
   std::int32_t id = 0;
   msBuscarClientes(code, id);
@@ -103,6 +104,7 @@ void FrmTpvDevoluciones::StartOrCancel() {
   if (sale_in_progress_) {
     if (!CancelSaleInProgress()) return;
     ShowOpenTicket(false);
+    ShowCounterCustomer();
   } else if (CanStart(NumberOrZero(Text1[6].text) != 0, &Text1[6])) {
     Start();
   }

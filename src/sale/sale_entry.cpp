@@ -68,11 +68,8 @@ void SaleEntry::OnLoad() {
   Text1[0].tag = "Agentes";
   Text1[2].tag = "Clientes";
   Text1[19].tag = "Articulos";
-  std::int32_t counter_customer = Parameter("Par_CliCon").IntOr(0);
-  if (counter_customer != 0) {
-    std::int32_t id = 0;
-    msBuscarClientes(counter_customer, id);
-  }
+  if (context().IdAgente != 0) ShowAgent(context().IdAgente);
+  ShowCounterCustomer();
   if (Parameter("Par_Alma").IsNull()) {
     Message("No se ha definido en parámetros el almacen para Gestión de venta rápida. " +
                 std::string(kLineBreak) +
@@ -85,9 +82,9 @@ void SaleEntry::OnLoad() {
 }
 
 void SaleEntry::OnF1(std::string_view tag) {
+  if (tag != "Agentes" && tag != "Articulos") return;
   pending_message = "e";
-  if (tag == "Agentes") ShowAgent(0);
-  if (tag == "Articulos") LookUpArticle({});
+  tag == "Agentes" ? ShowAgent(0) : LookUpArticle({});
 }
 
 void SaleEntry::OnEnter(ui::Control& control) {
@@ -111,9 +108,24 @@ void SaleEntry::ShowAgent(std::int32_t id) {
 
 void SaleEntry::LeaveAgent() {
   if (!Text1[0].text.empty()) return ShowAgent(Int32OrZero(Text1[0].text));
-  if (Text1[1].text.empty()) return;
-  context().IdAgente = 0;  // the agent shown was taken out
+  context().IdAgente = 0;  // taken out
   Text1[1].text.clear();
+}
+
+void SaleEntry::ShowCounterCustomer() {
+  std::int32_t code = Parameter("Par_CliCon").IntOr(0);
+  std::int32_t id = 0;
+  if (code != 0) msBuscarClientes(code, id);
+}
+
+// What was sold to one customer has no say in the next sale, also when the store
+// cannot be asked for the counter's.
+void SaleEntry::ForgetCustomer() {
+  customer_.reset();
+  context().IdCliente = 0;
+  Text1[2].text.clear();
+  Text1[5].text.clear();
+  SelectPaymentMethod(cboFpago, 0);
 }
 
 void SaleEntry::LeaveCustomer() {
@@ -171,7 +183,7 @@ bool SaleEntry::CancelSaleInProgress() {
     GiveUpSale(context());
   } catch (const SaleTaken& taken) {
     Refuse(taken.what(), nullptr, Icon::Critical);
-    return false;
+    LeaveSalePending(context());
   }
   ForgetSale();
   return true;
@@ -181,6 +193,7 @@ void SaleEntry::ForgetSale() {
   EmptyLine();
   context().IdAlbaran = -1;
   sale_in_progress_ = false;
+  ForgetCustomer();
   OfferNewSale();
 }
 

@@ -70,7 +70,9 @@ class SaleEntry : public Screen {
   // Asks, takes the sale in progress out of the store and forgets it. False when
   // the operator keeps it.
   bool CancelSaleInProgress();
+  // Its customer too: ShowCounterCustomer follows.
   void ForgetSale();
+  void ShowCounterCustomer();
   // cmdNueva starts a sale, or gives up the one in progress.
   void OfferNewSale();
   void OfferToCancel();
@@ -97,6 +99,7 @@ class SaleEntry : public Screen {
 
  private:
   void ShowAgent(std::int32_t id);
+  void ForgetCustomer();
   void LeaveAgent();
   void LeaveCustomer();
   void LeaveArticle();

@@ -7,13 +7,13 @@
 #include "cash/mail_queue.h"
 #include "cash/movements_screen.h"
 #include "cash/opening_screen.h"
+#include "context/kept_sale.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "data/till_state.h"
 #include "output/sales_ticket.h"
 #include "platform/database.h"
 #include "sale/checkout_dialog.h"
-#include "sale/kept_sale.h"
 #include "sale/returns_screen.h"
 #include "sale/sale_storage.h"
 
@@ -29,13 +29,13 @@ void FrmTpv::OnFirstActivate() {
 
 bool FrmTpv::OnKeyDown(ui::Key key) {
   if (key == ui::Key::Add) {
-    if (!sale_in_progress_ && cmdNueva.IsEnabled()) StartOrCancel();
+    if (!sale_in_progress_ && cmdNueva.IsEnabled() && LeaveField()) StartOrCancel();
     return true;  // within a sale it does nothing, so it types nothing either
   }
   if (key == ui::Key::Subtract && sale_in_progress_ && cmdFinalizar.IsEnabled()) {
     if (!SettleWaitingLine()) return true;
     Text1[19].text.clear();
-    Finish();
+    if (LeaveField()) Finish();
     return true;
   }
   return false;
@@ -86,6 +86,9 @@ void FrmTpv::Cancel() {
 
 void FrmTpv::Finish() {
   if (!SettleWaitingLine()) return;
+  if (dbgVenta.rows.empty()) {
+    return Refuse("La venta no tiene líneas", &Text1[19], Icon::Exclamation);
+  }
   FrmTpv1 checkout(context());
   Open(checkout);
   context().ports.ui.ShowModal(checkout);
@@ -106,9 +109,10 @@ void FrmTpv::EmptyAfterSale() {
   Frame2.enabled = false;
   cmdNueva.enabled = true;
   cmdCancelar.enabled = cmdFinalizar.enabled = false;
-  ShowLinesAndTotals();
   Frame1.enabled = true;
   SetFocus(cmdNueva);
+  ShowLinesAndTotals();
+  ShowCounterCustomer();
 }
 
 void FrmTpv::ShowLinesAndTotals() {

@@ -177,27 +177,25 @@ void CancelSale(Context& context, std::int32_t sale_id) {
 
 namespace {
 
-// What other tills collected of the context's sale; nullopt when one deleted it.
-std::optional<double> CollectedElsewhere(Context& context) {
-  const auto sale = context.Database().Execute("SELECT " + std::string(kAmountCollected) +
+// Whether the context's sale is there; throws SaleTaken when another till did
+// something with it.
+bool IsThere(Context& context) {
+  const auto sale = context.Database().Execute("SELECT Cav_Situa, " + std::string(kAmountCollected) +
                                                " AS Cobrado FROM Cav WHERE Cav_Id = " +
                                                sql::Number(std::int64_t{context.IdAlbaran}));
-  if (sale->Eof()) return std::nullopt;
-  return sale->Field("Cobrado").NumberOr(0);
-}
-
-void RequireNothing(double collected) {
-  if (collected == 0) return;
+  if (sale->Eof()) return false;
+  const auto invoiced = static_cast<std::int32_t>(InvoicingState::Invoiced);
+  if (sale->Field("Cav_Situa").IntOr(0) == invoiced) throw SaleTaken(kSaleInvoiced);
+  const double collected = sale->Field("Cobrado").NumberOr(0);
+  if (collected == 0) return true;
   throw SaleTaken("Otra caja ya ha cobrado " + FormatNumber(collected, "0.00") +
-                  " de esta venta. Termínela a crédito y cobre el resto como venta pendiente");
+                  " de esta venta. Al cancelarla queda como venta pendiente por el resto");
 }
 
 }  // namespace
 
 void RequireOwnSale(Context& context) {
-  const auto collected = CollectedElsewhere(context);
-  if (!collected) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
-  RequireNothing(*collected);
+  if (!IsThere(context)) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
 }
 
 void LeaveSalePending(Context& context) {
@@ -208,10 +206,11 @@ void LeaveSalePending(Context& context) {
 
 void GiveUpSale(Context& context) {
   Transaction transaction(context.Database());
-  const auto collected = CollectedElsewhere(context);
-  if (!collected) return;  // there is nothing left to give up
-  RequireNothing(*collected);
-  DeleteSale(context, context.IdAlbaran);
+  if (IsThere(context)) {
+    DeleteSale(context, context.IdAlbaran);
+  } else {
+    UnregisterSale(context.Database(), context.IdAlbaran);
+  }
   transaction.Commit();
 }
 

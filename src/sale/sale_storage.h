@@ -55,19 +55,21 @@ void DeleteLines(Context& context, const std::vector<std::int32_t>& lines);
 // that has payments.
 void CancelSale(Context& context, std::int32_t sale_id);
 
-// Another till deleted the sale in progress, or collected it with the customer's
-// pending tickets. what() is for the operator.
+// Another till deleted the sale in progress, collected it with the customer's pending
+// tickets or invoiced it. what() is for the operator.
 class SaleTaken : public DatabaseError {
  public:
   using DatabaseError::DatabaseError;
 };
+
+inline constexpr const char* kSaleInvoiced = "La venta ya está incluida en una factura";
 
 // Throws SaleTaken when that happened. Inside the caller's transaction.
 void RequireOwnSale(Context& context);
 // The context's sale stays as a pending ticket and is no longer in progress.
 void LeaveSalePending(Context& context);
 // Cancels the context's sale in progress; throws SaleTaken for one that another
-// till collected. One that is gone already is no error.
+// till collected or invoiced. One that is gone already is no error.
 void GiveUpSale(Context& context);
 
 }  // namespace tpv

@@ -105,6 +105,15 @@ ui::Answer Screen::Ask(std::string text, ui::Icon icon, ui::Answer default_butto
   return Show(box);
 }
 
+bool Screen::LeaveField() {
+  if (focus == nullptr) return true;
+  OnLeave(*focus);
+  if (focus->left) focus->left();
+  if (requested_focus != nullptr) return false;
+  OnEnter(*focus);
+  return true;
+}
+
 void Screen::SendTab() { tab_sent = true; }
 
 void Screen::MakeDateField(ui::TextBox& box) {
