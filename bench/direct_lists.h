@@ -31,7 +31,7 @@ class DirectLists {
                         "round(SUM(Lav_Importe + Lav_Importe / 100 * Tiva_iva), 2), ifnull((SELECT "
                         "SUM(Tco_Importe) FROM Tco WHERE Tco_IdCav = Cav_Id), 0), round(SUM(Lav_Importe + "
                         "Lav_Importe / 100 * Tiva_iva), 2) - ifnull((SELECT SUM(Tco_Importe) FROM Tco WHERE "
-                        "Tco_IdCav = Cav_Id), 0) FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN zrcomun.tivas ON "
+                        "Tco_IdCav = Cav_Id), 0) FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN tivas ON "
                         "Tiva_Id = Lav_Tiva WHERE Cav_Ticket = 1 AND Cav_Cobrado = 0 GROUP BY Cav_Id, Cav_Serie, "
                         "Cav_Numero, Cav_Fecha, Cav_Caja, Cav_Situa, Cav_Agente, Cav_IdFactura, Cav_NFiscal "
                         "ORDER BY Cav_Fecha"};
@@ -43,15 +43,15 @@ class DirectLists {
   Prepared count_{store_, "SELECT COUNT(*) FROM Cav WHERE Cav_Fecha BETWEEN ? AND ? AND Cav_Ticket = 1"};
   Prepared lines_{store_,
                   "SELECT Lav_Importe, Tiva_iva FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN "
-                  "zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND Cav_Ticket = 1"};
+                  "tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND Cav_Ticket = 1"};
   Prepared sales_{store_,
                   "SELECT Cav_Id, Cav_Fecha, CASE WHEN length(Cav_Serie) > 0 THEN Cav_Serie || '/' ELSE '' "
                   "END || Cav_Numero, Cav_Caja, Cav_Agente, Cav_NFiscal, (SELECT round(SUM(Lav_Importe + "
-                  "Lav_Importe / 100 * Tiva_iva), 2) FROM Lav JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE "
+                  "Lav_Importe / 100 * Tiva_iva), 2) FROM Lav JOIN tivas ON Tiva_Id = Lav_Tiva WHERE "
                   "Lav_IdCav = Cav_Id), (SELECT round(SUM(Lav_Importe + Lav_Importe / 100 * Tiva_iva), 2) FROM "
-                  "Lav JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE Lav_IdCav = Cav_Id) - ifnull((SELECT "
+                  "Lav JOIN tivas ON Tiva_Id = Lav_Tiva WHERE Lav_IdCav = Cav_Id) - ifnull((SELECT "
                   "SUM(Tco_Importe) FROM Tco WHERE Tco_IdCav = Cav_Id), 0) FROM Cav JOIN Lav ON Lav_IdCav = "
-                  "Cav_Id JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND "
+                  "Cav_Id JOIN tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND "
                   "Cav_Ticket = 1 GROUP BY Cav_Id, Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Caja, Cav_Situa, "
                   "Cav_Agente, Cav_IdFactura, Cav_NFiscal ORDER BY Cav_Fecha"};
   Prepared collected_{store_,
@@ -73,7 +73,7 @@ class DirectLists {
                     "SELECT Cav_Id, Cav_Fecha, CASE WHEN length(Cav_Serie) > 0 THEN Cav_Serie || '/' ELSE '' "
                     "END || Cav_Numero, Cav_Caja, Cav_Agente, Cav_NFiscal, round(SUM(Lav_Importe + "
                     "Lav_Importe / 100 * Tiva_iva), 2) FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN "
-                    "zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND Cav_Ticket = 1 "
+                    "tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND Cav_Ticket = 1 "
                     "AND Cav_Situa = 1 GROUP BY Cav_Id, Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Caja, "
                     "Cav_Situa, Cav_Agente, Cav_IdFactura, Cav_NFiscal ORDER BY Cav_Fecha"};
   Prepared insert_invoice_{store_, "INSERT INTO Fav (Fav_Serie, Fav_Numero, Fav_Fecha) VALUES ('D', 1, ?)"};
@@ -85,7 +85,7 @@ class DirectLists {
                    "WHEN length(Cav_Serie) > 0 THEN Cav_Serie || '/' ELSE '' END || Cav_Numero, Cav_Fecha, "
                    "Lav_CodArt, Lav_Des, Lav_Uni, Lav_precio, Lav_DTo1, Lav_Importe, Tiva_iva, "
                    "round(Lav_Importe + Lav_Importe / 100 * Tiva_iva, 2) FROM Cav JOIN Lav ON Lav_IdCav = "
-                   "Cav_Id JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE Cav_IdFactura = ?1 ORDER BY "
+                   "Cav_Id JOIN tivas ON Tiva_Id = Lav_Tiva WHERE Cav_IdFactura = ?1 ORDER BY "
                    "Cav_Fecha, Cav_Id, Lav_Id"};
   Prepared total_{store_, "SELECT SUM(Fal_Total) FROM Fal WHERE Fal_IdFav = ?"};
   Prepared rates_{store_,

@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "adapters/sqlite/functions.h"
-#include "adapters/sqlite/sqlite_connection.h"
 
 namespace tpv::bench {
 
@@ -14,7 +13,6 @@ DirectStore::DirectStore(const std::string& path, const Clock& clock) {
   }
   RegisterFunctions(handle_, clock);  // the tables name its collation
   Run("PRAGMA foreign_keys = OFF");
-  Run(("ATTACH '" + CataloguePath(path) + "' AS zrcomun").c_str());
   Run("PRAGMA main.journal_mode = WAL");
   Run("PRAGMA synchronous = FULL");
   Run("PRAGMA temp_store = MEMORY");

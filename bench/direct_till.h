@@ -43,7 +43,7 @@ class DirectTill {
                     "alm ON art_alma = alm_id LEFT JOIN artcli ON artcli_idart = ART_Id AND artcli_idcli = "
                     "1 WHERE ART_Cod = ?1 OR ART_BARCODE = ?1"};
   Prepared tax_{store_,
-                "SELECT Tiva_Id, Tiva_iva, Tiva_rec FROM zrcomun.tivas WHERE tiva_reg = 1 AND tiva_art = ? "
+                "SELECT Tiva_Id, Tiva_iva, Tiva_rec FROM tivas WHERE tiva_reg = 1 AND tiva_art = ? "
                 "AND Tiva_Fecha <= tpv_getdate() ORDER BY Tiva_Fecha DESC LIMIT 1"};
   Prepared insert_line_{store_,
                         "INSERT INTO Lav (Lav_IdCav, Lav_Idart, Lav_CodArt, Lav_Des, Lav_Uni, Lav_precio, "
@@ -58,15 +58,15 @@ class DirectTill {
   Prepared lines_{store_,
                   "SELECT Lav_Id, Lav_Idart, Lav_CodArt, Tiva_iva, Tiva_rec, Lav_Des, Lav_Uni, "
                   "round(Lav_precio + Lav_precio / 100 * Tiva_iva, 2), Lav_DTo1, Lav_precio, "
-                  "round(Lav_Importe + Lav_Importe / 100 * Tiva_iva, 2) FROM Lav JOIN zrcomun.tivas ON "
+                  "round(Lav_Importe + Lav_Importe / 100 * Tiva_iva, 2) FROM Lav JOIN tivas ON "
                   "Tiva_Id = Lav_Tiva WHERE Lav_IdCav = ?"};
   Prepared totals_{store_,
                    "SELECT SUM(Lav_Importe), SUM(round(Lav_Importe + Lav_Importe / 100 * Tiva_iva, 2)) FROM "
-                   "Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE "
+                   "Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN tivas ON Tiva_Id = Lav_Tiva WHERE "
                    "Cav_Id = ?"};
-  Prepared street_types_{store_, "SELECT * FROM zrcomun.TVI"};
-  Prepared countries_{store_, "SELECT * FROM zrcomun.PAIS"};
-  Prepared provinces_{store_, "SELECT * FROM zrcomun.PROV"};
+  Prepared street_types_{store_, "SELECT * FROM TVI"};
+  Prepared countries_{store_, "SELECT * FROM PAIS"};
+  Prepared provinces_{store_, "SELECT * FROM PROV"};
   Prepared methods_{store_, "SELECT * FROM Fco"};
   Prepared customer_{store_,
                      "SELECT * FROM Cli LEFT JOIN CliDir ON CLIDIR_CLI = CLI_ID LEFT JOIN Dir ON DIR_ID = "
@@ -77,7 +77,7 @@ class DirectTill {
                  "length(Cav_Serie) > 0 THEN Cav_Serie || '/' ELSE '' END || Cav_Numero, Cav_Fecha, (SELECT "
                  "Age_Nom FROM Age WHERE Age_ID = Cav_Agente), round(SUM(Lav_Importe + Lav_Importe / 100 * "
                  "Tiva_iva), 2), ifnull((SELECT SUM(Tco_Importe) FROM Tco WHERE Tco_IdCav = Cav_Id), 0) FROM "
-                 "Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE "
+                 "Cav JOIN Lav ON Lav_IdCav = Cav_Id JOIN tivas ON Tiva_Id = Lav_Tiva WHERE "
                  "Cav_Ticket = 1 AND Cav_Cobrado = 0 AND Cav_IdCli = ? GROUP BY Cav_Id, Cav_Serie, "
                  "Cav_Numero, Cav_Fecha, Cav_Caja, Cav_Situa, Cav_Agente, Cav_IdFactura, Cav_NFiscal ORDER BY "
                  "Cav_Fecha DESC"};
@@ -97,12 +97,12 @@ class DirectTill {
                          "NULL)"};
   Prepared ticket_total_{store_,
                          "SELECT SUM(round(Lav_Importe + Lav_Importe / 100 * Tiva_iva, 2)) FROM Lav JOIN "
-                         "zrcomun.tivas ON Tiva_Id = Lav_Tiva WHERE Lav_IdCav = ?"};
+                         "tivas ON Tiva_Id = Lav_Tiva WHERE Lav_IdCav = ?"};
   Prepared ticket_lines_{store_,
                          "SELECT Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Ref, Cav_NFiscal, Lav_Des, Lav_Uni, "
                          "Lav_DTo1, round(Lav_precio + Lav_precio / 100 * Tiva_iva, 2), round(Lav_Importe + "
                          "Lav_Importe / 100 * Tiva_iva, 2), Age_Nom, CLI_COD FROM Lav JOIN Cav ON Lav_IdCav "
-                         "= Cav_Id JOIN zrcomun.tivas ON Tiva_Id = Lav_Tiva JOIN Cli ON CLI_ID = Cav_IdCli "
+                         "= Cav_Id JOIN tivas ON Tiva_Id = Lav_Tiva JOIN Cli ON CLI_ID = Cav_IdCli "
                          "JOIN Age ON Age_ID = Cav_Agente WHERE Lav_IdCav = ?"};
   Prepared ticket_payment_{store_,
                            "SELECT DiaCaj_Modo, DiaCaj_Entrega, DiaCaj_Tarjeta, DiaCaj_Devolucion, "

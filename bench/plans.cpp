@@ -92,7 +92,7 @@ class IndexTrial {
     std::vector<double> with;
     for (const Plan* user : users) with.push_back(Time(*user));
     const double insert_with = InsertTime();
-    store_.Run(("DROP INDEX " + Home() + name_).c_str());
+    store_.Run(("DROP INDEX main." + name_).c_str());
     const double insert_without = InsertTime();
     std::size_t best = 0;
     std::vector<double> without;
@@ -108,8 +108,6 @@ class IndexTrial {
   }
 
  private:
-  std::string Home() const { return table_.home == schema::Home::Catalogue ? "zrcomun." : "main."; }
-
   // Copies of rows are none where a number is given once only.
   std::string Cost(double microseconds) const {
     if (unique_) return "unique";
@@ -136,7 +134,7 @@ class IndexTrial {
     for (std::size_t i = table_.identity ? 1 : 0; i < table_.columns.size(); ++i) {
       columns += (columns.empty() ? "" : ", ") + std::string(table_.columns[i].name);
     }
-    const std::string name = Home() + std::string(table_.name);
+    const std::string name = "main." + std::string(table_.name);
     const std::string insert = "INSERT OR IGNORE INTO " + name + " (" + columns + ") SELECT " +
                                columns + " FROM " + name + " ORDER BY rowid DESC LIMIT " +
                                std::to_string(kInserted);

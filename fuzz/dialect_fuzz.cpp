@@ -1,5 +1,6 @@
 // Any text as a statement: it runs, or a DatabaseError says what is wrong with it.
 #include "adapters/files/temporary_folder.h"
+#include "adapters/sqlite/new_store.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "platform/clock.h"
 

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "adapters/sqlite/new_store.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "host/demo/demonstration.h"
 #include "office/shop_setup.h"
@@ -17,39 +18,47 @@ void FillStore(Connection& connection, Contents contents, const Clock& clock) {
   }
 }
 
+namespace {
+
+template <typename Fill>
+void Make(const std::string& path, const Clock& clock, Fill fill) {
+  NewStore store(path);
+  {
+    SqliteConnection connection(NewStore::PartialPath(path), clock);
+    Transaction transaction(connection);
+    fill(connection);
+    transaction.Commit();
+  }
+  store.Keep();
+}
+
+}  // namespace
+
 void MakeStore(const std::string& path, Contents contents, const Clock& clock) {
-  CreateStore(path);
-  SqliteConnection connection(path, clock);
-  Transaction transaction(connection);
-  FillStore(connection, contents, clock);
-  transaction.Commit();
+  Make(path, clock, [&](Connection& connection) { FillStore(connection, contents, clock); });
 }
 
 void MakeShop(const std::string& path, const office::ShopSetup& setup, const Clock& clock) {
-  CreateStore(path);
-  SqliteConnection connection(path, clock);
-  Transaction transaction(connection);
-  office::FillShop(connection, setup);
-  transaction.Commit();
+  Make(path, clock, [&](Connection& connection) { office::FillShop(connection, setup); });
 }
 
 void MakeLargeStore(const std::string& path, const LargeStore& size, const Clock& clock) {
-  CreateStore(path);
-  SqliteConnection connection(path, clock);
-  Transaction transaction(connection);
-  FillLarge(connection, size, clock.Now());
-  transaction.Commit();
+  Make(path, clock, [&](Connection& connection) { FillLarge(connection, size, clock.Now()); });
 }
 
 std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new,
                                       const Clock& clock) {
-  if (!std::filesystem::exists(path)) MakeStore(path, when_new, clock);
+  try {
+    if (!std::filesystem::exists(path)) MakeStore(path, when_new, clock);
+  } catch (const StoreExists&) {
+    if (!std::filesystem::exists(path)) throw;  // else another till has made it meanwhile
+  }
   return std::make_unique<SqliteConnection>(path, clock);
 }
 
-std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock) {
+std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock, StoreOpening opening) {
   if (!std::filesystem::exists(path)) throw DatabaseError("No existe el almacén «" + path + "»");
-  return std::make_unique<SqliteConnection>(path, clock);
+  return std::make_unique<SqliteConnection>(path, clock, opening);
 }
 
 }  // namespace tpv

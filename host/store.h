@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "adapters/sqlite/sqlite_connection.h"
 #include "platform/database.h"
 
 namespace tpv {
@@ -22,7 +23,8 @@ enum class Contents {
 // Fills a store without rows; the connection should be in a transaction.
 void FillStore(Connection& connection, Contents contents, const Clock& clock);
 
-// Creates the store. Throws DatabaseError when the file exists or cannot be made.
+// Creates the store, whole or not at all. Throws DatabaseError when the file exists or
+// cannot be made.
 void MakeStore(const std::string& path, Contents contents, const Clock& clock);
 
 // Creates the store of a shop of its own, which office::CheckShop accepts.
@@ -36,6 +38,7 @@ std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new
                                       const Clock& clock);
 
 // Throws DatabaseError when there is none.
-std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock);
+std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock,
+                                              StoreOpening opening = StoreOpening::ToSell);
 
 }  // namespace tpv

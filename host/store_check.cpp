@@ -39,6 +39,16 @@ std::string Closures(const char* amount, const char* sum, const char* types) {
          "entry.DiaCaj_Tipo IN (" + types + ")),0)) > 0.005";
 }
 
+// What a store that was not made to its end lacks.
+std::vector<Rule> GroundRules() {
+  return {
+      {"Los parámetros de la tienda no son una fila",
+       "SELECT COUNT(*) FROM Parametros HAVING COUNT(*) <> 1"},
+      {"Líneas cuyo tipo de impuesto no existe",
+       "SELECT Lav_Id FROM Lav LEFT JOIN zrcomun.dbo.tivas ON Tiva_Id = Lav_Tiva WHERE Tiva_Id IS NULL"},
+  };
+}
+
 std::vector<Rule> StockRules() {
   return {
       {"Movimientos de almacén que no son los de su línea",
@@ -178,7 +188,7 @@ void StoreFinding::Add(std::int64_t row) {
 
 std::vector<StoreFinding> CheckStore(Connection& connection) {
   std::vector<StoreFinding> findings;
-  for (const auto& rules : {TicketRules(), StockRules(), SaleInProgressRules(), JournalRules(),
+  for (const auto& rules : {GroundRules(), TicketRules(), StockRules(), SaleInProgressRules(), JournalRules(),
                             ClosureRules(), InvoiceRules(), DateRules()}) {
     for (const Rule& rule : rules) findings.push_back(Ask(connection, rule));
   }

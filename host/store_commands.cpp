@@ -6,6 +6,7 @@
 #include "adapters/files/private_files.h"
 #include "adapters/headless/recorders.h"
 #include "adapters/headless/scenario/display.h"
+#include "adapters/sqlite/new_store.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "base/number_text.h"
 #include "host/demo/demonstration.h"
@@ -48,9 +49,10 @@ Place TakePlace(const Arguments& arguments, std::size_t& at, const char* usage) 
   return place;
 }
 
+// These orders bring no store up to date.
 std::unique_ptr<Connection> OpenExisting(const Place& place, const Clock& clock) {
   if (place.server) return OpenServer(place.name);
-  return OpenExistingStore(place.name, clock);
+  return OpenExistingStore(place.name, clock, StoreOpening::AsItIs);
 }
 
 // Throws FileError with a line for each refusal.
@@ -127,46 +129,14 @@ int Fill(const Arguments& arguments, std::ostream& out) {
   return 0;
 }
 
-// A new pair of files that appears under its name only when it is complete.
-class NewFiles {
- public:
-  explicit NewFiles(std::string path) : path_(std::move(path)), partial_(path_ + ".parcial") {
-    for (const std::string& file : {path_, CataloguePath(path_)}) {
-      if (fs::exists(file)) throw DatabaseError("Ya existe «" + file + "»");
-    }
-    Remove();  // what an interrupted copy left
-    CreateStore(partial_);
-  }
-  ~NewFiles() { Remove(); }
-  NewFiles(const NewFiles&) = delete;
-  NewFiles& operator=(const NewFiles&) = delete;
-
-  const std::string& partial() const { return partial_; }
-  void Keep() {
-    fs::rename(CataloguePath(partial_), CataloguePath(path_));
-    fs::rename(partial_, path_);
-  }
-
- private:
-  void Remove() const {
-    std::error_code ignored;
-    for (const std::string& file : {partial_, CataloguePath(partial_)}) {
-      for (const char* ending : {"", "-wal", "-shm"}) fs::remove(file + ending, ignored);
-    }
-  }
-
-  std::string path_;
-  std::string partial_;
-};
-
 void CopyToFile(Connection& from, const std::string& path, const Clock& clock,
                 const CopyProgress& progress) {
-  NewFiles files(path);
+  NewStore store(path);
   {
-    SqliteConnection to(files.partial(), clock);
+    SqliteConnection to(NewStore::PartialPath(path), clock);
     CopyStore(from, to, Numbers::Plain, progress);
   }
-  files.Keep();
+  store.Keep();
 }
 
 void CopyToServer(Connection& from, const std::string& name, const CopyProgress& progress) {
@@ -211,6 +181,9 @@ int Check(const Arguments& arguments, std::ostream& out) {
   const StepClock clock;
   const auto connection = OpenExisting(place, clock);
   if (!CheckFiles(*connection, out)) return 1;
+  if (const std::string partial = NewStore::PartialPath(place.name); fs::exists(partial)) {
+    out << "Aviso Se está haciendo o quedó a medias «" << partial << "»\n";
+  }
   const auto findings = CheckStore(*connection);
   out << FindingsText(findings);
   const bool broken = AnyBroken(findings);

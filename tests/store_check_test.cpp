@@ -16,6 +16,7 @@ namespace {
 
 // A paid ticket of two lines, closed and invoiced: nothing to find.
 constexpr const char* kSound[] = {
+    "INSERT INTO Parametros (Par_NumCaja) VALUES (1)",
     "INSERT INTO zrcomun.dbo.tivas (Tiva_iva) VALUES (21)",
     "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Ticket, Cav_Situa, Cav_IdFactura, "
     "Cav_Cobrado) VALUES ('T', 1, 1, 1, 2, 1, 1)",
@@ -40,6 +41,8 @@ TEST(StoreCheck, NamesWhatIsBroken) {
     const char* found;
   };
   const Case cases[] = {
+      {"DELETE FROM Parametros", "ROTO  Los parámetros de la tienda no son una fila: 1 (0)"},
+      {"UPDATE Lav SET Lav_Tiva = 7 WHERE Lav_Id = 2", "ROTO  Líneas cuyo tipo de impuesto no existe: 1 (2)"},
       {"DELETE FROM Cav", "ROTO  Líneas sin cabecera: 2 (1, 2)\n"},
       {"DELETE FROM DiaCaj WHERE DiaCaj_Tipo = 1", "Cobros de tickets sin su apunte de caja: 1 (2)"},
       {"DELETE FROM Tco", "Tickets cobrados sin ningún cobro: 1 (1)"},

@@ -118,7 +118,7 @@ TEST_F(StoreCopy, FilesAppearWhenTheyAreComplete) {
   std::ostringstream out;
   EXPECT_EQ(StoreCommand({"copy", from_.path(), target}, out), 0);
   EXPECT_NE(out.str().find("Copiado y comprobado: "), std::string::npos);
-  EXPECT_TRUE(std::filesystem::exists(CataloguePath(target)));
+  EXPECT_TRUE(std::filesystem::exists(target));
   EXPECT_FALSE(std::filesystem::exists(target + ".parcial"));
   EXPECT_THROW(StoreCommand({"copy", from_.path(), target}, out), DatabaseError);
   const auto copy = OpenStore(target, Contents::Empty, from_.clock());

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "adapters/files/temporary_folder.h"
+#include "adapters/sqlite/new_store.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "platform/clock.h"
 

@@ -33,22 +33,18 @@ std::string ColumnText(const schema::Table& table, std::size_t index) {
 
 }  // namespace
 
-std::vector<std::string> SqliteDdl(schema::Home home) {
-  const std::string prefix = home == schema::Home::Catalogue ? "zrcomun." : "main.";
-  std::vector<std::string> statements;
-  for (const schema::Table& table : schema::Tables()) {
-    if (table.home != home) continue;
-    const std::string name(table.name);
-    std::string columns;
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      columns += (i == 0 ? "" : ", ") + ColumnText(table, i);
-    }
-    statements.push_back("CREATE TABLE IF NOT EXISTS " + prefix + "\"" + name + "\" (" + columns + ")");
-    for (const schema::Index& index : table.indexes) {
-      statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX IF NOT EXISTS " +
-                           prefix + "\"" + schema::IndexName(table, index) + "\" ON \"" + name +
-                           "\" (" + schema::IndexColumns(index) + ")");
-    }
+std::vector<std::string> SqliteDdl(const schema::Table& table, const std::string& database) {
+  const std::string name(table.name);
+  std::string columns;
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    columns += (i == 0 ? "" : ", ") + ColumnText(table, i);
+  }
+  std::vector<std::string> statements = {"CREATE TABLE IF NOT EXISTS " + database + ".\"" + name + "\" (" +
+                                         columns + ")"};
+  for (const schema::Index& index : table.indexes) {
+    statements.push_back(std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX IF NOT EXISTS " +
+                         database + ".\"" + schema::IndexName(table, index) + "\" ON \"" + name + "\" (" +
+                         schema::IndexColumns(index) + ")");
   }
   return statements;
 }

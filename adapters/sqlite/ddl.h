@@ -8,7 +8,8 @@
 
 namespace tpv {
 
-// What is there already stays as it is.
-std::vector<std::string> SqliteDdl(schema::Home home);
+// The table and its indexes in a database of the connection; what is there already
+// stays as it is.
+std::vector<std::string> SqliteDdl(const schema::Table& table, const std::string& database);
 
 }  // namespace tpv

@@ -29,22 +29,19 @@ class KeptRecordset : public TranslatedRecordset {
 
 }  // namespace
 
-ReferenceRows::ReferenceRows(sqlite3* handle)
-    : data_versions_{ControlStatement(handle, "PRAGMA main.data_version"),
-                     ControlStatement(handle, "PRAGMA zrcomun.data_version")} {}
+ReferenceRows::ReferenceRows(sqlite3* handle) : data_version_(handle, "PRAGMA main.data_version") {}
 
 // The engine's count of what others committed, and ours of what we wrote. Asking for
 // it begins a snapshot that has read nothing yet, so it is always of that state.
-std::int64_t ReferenceRows::Version(schema::Home home) {
-  const auto at = static_cast<std::size_t>(home);
-  if (known_[at]) return *known_[at];
-  const std::int64_t version = (own_writes_ << 32) + data_versions_[at].Value();
-  if (in_snapshot_) known_[at] = version;
+std::int64_t ReferenceRows::Version() {
+  if (known_) return *known_;
+  const std::int64_t version = (own_writes_ << 32) + data_version_.Value();
+  if (in_snapshot_) known_ = version;
   return version;
 }
 
 std::shared_ptr<const VersionedRows> ReferenceRows::Find(const CachedShape& shape) {
-  const bool fresh = shape.kept && shape.kept->version == Version(shape.translation.table->home);
+  const bool fresh = shape.kept && shape.kept->version == Version();
   return fresh ? shape.kept : nullptr;
 }
 
@@ -53,7 +50,7 @@ std::shared_ptr<const VersionedRows> ReferenceRows::Find(const CachedShape& shap
 void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
   static std::atomic<std::int64_t> identities = 0;
   auto kept = std::make_shared<VersionedRows>();
-  kept->version = Version(shape.translation.table->home);
+  kept->version = Version();
   for (; !rows.Eof(); rows.MoveNext()) kept->rows.push_back(rows.Fields());
   const bool unchanged = shape.kept && shape.kept->rows == kept->rows;
   kept->identity = unchanged ? shape.kept->identity : ++identities;
@@ -62,7 +59,7 @@ void ReferenceRows::Keep(CachedShape& shape, Recordset& rows) {
 
 void ReferenceRows::SetSnapshot(bool in_snapshot) {
   in_snapshot_ = in_snapshot;
-  known_ = {};
+  known_.reset();
 }
 
 std::unique_ptr<Recordset> Kept(std::shared_ptr<CachedShape> shape,

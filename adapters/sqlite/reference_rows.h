@@ -3,7 +3,6 @@
 // committed is seen by the next reader.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -31,11 +30,11 @@ class ReferenceRows {
   void EndSnapshot() { SetSnapshot(false); }
 
  private:
-  std::int64_t Version(schema::Home home);
+  std::int64_t Version();
   void SetSnapshot(bool in_snapshot);
 
-  std::array<ControlStatement, 2> data_versions_;  // by home
-  std::array<std::optional<std::int64_t>, 2> known_;  // of the snapshot's state
+  ControlStatement data_version_;
+  std::optional<std::int64_t> known_;  // of the snapshot's state
   bool in_snapshot_ = false;
   std::int64_t own_writes_ = 0;
 };

@@ -1,18 +1,14 @@
 #include "adapters/sqlite/sqlite_connection.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <unistd.h>
 
-#include "adapters/sqlite/ddl.h"
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/reference_rows.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/step_recordset.h"
+#include "adapters/sqlite/store_upgrade.h"
 #include "adapters/sqlite/turns.h"
-#include "base/text.h"
-#include "platform/clock.h"
 
 namespace tpv {
 
@@ -21,93 +17,29 @@ struct sqlite::Control {
       : begin_reading(handle, "BEGIN"),
         begin_writing(handle, "BEGIN IMMEDIATE"),
         commit(handle, "COMMIT"),
-        rollback(handle, "ROLLBACK") {}
+        rollback(handle, "ROLLBACK"),
+        version(handle, "PRAGMA main.user_version") {}
 
   ControlStatement begin_reading;
   ControlStatement begin_writing;
   ControlStatement commit;
   ControlStatement rollback;
+  ControlStatement version;
 };
 
 namespace {
 
-constexpr int kApplicationId = 0x54505631;  // "TPV1"
-constexpr int kVersion = 4;
-
-// A new file of the user alone; SQLite gives its journals the same rights.
-void MakeFile(const std::string& path) {
-  const int file = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
-  if (file < 0) throw DatabaseError("No se puede crear «" + path + "»: ya existe o no hay permiso");
-  ::close(file);
+DatabaseError UndoneError() {
+  return DatabaseError("El almacén deshizo la operación: no se ha grabado nada", "40000");
 }
 
-sqlite3* OpenFile(const std::string& path) {
-  sqlite3* handle = nullptr;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-  if (sqlite3_open_v2(path.c_str(), &handle, flags, nullptr) != SQLITE_OK) {
-    sqlite3_close(handle);
-    throw DatabaseError("No se puede abrir el almacén «" + path + "»", "08001");
-  }
-  return handle;
-}
-
-int Pragma(sqlite3* handle, const char* sql) {
-  sqlite3_stmt* statement = nullptr;
-  if (sqlite3_prepare_v2(handle, sql, -1, &statement, nullptr) != SQLITE_OK) {
-    sqlite::ThrowLastError(handle);
-  }
-  const sqlite::StatementPtr owner(statement);
-  const int result = sqlite3_step(statement);
-  if (result == SQLITE_ROW) return sqlite3_column_int(statement, 0);
-  if (result != SQLITE_DONE) sqlite::ThrowLastError(handle);
-  return 0;
-}
-
-void RequireStore(sqlite3* handle, const std::string& path) {
-  if (Pragma(handle, "PRAGMA main.application_id") != kApplicationId) {
-    throw DatabaseError("«" + path + "» no es un almacén de la tienda", "08001");
-  }
-  if (Pragma(handle, "PRAGMA main.user_version") > kVersion) {
-    throw DatabaseError("«" + path + "» es de una versión más nueva del programa", "08001");
-  }
-}
-
-void RunOn(sqlite3* handle, const std::string& sql) {
-  if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-    sqlite::ThrowLastError(handle);
-  }
-}
-
-// Stores of version 1 had a payment method's terms in its lines.
-void MoveTermsOfPayment(sqlite3* handle) {
-  if (Pragma(handle, "SELECT COUNT(*) FROM main.pragma_table_info('Fcol') WHERE name = 'Fcol_Dias'") == 0) {
-    return;
-  }
-  RunOn(handle,
-        "INSERT INTO main.Plazos SELECT Fcol_id, Fcol_Mod, Fcol_Dias, Fcol_Por FROM main.Fcol; "
-        "ALTER TABLE main.Fcol DROP COLUMN Fcol_Dias; ALTER TABLE main.Fcol DROP COLUMN Fcol_Por");
-}
-
-// An older store's index of customer codes makes room for the unique one. Where a code
-// was given twice it stays, and the store's check names the code.
-void MakeRoomForUniqueCodes(sqlite3* handle) {
-  if (Pragma(handle, "SELECT COUNT(*) FROM main.sqlite_master WHERE name = 'Cli'") == 0) return;
-  const int given_twice = Pragma(
-      handle, "SELECT COUNT(*) FROM (SELECT 1 FROM main.Cli GROUP BY CLI_COD HAVING COUNT(*) > 1)");
-  if (given_twice == 0) RunOn(handle, "DROP INDEX IF EXISTS main.ix_Cli_CLI_COD");
-}
-
-// All tables and indexes of a new store, those that an older one lacks otherwise.
-void AddWhatIsMissing(sqlite3* handle) {
-  RunOn(handle, "BEGIN IMMEDIATE");
-  MakeRoomForUniqueCodes(handle);
-  for (const schema::Home home : {schema::Home::Store, schema::Home::Catalogue}) {
-    for (const std::string& statement : SqliteDdl(home)) RunOn(handle, statement);
-  }
-  MoveTermsOfPayment(handle);
-  RunOn(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
-  RunOn(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
-  RunOn(handle, "COMMIT");
+void RequireCurrent(sqlite3* handle, const std::string& path) {
+  const int version = sqlite::VersionOf(handle);
+  if (version == sqlite::kVersion) return;
+  throw DatabaseError("«" + path + "» es un almacén de la versión " + std::to_string(version) +
+                          " y hace falta la " + std::to_string(sqlite::kVersion) +
+                          ": ábralo con la caja, que lo pone al día",
+                      "08001");
 }
 
 // Texts are not copied: the literals must outlive what the statement reads.
@@ -131,45 +63,45 @@ void Bind(sqlite3_stmt* statement, const std::vector<Variant>& literals) {
 
 }  // namespace
 
-std::string CataloguePath(const std::string& store_path) {
-  const std::size_t point = store_path.rfind('.');
-  const std::size_t slash = store_path.rfind('/');
-  const bool has_ending =
-      point != std::string::npos && (slash == std::string::npos || point > slash);
-  if (!has_ending) return store_path + ".zrcomun";
-  return store_path.substr(0, point) + ".zrcomun" + store_path.substr(point);
-}
-
-void SqliteConnection::Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
-
-SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock)
-    : turns_(std::make_unique<sqlite::Turns>()), handle_(OpenFile(path)) {
+SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, StoreOpening opening)
+    : turns_(std::make_unique<sqlite::Turns>()), handle_(sqlite::OpenFile(path)) {
+  lacks_log_ = sqlite::LacksItsLog(handle_.get());
+  sqlite::KeepLog(handle_.get(), !lacks_log_);
   turns_->Govern(handle_.get());
   RegisterFunctions(handle_.get(), clock);
-  RequireStore(handle_.get(), path);
-  const std::string catalogue = CataloguePath(path);
-  if (::access(catalogue.c_str(), R_OK) != 0) {
-    throw DatabaseError("Falta el catálogo «" + catalogue + "»", "08001");
-  }
-  Run(("ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun").c_str());
-  Run("PRAGMA main.journal_mode = WAL; PRAGMA zrcomun.journal_mode = WAL;");
+  sqlite::RequireStore(handle_.get(), path);
   SetSynchronous(true);
-  if (Pragma(handle_.get(), "PRAGMA main.user_version") < kVersion) AddWhatIsMissing(handle_.get());
+  if (opening == StoreOpening::ToSell) {
+    TakeOver();
+  } else {
+    RequireCurrent(handle_.get(), path);
+  }
   Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -65536;");
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
   references_ = std::make_unique<sqlite::ReferenceRows>(handle_.get());
   control_ = std::make_unique<sqlite::Control>(handle_.get());
 }
 
-SqliteConnection::~SqliteConnection() {
-  while (!open_.empty()) (*open_.begin())->Close();
+// What a till that was killed left in the log goes into the file at once.
+void SqliteConnection::TakeOver() {
+  Run("PRAGMA main.journal_mode = WAL");
+  sqlite::KeepLog(handle_.get(), true);
+  lacks_log_ = false;
+  sqlite::BringUpToDate(handle_.get());
+  Run("PRAGMA main.wal_checkpoint(PASSIVE)");
 }
 
-void SqliteConnection::Run(const char* sql) { RunOn(handle_.get(), sql); }
+// A file whose log is not there keeps its mark.
+SqliteConnection::~SqliteConnection() {
+  while (!open_.empty()) (*open_.begin())->Close();
+  if (sqlite3_get_autocommit(handle_.get()) == 0) control_->rollback.Try();
+  if (!lacks_log_) sqlite::Settle(handle_.get());
+}
+
+void SqliteConnection::Run(const char* sql) { sqlite::Run(handle_.get(), sql); }
 
 void SqliteConnection::SetSynchronous(bool on) {
-  Run(on ? "PRAGMA main.synchronous = FULL; PRAGMA zrcomun.synchronous = FULL;"
-         : "PRAGMA main.synchronous = OFF; PRAGMA zrcomun.synchronous = OFF;");
+  Run(on ? "PRAGMA main.synchronous = FULL" : "PRAGMA main.synchronous = OFF");
 }
 
 void SqliteConnection::LetCodesRepeat() {
@@ -178,32 +110,47 @@ void SqliteConnection::LetCodesRepeat() {
 
 std::vector<std::string> SqliteConnection::Damage() {
   std::vector<std::string> lines;
-  for (const char* sql : {"PRAGMA main.integrity_check(20)", "PRAGMA zrcomun.integrity_check(20)"}) {
-    sqlite3_stmt* statement = nullptr;
-    int result = sqlite3_prepare_v2(handle_.get(), sql, -1, &statement, nullptr);
-    const sqlite::StatementPtr owner(statement);
-    while (result == SQLITE_OK && (result = sqlite3_step(statement)) == SQLITE_ROW) {
-      lines.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
-      result = SQLITE_OK;
-    }
-    if (result != SQLITE_DONE) sqlite::ThrowLastError(handle_.get());
+  if (lacks_log_) {
+    lines.push_back("Falta «" + sqlite::LogOf(handle_.get()) +
+                    "», con lo último que se grabó: los almacenes se copian con «tpv store copy»");
   }
+  for (const std::string& table : sqlite::MissingTables(handle_.get())) {
+    lines.push_back("Falta la tabla «" + table + "»");
+  }
+  sqlite3_stmt* statement = nullptr;
+  int result = sqlite3_prepare_v2(handle_.get(), "PRAGMA main.integrity_check(20)", -1, &statement, nullptr);
+  const sqlite::StatementPtr owner(statement);
+  while (result == SQLITE_OK && (result = sqlite3_step(statement)) == SQLITE_ROW) {
+    lines.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
+    result = SQLITE_OK;
+  }
+  if (result != SQLITE_DONE) sqlite::ThrowLastError(handle_.get());
   std::erase(lines, "ok");
   return lines;
 }
 
 std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
+  RequireNotUndone();
   dialect::Scanned scanned = dialect::Scan(sql);
   std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
   const dialect::Translation& translation = shape->translation;
   if (translation.writes) {
     CloseSnapshot();
     references_->Written(*translation.table);
-    if (!InTransaction()) ReadAhead();
+    if (!InTransaction()) return WriteAlone(std::move(shape), std::move(scanned.literals));
   } else if (translation.table != nullptr && scanned.literals.empty()) {
     return ReadReference(std::move(shape));
   }
   return Start(std::move(shape), std::move(scanned.literals));
+}
+
+// A write on its own is a transaction too, with all that one asks.
+std::unique_ptr<Recordset> SqliteConnection::WriteAlone(std::shared_ptr<sqlite::CachedShape> shape,
+                                                        std::vector<Variant> literals) {
+  Transaction transaction(*this);
+  auto rows = Start(std::move(shape), std::move(literals));
+  transaction.Commit();
+  return rows;
 }
 
 std::unique_ptr<Recordset> SqliteConnection::Start(std::shared_ptr<sqlite::CachedShape> shape,
@@ -229,18 +176,42 @@ void SqliteConnection::BeginTrans() {
   ReadAhead();
   turns_->Offer();
   control_->begin_writing.Run();
+  in_transaction_ = true;
+  try {
+    RequireSameVersion();
+  } catch (const DatabaseError&) {
+    RollbackTrans();
+    throw;
+  }
+}
+
+// Asked under the lock that an upgrade takes too.
+void SqliteConnection::RequireSameVersion() {
+  if (control_->version.Value() == sqlite::kVersion) return;
+  throw DatabaseError("Otro programa ha cambiado la versión del almacén: cierre este y ábralo de nuevo",
+                      "08001");
+}
+
+// After some failures the engine undoes all by itself: what followed would be
+// stored at once, piece by piece.
+void SqliteConnection::RequireNotUndone() const {
+  if (in_transaction_ && sqlite3_get_autocommit(handle_.get()) != 0) throw UndoneError();
 }
 
 void SqliteConnection::CommitTrans() {
-  if (!InTransaction()) throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  if (!in_transaction_) throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  RequireNotUndone();
   control_->commit.Run();
+  in_transaction_ = false;
 }
 
 // Open record sets keep the rows that they would have shown.
 void SqliteConnection::RollbackTrans() {
-  if (!InTransaction()) throw DatabaseError("No hay ninguna transacción abierta", "25000");
+  if (!in_transaction_) throw DatabaseError("No hay ninguna transacción abierta", "25000");
   ReadAhead();
-  control_->rollback.Run();
+  const bool undone = sqlite3_get_autocommit(handle_.get()) != 0;
+  if (!undone) control_->rollback.Run();
+  in_transaction_ = false;
 }
 
 void SqliteConnection::BeginSnapshot() {
@@ -266,28 +237,6 @@ void SqliteConnection::CloseSnapshot() {
 
 void SqliteConnection::ReadAhead() {
   while (!open_.empty()) (*open_.begin())->ReadAhead();
-}
-
-bool SqliteConnection::InTransaction() const {
-  return !snapshot_open_ && sqlite3_get_autocommit(handle_.get()) == 0;
-}
-
-void CreateStore(const std::string& path) {
-  const std::string catalogue = CataloguePath(path);
-  MakeFile(path);
-  MakeFile(catalogue);
-  const std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> owner(OpenFile(path),
-                                                                    &sqlite3_close_v2);
-  sqlite3* handle = owner.get();
-  struct NoClock : Clock {
-    DateTime Now() const override { return {}; }
-  } clock;
-  RegisterFunctions(handle, clock);
-  RunOn(handle, "ATTACH DATABASE '" + ReplaceAll(catalogue, "'", "''") + "' AS zrcomun");
-  RunOn(handle, "PRAGMA main.journal_mode = WAL");
-  RunOn(handle, "PRAGMA zrcomun.journal_mode = WAL");
-  AddWhatIsMissing(handle);
-  RunOn(handle, "PRAGMA main.application_id = " + std::to_string(kApplicationId));
 }
 
 }  // namespace tpv

@@ -1,5 +1,5 @@
-// The embedded store: one SQLite file for the shop and one beside it for the
-// shared catalogue, spoken to in the shop's dialect.
+// The embedded store: one SQLite file for the shop, the suite's catalogue in it,
+// spoken to in the shop's dialect.
 #pragma once
 
 #include <memory>
@@ -8,9 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "adapters/sqlite/store_file.h"
 #include "platform/database.h"
-
-struct sqlite3;
 
 namespace tpv {
 
@@ -25,31 +24,29 @@ class Turns;
 struct CachedShape;
 }  // namespace sqlite
 
-// "tienda.db" has its catalogue in "tienda.zrcomun.db".
-std::string CataloguePath(const std::string& store_path);
-
-// Creates both files, readable by the user alone, with all tables and no rows.
-// Throws DatabaseError when one of them exists or cannot be made.
-void CreateStore(const std::string& path);
+enum class StoreOpening {
+  ToSell,  // an older store is brought up to date, a copy of it kept beside
+  AsItIs,  // nothing of its shape changes; an older store is refused
+};
 
 class SqliteConnection : public Connection {
  public:
   // Opens an existing store. getdate() is `clock`'s time; the clock must outlive
   // the connection. Throws DatabaseError when the file is not such a store.
-  SqliteConnection(const std::string& path, const Clock& clock);
+  SqliteConnection(const std::string& path, const Clock& clock, StoreOpening opening = StoreOpening::ToSell);
   ~SqliteConnection() override;
 
   std::unique_ptr<Recordset> Execute(std::string_view sql) override;
   void BeginTrans() override;
   void CommitTrans() override;
   void RollbackTrans() override;
-  bool InTransaction() const override;
+  bool InTransaction() const override { return in_transaction_; }
   void BeginSnapshot() override;
   void EndSnapshot() noexcept override;
 
   // For a copy of an older store in which a customer code was given twice.
   void LetCodesRepeat();
-  // What the engine finds damaged in both files, a line each; nothing in sound ones.
+  // What is missing or what the engine finds damaged, a line each; nothing in a sound file.
   std::vector<std::string> Damage();
 
   // How durable a commit is; on (the default) survives a power cut.
@@ -59,22 +56,26 @@ class SqliteConnection : public Connection {
   friend class sqlite::StepRecordset;
 
   void Run(const char* sql);
+  void TakeOver();
   std::unique_ptr<Recordset> Start(std::shared_ptr<sqlite::CachedShape> shape,
                                    std::vector<Variant> literals);
+  std::unique_ptr<Recordset> WriteAlone(std::shared_ptr<sqlite::CachedShape> shape,
+                                        std::vector<Variant> literals);
   std::unique_ptr<Recordset> ReadReference(std::shared_ptr<sqlite::CachedShape> shape);
   void CloseSnapshot();
   void ReadAhead();
+  void RequireNotUndone() const;
+  void RequireSameVersion();
 
-  struct Closer {
-    void operator()(sqlite3* handle) const;
-  };
   std::unique_ptr<sqlite::Turns> turns_;
-  std::unique_ptr<sqlite3, Closer> handle_;
+  sqlite::Handle handle_;
   std::unique_ptr<sqlite::StatementCache> cache_;
   std::unique_ptr<sqlite::ReferenceRows> references_;
   std::unique_ptr<sqlite::Control> control_;
-  int snapshots_ = 0;           // how many are nested
-  bool snapshot_open_ = false;  // the engine holds one state for them
+  bool lacks_log_ = false;       // the file was left with a log that is not there
+  bool in_transaction_ = false;  // though the engine may have undone it
+  int snapshots_ = 0;            // how many are nested
+  bool snapshot_open_ = false;   // the engine holds one state for them
   std::set<sqlite::StepRecordset*> open_;  // record sets that still step
 };
 

@@ -1,5 +1,7 @@
 #include "adapters/sqlite/step_recordset.h"
 
+#include <utility>
+
 #include "adapters/sqlite/sqlite_connection.h"
 #include "base/date_time.h"
 #include "base/text.h"
@@ -61,9 +63,10 @@ void StepRecordset::Step() {
 
 void StepRecordset::MoveNext() {
   if (Eof()) return;
-  if (!ahead_.empty()) {
-    ahead_.pop_front();
+  if (statement_ == nullptr) {
+    if (!ahead_.empty()) ahead_.pop_front();
     read_ += ahead_.empty() ? 0 : 1;
+    if (ahead_.empty()) RaiseFailure();
     return;
   }
   try {
@@ -74,13 +77,22 @@ void StepRecordset::MoveNext() {
   }
 }
 
-void StepRecordset::ReadAhead() {
+void StepRecordset::ReadAhead() noexcept {
   const long read = read_;
-  while (statement_ != nullptr) {
-    ahead_.push_back(SteppedRow());
-    Step();
+  try {
+    while (statement_ != nullptr) {
+      ahead_.push_back(SteppedRow());
+      Step();
+    }
+  } catch (...) {
+    failure_ = std::current_exception();
+    Release();
   }
   read_ = read;
+}
+
+void StepRecordset::RaiseFailure() {
+  if (failure_ != nullptr) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
 std::vector<Variant> StepRecordset::SteppedRow() const {
@@ -98,6 +110,7 @@ std::vector<Variant> StepRecordset::Fields() const {
 
 void StepRecordset::Close() {
   ahead_.clear();
+  failure_ = nullptr;
   Release();
 }
 
@@ -105,6 +118,12 @@ void StepRecordset::Release() {
   if (statement_ == nullptr) return;
   connection_.open_.erase(this);
   StatementCache::Return(*shape_, std::move(statement_));
+}
+
+Variant StepRecordset::Value(std::size_t index) const {
+  if (!ahead_.empty()) return ahead_.front()[index];
+  if (failure_ != nullptr) std::rethrow_exception(failure_);
+  return Stepped(index);
 }
 
 // Whether a value is null is asked only where it reads like a null's.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,21 +24,21 @@ class StepRecordset : public TranslatedRecordset {
   ~StepRecordset() override { Close(); }
 
   bool Bof() const override { return read_ == 0; }
-  bool Eof() const override { return statement_ == nullptr && ahead_.empty(); }
+  bool Eof() const override { return statement_ == nullptr && ahead_.empty() && failure_ == nullptr; }
   long RecordCount() const override { return Eof() ? read_ : -1; }
   std::vector<Variant> Fields() const override;
   void MoveNext() override;
   void Close() override;
 
-  // Reads the current row and all behind it into memory.
-  void ReadAhead();
+  // Reads the current row and all behind it into memory. A row that cannot be read
+  // ends it: that is thrown when it is come to, and whoever reads may never come there.
+  void ReadAhead() noexcept;
 
  private:
   void Step();
   void Release();
-  Variant Value(std::size_t index) const override {
-    return ahead_.empty() ? Stepped(index) : ahead_.front()[index];
-  }
+  void RaiseFailure();
+  Variant Value(std::size_t index) const override;
   Variant Stepped(std::size_t index) const;
   std::vector<Variant> SteppedRow() const;
 
@@ -45,6 +46,7 @@ class StepRecordset : public TranslatedRecordset {
   std::vector<Variant> literals_;  // whose texts the statement reads
   StatementPtr statement_;
   std::deque<std::vector<Variant>> ahead_;  // the current row first, once read ahead
+  std::exception_ptr failure_;              // of the row behind them
   long read_ = 0;
 };
 

@@ -183,7 +183,7 @@ std::string JoinedRate(const Scope& scope, const Source& line) {
 }
 
 std::string LookedUpRate(const Source& line) {
-  return "(SELECT t_.Tiva_iva FROM zrcomun.tivas AS t_ WHERE t_.Tiva_Id = " +
+  return "(SELECT t_.Tiva_iva FROM main.tivas AS t_ WHERE t_.Tiva_Id = " +
          ColumnOf(line, "Lav_Tiva") + ")";
 }
 
@@ -202,7 +202,7 @@ Printed Printer::PrintLineWithTax(const char* column, const Printed& line) {
     }
   }
   return {"(SELECT tpv_with_tax(l_." + std::string(column) +
-              ", t_.Tiva_iva) FROM main.Lav AS l_ CROSS JOIN zrcomun.tivas AS t_ WHERE l_.Lav_Id = " +
+              ", t_.Tiva_iva) FROM main.Lav AS l_ CROSS JOIN main.tivas AS t_ WHERE l_.Lav_Id = " +
               line.text + " AND t_.Tiva_Id = l_.Lav_Tiva)",
           SqlType::Money};
 }

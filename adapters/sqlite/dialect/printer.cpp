@@ -19,7 +19,7 @@ const schema::Table& TableNamed(const std::string& name) {
 }
 
 std::string Qualified(const schema::Table& table) {
-  return (table.home == schema::Home::Catalogue ? "zrcomun." : "main.") + Delimited(table.name);
+  return "main." + Delimited(table.name);  // the catalogue's too
 }
 
 Source SourceOf(const schema::Table& table, std::string alias) {

@@ -1,0 +1,101 @@
+#include "adapters/sqlite/store_file.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "adapters/sqlite/folder.h"
+#include "adapters/sqlite/statement_cache.h"
+#include "base/text.h"
+#include "platform/database.h"
+
+namespace tpv::sqlite {
+
+namespace {
+
+// The engine marks a file that has a log in the 19th byte of its header.
+bool MarkedAsLogged(sqlite3* handle) {
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  unsigned char header[20] = {};
+  return file != nullptr && file->pMethods != nullptr &&
+         file->pMethods->xRead(file, header, sizeof header, 0) == SQLITE_OK && header[18] == 2;
+}
+
+}  // namespace
+
+void Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+
+void MakeFile(const std::string& path) {
+  const int file = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+  if (file < 0) throw DatabaseError("No se puede crear «" + path + "»: ya existe o no hay permiso");
+  ::close(file);
+}
+
+Handle OpenFile(const std::string& path) {
+  sqlite3* handle = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+  Handle owner(handle);
+  if (result != SQLITE_OK) throw DatabaseError("No se puede abrir el almacén «" + path + "»", "08001");
+  return owner;
+}
+
+std::string PathOf(sqlite3* handle) { return sqlite3_db_filename(handle, "main"); }
+std::string LogOf(sqlite3* handle) { return PathOf(handle) + "-wal"; }
+
+void Run(sqlite3* handle, const std::string& sql) {
+  if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) ThrowLastError(handle);
+}
+
+int Number(sqlite3* handle, const std::string& sql) {
+  sqlite3_stmt* statement = nullptr;
+  if (sqlite3_prepare_v2(handle, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) ThrowLastError(handle);
+  const StatementPtr owner(statement);
+  const int result = sqlite3_step(statement);
+  if (result == SQLITE_ROW) return sqlite3_column_int(statement, 0);
+  if (result != SQLITE_DONE) ThrowLastError(handle);
+  return 0;
+}
+
+int VersionOf(sqlite3* handle) { return Number(handle, "PRAGMA main.user_version"); }
+
+std::string Literal(const std::string& text) { return "'" + ReplaceAll(text, "'", "''") + "'"; }
+
+void RequireStore(sqlite3* handle, const std::string& path) {
+  if (Number(handle, "PRAGMA main.application_id") != kApplicationId) {
+    throw DatabaseError("«" + path + "» no es un almacén de la tienda", "08001");
+  }
+  const int version = VersionOf(handle);
+  if (version > kVersion) {
+    throw DatabaseError("«" + path + "» es de una versión más nueva del programa (almacén " +
+                            std::to_string(version) + ", programa " + std::to_string(kVersion) + ")",
+                        "08001");
+  }
+}
+
+// Another program may be between marking the file and making the log, or taking it
+// away: that is looked at again.
+bool LacksItsLog(sqlite3* handle) {
+  const auto lacks = [&] { return MarkedAsLogged(handle) && !IsThere(LogOf(handle)); };
+  if (!lacks()) return false;
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  return lacks();
+}
+
+void KeepLog(sqlite3* handle, bool keep) {
+  int value = keep ? 1 : 0;
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &value);
+}
+
+void Settle(sqlite3* handle) noexcept {
+  sqlite3_busy_timeout(handle, 0);  // others who are there settle it when they leave
+  KeepLog(handle, false);
+  const char* sql = "PRAGMA main.journal_mode = DELETE";
+  if (sqlite3_exec(handle, sql, nullptr, nullptr, nullptr) != SQLITE_OK) KeepLog(handle, true);
+}
+
+}  // namespace tpv::sqlite

@@ -1,0 +1,47 @@
+// A store's file in the engine's hands. While somebody has the store open what is
+// written lies in a log beside it ("tienda.db-wal"), and after a till was killed it
+// stays there; the last to leave takes it into the file and marks the file as whole.
+#pragma once
+
+#include <memory>
+#include <string>
+
+struct sqlite3;
+
+namespace tpv::sqlite {
+
+inline constexpr int kApplicationId = 0x54505631;  // "TPV1"
+inline constexpr int kVersion = 5;
+
+struct Closer {
+  void operator()(sqlite3* handle) const;
+};
+using Handle = std::unique_ptr<sqlite3, Closer>;
+
+// A new file, empty and of the user alone. Throws DatabaseError when that name is taken.
+void MakeFile(const std::string& path);
+// Throws DatabaseError when there is no such file.
+Handle OpenFile(const std::string& path);
+// Where the open file really is, links followed.
+std::string PathOf(sqlite3* handle);
+std::string LogOf(sqlite3* handle);
+
+void Run(sqlite3* handle, const std::string& sql);
+// The whole number that the statement answers; 0 without rows.
+int Number(sqlite3* handle, const std::string& sql);
+int VersionOf(sqlite3* handle);
+// A text as a literal.
+std::string Literal(const std::string& text);
+
+// Throws DatabaseError when the file is no store or of a newer program.
+void RequireStore(sqlite3* handle, const std::string& path);
+
+// Asked before anything else: whether the file was left with a log that is not
+// there, so that what was written last is missing. Means nothing in older stores.
+bool LacksItsLog(sqlite3* handle);
+// The log stays where it is, whoever closes last, unless it is settled.
+void KeepLog(sqlite3* handle, bool keep);
+// At the end of a connection: the last of a store takes the log into the file.
+void Settle(sqlite3* handle) noexcept;
+
+}  // namespace tpv::sqlite
