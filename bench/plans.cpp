@@ -147,7 +147,7 @@ class IndexTrial {
   }
 
   void MakeAgain() {
-    for (const std::string& statement : SqliteDdl(table_.home)) {
+    for (const std::string& statement : SqliteDdl(table_, "main")) {
       if (statement.find("\"" + name_ + "\"") != std::string::npos) store_.Run(statement.c_str());
     }
   }
