@@ -79,6 +79,7 @@ int Run(const Arguments& arguments) {
   if (arguments[0] == "sql") return SqlCommand(rest, std::cout);
   if (arguments[0] == "import" || arguments[0] == "export" || arguments[0] == "config") {
     Machine machine;
+    if (const std::string notice = machine.settings.Protect(); !notice.empty()) std::cerr << notice << "\n";
     if (arguments[0] == "import") return ImportCommand(machine, rest, std::cin, std::cout);
     if (arguments[0] == "export") return ExportCommand(machine, rest, std::cout);
     return Config(machine, rest, std::cin, std::cout);

@@ -82,6 +82,7 @@ void StartScreen::DeclareLayout() {
 }
 
 void StartScreen::OnLoad() {
+  ProtectSettings();
   InheritTill();
   const std::string kept = machine_.settings.Read(kApplication, kSection, "Store");
   const bool usable = !kept.empty() && (IsServerStore(kept) || std::filesystem::exists(kept));
@@ -90,6 +91,15 @@ void StartScreen::OnLoad() {
   if (!open && usable && !IsServerStore(kept)) Open(UsualStore());
   ShowPrinter();
   SetFocus(cmdVenta);
+}
+
+void StartScreen::ProtectSettings() {
+  try {
+    const std::string notice = machine_.settings.Protect();
+    if (!notice.empty()) Tell(notice, ui::Icon::Exclamation);
+  } catch (const FileError& error) {
+    Tell(error.what(), ui::Icon::Exclamation);
+  }
 }
 
 // Without a printer the operator wants to know where the tickets go.

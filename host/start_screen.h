@@ -39,6 +39,7 @@ class StartScreen : public ui::Form {
   std::int32_t Agent() const;
   bool CheckTill();
   void Remember();
+  void ProtectSettings();
   void ShowPrinter();
   void Run(void (Zrtpve::*screen)());
   void Tell(const std::string& text, ui::Icon icon);

@@ -106,6 +106,37 @@ TEST_F(PaperSettings, TwoTillsWritingAtOnceLoseNothing) {
   EXPECT_EQ(machine.settings.Keys("TPV", "Segunda").size(), 20U);
 }
 
+TEST_F(PaperSettings, WithAPasswordAreNobodyElsesAndALinkStaysOne) {
+  FileSettings& settings = machine.settings;
+  settings.Write("TPV", "Mail", "User", "caja");
+  ::chmod(settings.path().c_str(), 0644);
+  EXPECT_EQ(settings.Protect(), "");
+  settings.Write("TPV", "Mail", "Password", "Recon0cible");
+  std::filesystem::rename(settings.path(), folder / "central.conf");
+  std::filesystem::create_symlink("../../central.conf", settings.path());
+  ::chmod((folder / "central.conf").c_str(), 0644);
+  EXPECT_EQ(settings.Protect(), "Otros usuarios podían leer «" + settings.path() +
+                                    "», que tiene la contraseña. Ya no pueden, pero conviene cambiarla");
+  EXPECT_EQ(ModeOf(folder / "central.conf"), 0600);
+  EXPECT_EQ(settings.Protect(), "");
+  settings.Write("TPV", "Mail", "User", "otra");
+  EXPECT_TRUE(std::filesystem::is_symlink(settings.path()));
+  EXPECT_NE(folder.Text("central.conf").find("User=otra"), std::string::npos);
+}
+
+TEST_F(Paper, IsNotPutWhereAnotherUsersLinkLeads) {
+  const std::string paper = folder / "papel";
+  std::filesystem::create_directory(folder / "lejos");
+  std::filesystem::create_symlink(folder / "lejos", paper);
+  machine.settings.Write("TPV", "Paper", "Tickets", paper);
+  PrintLines({"Pan"});
+  EXPECT_FALSE(folder.Files(".txt").empty());  // the user's own link is followed
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can lay another user's link";
+  ASSERT_EQ(::lchown(paper.c_str(), 65534, 65534), 0);
+  EXPECT_EQ(ErrorOf([&] { PrintLines({"Pan"}); }), "«" + paper + "» es un enlace de otro usuario");
+  EXPECT_EQ(folder.Files(".txt").size(), 1U);
+}
+
 // A word of a PDF page and the box around it, in points.
 struct Word {
   double left, top, right, bottom;

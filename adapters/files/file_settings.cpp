@@ -151,6 +151,16 @@ std::vector<std::string> FileSettings::Keys(std::string_view application,
   return keys;
 }
 
+std::string FileSettings::Protect() {
+  const std::vector<std::string> lines = Lines();
+  const bool secret = std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+    return EqualNoCase(KeyOf(line), "Password") && !ValueOf(line).empty();
+  });
+  if (!secret || !MakePrivate(path_)) return "";
+  return "Otros usuarios podían leer «" + path_ +
+         "», que tiene la contraseña. Ya no pueden, pero conviene cambiarla";
+}
+
 void FileSettings::Write(std::string_view application, std::string_view section,
                          std::string_view key, std::string_view value) {
   MakePrivateFolder(std::filesystem::path(path_).parent_path().string());

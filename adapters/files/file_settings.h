@@ -29,6 +29,10 @@ class FileSettings : public Settings {
   // The keys of a section, in the file's order.
   std::vector<std::string> Keys(std::string_view application, std::string_view section) const;
 
+  // Keeps a file with a password from other users' eyes; what the operator should
+  // read about that, "" when there was nothing to do. Throws FileError when it cannot.
+  std::string Protect();
+
   const std::string& path() const { return path_; }
 
  private:

@@ -43,6 +43,23 @@ int WriteAll(int file, std::string_view bytes) {
   return ::fsync(file) == 0 ? 0 : errno;
 }
 
+bool IsForeignLink(const std::filesystem::path& path) {
+  struct stat status{};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode) && status.st_uid != 0 &&
+         status.st_uid != ::geteuid();
+}
+
+// Where the file is, however many links lead to it.
+std::string BehindLinks(const std::string& path) {
+  std::filesystem::path file = path;
+  std::error_code none;
+  constexpr int kMostLinks = 40;  // as the system follows
+  for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(file, none); ++links) {
+    file = file.parent_path() / std::filesystem::read_symlink(file, none);
+  }
+  return file.string();
+}
+
 void FillNewFile(const Descriptor& file, const std::string& path, std::string_view bytes) {
   const int error = WriteAll(file.get(), bytes);
   if (error == 0) return;
@@ -113,6 +130,7 @@ void MakePrivateFolder(const std::string& path) {
     made /= part;
     if (::mkdir(made.c_str(), 0700) == 0) continue;
     const int error = errno;
+    if (IsForeignLink(made)) throw FileError("«" + made.string() + "» es un enlace de otro usuario");
     std::error_code unseen;
     if (!std::filesystem::is_directory(made, unseen)) {
       Fail("crear la carpeta", path, error == EEXIST ? ENOTDIR : error);
@@ -128,7 +146,8 @@ bool CreatePrivateFile(const std::string& path, std::string_view bytes) {
   return true;
 }
 
-void ReplacePrivateFile(const std::string& path, std::string_view bytes) {
+void ReplacePrivateFile(const std::string& linked, std::string_view bytes) {
+  const std::string path = BehindLinks(linked);
   std::string temporary = path + ".XXXXXX";
   {
     const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));  // made with mode 0600
@@ -143,6 +162,14 @@ void ReplacePrivateFile(const std::string& path, std::string_view bytes) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
   const Descriptor entry(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (entry) ::fsync(entry.get());
+}
+
+bool MakePrivate(const std::string& path) {
+  struct stat status{};
+  if (::stat(path.c_str(), &status) != 0) Fail("leer", path, errno);
+  if ((status.st_mode & 077) == 0) return false;
+  if (::chmod(path.c_str(), status.st_mode & 0700) != 0) Fail("proteger", path, errno);
+  return true;
 }
 
 std::optional<std::string> ReadFile(const std::string& path) {

@@ -25,12 +25,17 @@ std::string ExpandHome(const std::string& path);
 // characters at most, never empty. Other names cannot come out of it.
 std::string FileNamePiece(std::string_view text);
 
-// Makes the folder and those above it, for the user alone. Throws FileError.
+// Makes the folder and those above it, for the user alone. Throws FileError, also when
+// one of them is a link that another user laid there.
 void MakePrivateFolder(const std::string& path);
 // False when the file is there already. Nothing is left behind by a failure.
 bool CreatePrivateFile(const std::string& path, std::string_view bytes);
-// The file holds either the old bytes or all the new ones, whatever happens.
+// The file holds either the old bytes or all the new ones, whatever happens. A link
+// stays one, and the file that it leads to is written.
 void ReplacePrivateFile(const std::string& path, std::string_view bytes);
+// Takes other users' right to read or write it from a file; false when they had none.
+// Throws FileError when it cannot.
+bool MakePrivate(const std::string& path);
 // Nullopt when there is no such file.
 std::optional<std::string> ReadFile(const std::string& path);
 
