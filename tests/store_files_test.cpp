@@ -35,6 +35,18 @@ class StoreFile : public testing::Test {
   std::string Value(const std::string& sql) {
     return SqliteConnection(path, clock).Execute(sql)->Field(0).ToPlainText();
   }
+  // Where no file gets larger than 300 kB.
+  static std::string OnSmallDisk(const std::function<void()>& work) {
+    const auto before = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    ::getrlimit(RLIMIT_FSIZE, &usual);
+    const rlimit small{300'000, usual.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const std::string error = ErrorOf(work);
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, before);
+    return error;
+  }
   // A till that is killed when it has done the work.
   void KilledAfter(const std::function<void(SqliteConnection&)>& work) {
     const pid_t till = ::fork();
@@ -103,14 +115,7 @@ TEST_F(StoreFile, OpenedCheckpointsWhatAKilledTillLeftThoughOthersWork) {
 }
 
 TEST_F(StoreFile, IsMadeWholeOrNotAtAll) {
-  const rlimit small{300'000, RLIM_INFINITY};
-  const auto before = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit usual{};
-  ::getrlimit(RLIMIT_FSIZE, &usual);
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_NE(ErrorOf([&] { MakeStore(path, Contents::Demonstration, clock); }), "");
-  ::setrlimit(RLIMIT_FSIZE, &usual);
-  std::signal(SIGXFSZ, before);
+  EXPECT_NE(OnSmallDisk([&] { MakeStore(path, Contents::Demonstration, clock); }), "");
   EXPECT_TRUE(Names().empty());
 
   std::ofstream(NewStore::PartialPath(path)) << "what a killed program left";
@@ -152,6 +157,8 @@ TEST_F(StoreFile, OfAnOlderVersionTakesItsCatalogueInAndKeepsACopy) {
   const std::vector<std::string> two_files = {"tienda.db", "tienda.zrcomun.db"};
   const std::vector<std::string> moved = {"tienda.db", "tienda.version3.db", "tienda.version3.zrcomun.db"};
   EXPECT_EQ(Names(), two_files);
+  EXPECT_NE(OnSmallDisk([&] { SqliteConnection(path, clock); }), "");
+  EXPECT_TRUE(folder.Files("version3.db").empty() && folder.Files(".parcial").empty());
   // An upgrade that was killed while it copied, and one that had its copy.
   std::ofstream(folder / "tienda.version3.db.parcial") << "half";
   std::ofstream(folder / "tienda.version3.db") << "the copy of an upgrade that was not completed";

@@ -65,6 +65,11 @@ bool RenameToFree(const std::string& from, const std::string& to) {
   return true;
 }
 
+void RemoveWithJournals(const std::string& file) {
+  ::unlink(file.c_str());
+  for (const char* ending : kJournals) ::unlink((file + ending).c_str());
+}
+
 std::string Beside(const std::string& path, const std::string& word) {
   const std::size_t point = path.rfind('.');
   const std::size_t slash = path.rfind('/');

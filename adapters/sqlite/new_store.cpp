@@ -1,7 +1,5 @@
 #include "adapters/sqlite/new_store.h"
 
-#include <unistd.h>
-
 #include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/store_file.h"
 #include "adapters/sqlite/store_upgrade.h"
@@ -10,13 +8,6 @@
 namespace tpv {
 
 namespace {
-
-constexpr const char* kJournals[] = {"-wal", "-shm", "-journal"};
-
-void RemoveWithJournals(const std::string& file) {
-  ::unlink(file.c_str());
-  for (const char* ending : kJournals) ::unlink((file + ending).c_str());
-}
 
 void MakeTables(const std::string& path) {
   struct NoClock : Clock {
@@ -36,19 +27,19 @@ void MakeTables(const std::string& path) {
 NewStore::NewStore(const std::string& path) : path_(path), partial_(PartialPath(path)), lock_(path) {
   if (sqlite::IsThere(path_)) throw StoreExists(path_);
   // A journal that lies there already would become the new store's.
-  for (const char* ending : kJournals) {
+  for (const char* ending : sqlite::kJournals) {
     if (sqlite::IsThere(path_ + ending)) throw StoreExists(path_ + ending);
   }
-  RemoveWithJournals(partial_);
+  sqlite::RemoveWithJournals(partial_);
   try {
     MakeTables(partial_);
   } catch (const DatabaseError&) {
-    RemoveWithJournals(partial_);
+    sqlite::RemoveWithJournals(partial_);
     throw;
   }
 }
 
-NewStore::~NewStore() { RemoveWithJournals(partial_); }
+NewStore::~NewStore() { sqlite::RemoveWithJournals(partial_); }
 
 void NewStore::Keep() {
   if (sqlite::IsThere(partial_ + "-wal")) throw DatabaseError("El almacén nuevo sigue abierto");

@@ -112,7 +112,7 @@ std::vector<std::string> SqliteConnection::Damage() {
   std::vector<std::string> lines;
   if (lacks_log_) {
     lines.push_back("Falta «" + sqlite::LogOf(handle_.get()) +
-                    "», con lo último que se grabó: los almacenes se copian con «tpv store copy»");
+                    "»: si el almacén se copió a mano, no está lo último que se grabó");
   }
   for (const std::string& table : sqlite::MissingTables(handle_.get())) {
     lines.push_back("Falta la tabla «" + table + "»");

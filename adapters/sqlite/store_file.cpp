@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -91,11 +92,18 @@ void KeepLog(sqlite3* handle, bool keep) {
   sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &value);
 }
 
+// The log is emptied, then the mark taken away, and the log goes last, still under the
+// lock: killed at any moment, no mark is left without its log.
 void Settle(sqlite3* handle) noexcept {
   sqlite3_busy_timeout(handle, 0);  // others who are there settle it when they leave
-  KeepLog(handle, false);
-  const char* sql = "PRAGMA main.journal_mode = DELETE";
-  if (sqlite3_exec(handle, sql, nullptr, nullptr, nullptr) != SQLITE_OK) KeepLog(handle, true);
+  KeepLog(handle, true);
+  const char* sql = "PRAGMA main.locking_mode = EXCLUSIVE; PRAGMA main.journal_size_limit = 0; "
+                    "PRAGMA main.journal_mode = DELETE";
+  if (sqlite3_exec(handle, sql, nullptr, nullptr, nullptr) != SQLITE_OK) return;
+  struct stat log{};
+  if (::stat(LogOf(handle).c_str(), &log) == 0 && log.st_size > 0) return;
+  ::unlink(LogOf(handle).c_str());
+  ::unlink((PathOf(handle) + "-shm").c_str());
 }
 
 }  // namespace tpv::sqlite

@@ -128,13 +128,13 @@ void CopyPages(sqlite3* from, const std::string& to_path) {
 void CopyBeside(const std::string& file, int version, const FolderLock& folder) {
   const std::string copy = UnfinishedCopy(file, version);
   const std::string partial = copy + ".parcial";
-  ::unlink(partial.c_str());  // what an interrupted upgrade left
+  RemoveWithJournals(partial);  // what an interrupted upgrade left
   try {
     MakeFile(partial);
     CopyPages(OpenFile(file).get(), partial);
     SyncFile(partial);
   } catch (const DatabaseError&) {
-    ::unlink(partial.c_str());
+    RemoveWithJournals(partial);
     throw;
   }
   if (std::rename(partial.c_str(), copy.c_str()) != 0) throw DatabaseError("No se puede crear «" + copy + "»");
