@@ -56,7 +56,7 @@ std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new
   return std::make_unique<SqliteConnection>(path, clock);
 }
 
-std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock, StoreOpening opening) {
+std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock, OpenMode opening) {
   if (!std::filesystem::exists(path)) throw DatabaseError("No existe el almacén «" + path + "»");
   return std::make_unique<SqliteConnection>(path, clock, opening);
 }

@@ -39,6 +39,6 @@ std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new
 
 // Throws DatabaseError when there is none.
 std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock,
-                                              StoreOpening opening = StoreOpening::ToSell);
+                                              OpenMode opening = OpenMode::ToSell);
 
 }  // namespace tpv

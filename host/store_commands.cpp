@@ -52,7 +52,7 @@ Place TakePlace(const Arguments& arguments, std::size_t& at, const char* usage) 
 // These orders bring no store up to date.
 std::unique_ptr<Connection> OpenExisting(const Place& place, const Clock& clock) {
   if (place.server) return OpenServer(place.name);
-  return OpenExistingStore(place.name, clock, StoreOpening::AsItIs);
+  return OpenExistingStore(place.name, clock, OpenMode::AsItIs);
 }
 
 // Throws FileError with a line for each refusal.

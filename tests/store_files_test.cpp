@@ -92,7 +92,7 @@ TEST_F(StoreFile, OfAKilledTillIsWholeAgainWhenItIsOpenedAndACopyWithoutItsLogIs
   SqliteConnection(path, clock).Execute("SELECT 1");
   EXPECT_EQ(Names(), (std::vector<std::string>{"copia.db", "tienda.db"}));
   fs::copy_file(path, copy, fs::copy_options::overwrite_existing);
-  EXPECT_EQ(SqliteConnection(copy, clock, StoreOpening::AsItIs).Execute("SELECT MAX(Age_NOM) FROM Age WHERE "
+  EXPECT_EQ(SqliteConnection(copy, clock, OpenMode::AsItIs).Execute("SELECT MAX(Age_NOM) FROM Age WHERE "
             "Age_NOM = 'Ana'")->Field(0).ToText(), "Ana");
   // While one till works another one leaves; the log goes with the last.
   {

@@ -63,7 +63,7 @@ void Bind(sqlite3_stmt* statement, const std::vector<Variant>& literals) {
 
 }  // namespace
 
-SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, StoreOpening opening)
+SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, OpenMode opening)
     : turns_(std::make_unique<sqlite::Turns>()), handle_(sqlite::OpenFile(path)) {
   lacks_log_ = sqlite::LacksItsLog(handle_.get());
   sqlite::KeepLog(handle_.get(), !lacks_log_);
@@ -71,7 +71,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
   RegisterFunctions(handle_.get(), clock);
   sqlite::RequireStore(handle_.get(), path);
   SetSynchronous(true);
-  if (opening == StoreOpening::ToSell) {
+  if (opening == OpenMode::ToSell) {
     TakeOver();
   } else {
     RequireCurrent(handle_.get(), path);

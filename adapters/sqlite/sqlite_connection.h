@@ -24,7 +24,7 @@ class Turns;
 struct CachedShape;
 }  // namespace sqlite
 
-enum class StoreOpening {
+enum class OpenMode {
   ToSell,  // an older store is brought up to date, a copy of it kept beside
   AsItIs,  // nothing of its shape changes; an older store is refused
 };
@@ -33,7 +33,7 @@ class SqliteConnection : public Connection {
  public:
   // Opens an existing store. getdate() is `clock`'s time; the clock must outlive
   // the connection. Throws DatabaseError when the file is not such a store.
-  SqliteConnection(const std::string& path, const Clock& clock, StoreOpening opening = StoreOpening::ToSell);
+  SqliteConnection(const std::string& path, const Clock& clock, OpenMode opening = OpenMode::ToSell);
   ~SqliteConnection() override;
 
   std::unique_ptr<Recordset> Execute(std::string_view sql) override;

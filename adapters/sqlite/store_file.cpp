@@ -97,8 +97,9 @@ void KeepLog(sqlite3* handle, bool keep) {
 void Settle(sqlite3* handle) noexcept {
   sqlite3_busy_timeout(handle, 0);  // others who are there settle it when they leave
   KeepLog(handle, true);
-  const char* sql = "PRAGMA main.locking_mode = EXCLUSIVE; PRAGMA main.journal_size_limit = 0; "
-                    "PRAGMA main.journal_mode = DELETE";
+  // Reading first undoes what somebody who was killed at this left half done.
+  const char* sql = "PRAGMA main.user_version; PRAGMA main.locking_mode = EXCLUSIVE; "
+                    "PRAGMA main.journal_size_limit = 0; PRAGMA main.journal_mode = DELETE";
   if (sqlite3_exec(handle, sql, nullptr, nullptr, nullptr) != SQLITE_OK) return;
   struct stat log{};
   if (::stat(LogOf(handle).c_str(), &log) == 0 && log.st_size > 0) return;

@@ -150,6 +150,7 @@ void PutCatalogueAside(const std::string& file, const FolderLock& folder) {
     if (!IsThere(copy)) continue;
     Settle(OpenFile(catalogue).get());
     if (IsThere(catalogue + "-wal")) return;
+    ::unlink((catalogue + "-journal").c_str());  // begun and never used, or it would be gone
     if (RenameToFree(catalogue, CatalogueOf(copy))) folder.Sync();
   }
 }
