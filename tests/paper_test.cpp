@@ -7,6 +7,7 @@
 #include <sstream>
 #include <thread>
 
+#include "adapters/files/document_folder.h"
 #include "adapters/files/channel.h"
 #include "adapters/files/escpos.h"
 #include "adapters/files/program.h"
@@ -128,12 +129,12 @@ TEST_F(Paper, IsNotPutWhereAnotherUsersLinkLeads) {
   const std::string paper = folder / "papel";
   std::filesystem::create_directory(folder / "lejos");
   std::filesystem::create_symlink(folder / "lejos", paper);
-  machine.settings.Write("TPV", "Paper", "Tickets", paper);
-  PrintLines({"Pan"});
+  const DocumentFolder documents(paper, machine.clock);
+  documents.Save("Ticket 1", {{".txt", "Pan"}});
   EXPECT_FALSE(folder.Files(".txt").empty());  // the user's own link is followed
   if (::geteuid() != 0) GTEST_SKIP() << "only root can lay another user's link";
   ASSERT_EQ(::lchown(paper.c_str(), 65534, 65534), 0);
-  EXPECT_EQ(ErrorOf([&] { PrintLines({"Pan"}); }), "«" + paper + "» es un enlace de otro usuario");
+  EXPECT_EQ(ErrorOf([&] { documents.Save("Ticket 2", {{".txt", "Pan"}}); }), "«" + paper + "» es un enlace de otro usuario");
   EXPECT_EQ(folder.Files(".txt").size(), 1U);
 }
 
