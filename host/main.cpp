@@ -25,6 +25,7 @@ constexpr const char* kHelp =
     "      --odbc CONEXIÓN               o un almacén de un servidor\n"
     "      --empty                       un almacén nuevo sin datos (si no, los de demostración)\n"
     "      --ui headless|qt              sin ventanas (lo normal) o con ellas\n"
+    "      --screen ANCHOxALTO           con ventanas y sin pantalla: el tamaño que se supone\n"
     "      --screenshots CARPETA         con ventanas: una imagen por guion, antes de su última orden\n"
     "      --paper CARPETA               guarda allí lo impreso, como texto y PDF\n"
     "      --user N                      usuario conectado (1)\n"

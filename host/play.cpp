@@ -73,6 +73,16 @@ std::string ValueOf(const std::vector<std::string>& arguments, std::size_t& at) 
   return arguments[++at];
 }
 
+ScreenSize ReadScreen(const std::string& text) {
+  const std::size_t cross = text.find('x');
+  const auto width = ParseInt32(text.substr(0, cross));
+  const auto height = ParseInt32(cross == std::string::npos ? "" : text.substr(cross + 1));
+  if (!width || !height || *width < 640 || *height < 480) {
+    throw UsageError("--screen: se espera ANCHOxALTO, como 1024x768");
+  }
+  return {*width, *height};
+}
+
 }  // namespace
 
 PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
@@ -91,6 +101,8 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
       options.windows = front_end == "qt";
     } else if (argument == "--screenshots") {
       options.screenshots = ValueOf(arguments, at);
+    } else if (argument == "--screen") {
+      options.screen = ReadScreen(ValueOf(arguments, at));
     } else if (argument == "--user") {
       const auto user = ParseInt32(ValueOf(arguments, at));
       if (!user) throw UsageError("--user: se espera un número");
@@ -110,8 +122,8 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
     throw UsageError("--store y --odbc no van juntos");
   }
   if (options.files.empty()) throw UsageError("falta el guion que reproducir");
-  if (!options.screenshots.empty() && !options.windows) {
-    throw UsageError("--screenshots: solo con --ui qt");
+  if ((!options.screenshots.empty() || options.screen.width > 0) && !options.windows) {
+    throw UsageError("--screenshots y --screen: solo con --ui qt");
   }
   return options;
 }
@@ -119,7 +131,7 @@ PlayOptions ReadPlayOptions(const std::vector<std::string>& arguments) {
 int Play(const PlayOptions& options, std::ostream& transcript) {
   std::vector<std::vector<scenario::Command>> scripts;
   for (const std::string& file : options.files) scripts.push_back(scenario::ReadScript(file));
-  const auto theatre = options.windows ? WindowTheatre() : HeadlessTheatre();
+  const auto theatre = options.windows ? WindowTheatre(options.screen) : HeadlessTheatre();
   bool held = true;
   for (std::size_t i = 0; i < scripts.size(); ++i) {
     const TemporaryFolder folder;

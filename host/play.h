@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/date_time.h"
+#include "host/stage.h"
 
 namespace tpv {
 
@@ -22,6 +23,7 @@ struct PlayOptions {
   std::string server;  // what follows --odbc; "" for an embedded store
   bool empty = false;
   bool windows = false;     // real windows instead of none
+  ScreenSize screen;        // for those windows, where there is no display
   std::string paper;        // folder that gets what is printed, as text and PDF
   std::string screenshots;  // folder for a picture a script, as it stood before its last command
   int user = 1;

@@ -8,6 +8,12 @@
 
 namespace tpv {
 
+// In pixels; 0 by 0 is the usual one.
+struct ScreenSize {
+  int width = 0;
+  int height = 0;
+};
+
 class Stage {
  public:
   virtual ~Stage() = default;
@@ -33,6 +39,7 @@ class Theatre {
 std::unique_ptr<Theatre> HeadlessTheatre();
 // With real windows, on no screen at all where the machine has no display.
 // Throws UsageError in a build without windows.
-std::unique_ptr<Theatre> WindowTheatre();
+// `screen` is the one they believe in then.
+std::unique_ptr<Theatre> WindowTheatre(const ScreenSize& screen = {});
 
 }  // namespace tpv

@@ -13,7 +13,8 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kButtonHeight = 44;
+constexpr int kButtonHeight = 42;
+constexpr int kGives = 26;  // of the room beside a caption, where the window is narrow
 
 // The caption of a button is its access key too, so Qt's mark is the model's.
 template <typename Widget>
@@ -54,6 +55,7 @@ class Command : public QPushButton {
     measured_font_ = font();
     return size_ = QPushButton::sizeHint();
   }
+  QSize minimumSizeHint() const override { return sizeHint() - QSize(kGives, 0); }
 
  private:
   mutable QString measured_;

@@ -13,6 +13,7 @@ class Captioned : public QWidget {
   void Hold(QWidget& field);
   void SetCaption(const QString& caption);
   bool CaptionFits() const { return caption_width_ <= width(); }
+  const QWidget& field() const { return *field_; }
 
   QSize sizeHint() const override { return UnderCaption(FieldSize()); }
   QSize minimumSizeHint() const override {

@@ -58,7 +58,6 @@ class ComboView : public ControlView {
     return event.key() == Qt::Key_F4 ||
            (event.key() == Qt::Key_Down && event.modifiers() & Qt::AltModifier);
   }
-  bool CaptionFits() const override { return outer_->CaptionFits(); }
   std::string Shown() const override { return Utf8(widget_->currentText()); }
   std::string Expected() const override { return combo_.Text(); }
 

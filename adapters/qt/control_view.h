@@ -42,8 +42,6 @@ class ControlView {
   // What the widget shows, as a scenario would print the model's; "" for none.
   virtual std::string Shown() const { return {}; }
   virtual std::string Expected() const { return {}; }
-  // Whether its caption has the room that it needs.
-  virtual bool CaptionFits() const { return true; }
   // Whether the window is taller for it: grids and lists.
   virtual bool Tall() const { return false; }
 };

@@ -15,7 +15,10 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kUsualColumns = 12;
-constexpr int kPadding = 28;
+constexpr int kUsualCode = 13;  // a bar code
+constexpr int kUsualName = 14;  // enough of a name to know it by
+constexpr const char* kUsualAmount = "99.999,99";
+constexpr int kPadding = 20;
 
 int PixelsOf(const ui::TextBox& box) {
   if (box.emphasis == ui::Emphasis::Strong) return kDisplaySize;
@@ -33,18 +36,24 @@ Qt::Alignment AlignmentOf(ui::Align align) {
   return align == ui::Align::Centre ? Qt::AlignHCenter : Qt::AlignLeft;
 }
 
-// As wide as its columns, narrower where the window is.
+// As wide as its columns; where the window is narrow, as what it usually holds.
 class Edit : public QLineEdit {
  public:
-  Edit(QWidget* parent, int columns) : QLineEdit(parent), columns_(columns) {}
-  QSize sizeHint() const override { return SizeFor(columns_); }
-  QSize minimumSizeHint() const override { return SizeFor(std::min(columns_, kUsualColumns)); }
+  Edit(QWidget* parent, const ui::TextBox& box)
+      : QLineEdit(parent), box_(box), columns_(box.columns > 0 ? box.columns : kUsualColumns) {}
+  QSize sizeHint() const override { return Around(Digits(columns_)); }
+  QSize minimumSizeHint() const override {
+    const bool amount = box_.align == ui::Align::Right;
+    const int usual = amount ? QFontMetrics(font()).horizontalAdvance(QLatin1String(kUsualAmount))
+                             : Digits(box_.stretch ? kUsualName : kUsualCode);
+    return Around(std::min(Digits(columns_), usual));
+  }
 
  private:
-  QSize SizeFor(int columns) const {
-    const QFontMetrics metrics(font());
-    return {columns * metrics.horizontalAdvance(u'0') + kPadding, metrics.height() + 12};
-  }
+  int Digits(int count) const { return count * QFontMetrics(font()).horizontalAdvance(u'0'); }
+  QSize Around(int text) const { return {text + kPadding, QFontMetrics(font()).height() + 12}; }
+
+  const ui::TextBox& box_;
   int columns_;
 };
 
@@ -55,7 +64,7 @@ class FieldView : public ControlView {
         box_(box),
         actions_(around.actions),
         outer_(new Captioned(&around.parent, AlignmentOf(box.align))),
-        edit_(new Edit(outer_, box.columns > 0 ? box.columns : kUsualColumns)) {
+        edit_(new Edit(outer_, box)) {
     const int pixels = PixelsOf(box);
     edit_->setFont(Type(pixels));
     edit_->setAlignment(AlignmentOf(box.align) | Qt::AlignVCenter);
@@ -96,7 +105,6 @@ class FieldView : public ControlView {
   }
 
   bool TakesKey(const QKeyEvent& event) override { return MovesCaret(event); }
-  bool CaptionFits() const override { return outer_->CaptionFits(); }
   std::string Shown() const override { return Utf8(edit_->text()); }
   std::string Expected() const override { return box_.text; }
 

@@ -1,11 +1,11 @@
 #include "adapters/qt/form_layout.h"
 
-#include <QBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <algorithm>
 
 #include "adapters/qt/panel.h"
+#include "adapters/qt/rows_layout.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 
@@ -13,9 +13,7 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kMargin = 12;
-constexpr int kRowGap = 8;
-constexpr int kGap = 12;
+constexpr int kMargin = 10;
 
 // The ground that a frame's controls stand on.
 class Card : public QWidget {
@@ -33,16 +31,16 @@ class FrameView : public ControlView {
  public:
   FrameView(ui::Frame& frame, Surroundings around)
       : ControlView(frame), card_(new Card(&around.parent)), title_(new QLabel(card_)) {
-    layout_ = new QVBoxLayout(card_);
-    layout_->setContentsMargins(kMargin, kRowGap, kMargin, kMargin - 2);
-    layout_->setSpacing(kRowGap);
+    layout_ = new RowsLayout(*card_);
+    layout_->setContentsMargins(kMargin, kMargin - 4, kMargin, kMargin - 2);
     title_->setFont(Type(kLabelSize));
     title_->hide();
-    layout_->addWidget(title_);
+    layout_->BeginRow();
+    layout_->Add(*title_, RowsLayout::Kind::Plain);
   }
   QWidget* Outer() override { return card_; }
   QWidget& card() { return *card_; }
-  QVBoxLayout& layout() { return *layout_; }
+  RowsLayout& layout() { return *layout_; }
 
   void Sync() override {
     // A frame is never disabled as a widget: each control says so for itself.
@@ -58,7 +56,7 @@ class FrameView : public ControlView {
  private:
   Card* card_;
   QLabel* title_;
-  QVBoxLayout* layout_;
+  RowsLayout* layout_;
 };
 
 template <typename Control, typename Make>
@@ -99,44 +97,35 @@ bool AnyTall(const std::vector<Row>& rows) {
   });
 }
 
-bool IsWide(const ui::Control* control) {
-  return control->stretch || IsTall(control) || dynamic_cast<const ui::Frame*>(control) != nullptr;
+RowsLayout::Kind KindOf(const ui::Control* control) {
+  if (IsTall(control)) return RowsLayout::Kind::Tall;
+  if (IsButton(control) && !control->stretch) return RowsLayout::Kind::Button;
+  const bool wide = control->stretch || dynamic_cast<const ui::Frame*>(control) != nullptr;
+  return wide ? RowsLayout::Kind::Wide : RowsLayout::Kind::Plain;
 }
 
 class Builder {
  public:
   Builder(Actions& actions, Views& views) : actions_(actions), views_(views) {}
 
-  // What is tall expands by itself while it is visible.
-  void Fill(QVBoxLayout& layout, QWidget& parent, const std::vector<Row>& rows) {
+  void Fill(RowsLayout& layout, QWidget& parent, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
-      auto* line = new QHBoxLayout;
-      line->setSpacing(kGap);
-      FillRow(*line, parent, row);
-      layout.addLayout(line);
+      layout.BeginRow();
+      for (ui::Control* control : row) {
+        auto view = Made(*control, parent);
+        if (!view) continue;
+        layout.Add(*view->Outer(), KindOf(control));
+        views_[control] = std::move(view);
+      }
     }
   }
 
  private:
-  void FillRow(QHBoxLayout& line, QWidget& parent, const Row& row) {
-    const bool toolbar = row.size() > 3 && std::all_of(row.begin(), row.end(), IsButton);
-    const bool tall = std::any_of(row.begin(), row.end(), IsTall);
-    for (ui::Control* control : row) {
-      const bool is_frame = dynamic_cast<ui::Frame*>(control) != nullptr;
-      auto view = is_frame ? Framed(parent, static_cast<ui::Frame&>(*control), tall)
-                           : MakeView(*control, {actions_, parent});
-      if (!view) continue;
-      const Qt::Alignment place = is_frame || IsTall(control) ? Qt::Alignment() : Qt::AlignBottom;
-      line.addWidget(view->Outer(), toolbar || IsWide(control) ? 1 : 0, place);
-      views_[control] = std::move(view);
-    }
-    if (!toolbar && std::none_of(row.begin(), row.end(), IsWide)) line.addStretch(1);
-  }
-
-  std::unique_ptr<ControlView> Framed(QWidget& parent, ui::Frame& frame, bool beside_tall) {
-    auto view = std::make_unique<FrameView>(frame, Surroundings{actions_, parent});
-    Fill(view->layout(), view->card(), frame.rows);
-    if (beside_tall && !IsTall(&frame)) view->layout().addStretch(1);  // its rows stay on top
+  std::unique_ptr<ControlView> Made(ui::Control& control, QWidget& parent) {
+    auto* frame = dynamic_cast<ui::Frame*>(&control);
+    if (frame == nullptr) return MakeView(control, {actions_, parent});
+    auto view = std::make_unique<FrameView>(*frame, Surroundings{actions_, parent});
+    Fill(view->layout(), view->card(), frame->rows);
     return view;
   }
 
@@ -148,11 +137,9 @@ class Builder {
 
 Views LayOut(ui::Form& form, QWidget& content, Actions& actions) {
   Views views;
-  auto* layout = new QVBoxLayout(&content);
+  auto* layout = new RowsLayout(content);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  layout->setSpacing(kRowGap);
   Builder(actions, views).Fill(*layout, content, form.rows);
-  if (!AnyTall(form.rows)) layout->addStretch(1);
   return views;
 }
 

@@ -1,17 +1,16 @@
 #include "adapters/qt/form_window.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMenu>
-#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "adapters/qt/content_area.h"
+#include "adapters/qt/fit.h"
 #include "adapters/qt/keys.h"
 #include "adapters/qt/text.h"
 #include "base/text.h"
@@ -19,6 +18,9 @@
 namespace tpv::qt {
 
 namespace {
+
+// Of a window with a grid or list.
+constexpr QSize kUsualSize(1280, 800);
 
 // Layouts keep their sizes until their window shows; what the first look at the
 // model changed must count before, from the inside out.
@@ -39,7 +41,7 @@ FormWindow::FormWindow(ui::Form& form, WindowOwner& owner, QWidget* parent)
       owner_(owner),
       band_(new StatusBand(this)),
       notices_(new NoticeBand(this, [&owner] { owner.Notices().Clear(); })),
-      scroll_(new QScrollArea(this)) {
+      scroll_(new ContentArea(this)) {
   setWindowModality(Qt::ApplicationModal);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -77,14 +79,16 @@ ControlView* FormWindow::ViewOf(const ui::Control& control) const {
   return found == views_.end() ? nullptr : found->second.get();
 }
 
-QSize FormWindow::PreferredSize(const QSize& usual) const {
+QSize FormWindow::PreferredSize(const QSize& room) const {
+  if (form_.maximised) return room;
   SettleLayouts(*scroll_->widget());
   const QWidget& content = *scroll_->widget();
   const bool tall = std::any_of(views_.begin(), views_.end(),
                                 [](const auto& entry) { return entry.second->Tall(); });
-  if (tall) return usual.expandedTo({content.minimumSizeHint().width(), 0});
-  return content.sizeHint() +
-         QSize(0, band_->isHidden() ? 0 : band_->sizeHint().height());
+  if (tall) return kUsualSize.boundedTo(room);
+  const int width = std::min(content.sizeHint().width(), room.width());
+  const int band = band_->isHidden() ? 0 : band_->sizeHint().height();
+  return {width, std::min(content.heightForWidth(width) + band, room.height())};
 }
 
 void FormWindow::Reveal(const ControlView& view) {
@@ -94,7 +98,7 @@ void FormWindow::Reveal(const ControlView& view) {
 void FormWindow::Sync() {
   const QString title = Text(form_.caption);
   if (windowTitle() != title) setWindowTitle(title);
-  band_->Show(form_.Status());
+  band_->Show(form_.Status(), form_.warning);
   notices_->Show(owner_.Notices().Text());
   for (const auto& [control, view] : views_) view->Sync();
   SyncFocus();
@@ -141,23 +145,8 @@ void FormWindow::SyncMenu() {
   menu_->popup(QCursor::pos());
 }
 
-// The first caption that has less room than it needs; "" when all have enough.
-std::string FormWindow::Clipped() const {
-  for (const auto& [control, view] : views_) {
-    if (view->Outer()->isVisible() && !view->CaptionFits()) return control->caption;
-  }
-  for (const auto* label : findChildren<QLabel*>()) {
-    if (label->isVisible() && label->width() < label->sizeHint().width()) return Utf8(label->text());
-  }
-  for (const auto* button : findChildren<QAbstractButton*>()) {
-    const int text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width();
-    if (button->isVisible() && button->width() < text + 8) return Utf8(button->text());
-  }
-  return {};
-}
-
 std::string FormWindow::Difference() const {
-  if (const std::string clipped = Clipped(); !clipped.empty()) return clipped + ": clipped";
+  if (std::string misfit = Misfit(*this); !misfit.empty()) return misfit;
   for (const auto& [control, view] : views_) {
     const bool shown = view->Outer()->isVisible();
     if (shown != control->IsVisible()) return control->name + ": visible";

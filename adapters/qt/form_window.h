@@ -35,7 +35,7 @@ class FormWindow : public QWidget {
   ControlView* ViewOf(const ui::Control& control) const;
   QMenu* menu() const { return menu_; }
   // As large as it needs; a window with a grid or a list takes the usual size.
-  QSize PreferredSize(const QSize& usual) const;
+  QSize PreferredSize(const QSize& room) const;
   void FlashBand() { band_->Flash(); }
   void Reveal(const ControlView& view);  // scrolls to it where the window is small
   // What the window shows differently from the model or cuts off; "" when nothing.
@@ -49,7 +49,6 @@ class FormWindow : public QWidget {
 
  private:
   void Watch(QWidget& widget, ControlView& view);
-  std::string Clipped() const;
   void SyncFocus();
   void SyncMenu();
   bool Press(QKeyEvent& event, ControlView* view);

@@ -3,20 +3,14 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QPainter>
-#include <QScreen>
 #include <utility>
 
+#include "adapters/qt/placing.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 #include "base/scoped_value.h"
 
 namespace tpv::qt {
-
-namespace {
-
-constexpr QSize kUsualSize(1280, 800);
-
-}  // namespace
 
 // A form's window for as long as the form is shown.
 class QtFrontEnd::Shown {
@@ -59,9 +53,8 @@ void QtFrontEnd::DressUp(QWidget& window) const {
 }
 
 void QtFrontEnd::Open(QWidget& window) {
-  // The platform without a screen reports one that is smaller than any shop's.
-  const bool real_screen = QGuiApplication::platformName() != "offscreen";
-  if (real_screen) window.resize(window.size().boundedTo(window.screen()->availableSize()));
+  window.resize(window.size().boundedTo(RoomFor(window)));
+  PutOver(window, window.parentWidget());
   window.show();
   window.activateWindow();
 }
@@ -78,7 +71,7 @@ void QtFrontEnd::ShowModal(ui::Form& form) {
     Shown shown(*this, form);
     FormWindow& window = shown.window();
     window.Sync();
-    window.resize(window.PreferredSize(kUsualSize));
+    window.resize(window.PreferredSize(RoomFor(window)));
     Open(window);
     engine_.Open(form);
     Refresh();

@@ -8,6 +8,7 @@
 #include "adapters/qt/cell_delegate.h"
 #include "adapters/qt/table_setup.h"
 #include "adapters/qt/text.h"
+#include "adapters/qt/till_style.h"
 
 namespace tpv::qt {
 
@@ -15,13 +16,21 @@ namespace {
 
 constexpr int kSampleRows = 40;
 constexpr int kWidestColumn = 500;
+constexpr int kMostSmaller = 5;  // pixels of type
+constexpr const char* kUsualName = "Nombre de uso";
+constexpr const char* kUsualAmount = "9.999,99";
 
 // Getting the focus selects no row: the model says which one is current.
 class Table : public QTableView {
  public:
   using QTableView::QTableView;
+  std::function<void()> resized;
 
  protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QTableView::resizeEvent(event);
+    if (resized) resized();
+  }
   void focusInEvent(QFocusEvent* event) override {
     QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
@@ -70,12 +79,16 @@ RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surrou
       table_(new Table(&around.parent)),
       model_(new RowsModel(*source_, table_)) {
   PrepareTable(*table_);
+  static_cast<Table*>(table_)->resized = [this] { SetWidths(); };
   table_->setModel(model_);
   table_->setItemDelegate(new CellDelegate(*table_, *table_));
 }
 
 // The table goes with its window, after this; it must not ask for rows any more.
-RowsView::~RowsView() { table_->setModel(nullptr); }
+RowsView::~RowsView() {
+  static_cast<Table*>(table_)->resized = nullptr;
+  table_->setModel(nullptr);
+}
 
 void RowsView::Sync() {
   ControlView::Sync();
@@ -123,39 +136,58 @@ QModelIndex RowsView::Visible(int row) const {
   return {};
 }
 
-int RowsView::WidthOf(int column) const {
+ColumnNeed RowsView::NeedOf(int column) const {
   const ui::GridColumn& layout = source_->Columns()[column];
   const QFontMetrics header(table_->horizontalHeader()->font());
-  int width = header.horizontalAdvance(Text(layout.caption)) + kCellPadding;
-  width = std::max(width, qRound(layout.width * kPixelsInTwip));
   const QFontMetrics cells(table_->font());
   const int extra = kCellPadding + (column == 0 && source_->HasChecks() ? kCheckWidth : 0) +
                     (layout.cell_button ? kButtonWidth : 0);
-  const int most = layout.width > 0 ? width * 2 : kWidestColumn;
+  int shown = header.horizontalAdvance(Text(layout.caption)) + kCellPadding;
+  const int declared = std::max(shown, qRound(layout.width * kPixelsInTwip));
+  const int most = layout.width > 0 ? declared * 2 : kWidestColumn;
   for (int row = 0; row < std::min(source_->Count(), kSampleRows); ++row) {
-    width = std::max(width, cells.horizontalAdvance(Text(source_->Cell(row, column))) + extra);
+    shown = std::max(shown, cells.horizontalAdvance(Text(source_->Cell(row, column))) + extra);
   }
-  return std::min(width, most);
+  const bool name = layout.align == ui::Align::Left && layout.mask.empty();
+  const int usual = cells.horizontalAdvance(QLatin1String(name ? kUsualName : kUsualAmount)) + extra;
+  return {std::min(std::max(declared, shown), most), name ? std::min(shown, usual) : shown};
 }
 
-// The widest column of text takes the room that is left.
+// The widest column of text takes the room that is left; where there is too little
+// the type gets smaller, down to what can still be read.
 void RowsView::SetWidths() {
   QHeaderView& header = *table_->horizontalHeader();
+  const int room = table_->viewport()->width();
+  std::vector<int> columns;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    table_->setColumnHidden(column, source_->Columns()[column].hidden);
+    if (!source_->Columns()[column].hidden) columns.push_back(column);
+  }
+  std::vector<ColumnNeed> needs;
+  for (int smaller = 0; smaller <= kMostSmaller; ++smaller) {
+    SetType(smaller);
+    needs.clear();
+    for (const int column : columns) needs.push_back(NeedOf(column));
+    if (Least(needs) <= room) break;
+  }
+  const std::vector<int> widths = FitColumns(needs, room);
   int widest = -1;
   int most = 0;
-  for (int column = 0; column < model_->columnCount(); ++column) {
-    const bool hidden = source_->Columns()[column].hidden;
-    table_->setColumnHidden(column, hidden);
-    header.setSectionResizeMode(column, QHeaderView::Interactive);
-    if (hidden) continue;
-    const int width = WidthOf(column);
-    table_->setColumnWidth(column, width);
-    if (width > most && source_->Columns()[column].align == ui::Align::Left) {
-      widest = column;
-      most = width;
-    }
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    header.setSectionResizeMode(columns[i], QHeaderView::Interactive);
+    table_->setColumnWidth(columns[i], widths[i]);
+    if (widths[i] <= most || source_->Columns()[columns[i]].align != ui::Align::Left) continue;
+    widest = columns[i];
+    most = widths[i];
   }
   if (widest >= 0) header.setSectionResizeMode(widest, QHeaderView::Stretch);
+}
+
+void RowsView::SetType(int smaller) {
+  const QFont cells = Type(kTextSize - smaller);
+  if (table_->font() == cells) return;
+  table_->setFont(cells);
+  table_->horizontalHeader()->setFont(Type(kLabelSize - smaller / 2));
 }
 
 bool RowsView::Filter(QObject* watched, QEvent& event) {

@@ -4,6 +4,7 @@
 
 #include <QTableView>
 
+#include "adapters/qt/column_widths.h"
 #include "adapters/qt/control_view.h"
 #include "adapters/qt/rows_model.h"
 
@@ -35,7 +36,8 @@ class RowsView : public ControlView {
   bool Page(int key);
   void SyncCurrentRow();
   void SetWidths();
-  int WidthOf(int column) const;
+  void SetType(int smaller);
+  ColumnNeed NeedOf(int column) const;
   QModelIndex Visible(int row) const;
   std::string PaintedText() const;
 

@@ -13,7 +13,9 @@ namespace {
 
 constexpr int kHeight = 56;
 constexpr int kMargin = 20;
-constexpr int kGap = 36;
+constexpr int kGap = 28;
+constexpr int kNarrowest = 60;
+constexpr int kStep = 8;
 
 QColor ColourOf(ui::StatusItem::Tone tone) {
   if (tone == ui::StatusItem::Tone::Good) return colour::kGood;
@@ -21,7 +23,15 @@ QColor ColourOf(ui::StatusItem::Tone tone) {
 }
 
 bool Same(const ui::StatusItem& left, const ui::StatusItem& right) {
-  return left.label == right.label && left.text == right.text && left.tone == right.tone;
+  return left.label == right.label && left.text == right.text && left.tone == right.tone &&
+         left.large == right.large;
+}
+
+QFont FontOf(const ui::StatusItem& item) { return Type(item.large ? kLargeSize : kTextSize); }
+
+int WidthOf(const ui::StatusItem& item) {
+  return 2 + std::max(QFontMetrics(Type(kLabelSize)).horizontalAdvance(Text(item.label)),
+                      QFontMetrics(FontOf(item)).horizontalAdvance(Text(item.text)));
 }
 
 }  // namespace
@@ -33,8 +43,10 @@ StatusBand::StatusBand(QWidget* parent) : QWidget(parent) {
 
 QSize StatusBand::sizeHint() const { return {400, kHeight}; }
 
-void StatusBand::Show(std::vector<ui::StatusItem> items) {
-  if (std::equal(items.begin(), items.end(), items_.begin(), items_.end(), Same)) return;
+void StatusBand::Show(std::vector<ui::StatusItem> items, bool warning) {
+  const bool same = std::equal(items.begin(), items.end(), items_.begin(), items_.end(), Same);
+  if (same && warning == warning_) return;
+  warning_ = warning;
   items_ = std::move(items);
   setVisible(!items_.empty());
   update();
@@ -50,27 +62,47 @@ void StatusBand::Flash() {
   });
 }
 
+// What each item needs; where there is not enough room the widest give way.
+std::vector<int> StatusBand::Widths() const {
+  std::vector<int> widths;
+  int spare = width() - 2 * kMargin + kGap;
+  for (const ui::StatusItem& item : items_) {
+    widths.push_back(WidthOf(item));
+    spare -= widths.back() + kGap;
+  }
+  while (spare < 0 && !widths.empty()) {
+    int& widest = *std::max_element(widths.begin(), widths.end());
+    if (widest <= kNarrowest) break;
+    const int given = std::min(-spare, widest - kNarrowest);
+    widest -= std::min(given, kStep);
+    spare += std::min(given, kStep);
+  }
+  return widths;
+}
+
+bool StatusBand::Fits() const {
+  const std::vector<int> widths = Widths();
+  return std::equal(items_.begin(), items_.end(), widths.begin(), widths.end(),
+                    [](const ui::StatusItem& item, int width) { return WidthOf(item) <= width; });
+}
+
 void StatusBand::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), flashing_ ? colour::kWarning : colour::kBand);
+  painter.fillRect(rect(), warning_ != flashing_ ? colour::kWarning : colour::kBand);
   const QFont small = Type(kLabelSize);
-  const QFont large = Type(kTextSize);
+  const std::vector<int> widths = Widths();
   int x = kMargin;
   for (std::size_t i = 0; i < items_.size(); ++i) {
-    const QString label = Text(items_[i].label);
-    const int wanted = std::max(QFontMetrics(small).horizontalAdvance(label),
-                                QFontMetrics(large).horizontalAdvance(Text(items_[i].text)));
-    const int others = static_cast<int>(items_.size() - i - 1);
-    const int room = std::max(80, width() - x - kMargin - others * (100 + kGap));
-    const int taken = std::min(wanted + 2, room);
-    const QString text = QFontMetrics(large).elidedText(Text(items_[i].text), Qt::ElideRight, taken);
+    const QFont type = FontOf(items_[i]);
     painter.setFont(small);
-    painter.setPen(colour::kBandLabel);
-    painter.drawText(QRect(x, 6, taken, 18), Qt::AlignLeft | Qt::AlignVCenter, label);
-    painter.setFont(large);
+    painter.setPen(warning_ ? QColor(Qt::white) : colour::kBandLabel);
+    painter.drawText(QRect(x, 4, widths[i], 18), Qt::AlignLeft | Qt::AlignVCenter,
+                     Text(items_[i].label));
+    painter.setFont(type);
     painter.setPen(ColourOf(items_[i].tone));
-    painter.drawText(QRect(x, 24, taken, 28), Qt::AlignLeft | Qt::AlignVCenter, text);
-    x += taken + kGap;
+    painter.drawText(QRect(x, 20, widths[i], height() - 22), Qt::AlignLeft | Qt::AlignVCenter,
+                     QFontMetrics(type).elidedText(Text(items_[i].text), Qt::ElideRight, widths[i]));
+    x += widths[i] + kGap;
   }
 }
 

@@ -12,17 +12,23 @@ class StatusBand : public QWidget {
  public:
   explicit StatusBand(QWidget* parent);
   // Hides itself while there is nothing to say.
-  void Show(std::vector<ui::StatusItem> items);
-  // Turns to the warning colour for a moment.
+  // A band of warning is red from end to end.
+  void Show(std::vector<ui::StatusItem> items, bool warning);
+  // Turns to the other colour for a moment.
   void Flash();
   QSize sizeHint() const override;
+  // Whether nothing of it has to be shortened.
+  bool Fits() const;
 
  protected:
   void paintEvent(QPaintEvent*) override;
 
  private:
+  std::vector<int> Widths() const;
+
   std::vector<ui::StatusItem> items_;
   bool flashing_ = false;
+  bool warning_ = false;
 };
 
 }  // namespace tpv::qt

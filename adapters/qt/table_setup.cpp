@@ -16,7 +16,7 @@ void PrepareTable(QTableView& table) {
   table.setShowGrid(false);
   table.setTabKeyNavigation(false);
   table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  table.setMinimumHeight(kRowHeight * 4);
+  table.setMinimumHeight(kRowHeight * 3 + 2);
   QHeaderView& rows = *table.verticalHeader();
   rows.hide();
   rows.setMinimumSectionSize(kRowHeight);

@@ -5,7 +5,9 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPointer>
+#include <QScreen>
 #include <QStyleOption>
+#include <algorithm>
 
 #include "adapters/qt/panel.h"
 #include "platform/ui/controls.h"
@@ -95,9 +97,24 @@ QPalette TillPalette() {
 
 }  // namespace
 
+namespace {
+
+double type_scale = 1;
+
+// The size that the desktop gives its texts, where it differs from the usual.
+double DesktopScale() {
+  constexpr double kUsualDots = 96;
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  return screen == nullptr ? 1 : screen->logicalDotsPerInchY() / kUsualDots;
+}
+
+}  // namespace
+
+void SetTypeScale(double scale) { type_scale = std::clamp(scale, 1.0, 1.5); }
+
 QFont Type(int pixels) {
   QFont font("Liberation Sans");  // or what the system has in its place
-  font.setPixelSize(pixels);
+  font.setPixelSize(pixels > kLargeSize ? pixels : qRound(pixels * type_scale));
   font.setBold(pixels > kTextSize);
   font.setHintingPreference(QFont::PreferNoHinting);
   return font;
@@ -241,6 +258,7 @@ void DressWindow(QWidget& window) {
 }
 
 void DressApplication() {
+  SetTypeScale(std::max(type_scale, DesktopScale()));
   QApplication::setStyle(new TillStyle);  // owned by the application
   QApplication::setPalette(TillPalette());
   QApplication::setFont(Type(kTextSize));

@@ -14,7 +14,7 @@ constexpr const char* kWithout = "este programa se construyó sin ventanas (falt
 
 }  // namespace
 
-std::unique_ptr<Theatre> WindowTheatre() { Refuse(); }
+std::unique_ptr<Theatre> WindowTheatre(const ScreenSize&) { Refuse(); }
 
 int Start(const std::string&) { Refuse(); }
 

@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include "adapters/qt/native_input.h"
+#include "adapters/qt/placing.h"
 #include "adapters/qt/qt_operator.h"
 #include "host/stage.h"
 #include "host/windows/application.h"
@@ -41,6 +42,10 @@ class Windows : public Theatre {
 
 }  // namespace
 
-std::unique_ptr<Theatre> WindowTheatre() { return std::make_unique<Windows>(); }
+std::unique_ptr<Theatre> WindowTheatre(const ScreenSize& screen) {
+  auto windows = std::make_unique<Windows>();
+  if (screen.width > 0) qt::PretendScreen({screen.width, screen.height});
+  return windows;
+}
 
 }  // namespace tpv

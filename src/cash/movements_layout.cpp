@@ -44,12 +44,9 @@ void FrmTpvMovCaja::DeclareLayout() {
                       {"Vendedor", "", 3000, Left, false, false},
                       {"Importe", "", 1200, Right, false, false},
                       {"Pendiente", "", 1200, Right, false, false}};
-  Frame1.Rows({{&Check1, &Text1[21], &Text1[20]},
-               {&Text1[0], &Text1[1]},
-               {&Option1_0, &Option1_1}});
+  Frame1.Rows({{&Check1, &Text1[21], &Text1[20], &Text1[0], &Text1[1]}, {&Option1_0, &Option1_1}});
   frmCobros.Rows({{&Text1[2], &Text1[5], &Text1[15]},
-                  {&Text1[13]},
-                  {&Option3, &Option4, &Check2},
+                  {&Text1[13], &Option3, &Option4, &Check2},
                   {&ListView1},
                   {&Text1[11], &Text1[7], &Text1[4]}});
   frmPagos.Rows({{&Text1[3], &Text1[6]}});

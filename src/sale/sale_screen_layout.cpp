@@ -33,6 +33,7 @@ void FrmTpv::DeclareLayout() {
   Frame3.Rows({{&cmdApertura, &cmdCierre, &cmdPagos, &cmdDevoluciones, &cmdReImprimir,
                 &cmdAbreCajon, &cmdBuscar}});
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
+  maximised = true;
   rows = {{&Frame1}, {&Frame2}, {&dbgVenta}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
 }
 

@@ -16,6 +16,7 @@ struct StatusItem {
   std::string label;
   std::string text;
   Tone tone = Tone::Neutral;
+  bool large = false;  // to be read from where the customer stands
 };
 
 enum class Key { Enter, Tab, BackTab, Esc, F1, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
@@ -52,6 +53,8 @@ class Form {
   bool loaded = false;     // OnLoad has run
   bool activated = false;  // OnFirstActivate has run
   bool wait_cursor = false;
+  bool warning = false;    // the operator must not take it for another: marked in red
+  bool maximised = false;  // takes the whole screen when it opens
 
   void OpenMenu(Menu& menu) { open_menu = &menu; }
   Menu* open_menu = nullptr;

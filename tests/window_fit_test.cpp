@@ -1,0 +1,157 @@
+// Every screen on the screens that shops have: nothing cut, nothing over another,
+// nothing to scroll to, whatever the size, the scale and the type.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <filesystem>
+#include <set>
+#include <sstream>
+
+#include "adapters/files/temporary_folder.h"
+#include "adapters/headless/scenario/player.h"
+#include "adapters/qt/fit.h"
+#include "adapters/qt/native_input.h"
+#include "adapters/qt/placing.h"
+#include "adapters/qt/qt_operator.h"
+#include "adapters/qt/till_style.h"
+#include "host/machine.h"
+#include "host/recorded_till.h"
+#include "host/start_screen.h"
+#include "host/store.h"
+#include "host/windows/application.h"
+
+namespace tpv::qt {
+namespace {
+
+struct Looks {
+  const char* scale;  // of the display
+  double type;
+};
+
+// Bends whatever is on top to each screen and tells what does not fit.
+class Tailor : public ui::Driver {
+ public:
+  Tailor(QtFrontEnd& windows, ui::Driver* player, std::string script)
+      : windows_(windows), player_(player), script_(std::move(script)) {}
+
+  bool Step() override {
+    const auto* player = dynamic_cast<const scenario::Player*>(player_);
+    const bool at_end = player == nullptr || player->Over();
+    if (seen_.insert(WhatIsOpen()).second || at_end) Measure();
+    return player_ != nullptr && player_->Step();
+  }
+  void OnBox(const ui::MessageBox& box) override {
+    if (player_ != nullptr) player_->OnBox(box);
+  }
+  const std::set<std::string>& forms() const { return forms_; }
+
+ private:
+  std::string WhatIsOpen() const {
+    std::string open = windows_.Top() != nullptr ? windows_.Top()->name : std::string();
+    if (windows_.open_box() != nullptr) open += "/" + windows_.open_box()->box().text;
+    return windows_.open_search() != nullptr ? open + "/search" : open;
+  }
+
+  void Measure() {
+    SettleWindows();
+    if (windows_.Top() != nullptr) forms_.insert(windows_.Top()->name);
+    for (const QSize screen : {QSize(1024, 768), QSize(1280, 800), QSize(1366, 768), QSize(1920, 1080)}) {
+      const QSize room = RoomIn(screen - QSize(0, kPanel));
+      QWidget* window = windows_.TopWindow();
+      QSize wanted;
+      if (windows_.open_box() != nullptr) {
+        window = windows_.open_box();
+      } else if (windows_.open_search() != nullptr) {
+        window = windows_.open_search();
+      } else if (window != nullptr) {
+        wanted = windows_.TopWindow()->PreferredSize(room);
+      }
+      if (window == nullptr) return;
+      const QSize before = window->size();
+      window->resize((wanted.isEmpty() ? before : wanted).boundedTo(room));
+      SettleWindows();
+      EXPECT_LE(window->width(), room.width()) << script_ << ": " << WhatIsOpen();
+      EXPECT_LE(window->height(), room.height()) << script_ << ": " << WhatIsOpen();
+      EXPECT_EQ(Misfit(*window), "") << script_ << ": " << WhatIsOpen() << " at "
+                                     << screen.width() << "x" << screen.height();
+      window->resize(before);
+      SettleWindows();
+    }
+  }
+
+  QtFrontEnd& windows_;
+  ui::Driver* player_;
+  std::string script_;
+  std::set<std::string> seen_;
+  std::set<std::string> forms_;
+};
+
+class WindowFitTest : public testing::TestWithParam<Looks> {
+ protected:
+  void SetUp() override {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("QT_SCALE_FACTOR", GetParam().scale, 1);
+    SetTypeScale(GetParam().type);
+    application_ = std::make_unique<Application>();
+  }
+  void TearDown() override {
+    application_.reset();
+    SetTypeScale(1);
+    unsetenv("QT_SCALE_FACTOR");
+  }
+
+  // Plays the script and adds the forms that it opened.
+  void Play(const std::string& script) {
+    const TemporaryFolder folder;
+    StepClock clock;
+    clock.fixed = ParseDayFirst("24/11/2026 20:30:00");
+    const auto store = OpenStore(folder / "tienda.db", Contents::Demonstration, clock);
+    QtFrontEnd windows;
+    RecordedTill till(*store, windows, clock, 1);
+    QtOperator hands(windows);
+    std::ostringstream transcript;
+    scenario::Player player(till.rig, hands, transcript);
+    Tailor tailor(windows, &player, std::filesystem::path(script).stem().string());
+    windows.SetDriver(tailor);
+    EXPECT_TRUE(player.Play(scenario::ReadScript(script))) << script << "\n" << transcript.str();
+    forms_.insert(tailor.forms().begin(), tailor.forms().end());
+  }
+
+  std::set<std::string> forms_;
+
+ private:
+  std::unique_ptr<Application> application_;
+};
+
+TEST_P(WindowFitTest, EveryScreen) {
+  for (const char* folder : {TPV_PICTURE_FOLDER, TPV_TEST_FOLDER "/windows"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      if (entry.path().extension() == ".tpv") Play(entry.path().string());
+    }
+  }
+  const std::set<std::string> all = {
+      "frmTpv",         "frmTpv1",            "frmTpvDevoluciones",  "frmTpvAperturaCaja",
+      "frmTpvMovCaja",  "frmTpvCierreCaja",   "frmFactuTicket",      "frmTpvDiarioCierres",
+      "frmTpvFacturas", "frmTpvDiarioVentas", "frmTpvPendiente",     "frmNuevoCliente"};
+  EXPECT_EQ(forms_, all) << "a screen without a script in docs/screens or tests/windows";
+}
+
+TEST_P(WindowFitTest, TheStartWindow) {
+  const TemporaryFolder folder;
+  setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
+  QtFrontEnd windows;
+  Machine machine(folder / "tpv.conf");
+  StartScreen screen(machine, windows);
+  Tailor tailor(windows, nullptr, "start");
+  windows.SetDriver(tailor);
+  windows.ShowModal(screen);
+  EXPECT_EQ(tailor.forms().size(), 1u);
+  unsetenv("XDG_DATA_HOME");
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, WindowFitTest,
+                         testing::Values(Looks{"1", 1}, Looks{"1", 1.2}, Looks{"1.25", 1}, Looks{"1.5", 1},
+                                         Looks{"2", 1}));
+
+}  // namespace
+}  // namespace tpv::qt
