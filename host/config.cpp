@@ -33,6 +33,10 @@ bool IsSecurity(const std::string& value) {
 bool IsFolder(const std::string& value) {
   return value.starts_with('/') || value.starts_with("~/");
 }
+bool IsTypeSize(const std::string& value) {
+  const auto percent = ParseInt32(value);
+  return percent && *percent >= 100 && *percent <= 150;
+}
 bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_value(); }
 bool IsDevice(const std::string& value) { return IsTarget(value); }
 bool IsLayout(const std::string& value) { return AreWeighedLayouts(value); }
@@ -62,6 +66,7 @@ constexpr Known kKnown[] = {
     {"Devices", "", IsDevice, "/dev/…, ordenador:puerto o queue:COLA"},
     {"Scanner", "Layout", IsLayout, "códigos de balanza: 20=IIIIIPPPPP 29=IIIIIWWWWW"},
     {"Sound", "Command", IsAnything, "la orden que suena en lugar del pitido"},
+    {"Windows", "TypeSize", IsTypeSize, "el tamaño de la letra en %, de 100 a 150"},
     {"Mail", "Server", IsAnything, "el servidor de correo"},
     {"Mail", "Port", IsPort, "un puerto, de 1 a 65535"},
     {"Mail", "Security", IsSecurity, "none, starttls o tls"},

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "adapters/qt/window_memory.h"
 #include "screen/engine.h"
 
 class QKeyEvent;
@@ -19,6 +20,7 @@ class Actions {
  public:
   virtual ~Actions() = default;
   virtual void Act(const std::function<void(ui::Engine&)>& action) = 0;
+  virtual WindowMemory& Memory() = 0;
 };
 
 class ControlView {
@@ -42,6 +44,8 @@ class ControlView {
   // What the widget shows, as a scenario would print the model's; "" for none.
   virtual std::string Shown() const { return {}; }
   virtual std::string Expected() const { return {}; }
+  // Where on the screen a menu about it opens; null: where the mouse is.
+  virtual QPoint MenuPoint() { return {}; }
   // Whether the window is taller for it: grids and lists.
   virtual bool Tall() const { return false; }
 };

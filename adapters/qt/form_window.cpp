@@ -142,7 +142,9 @@ void FormWindow::SyncMenu() {
       owner_.Act([&](ui::Engine& engine) { engine.ChooseMenu(name); });
     });
   }
-  menu_->popup(QCursor::pos());
+  ControlView* view = form_.focus != nullptr ? ViewOf(*form_.focus) : nullptr;
+  const QPoint at = view != nullptr ? view->MenuPoint() : QPoint();
+  menu_->popup(at.isNull() ? QCursor::pos() : at);
 }
 
 std::string FormWindow::Difference() const {

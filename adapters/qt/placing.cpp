@@ -11,10 +11,9 @@ namespace {
 constexpr QSize kFrame(8, 36);
 QSize pretended(1280, 800);
 
-// The platform without a screen reports one that is smaller than any shop's.
-bool OnScreen() { return QGuiApplication::platformName() != "offscreen"; }
-
 }  // namespace
+
+bool OnScreen() { return QGuiApplication::platformName() != "offscreen"; }
 
 QSize RoomIn(const QSize& free) { return free - kFrame; }
 

@@ -5,6 +5,9 @@
 
 namespace tpv::qt {
 
+// Whether there is a display; the platform without one reports a screen that is
+// smaller than any shop's.
+bool OnScreen();
 // What a window has on a screen with this much room free of panels: its frame and
 // title take the rest.
 QSize RoomIn(const QSize& free);

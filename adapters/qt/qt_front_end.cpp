@@ -71,11 +71,15 @@ void QtFrontEnd::ShowModal(ui::Form& form) {
     Shown shown(*this, form);
     FormWindow& window = shown.window();
     window.Sync();
-    window.resize(window.PreferredSize(RoomFor(window)));
+    const QSize kept = form.maximised ? QSize() : memory_.SizeOf(form.name);
+    window.resize(kept.isEmpty() ? window.PreferredSize(RoomFor(window)) : kept);
+    if (form.maximised && OnScreen()) window.setWindowState(Qt::WindowMaximized);
     Open(window);
+    const QSize opened = window.size();
     engine_.Open(form);
     Refresh();
     Wait([&form] { return form.closing; });
+    if (!window.isMaximized() && window.size() != opened) memory_.Keep(form.name, window.size());
   }
   engine_.Unload(form);
   Refresh();

@@ -26,6 +26,8 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
 
   // From now on whatever is on top asks the driver instead of waiting.
   void SetDriver(ui::Driver& driver) { driver_ = &driver; }
+  // Where sizes and widths are kept; without them each window opens anew.
+  void SetSettings(Settings& settings) { memory_.Use(settings); }
   // The window that screens opened by the host stand over; null for none.
   void SetHostWindow(QWidget* window) { host_window_ = window; }
 
@@ -41,6 +43,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   NoticeBoard& Notices() override { return notices_; }
   void Act(const std::function<void(ui::Engine&)>& action) override;
   bool Listens(const ui::Form& form) const override;
+  WindowMemory& Memory() override { return memory_; }
 
   // Brings all windows to what the forms say.
   void Refresh();
@@ -65,6 +68,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   const Dress dress_;
   NoticeBoard notices_{[this] { Refresh(); }};
   ui::Engine engine_;
+  WindowMemory memory_;
   ui::Driver* driver_ = nullptr;
   QWidget* host_window_ = nullptr;
   std::vector<FormWindow*> windows_;

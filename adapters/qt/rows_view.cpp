@@ -34,6 +34,11 @@ class Table : public QTableView {
   void focusInEvent(QFocusEvent* event) override {
     QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
+    update();  // the frame shows the focus
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    QTableView::focusOutEvent(event);
+    update();
   }
 };
 
@@ -80,6 +85,7 @@ RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surrou
       model_(new RowsModel(*source_, table_)) {
   PrepareTable(*table_);
   static_cast<Table*>(table_)->resized = [this] { SetWidths(); };
+  own_widths_ = actions_.Memory().ColumnsOf(Key());
   table_->setModel(model_);
   table_->setItemDelegate(new CellDelegate(*table_, *table_));
 }
@@ -96,7 +102,8 @@ void RowsView::Sync() {
   const bool other_columns = model_->Update();
   if (other_columns || (before == 0 && model_->rowCount() > 0)) SetWidths();
   SyncCurrentRow();
-  if (before > 0 && model_->rowCount() == before + 1) table_->scrollToBottom();
+  const bool other_rows = before != model_->rowCount();
+  if (other_rows && table_->currentIndex().isValid()) table_->scrollTo(table_->currentIndex());
   std::string now = PaintedText();
   if (now == painted_) return;
   painted_ = std::move(now);
@@ -158,6 +165,7 @@ ColumnNeed RowsView::NeedOf(int column) const {
 void RowsView::SetWidths() {
   QHeaderView& header = *table_->horizontalHeader();
   const int room = table_->viewport()->width();
+  const auto columns_count = static_cast<std::size_t>(model_->columnCount());
   std::vector<int> columns;
   for (int column = 0; column < model_->columnCount(); ++column) {
     table_->setColumnHidden(column, source_->Columns()[column].hidden);
@@ -167,7 +175,12 @@ void RowsView::SetWidths() {
   for (int smaller = 0; smaller <= kMostSmaller; ++smaller) {
     SetType(smaller);
     needs.clear();
-    for (const int column : columns) needs.push_back(NeedOf(column));
+    for (const int column : columns) {
+      needs.push_back(NeedOf(column));
+      if (own_widths_.size() != columns_count) continue;
+      needs.back().wanted = own_widths_[static_cast<std::size_t>(column)];
+      needs.back().least = std::min(needs.back().least, needs.back().wanted);
+    }
     if (Least(needs) <= room) break;
   }
   const std::vector<int> widths = FitColumns(needs, room);
@@ -181,6 +194,23 @@ void RowsView::SetWidths() {
     most = widths[i];
   }
   if (widest >= 0) header.setSectionResizeMode(widest, QHeaderView::Stretch);
+  shown_widths_.clear();
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    shown_widths_.push_back(std::max(1, table_->columnWidth(column)));
+  }
+}
+
+std::string RowsView::Key() const { return control.form.name + "." + control.name; }
+
+// The operator let go of a column's edge.
+void RowsView::KeepWidths() {
+  std::vector<int> widths;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    widths.push_back(std::max(1, table_->columnWidth(column)));  // 0 is a hidden one's
+  }
+  if (widths == shown_widths_) return;
+  own_widths_ = shown_widths_ = widths;
+  actions_.Memory().Keep(Key(), widths);
 }
 
 void RowsView::SetType(int smaller) {
@@ -195,6 +225,7 @@ bool RowsView::Filter(QObject* watched, QEvent& event) {
     if (event.type() == QEvent::MouseButtonPress) {
       actions_.Act([this](ui::Engine& engine) { engine.FocusOn(control); });
     }
+    if (event.type() == QEvent::MouseButtonRelease) KeepWidths();
     return false;  // the widths are the operator's
   }
   if (watched != table_->viewport()) return false;
@@ -287,6 +318,16 @@ QPoint RowsView::ButtonPoint(int row, int column) {
   const QModelIndex index = model_->index(row, column);
   table_->scrollTo(index);
   return ButtonRect(table_->visualRect(index)).center();
+}
+
+// Below the current row's button, where there is one.
+QPoint RowsView::MenuPoint() {
+  const int row = source_->CurrentRow();
+  QPoint at = RowPoint(row);
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    if (const QPoint button = ButtonPoint(row, column); !button.isNull()) at = button;
+  }
+  return at.isNull() ? at : table_->viewport()->mapToGlobal(at + QPoint(0, kRowHeight / 2));
 }
 
 QWidget* RowsView::Surface() { return table_->horizontalHeader()->viewport(); }

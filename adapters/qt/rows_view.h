@@ -24,6 +24,7 @@ class RowsView : public ControlView {
   std::string Shown() const override;
   std::string Expected() const override;
   bool Tall() const override { return true; }
+  QPoint MenuPoint() override;
 
   // Where to click, in Rows(), for a row, its check mark or cell button;
   // scrolls there first. A null point when there is none.
@@ -36,6 +37,8 @@ class RowsView : public ControlView {
   bool Page(int key);
   void SyncCurrentRow();
   void SetWidths();
+  std::string Key() const;  // in the memory of widths
+  void KeepWidths();
   void SetType(int smaller);
   ColumnNeed NeedOf(int column) const;
   QModelIndex Visible(int row) const;
@@ -45,6 +48,8 @@ class RowsView : public ControlView {
   Actions& actions_;
   QTableView* table_;
   RowsModel* model_;
+  std::vector<int> own_widths_;    // the operator's, of all columns; empty for none
+  std::vector<int> shown_widths_;  // as they were last set
   std::string painted_;  // what the visible rows held when last painted
 };
 

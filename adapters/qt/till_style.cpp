@@ -16,6 +16,8 @@ namespace tpv::qt {
 
 namespace {
 
+constexpr int kTableFrame = 2;
+
 // A field's frame: the palette's base says the colour the screen gave it.
 void FieldPanel(const QStyleOption& option, QPainter& painter) {
   const bool enabled = option.state & QStyle::State_Enabled;
@@ -57,6 +59,13 @@ void ButtonPanel(const QStyleOption& option, QPainter& painter, const QWidget* w
   // The focus: the toolkit's yellow inside a dark ring, on whatever fill.
   Draw(painter, option.rect, {Qt::transparent, colour::kText, 2});
   Draw(painter, option.rect.adjusted(2, 2, -2, -2), {Qt::transparent, Qt::yellow, 2});
+}
+
+void TableFrame(const QStyleOption& option, QPainter& painter) {
+  const bool focused = option.state & QStyle::State_HasFocus;
+  painter.setPen(QPen(focused ? colour::kAccent : colour::kLine, focused ? 2 * kTableFrame : 1));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(focused ? option.rect : option.rect.adjusted(0, 0, -1, -1));
 }
 
 // Flat: the basic style's shine takes longer to paint than all the rest of a table.
@@ -129,6 +138,9 @@ void TillStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
       return FieldPanel(*option, *painter);
     case PE_PanelButtonCommand:
       return ButtonPanel(*option, *painter, widget);
+    case PE_Frame:
+      if (widget == nullptr || !widget->inherits("QAbstractItemView")) break;
+      return TableFrame(*option, *painter);
     case PE_FrameFocusRect:
       // Buttons and fields show the focus in their own frames.
       if (widget != nullptr && (widget->inherits("QPushButton") || widget->inherits("QComboBox") ||
@@ -138,8 +150,9 @@ void TillStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
       return Draw(*painter, option->rect.adjusted(-2, -1, 2, 1),
                   {Qt::transparent, colour::kAccent, 2});
     default:
-      QProxyStyle::drawPrimitive(element, option, painter, widget);
+      break;
   }
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void TillStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -183,6 +196,10 @@ QSize TillStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
 int TillStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
   switch (metric) {
+    case PM_DefaultFrameWidth:
+      return widget != nullptr && widget->inherits("QAbstractItemView")
+                 ? kTableFrame
+                 : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_ButtonMargin:
       return 22;
     case PM_HeaderMargin:

@@ -9,6 +9,8 @@
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_front_end.h"
 #include "adapters/qt/text.h"
+#include "adapters/qt/till_style.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "host/machine.h"
 #include "host/start_screen.h"
@@ -47,8 +49,11 @@ int Start(const std::string& picture) {
     throw std::runtime_error("no hay pantalla en la que abrir el punto de venta (DISPLAY)");
   }
   Application application;
-  qt::QtFrontEnd front_end;
   Machine machine;
+  const auto percent = ParseInt32(machine.settings.Read(kTpv, "Windows", "TypeSize"));
+  if (percent) qt::SetTypeScale(*percent / 100.0);
+  qt::QtFrontEnd front_end;
+  front_end.SetSettings(machine.settings);
   qt::Beep beep(front_end, [&machine] {
     const std::string command = machine.settings.Read(kTpv, "Sound", "Command");
     return !command.empty() && LaunchProgram(Split(command, " "));

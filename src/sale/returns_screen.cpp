@@ -150,8 +150,13 @@ void FrmTpvDevoluciones::ShowLines(std::int32_t sale_id, bool checked) {
       "ROUND(cast(lav_Importe + (lav_Importe /100 * Tiva_iva) as money),2) as Importe "
       "FROM Lav INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva WHERE Lav_IdCav = " +
       sql::Number(std::int64_t{sale_id}));
+  const auto keys = [this] {
+    std::vector<std::int32_t> found;
+    for (const ui::ListItem& item : ListView1.items) found.push_back(item.tag);
+    return found;
+  };
+  const std::vector<std::int32_t> before = keys();
   ListView1.items.clear();
-  ListView1.current_row = -1;
   bool any_sold = false;
   for (; !lines->Eof(); lines->MoveNext()) {
     any_sold |= lines->Field("Lav_Uni").NumberOr(0) > 0;
@@ -163,6 +168,7 @@ void FrmTpvDevoluciones::ShowLines(std::int32_t sale_id, bool checked) {
                                checked,
                                lines->Field("Lav_Id").ToInt32()});
   }
+  ListView1.current_row = ui::PlaceAmong(before, ListView1.current_row, keys());
   ShowMeaning(any_sold && sale_id == context().IdAlbaran);
 }
 

@@ -127,13 +127,15 @@ void FrmTpv::ShowLinesAndTotals() {
   const ui::GridColumn hidden{"", "", 0, Left, true, false};
   const std::string units = MaskWithDecimals("###,##0.", UnitDecimals());
   const std::string price = MaskWithDecimals("#,###,##0.", PriceDecimals());
-  dbgVenta.Bind(*lines, {hidden, hidden, hidden, hidden, hidden,
-                         {"Articulo", "", 6000, Left, false, true},
-                         {"Unidades", units, 1200, Right, false, false},
-                         {"Precio", price, 1200, Right, false, false},
-                         {"%Dto", "", 900, Right, false, false},
-                         hidden,
-                         {"Importe", "#,###,##0.00", 1400, Right, false, false}});
+  dbgVenta.BindAgain(*lines,
+                     {hidden, hidden, hidden, hidden, hidden,
+                      {"Articulo", "", 6000, Left, false, true},
+                      {"Unidades", units, 1200, Right, false, false},
+                      {"Precio", price, 1200, Right, false, false},
+                      {"%Dto", "", 900, Right, false, false},
+                      hidden,
+                      {"Importe", "#,###,##0.00", 1400, Right, false, false}},
+                     "Lav_Id");
   ShowTotals();
 }
 

@@ -97,6 +97,32 @@ void Grid::Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show
   current_row = rows.empty() ? -1 : 0;
 }
 
+void Grid::BindAgain(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show,
+                     std::string_view key_field) {
+  const auto keys = [&] {
+    std::vector<std::int32_t> found;
+    for (int row = 0; row < static_cast<int>(rows.size()); ++row) {
+      found.push_back(Value(row, key_field).IntOr(0));
+    }
+    return found;
+  };
+  const int row = current_row;
+  const std::vector<std::int32_t> before = keys();
+  Bind(rows_to_show, std::move(columns_to_show));
+  current_row = PlaceAmong(before, row, keys());
+}
+
+int PlaceAmong(const std::vector<std::int32_t>& before, int row, const std::vector<std::int32_t>& now) {
+  const int last = static_cast<int>(now.size()) - 1;
+  if (now.size() == before.size() + 1) {
+    const auto newest = std::find_if(now.begin(), now.end(), [&](std::int32_t key) {
+      return std::find(before.begin(), before.end(), key) == before.end();
+    });
+    if (newest != now.end()) return static_cast<int>(newest - now.begin());
+  }
+  return std::clamp(row, std::min(0, last), last);
+}
+
 void Grid::Clear() {
   rows.clear();
   current_row = -1;

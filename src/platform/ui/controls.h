@@ -166,12 +166,19 @@ struct Grid : Control {
 
   // Takes all rows; missing layout columns show under the field's own name.
   void Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show);
+  // The same list read again: keeps the operator's place in it (see PlaceAmong).
+  void BindAgain(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show,
+                 std::string_view key_field);
   void Clear();
   int Column(std::string_view field) const;  // throws std::out_of_range for an unknown field
   const Variant& Value(int row, std::string_view field) const;
   std::string Cell(int row, int column) const;  // as displayed
   bool CanFocus() const override { return true; }
 };
+
+// The current row of a list that was read again: a row that came in is marked;
+// otherwise the mark stays where it was. Keys tell the rows; -1 when there are none.
+int PlaceAmong(const std::vector<std::int32_t>& before, int row, const std::vector<std::int32_t>& now);
 
 struct ListItem {
   std::vector<std::string> cells;  // first the item's text, then its sub-items
