@@ -65,13 +65,22 @@ class Command : public QPushButton {
 
 class ButtonView : public PressView<Command> {
  public:
-  ButtonView(ui::Button& button, Surroundings around) : PressView(button, around) {
+  ButtonView(ui::Button& button, Surroundings around) : PressView(button, around), button_(button) {
     widget_->setMinimumHeight(kButtonHeight);
     widget_->setAutoDefault(false);
     widget_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
   }
   void Sync() override {
-    PressView::Sync();
+    ControlView::Sync();
+    const QString text = Heading() + Text(control.caption);
+    if (widget_->text() != text) widget_->setText(text);
+    SyncEmphasis();
+  }
+  std::string Shown() const override { return Utf8(widget_->text().mid(Heading().size())); }
+
+ private:
+  QString Heading() const { return button_.heading.empty() ? "" : Text(button_.heading) + "\n"; }
+  void SyncEmphasis() {
     if (emphasis_ == control.emphasis) return;
     emphasis_ = control.emphasis;
     widget_->setProperty(kEmphasis, static_cast<int>(emphasis_));
@@ -83,7 +92,7 @@ class ButtonView : public PressView<Command> {
     widget_->setPalette(palette);
   }
 
- private:
+  ui::Button& button_;
   ui::Emphasis emphasis_ = ui::Emphasis::Normal;
 };
 

@@ -13,6 +13,7 @@
 #include "adapters/qt/fit.h"
 #include "adapters/qt/keys.h"
 #include "adapters/qt/text.h"
+#include "adapters/qt/till_style.h"
 #include "base/text.h"
 
 namespace tpv::qt {
@@ -100,6 +101,7 @@ void FormWindow::Sync() {
   if (windowTitle() != title) setWindowTitle(title);
   band_->Show(form_.Status(), form_.warning);
   notices_->Show(owner_.Notices().Text());
+  SyncGround();
   for (const auto& [control, view] : views_) view->Sync();
   SyncFocus();
   SyncMenu();
@@ -110,6 +112,15 @@ void FormWindow::Sync() {
   } else {
     QApplication::restoreOverrideCursor();
   }
+}
+
+// What must not be taken for another screen stands on another ground.
+void FormWindow::SyncGround() {
+  const QColor ground = form_.warning ? colour::kWarningGround : colour::kGround;
+  if (palette().color(QPalette::Window) == ground) return;
+  QPalette colours = palette();
+  colours.setColor(QPalette::Window, ground);
+  setPalette(colours);
 }
 
 void FormWindow::SyncFocus() {

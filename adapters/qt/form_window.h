@@ -49,6 +49,7 @@ class FormWindow : public QWidget {
 
  private:
   void Watch(QWidget& widget, ControlView& view);
+  void SyncGround();
   void SyncFocus();
   void SyncMenu();
   bool Press(QKeyEvent& event, ControlView* view);

@@ -27,6 +27,22 @@ Payment FrmTpv1::ReadPayment() const {
           NumberOrZero(Text1[7].text)};
 }
 
+void FrmTpv1::OnKeyUp(ui::Key key) {
+  Screen::OnKeyUp(key);
+  if (focus == &Text1[6] || focus == &Text1[0]) FollowChange();
+}
+
+// The change while the amount is being typed; what is no number yet changes nothing.
+void FrmTpv1::FollowChange() {
+  const std::string amounts = Text1[6].text + "/" + Text1[0].text;
+  if (amounts == followed_) return;
+  for (const int index : {6, 0}) {
+    if (!Text1[index].text.empty() && !ParseNumber(Text1[index].text)) return;
+  }
+  followed_ = amounts;
+  Text1[7].text = FormatNumber(ReadPayment().DueChange(), "#,##0.00");
+}
+
 void FrmTpv1::LeaveAmount(ui::TextBox& box) {
   if (!box.text.empty()) box.text = toolkit().FormatearImporte(box.text);
   Text1[7].text = FormatNumber(ReadPayment().DueChange(), "#,##0.00");

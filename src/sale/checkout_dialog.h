@@ -23,10 +23,14 @@ class FrmTpv1 : public Screen {
   void msActualizaClienteAlbaran();
   // Whether the sale was finished or cancelled.
   bool Completed() const { return completed_; }
+  bool Cancelled() const { return cancelled_; }
+  // What the fields say of the payment; total, cash, card and change in euros.
+  Payment ReadPayment() const;
 
   ui::TextBoxes Text1{*this, "Text1"};
 
   void OnLoad() override;
+  void OnKeyUp(ui::Key key) override;
 
  protected:
   void OnF1(std::string_view tag) override;
@@ -53,7 +57,7 @@ class FrmTpv1 : public Screen {
   void ShowPending();
 
   // payment
-  Payment ReadPayment() const;
+  void FollowChange();
   void LeaveAmount(ui::TextBox& box);
   bool CheckFields();
   bool CheckPayment();
@@ -98,6 +102,8 @@ class FrmTpv1 : public Screen {
   std::int32_t entry_id_ = 0;           // of the payment being stored
   std::int32_t doubtful_entry_id_ = 0;  // its commit got no answer; 0 for none
   bool completed_ = false;
+  bool cancelled_ = false;
+  std::string followed_;  // the amounts that the change was last made for
   double total_ = 0;
 };
 

@@ -122,6 +122,7 @@ void FrmTpv1::CancelTheSale() {
     Refuse(taken.what(), nullptr, Icon::Critical);
     LeaveSalePending(context());
   }
+  cancelled_ = true;
   Complete();
 }
 

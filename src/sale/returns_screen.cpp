@@ -43,6 +43,8 @@ void FrmTpvDevoluciones::DeclareLayout() {
   ShowMeaning(false);
   Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8], &cmdFinalizar}});
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
+  warning = true;
+  cmdNueva.heading = "DEVOLUCIÓN";
   rows = {{&Frame1},
           {&Frame2},
           {&Frame3},

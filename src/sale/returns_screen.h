@@ -14,6 +14,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   // Units may be typed with their sign.
   char32_t OnCharacter(ui::TextBox& box, char32_t character) override;
   void OnCloseBox() override { Leave(); }
+  std::vector<ui::StatusItem> Status() const override;
 
  protected:
   void OnEscape() override {}

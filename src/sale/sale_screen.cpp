@@ -77,7 +77,16 @@ void FrmTpv::Start() {
   Text1[21].text = FormatNumber(1, "0.00");
   cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
   cmdFinalizar.enabled = true;
+  finished_.reset();
   SetFocus(Text1[19]);
+  ShowReference(context().IdAlbaran);
+}
+
+void FrmTpv::ShowReference(std::int32_t sale_id) {
+  const auto sale = Database().Execute("SELECT Cav_Serie,Cav_Numero FROM Cav WHERE Cav_Id = " +
+                                       sql::Number(std::int64_t{sale_id}));
+  Text1[9].text = sale->Eof() ? "" : sale->Field(0).TextOr("");
+  Text1[11].text = sale->Eof() ? "" : std::to_string(sale->Field(1).IntOr(0));
 }
 
 void FrmTpv::Cancel() {
@@ -92,7 +101,12 @@ void FrmTpv::Finish() {
   FrmTpv1 checkout(context());
   Open(checkout);
   context().ports.ui.ShowModal(checkout);
-  checkout.Completed() ? EmptyAfterSale() : void(AskTill());
+  if (!checkout.Completed()) return void(AskTill());
+  if (!checkout.Cancelled()) {
+    const std::string series = Text1[9].text.empty() ? "" : Text1[9].text + "/";
+    finished_ = {series + Text1[11].text, checkout.ReadPayment()};
+  }
+  EmptyAfterSale();
 }
 
 // Lists, totals and customer from one state of the store.
@@ -109,6 +123,8 @@ void FrmTpv::EmptyAfterSale() {
   Frame2.enabled = false;
   cmdNueva.enabled = true;
   cmdCancelar.enabled = cmdFinalizar.enabled = false;
+  Text1[9].text.clear();
+  Text1[11].text.clear();
   Frame1.enabled = true;
   SetFocus(cmdNueva);
   ShowLinesAndTotals();
@@ -154,6 +170,7 @@ void FrmTpv::msPintaVenta(std::int32_t id) {
   dbgVenta.read_only = true;
   context().IdAlbaran = id;
   ShowLinesAndTotals();
+  ShowReference(id);
   const auto sale = Database().Execute(
       "SELECT Cav_Fecha,Cav_NFiscal,Cav_Agente,Cav_Caja,(SELECT Age_Nom FROM Age WHERE Age_Id = "
       "Cav_Agente) AS Agente FROM Cav WHERE Cav_Id = " + sql::Number(std::int64_t{id}));

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
+#include "sale/payment.h"
 #include "sale/sale_entry.h"
 
 namespace tpv {
@@ -24,6 +26,7 @@ class FrmTpv : public SaleEntry {
   void OnFirstActivate() override;
   bool OnKeyDown(ui::Key key) override;
   void OnCloseBox() override { Exit(); }
+  std::vector<ui::StatusItem> Status() const override;
 
  protected:
   void OnEscape() override;
@@ -50,6 +53,7 @@ class FrmTpv : public SaleEntry {
   void Start();
   void Cancel();
   void Finish();
+  void ShowReference(std::int32_t sale_id);
   void Open(FrmTpv1& checkout);
   void EmptyAfterSale();
   void ShowTotals();
@@ -65,6 +69,13 @@ class FrmTpv : public SaleEntry {
   void CloseTill();
   void MoveCash();
   void Exit();
+
+  // The sale that was finished last, until the next one begins.
+  struct Finished {
+    std::string ticket;
+    Payment payment;
+  };
+  std::optional<Finished> finished_;
 
   ui::Grid dbgVenta{*this, "dbgVenta"};
   ui::Frame Frame1{*this, "Frame1"};                       // head

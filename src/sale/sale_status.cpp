@@ -1,5 +1,7 @@
 // The state of the till as the operator sees it at a glance.
-#include "sale/sale_entry.h"
+#include "base/mask.h"
+#include "sale/returns_screen.h"
+#include "sale/sale_screen.h"
 
 namespace tpv {
 
@@ -24,6 +26,25 @@ std::vector<StatusItem> SaleEntry::Status() const {
                                             : StatusItem{"Venta", "Ninguna", Tone::Neutral};
   return {state, Known("Vendedor", Text1[1].text, "sin indicar"),
           Known("Cliente", Text1[5].text, "sin indicar"), sale};
+}
+
+// What the customer asks for once more is in sight until the next sale begins.
+std::vector<StatusItem> FrmTpv::Status() const {
+  using Tone = StatusItem::Tone;
+  if (!finished_) return SaleEntry::Status();
+  const auto euros = [](double amount) { return FormatNumber(amount, "#,##0.00"); };
+  const Payment& paid = finished_->payment;
+  return {SaleEntry::Status().front(),
+          {"Ticket", finished_->ticket, Tone::Neutral, true},
+          {"Total", euros(paid.total), Tone::Neutral, true},
+          {"Entregado", euros(paid.Paid()), Tone::Neutral, true},
+          {"Cambio", euros(paid.change), Tone::Good, true}};
+}
+
+std::vector<StatusItem> FrmTpvDevoluciones::Status() const {
+  std::vector<StatusItem> items = SaleEntry::Status();
+  items.insert(items.begin(), {"Ticket de", "DEVOLUCIÓN", StatusItem::Tone::Neutral, true});
+  return items;
 }
 
 }  // namespace tpv

@@ -1,6 +1,7 @@
 #include "adapters/headless/scenario/display.h"
 
 #include "platform/database.h"
+#include "platform/ui/form.h"
 #include "platform/report.h"
 #include "platform/ui/controls.h"
 
@@ -53,6 +54,19 @@ std::size_t RowCount(const ui::Control& control) {
   if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) return grid->rows.size();
   const auto* list = dynamic_cast<const ui::ListView*>(&control);
   return list != nullptr ? list->items.size() : 0;
+}
+
+int CurrentRow(const ui::Control& control) {
+  if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) return grid->current_row;
+  const auto* list = dynamic_cast<const ui::ListView*>(&control);
+  return list != nullptr ? list->current_row : -1;
+}
+
+std::string InBand(const ui::Form& form, std::string_view label) {
+  for (const ui::StatusItem& item : form.Status()) {
+    if (item.label == label) return item.text;
+  }
+  return "none";
 }
 
 std::string RowsOf(const ui::Control& control) {

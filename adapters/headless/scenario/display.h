@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/ui/front_end.h"
 
@@ -11,6 +12,7 @@ struct Report;
 }
 namespace tpv::ui {
 struct Control;
+class Form;
 }
 
 namespace tpv::scenario {
@@ -20,7 +22,10 @@ std::string TextOf(const ui::Control& control);
 // The displayed rows of a grid or list, one a line; "" for other controls.
 bool HasRows(const ui::Control& control);
 std::size_t RowCount(const ui::Control& control);
+int CurrentRow(const ui::Control& control);  // -1 for none
 std::string RowsOf(const ui::Control& control);
+// What the form's band says under a label; "none" without such an item.
+std::string InBand(const ui::Form& form, std::string_view label);
 std::string BoxText(const ui::MessageBox& box);
 std::string ReportText(const Report& report);
 // Fields joined by " | ", one row a line.

@@ -35,6 +35,8 @@ void Player::Expect(const Command& command) {
          ExpectEqual(Find(argument(1)).name, focus != nullptr ? focus->name : "none");
        }},
       {"rows", [&] { ExpectEqual(argument(2), std::to_string(RowCount(Find(argument(1))))); }},
+      {"current", [&] { ExpectEqual(argument(2), std::to_string(CurrentRow(Find(argument(1))))); }},
+      {"band", [&] { ExpectEqual(argument(2), InBand(Screen(), argument(1))); }},
       {"cell", [&] { ExpectCell(command); }},
       {"property",
        [&] {

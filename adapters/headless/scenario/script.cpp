@@ -41,6 +41,7 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
       {"call", {2, kAny}}, {"printed", {1, 1}},  {"documents", {1, 1}}, {"device", {2, 2}},
       {"raw", {1, 1}},     {"mails", {1, 1}},    {"mail", {1, 1}},      {"setting", {1, 1}},
       {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
+      {"current", {2, 2}}, {"band", {2, 2}},
   };
   return expectations;
 }
