@@ -14,6 +14,7 @@
 #include "adapters/qt/placing.h"
 #include "adapters/qt/qt_operator.h"
 #include "adapters/qt/till_style.h"
+#include "base/text.h"
 #include "host/machine.h"
 #include "host/recorded_till.h"
 #include "host/start_screen.h"
@@ -151,7 +152,11 @@ TEST_P(WindowFitTest, TheStartWindow) {
 
 INSTANTIATE_TEST_SUITE_P(Screens, WindowFitTest,
                          testing::Values(Looks{"1", 1}, Looks{"1", 1.2}, Looks{"1.25", 1}, Looks{"1.5", 1},
-                                         Looks{"2", 1}));
+                                         Looks{"2", 1}),
+                         [](const auto& looks) {
+                           const std::string scale = ReplaceAll(looks.param.scale, ".", "_");
+                           return "scale" + scale + (looks.param.type > 1 ? "_larger_type" : "");
+                         });
 
 }  // namespace
 }  // namespace tpv::qt

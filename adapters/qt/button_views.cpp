@@ -79,7 +79,7 @@ class ButtonView : public PressView<Command> {
   std::string Shown() const override { return Utf8(widget_->text().mid(Heading().size())); }
 
  private:
-  QString Heading() const { return button_.heading.empty() ? "" : Text(button_.heading) + "\n"; }
+  QString Heading() const { return button_.heading.empty() ? "" : Text(button_.heading) + ": "; }
   void SyncEmphasis() {
     if (emphasis_ == control.emphasis) return;
     emphasis_ = control.emphasis;

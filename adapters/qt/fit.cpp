@@ -18,7 +18,8 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kLeastRows = 2;  // of a table, below its header
+constexpr int kLeastRows = 2;   // of a table, below its header
+constexpr int kUsualAmount = 9;  // characters: 99.999,99
 
 bool LabelFits(const QLabel& label) {
   if (!label.pixmap().isNull()) return true;
@@ -40,6 +41,7 @@ bool FieldFits(const Captioned& field) {
     return false;
   }
   if (edit == nullptr || !(edit->alignment() & Qt::AlignRight)) return true;
+  if (edit->text().size() > kUsualAmount) return true;  // scrolls under the caret
   const QMargins margins = edit->textMargins();
   return edit->fontMetrics().horizontalAdvance(edit->text()) + margins.left() + margins.right() <=
          edit->width();
@@ -62,8 +64,10 @@ bool HasItsRoom(const QWidget& widget) {
 
 // What an operator reads or works: not what only holds others.
 bool IsPart(const QWidget& widget) {
-  return qobject_cast<const QLabel*>(&widget) != nullptr ||
-         qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+    return !label->text().isEmpty() || !label->pixmap().isNull();
+  }
+  return qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
          qobject_cast<const QTableView*>(&widget) != nullptr ||
          qobject_cast<const QLineEdit*>(&widget) != nullptr ||
          dynamic_cast<const Captioned*>(&widget) != nullptr ||

@@ -109,7 +109,7 @@ struct Label : Control {
 struct Button : Control {
   // `&` in the caption marks the access key.
   Button(Form& owner, std::string control_name, std::string text = {});
-  std::string heading;  // stands over the caption: what the command is about
+  std::string heading;  // stands before the caption: what the command is about
   std::function<void()> click;
   bool CanFocus() const override { return true; }
 };
