@@ -9,6 +9,7 @@
 
 #include "adapters/files/temporary_folder.h"
 #include "adapters/headless/scenario/player.h"
+#include "adapters/qt/beep.h"
 #include "adapters/qt/fit.h"
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/placing.h"
@@ -142,7 +143,8 @@ TEST_P(WindowFitTest, TheStartWindow) {
   setenv("XDG_DATA_HOME", folder.path().c_str(), 1);
   QtFrontEnd windows;
   Machine machine(folder / "tpv.conf");
-  StartScreen screen(machine, windows);
+  Beep beep(windows);
+  StartScreen screen(machine, windows, beep);
   Tailor tailor(windows, nullptr, "start");
   windows.SetDriver(tailor);
   windows.ShowModal(screen);
