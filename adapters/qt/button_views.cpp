@@ -14,6 +14,7 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kButtonHeight = 42;
+constexpr int kWrapped = 260;  // the least width of a text that may take several lines
 constexpr int kGives = 26;  // of the room beside a caption, where the window is narrow
 
 // The caption of a button is its access key too, so Qt's mark is the model's.
@@ -122,6 +123,9 @@ class LabelView : public ControlView {
       : ControlView(label), widget_(new QLabel(&around.parent)) {
     widget_->setFont(Type(label.large ? kLargeSize : kTextSize));
     widget_->setTextFormat(Qt::PlainText);
+    if (!label.stretch) return;
+    widget_->setWordWrap(true);
+    widget_->setMinimumWidth(kWrapped);
   }
   QWidget* Outer() override { return widget_; }
   void Sync() override {

@@ -43,12 +43,12 @@ void FrmTpvDevoluciones::DeclareLayout() {
   ShowMeaning(false);
   Frame4.Rows({{&Text1[10], &Text1[3], &Text1[8], &cmdFinalizar}});
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
+  lblSentido.stretch = true;
   warning = true;
   cmdNueva.heading = "DEVOLUCIÓN";
   rows = {{&Frame1},
-          {&Frame2},
+          {&Frame2, &lblSentido},
           {&Frame3},
-          {&lblSentido},
           {&ListView1},
           {&Frame4, &cmdNueva, &cmdAbreCajon, &cmdSalir}};
   Frame3.enabled = false;
