@@ -11,6 +11,7 @@
 #include "adapters/files/channel.h"
 #include "adapters/files/escpos.h"
 #include "adapters/files/program.h"
+#include "adapters/files/queue_words.h"
 #include "adapters/headless/headless_front_end.h"
 #include "component/zrtpve.h"
 #include "host/config.h"
@@ -417,6 +418,41 @@ TEST_F(Paper, BytesReachNetworkPrintersAndDevicesOrAnErrorSaysWhyInTime) {
   EXPECT_STREQ(got, "a\nb\r\t\x04");
   ::close(held);
   ::close(printer);
+}
+
+TEST_F(Paper, QueuesAreListedChosenAndTheirRefusalsTranslated) {
+  folder.Program("lpstat", "printf 'scheduler is running\\nsystem default destination: Oficina\\nBarra\\nOficina\\n'");
+  folder.Program("lpoptions", "[ $# = 3 ] || echo \"printer-info='La del fondo' printer-state=3 printer-type=4\"");
+  folder.Program("lp", "echo 'lp: Rara cosa' >&2; exit 1");
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(machine.printers.Installed(), (Names{"Oficina", "Barra", "Carpeta de tickets"}));
+  EXPECT_EQ(machine.printers.Current(), "Oficina");
+  machine.settings.Write("TPV", "Printers", "Vieja", "page:Rota");
+  machine.settings.Write("TPV", "Printers", "Barra", "lasser");
+  machine.settings.Write("TPV", "Paper", "Default", "vieja");
+  EXPECT_EQ(machine.printers.Installed(), (Names{"Vieja", "Barra", "Oficina", "Carpeta de tickets"}));
+  EXPECT_THROW(machine.printers.SetCurrent("Nadie"), PrintError);
+  EXPECT_EQ(machine.printers.Current(), "Vieja");
+  machine.printers.SetCurrent("Barra");
+  EXPECT_NE(ErrorOf([&] { PrintLines({"x"}); }).find("«lasser»"), std::string::npos);
+  // Back to what is the default: it follows the settings again.
+  machine.printers.SetCurrent("Vieja");
+  machine.settings.Write("TPV", "Paper", "Default", "Carpeta de tickets");
+  EXPECT_EQ(machine.printers.Current(), "Carpeta de tickets");
+  machine.settings.Write("TPV", "Paper", "Default", "Vieja");
+  PrintLines({"x"});
+  machine.Finish();
+  const auto told = front_end.TakeNotices();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_TRUE(told[0].text.starts_with("«Ticket 1» no se ha impreso en «Vieja». La cola «Rota» no acepta el documento."))
+      << told[0].text;
+  EXPECT_EQ(told[0].text.find("Rara cosa"), std::string::npos);
+  EXPECT_EQ(told[0].detail, "lp: Rara cosa\n");
+
+  EXPECT_EQ(TroubleIn("5", "media-empty-error,paused"), "no tiene papel");
+  EXPECT_EQ(TroubleIn("5", "none"), "está parada");
+  EXPECT_EQ(TroubleIn("3", "connecting-to-device"), "");
+  EXPECT_EQ(RefusalIn("Barra", "lp: Error - The printer or class does not exist."), "La cola «Barra» ya no existe");
 }
 
 TEST_F(Paper, APrinterThatHangsHoldsNeitherTheTillNorTheOthers) {

@@ -1,0 +1,18 @@
+// What the technician sees of the printers: which there are, and what one prints.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+
+namespace tpv {
+
+class Machine;
+
+// Both return 1 when something went wrong, with the words of whoever said so behind the
+// operator's.
+int ListPrinters(Machine& machine, std::ostream& out);
+// A few lines on the printer so named, "" for the default. Says in which folder they lie
+// when that is where it prints. Throws PrintError.
+int TryPrinter(Machine& machine, const std::string& printer, std::ostream& out);
+
+}  // namespace tpv
