@@ -84,6 +84,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
 
 // What a till that was killed left in the log goes into the file at once.
 void SqliteConnection::TakeOver() {
+  sqlite::LayLog(handle_.get());
   Run("PRAGMA main.journal_mode = WAL");
   sqlite::KeepLog(handle_.get(), true);
   lacks_log_ = false;

@@ -87,6 +87,19 @@ bool LacksItsLog(sqlite3* handle) {
   return lacks();
 }
 
+// What keeps it from being made is the engine's to say.
+void LayLog(sqlite3* handle) {
+  const std::string path = PathOf(handle);
+  struct stat store{};
+  if (::access(path.c_str(), W_OK) != 0 || ::stat(path.c_str(), &store) != 0) return;
+  const int log = ::open(LogOf(handle).c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+  if (log < 0) return;
+  const bool given = ::fchmod(log, store.st_mode & 0777) == 0 &&
+                     (::geteuid() != 0 || ::fchown(log, store.st_uid, store.st_gid) == 0);
+  ::close(log);
+  if (!given) ::unlink(LogOf(handle).c_str());
+}
+
 void KeepLog(sqlite3* handle, bool keep) {
   int value = keep ? 1 : 0;
   sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &value);

@@ -39,6 +39,9 @@ void RequireStore(sqlite3* handle, const std::string& path);
 // Asked before anything else: whether the file was left with a log that is not
 // there, so that what was written last is missing. Means nothing in older stores.
 bool LacksItsLog(sqlite3* handle);
+// An empty log with the store's own rights where there is none, before the file is
+// marked: so nobody who is killed in between leaves a mark without its log.
+void LayLog(sqlite3* handle);
 // The log stays where it is, whoever closes last, unless it is settled.
 void KeepLog(sqlite3* handle, bool keep);
 // At the end of a connection: the last of a store takes the log into the file.
