@@ -447,7 +447,7 @@ TEST_F(Paper, QueuesAreListedChosenAndTheirRefusalsTranslated) {
   EXPECT_TRUE(told[0].text.starts_with("«Ticket 1» no se ha impreso en «Vieja». La cola «Rota» no acepta el documento."))
       << told[0].text;
   EXPECT_EQ(told[0].text.find("Rara cosa"), std::string::npos);
-  EXPECT_EQ(told[0].detail, "lp: Rara cosa\n");
+  EXPECT_EQ(told[0].detail, "lp: Rara cosa");
 
   EXPECT_EQ(TroubleIn("5", "media-empty-error,paused"), "no tiene papel");
   EXPECT_EQ(TroubleIn("5", "none"), "está parada");

@@ -34,7 +34,7 @@ ProgramResult Ask(const std::vector<std::string>& words, const Deadline& deadlin
 
 void RequireRunning(const ProgramResult& said) {
   if (said.output.find(kRunning) != std::string::npos) return;
-  throw NotThere("El sistema de impresión no está en marcha", Trim(said.output));
+  throw NotThere("El sistema de impresión no está en marcha", Trim(OneLine(said.output)));
 }
 
 // Asks until the printing system is there or the time is over.
@@ -74,7 +74,7 @@ SystemQueue AskQueue(const std::string& name, const Deadline& deadline) {
   if (attributes.count("printer-state") == 0 && attributes.count("printer-type") == 0) {
     RequireRunning(Ask({"lpstat", "-r"}, deadline));
     throw PrintError("No existe la cola «" + name + "» en el sistema de impresión",
-                     Trim(said.output));
+                     Trim(OneLine(said.output)));
   }
   if (attributes["printer-is-accepting-jobs"] == "false") {
     throw PrintError("La cola «" + name + "» no admite documentos");
@@ -122,7 +122,7 @@ void SendToQueue(const std::string& queue, std::string_view title,
     throw PrintError("El sistema de impresión no ha respondido a tiempo; puede que el documento "
                      "salga más tarde");
   }
-  if (!result.done) throw PrintError(RefusalIn(queue, result.output), Trim(result.output));
+  if (!result.done) throw PrintError(RefusalIn(queue, result.output), Trim(OneLine(result.output)));
 }
 
 }  // namespace tpv
