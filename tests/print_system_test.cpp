@@ -192,6 +192,7 @@ TEST_F(RealPaper, ARawQueueGetsBytesAndNeverAPdf) {
   const std::string paper = PaperOf("Bruta", 2);
   EXPECT_TRUE(ReadFile(paper)->starts_with("\x1B@\x1Bt\x13linea1 ")) << *ReadFile(paper);
   machine.printers.SendRaw(std::string("\x1Bp\0\x19\xFA", 5));
+  EXPECT_EQ(Told(), "");  // another printer's bytes wait for nobody
   machine.printers.SetCurrent("Rollo");
   machine.printers.SendRaw("kick");
   EXPECT_EQ(Told(), "");
