@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/ui/form.h"
+#include "screen/access_keys.h"
 
 namespace tpv::ui {
 namespace {
@@ -140,6 +141,24 @@ TEST_F(EngineTest, TypingReplacesTheSelectionUpToTheLimit) {
   Type("1");
   EXPECT_EQ(form.first.text, "");
   EXPECT_THROW(engine.ClearText(), ActionRefused);
+}
+
+TEST(EngineAccessKeys, WhatMarksNoneGetsALetterOfItsOwn) {
+  Form form("frmPrueba");
+  Button leave(form, "cmdSalir", "Salir"), save(form, "cmdGrabar", "&Seguir"), show(form, "cmdVer", "Vista");
+  TextBoxes fields(form, "Text1");
+  fields.Add(0, "Valor");
+  form.rows = {{&fields[0]}, {&leave, &save, &show}};
+  bool left = false;
+  leave.click = [&] { left = true; };
+  Engine engine;
+  engine.Open(form);
+  EXPECT_EQ(MarkedCaption(leave), "S&alir") << "the s is taken";
+  engine.AccessKey(U'A');
+  EXPECT_TRUE(left);
+  EXPECT_EQ(MarkedCaption(fields[0]), "Va&lor") << "buttons choose first";
+  engine.AccessKey(U'l');
+  EXPECT_EQ(form.focus, &fields[0]);
 }
 
 TEST_F(EngineTest, AccessKeysClickWhatCarriesThem) {

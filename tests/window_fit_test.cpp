@@ -2,6 +2,7 @@
 // nothing to scroll to, whatever the size, the scale and the type.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <filesystem>
 #include <set>
@@ -54,8 +55,23 @@ class Tailor : public ui::Driver {
     return windows_.open_search() != nullptr ? open + "/search" : open;
   }
 
+  // Whoever cannot see the window hears what each control is.
+  void Listen() {
+    if (windows_.TopWindow() == nullptr) return;
+    for (const ui::Control* control : windows_.Top()->InLayoutOrder()) {
+      ControlView* view = windows_.TopWindow()->ViewOf(*control);
+      if (view == nullptr || !control->CanFocus() || !view->Target()->isVisible()) continue;
+      QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(view->Target());
+      ASSERT_NE(heard, nullptr) << control->name;
+      EXPECT_FALSE(heard->text(QAccessible::Name).isEmpty()) << script_ << ": " << control->name;
+      if (dynamic_cast<const ui::TextBox*>(control) == nullptr) continue;
+      EXPECT_FALSE(heard->text(QAccessible::Description).isEmpty()) << script_ << ": " << control->name;
+    }
+  }
+
   void Measure() {
     SettleWindows();
+    Listen();
     if (windows_.Top() != nullptr) forms_.insert(windows_.Top()->name);
     for (const QSize screen : {QSize(1024, 768), QSize(1280, 800), QSize(1366, 768), QSize(1920, 1080)}) {
       const QSize room = RoomIn(screen - QSize(0, kPanel));

@@ -8,6 +8,7 @@
 #include "adapters/qt/control_view.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "screen/access_keys.h"
 
 namespace tpv::qt {
 
@@ -17,10 +18,10 @@ constexpr int kButtonHeight = 42;
 constexpr int kWrapped = 260;  // the least width of a text that may take several lines
 constexpr int kGives = 26;  // of the room beside a caption, where the window is narrow
 
-// The caption of a button is its access key too, so Qt's mark is the model's.
+// Qt's mark of the access key is the model's.
 template <typename Widget>
 void SyncCaption(Widget& widget, const ui::Control& control) {
-  const QString caption = Text(control.caption);
+  const QString caption = Text(ui::MarkedCaption(control));
   if (widget.text() != caption) widget.setText(caption);
 }
 
@@ -40,7 +41,7 @@ class PressView : public ControlView {
     SyncCaption(*widget_, control);
   }
   std::string Shown() const override { return Utf8(widget_->text()); }
-  std::string Expected() const override { return control.caption; }
+  std::string Expected() const override { return ui::MarkedCaption(control); }
 
  protected:
   Widget* widget_;
@@ -73,7 +74,7 @@ class ButtonView : public PressView<Command> {
   }
   void Sync() override {
     ControlView::Sync();
-    const QString text = Heading() + Text(control.caption);
+    const QString text = Heading() + Text(ui::MarkedCaption(control));
     if (widget_->text() != text) widget_->setText(text);
     SyncEmphasis();
   }

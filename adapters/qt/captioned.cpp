@@ -24,9 +24,10 @@ void Captioned::Hold(QWidget& field) {
   setSizePolicy(field.sizePolicy());
 }
 
-void Captioned::SetCaption(const QString& caption) {
-  if (caption_ == caption) return;
+void Captioned::SetCaption(const QString& caption, const QString& marked) {
+  if (marked_ == marked) return;
   caption_ = caption;
+  marked_ = marked;
   caption_width_ = QFontMetrics(Type(kLabelSize)).horizontalAdvance(caption);
   field_->setAccessibleName(caption);
   updateGeometry();
@@ -48,7 +49,7 @@ void Captioned::paintEvent(QPaintEvent*) {
   painter.setFont(Type(kLabelSize));
   painter.setPen(isEnabled() ? colour::kLabel : colour::kFaded);
   const int top = field_->y() - kGap - caption_height_;
-  painter.drawText(QRect(0, top, width(), caption_height_), static_cast<int>(alignment_), caption_);
+  painter.drawText(QRect(0, top, width(), caption_height_), static_cast<int>(alignment_) | Qt::TextShowMnemonic, marked_);
 }
 
 bool Captioned::event(QEvent* event) {

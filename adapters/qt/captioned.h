@@ -11,7 +11,8 @@ class Captioned : public QWidget {
   Captioned(QWidget* parent, Qt::Alignment alignment);
   // The field, a child made for this one. Once, before anything is shown.
   void Hold(QWidget& field);
-  void SetCaption(const QString& caption);
+  // `marked` is the caption with its access key marked by "&".
+  void SetCaption(const QString& caption, const QString& marked);
   bool CaptionFits() const { return caption_width_ <= width(); }
   const QWidget& field() const { return *field_; }
 
@@ -33,6 +34,7 @@ class Captioned : public QWidget {
   QWidget* field_ = nullptr;
   Qt::Alignment alignment_;
   QString caption_;
+  QString marked_;
   int caption_width_ = 0;
   int caption_height_ = 0;
 };

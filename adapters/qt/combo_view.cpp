@@ -8,6 +8,7 @@
 #include "adapters/qt/control_view.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "screen/access_keys.h"
 
 namespace tpv::qt {
 
@@ -37,7 +38,7 @@ class ComboView : public ControlView {
 
   void Sync() override {
     ControlView::Sync();
-    outer_->SetCaption(Text(combo_.caption));
+    outer_->SetCaption(Text(combo_.caption), Text(ui::MarkedCaption(combo_)));
     const QSignalBlocker quiet(widget_);
     if (entries_ != combo_.items) {
       entries_ = combo_.items;

@@ -9,6 +9,7 @@
 #include "adapters/qt/keys.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "screen/access_keys.h"
 
 namespace tpv::qt {
 
@@ -29,6 +30,13 @@ QColor ColourOf(const ui::TextBox& box) {
   const auto channel = [&](int shift) { return static_cast<int>(box.back_colour >> shift & 0xFF); };
   const QColor colour(channel(0), channel(8), channel(16));
   return box.locked && colour == Qt::white ? colour::kShown : colour;
+}
+
+// What a reader says of the field besides its name.
+QString DescriptionOf(const ui::TextBox& box) {
+  if (box.locked) return "Solo se muestra";
+  if (box.input == ui::Input::Date) return "Fecha, día/mes/año";
+  return box.input == ui::Input::Number ? "Número" : "Texto";
 }
 
 Qt::Alignment AlignmentOf(ui::Align align) {
@@ -73,6 +81,7 @@ class FieldView : public ControlView {
     edit_->setAcceptDrops(false);
     edit_->setSizePolicy(box.stretch ? QSizePolicy::Expanding : QSizePolicy::Preferred,
                          QSizePolicy::Fixed);
+    edit_->setAccessibleDescription(DescriptionOf(box));
     outer_->Hold(*edit_);
     QObject::connect(edit_, &QLineEdit::selectionChanged, [this] { TakeSelection(); });
     QObject::connect(edit_, &QLineEdit::cursorPositionChanged, [this] { TakeSelection(); });
@@ -84,7 +93,7 @@ class FieldView : public ControlView {
   void Sync() override {
     ControlView::Sync();
     syncing_ = true;
-    outer_->SetCaption(Text(box_.caption));
+    outer_->SetCaption(Text(box_.caption), Text(ui::MarkedCaption(box_)));
     const QString text = Text(box_.text);
     if (edit_->text() != text) edit_->setText(text);
     if (edit_->isReadOnly() != box_.locked) edit_->setReadOnly(box_.locked);

@@ -104,6 +104,12 @@ RowsLayout::Kind KindOf(const ui::Control* control) {
   return wide ? RowsLayout::Kind::Wide : RowsLayout::Kind::Plain;
 }
 
+// A list is named by its frame, or by its window.
+std::string NameAround(const ui::Control& control) {
+  const bool framed = control.frame != nullptr && !control.frame->caption.empty();
+  return framed ? control.frame->caption : control.form.caption;
+}
+
 class Builder {
  public:
   Builder(Actions& actions, Views& views) : actions_(actions), views_(views) {}
@@ -111,9 +117,14 @@ class Builder {
   void Fill(RowsLayout& layout, QWidget& parent, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
       layout.BeginRow();
+      QString name;  // of what stands before: a code's field names the field with its text
       for (ui::Control* control : row) {
         auto view = Made(*control, parent);
         if (!view) continue;
+        if (!control->caption.empty()) name = Text(control->caption);
+        if (control->CanFocus() && control->caption.empty()) {
+          view->Target()->setAccessibleName(name.isEmpty() ? Text(NameAround(*control)) : name);
+        }
         layout.Add(*view->Outer(), KindOf(control));
         views_[control] = std::move(view);
       }

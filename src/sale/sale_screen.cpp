@@ -76,7 +76,7 @@ void FrmTpv::Start() {
   Frame1.enabled = false;
   Text1[21].text = FormatNumber(1, "0.00");
   cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
-  cmdFinalizar.enabled = true;
+  cmdFinalizar.enabled = cmdBuscar.enabled = true;
   finished_.reset();
   SetFocus(Text1[19]);
   ShowReference(context().IdAlbaran);
@@ -122,7 +122,7 @@ void FrmTpv::EmptyAfterSale() {
   ForgetSale();
   Frame2.enabled = false;
   cmdNueva.enabled = true;
-  cmdCancelar.enabled = cmdFinalizar.enabled = false;
+  cmdCancelar.enabled = cmdFinalizar.enabled = cmdBuscar.enabled = false;
   Text1[9].text.clear();
   Text1[11].text.clear();
   Frame1.enabled = true;

@@ -10,7 +10,7 @@ FrmTpv::FrmTpv(Context& ctx) : SaleEntry(ctx, "frmTpv") {
   ConnectButtons();
   Frame2.enabled = false;
   cmdGuardar.enabled = cmdCancelar.enabled = cmdFinalizar.enabled = false;
-  cmdCierre.enabled = false;
+  cmdCierre.enabled = cmdBuscar.enabled = false;
 }
 
 void FrmTpv::DeclareFields() {
@@ -54,6 +54,10 @@ void FrmTpv::ConnectButtons() {
   cmdReImprimir.click = [this] { Reprint(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };
   cmdSalir.click = [this] { Exit(); };
+  cmdBuscar.click = [this] {
+    SetFocus(Text1[19]);
+    LookUpArticle({});
+  };
 }
 
 }  // namespace tpv

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "screen/access_keys.h"
 
 namespace tpv::ui {
 
@@ -104,12 +105,6 @@ char32_t FirstFolded(std::string_view text) {
   return NextCharacter(folded, position);
 }
 
-char32_t AccessKeyOf(std::string_view caption) {
-  const std::size_t mark = caption.find('&');
-  if (mark == std::string_view::npos || mark + 1 >= caption.size()) return 0;
-  return FirstFolded(caption.substr(mark + 1));
-}
-
 bool IsClickable(const Control& control) {
   return dynamic_cast<const Button*>(&control) != nullptr ||
          dynamic_cast<const CheckBox*>(&control) != nullptr ||
@@ -159,6 +154,7 @@ void Engine::Load(Form& form) {
 void Engine::Open(Form& form) {
   Load(form);
   CountOpening();
+  GiveAccessKeys(form);
   forms_.push_back(&form);
   try {
     if (form.requested_focus == nullptr) form.requested_focus = Next(form, nullptr, false);
@@ -338,10 +334,11 @@ void Engine::AccessKey(char32_t letter) {
   std::string text;
   AppendCharacter(text, letter);
   const char32_t wanted = FirstFolded(text);
-  for (Control* control : Top()->Controls()) {
-    if (CanTakeFocus(*control) && IsClickable(*control) && AccessKeyOf(control->caption) == wanted) {
-      Click(*control);
-      return;
+  for (const bool marked : {true, false}) {  // a caption's own mark comes first
+    for (Control* control : Top()->Controls()) {
+      const char32_t key = marked ? MarkedLetter(control->caption) : control->access_key;
+      if (key != wanted || !CanTakeFocus(*control)) continue;
+      return IsClickable(*control) ? Click(*control) : FocusOn(*control);
     }
   }
 }

@@ -38,6 +38,7 @@ struct Control {
   Form& form;
   std::string name;     // as the screens name it: "Text1(8)", "cmdNueva"
   std::string caption;  // a button's or frame's own text; a field's label
+  char32_t access_key = 0;  // where the caption marks none; 0 for none
   std::string tag;
   bool enabled = true;
   bool visible = true;
