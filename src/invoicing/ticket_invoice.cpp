@@ -161,6 +161,16 @@ bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invo
   }
 }
 
+std::string InvoiceReference(Object& invoicing) {
+  try {
+    const std::string series = Trim(invoicing.Get("SerieFactura").ToText());
+    const std::string number = invoicing.Get("NumeroFactura").ToText();
+    return series.empty() ? number : series + "/" + number;
+  } catch (const std::exception&) {
+    return {};  // the invoice is stored; its number only informs
+  }
+}
+
 std::string IssueInvoice(Object& invoicing) {
   constexpr int kOnPaper = 1;
   try {

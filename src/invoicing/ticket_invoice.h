@@ -79,6 +79,9 @@ std::shared_ptr<Object> CreateInvoicing(Context& context);
 // store did not answer whether it is there.
 bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice);
 
+// Series, "/" and number of the invoice that the component holds; "" when it does not say.
+std::string InvoiceReference(Object& invoicing);
+
 // Prints the stored invoice. What the operator must be told when that fails, ""
 // when it does not: the invoice stands all the same.
 std::string IssueInvoice(Object& invoicing);

@@ -24,6 +24,8 @@ class FrmTpv1 : public Screen {
   // Whether the sale was finished or cancelled.
   bool Completed() const { return completed_; }
   bool Cancelled() const { return cancelled_; }
+  // Series and number of the invoice that was made; "" for none.
+  const std::string& Invoice() const { return invoice_; }
   // What the fields say of the payment; total, cash, card and change in euros.
   Payment ReadPayment() const;
 
@@ -103,6 +105,7 @@ class FrmTpv1 : public Screen {
   std::int32_t doubtful_entry_id_ = 0;  // its commit got no answer; 0 for none
   bool completed_ = false;
   bool cancelled_ = false;
+  std::string invoice_;
   std::string followed_;  // the amounts that the change was last made for
   double total_ = 0;
 };

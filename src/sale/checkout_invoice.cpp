@@ -42,6 +42,7 @@ void FrmTpv1::Issue(const TicketInvoice& invoice) {
     StorePayment();
   });
   if (!stored) return;
+  if (invoiced) invoice_ = InvoiceReference(*invoicing);
   Complete();
   const std::string error = invoiced ? IssueInvoice(*invoicing) : std::string();
   if (!error.empty()) Refuse(error, nullptr, Icon::Critical);

@@ -104,7 +104,7 @@ void FrmTpv::Finish() {
   if (!checkout.Completed()) return void(AskTill());
   if (!checkout.Cancelled()) {
     const std::string series = Text1[9].text.empty() ? "" : Text1[9].text + "/";
-    finished_ = {series + Text1[11].text, checkout.ReadPayment()};
+    finished_ = {series + Text1[11].text, checkout.Invoice(), checkout.ReadPayment()};
   }
   EmptyAfterSale();
 }

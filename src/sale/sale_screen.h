@@ -73,6 +73,7 @@ class FrmTpv : public SaleEntry {
   // The sale that was finished last, until the next one begins.
   struct Finished {
     std::string ticket;
+    std::string invoice;  // "" for none
     Payment payment;
   };
   std::optional<Finished> finished_;

@@ -34,11 +34,15 @@ std::vector<StatusItem> FrmTpv::Status() const {
   if (!finished_) return SaleEntry::Status();
   const auto euros = [](double amount) { return FormatNumber(amount, "#,##0.00"); };
   const Payment& paid = finished_->payment;
-  return {SaleEntry::Status().front(),
-          {"Ticket", finished_->ticket, Tone::Neutral, true},
-          {"Total", euros(paid.total), Tone::Neutral, true},
-          {"Entregado", euros(paid.Paid()), Tone::Neutral, true},
-          {"Cambio", euros(paid.change), Tone::Good, true}};
+  std::vector<StatusItem> items = {SaleEntry::Status().front(),
+                                   {"Ticket", finished_->ticket, Tone::Neutral, true},
+                                   {"Total", euros(paid.total), Tone::Neutral, true},
+                                   {"Entregado", euros(paid.Paid()), Tone::Neutral, true},
+                                   {"Cambio", euros(paid.change), Tone::Good, true}};
+  if (!finished_->invoice.empty()) {
+    items.insert(items.begin() + 2, {"Factura", finished_->invoice, Tone::Neutral, true});
+  }
+  return items;
 }
 
 std::vector<StatusItem> FrmTpvDevoluciones::Status() const {
