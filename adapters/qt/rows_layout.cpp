@@ -124,6 +124,17 @@ std::vector<RowsLayout::Row> RowsLayout::Broken(const Row& row, int width) {
   return lines;
 }
 
+// A line of wide cells alone, none of which wishes for more than its even part.
+bool RowsLayout::Evened(Line& line, int spare) {
+  const int cells = static_cast<int>(line.cells.size());
+  const int room = std::accumulate(line.widths.begin(), line.widths.end(), spare);
+  for (int i = 0; i < cells; ++i) {
+    if (line.cells[i].kind != Kind::Wide || line.widths[i] > room / cells) return false;
+  }
+  for (int i = 0; i < cells; ++i) line.widths[i] = room * (i + 1) / cells - room * i / cells;
+  return true;
+}
+
 // Narrow cells get what they wish before wide ones, which take the rest.
 void RowsLayout::Share(Line& line, int width, bool even) {
   const int gaps = kGap * (static_cast<int>(line.cells.size()) - 1);
@@ -151,6 +162,7 @@ void RowsLayout::Share(Line& line, int width, bool even) {
       spare -= given;
     }
   }
+  if (Evened(line, spare)) return;
   const bool crowded = IsToolbar(line.cells);
   auto takers = crowded ? static_cast<std::ptrdiff_t>(line.cells.size())
                         : std::count_if(line.cells.begin(), line.cells.end(), is_wide);

@@ -59,6 +59,7 @@ class RowsLayout : public QLayout {
   static bool IsToolbar(const Row& row);
   static int HeightOf(const Cell& cell, int width);
   static std::vector<Row> Broken(const Row& row, int width);
+  static bool Evened(Line& line, int spare);
   static void Share(Line& line, int width, bool even);
   const std::vector<Line>& LinesFor(int width) const;
   void Place(const Line& line, const QRect& rect) const;
