@@ -84,7 +84,9 @@ RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surrou
       table_(new Table(&around.parent)),
       model_(new RowsModel(*source_, table_)) {
   PrepareTable(*table_);
-  static_cast<Table*>(table_)->resized = [this] { SetWidths(); };
+  static_cast<Table*>(table_)->resized = [this] {
+    if (table_->viewport()->width() != room_) SetWidths();
+  };
   own_widths_ = actions_.Memory().ColumnsOf(Key());
   table_->setModel(model_);
   table_->setItemDelegate(new CellDelegate(*table_, *table_));
@@ -164,7 +166,7 @@ ColumnNeed RowsView::NeedOf(int column) const {
 // the type gets smaller, down to what can still be read.
 void RowsView::SetWidths() {
   QHeaderView& header = *table_->horizontalHeader();
-  const int room = table_->viewport()->width();
+  room_ = table_->viewport()->width();
   const auto columns_count = static_cast<std::size_t>(model_->columnCount());
   std::vector<int> columns;
   for (int column = 0; column < model_->columnCount(); ++column) {
@@ -181,9 +183,9 @@ void RowsView::SetWidths() {
       needs.back().wanted = own_widths_[static_cast<std::size_t>(column)];
       needs.back().least = std::min(needs.back().least, needs.back().wanted);
     }
-    if (Least(needs) <= room) break;
+    if (Least(needs) <= room_) break;
   }
-  const std::vector<int> widths = FitColumns(needs, room);
+  const std::vector<int> widths = FitColumns(needs, room_);
   int widest = -1;
   int most = 0;
   for (std::size_t i = 0; i < columns.size(); ++i) {

@@ -48,6 +48,7 @@ class RowsView : public ControlView {
   Actions& actions_;
   QTableView* table_;
   RowsModel* model_;
+  int room_ = -1;                  // that the widths were last set for
   std::vector<int> own_widths_;    // the operator's, of all columns; empty for none
   std::vector<int> shown_widths_;  // as they were last set
   std::string painted_;  // what the visible rows held when last painted
