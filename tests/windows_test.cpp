@@ -4,17 +4,21 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTimer>
 #include <QWindow>
 #include <chrono>
 #include <deque>
 #include <thread>
 
+#include "adapters/headless/recorders.h"
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_operator.h"
+#include "adapters/qt/rows_view.h"
 #include "adapters/qt/text.h"
 #include "host/windows/application.h"
 
@@ -192,6 +196,50 @@ TEST_F(WindowsTest, ANoticeFromAnotherThreadTakesNoKeyAndStaysUntilItIsRead) {
   }});
   for (int i = 1; i <= 5; ++i) windows.Notify({"Aviso " + std::to_string(i), ""});
   EXPECT_EQ(windows.Notices().Text(), "Y 2 avisos anteriores.\nAviso 3\nAviso 4\nAviso 5");
+}
+
+TEST_F(WindowsTest, TheCurrentRowIsInSightAndAShorterListStaysWhereItWas) {
+  Play({[&] {
+    auto* table = static_cast<QTableView*>(windows.TopWindow()->ViewOf(form.goods)->Target());
+    const auto in_sight = [&] {
+      windows.Refresh();
+      SettleWindows();
+      const QRect place = table->visualRect(table->model()->index(form.goods.current_row, 1));
+      return table->viewport()->rect().contains(place.center());
+    };
+    form.goods.rows.push_back({Variant(300), Variant("Articulo 300")});
+    form.goods.current_row = 300;
+    EXPECT_TRUE(in_sight());
+    form.goods.current_row = 150;
+    EXPECT_TRUE(in_sight());
+    const int place = table->verticalScrollBar()->value();
+    form.goods.rows.erase(form.goods.rows.begin() + 150);
+    EXPECT_TRUE(in_sight());
+    EXPECT_EQ(table->verticalScrollBar()->value(), place);
+  }});
+}
+
+TEST_F(WindowsTest, SizesAndWidthsAreRemembered) {
+  MemorySettings settings;
+  windows.SetSettings(settings);
+  Play({[&] {
+    windows.TopWindow()->resize(900, 700);
+    SettleWindows();
+    auto* rows = static_cast<RowsView*>(windows.TopWindow()->ViewOf(form.marks));
+    form.marks.layout.push_back({"Caja", "", 900, ui::Align::Right, false, false});
+    windows.Refresh();
+    auto* header = static_cast<QTableView*>(rows->Target())->horizontalHeader();
+    header->resizeSection(1, 333);
+    SendClick(*header->viewport(), {300, 5});
+  }});
+  EXPECT_EQ(settings.Read("TPV", "Windows", "frmPrueba"), "900,700");
+  const std::string kept = settings.Read("TPV", "Windows", "frmPrueba.ListView1");
+  EXPECT_TRUE(kept.ends_with(",333")) << kept;
+  Play({[&] {
+    EXPECT_EQ(windows.TopWindow()->size(), QSize(900, 700));
+    auto* table = static_cast<QTableView*>(windows.TopWindow()->ViewOf(form.marks)->Target());
+    EXPECT_EQ(table->columnWidth(1), 333);
+  }});
 }
 
 TEST_F(WindowsTest, AHandlersErrorIsToldAndTheScreenStaysOpen) {

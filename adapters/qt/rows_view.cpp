@@ -14,12 +14,6 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kSampleRows = 40;
-constexpr int kWidestColumn = 500;
-constexpr int kMostSmaller = 5;  // pixels of type
-constexpr const char* kUsualName = "Nombre de uso";
-constexpr const char* kUsualAmount = "9.999,99";
-
 // Getting the focus selects no row: the model says which one is current.
 class Table : public QTableView {
  public:
@@ -143,83 +137,6 @@ QModelIndex RowsView::Visible(int row) const {
     if (!source_->Columns()[column].hidden) return model_->index(row, column);
   }
   return {};
-}
-
-ColumnNeed RowsView::NeedOf(int column) const {
-  const ui::GridColumn& layout = source_->Columns()[column];
-  const QFontMetrics header(table_->horizontalHeader()->font());
-  const QFontMetrics cells(table_->font());
-  const int extra = kCellPadding + (column == 0 && source_->HasChecks() ? kCheckWidth : 0) +
-                    (layout.cell_button ? kButtonWidth : 0);
-  int shown = header.horizontalAdvance(Text(layout.caption)) + kCellPadding;
-  const int declared = std::max(shown, qRound(layout.width * kPixelsInTwip));
-  const int most = layout.width > 0 ? declared * 2 : kWidestColumn;
-  for (int row = 0; row < std::min(source_->Count(), kSampleRows); ++row) {
-    shown = std::max(shown, cells.horizontalAdvance(Text(source_->Cell(row, column))) + extra);
-  }
-  const bool name = layout.align == ui::Align::Left && layout.mask.empty();
-  const int usual = cells.horizontalAdvance(QLatin1String(name ? kUsualName : kUsualAmount)) + extra;
-  return {std::min(std::max(declared, shown), most), name ? std::min(shown, usual) : shown};
-}
-
-// The widest column of text takes the room that is left; where there is too little
-// the type gets smaller, down to what can still be read.
-void RowsView::SetWidths() {
-  QHeaderView& header = *table_->horizontalHeader();
-  room_ = table_->viewport()->width();
-  const auto columns_count = static_cast<std::size_t>(model_->columnCount());
-  std::vector<int> columns;
-  for (int column = 0; column < model_->columnCount(); ++column) {
-    table_->setColumnHidden(column, source_->Columns()[column].hidden);
-    if (!source_->Columns()[column].hidden) columns.push_back(column);
-  }
-  std::vector<ColumnNeed> needs;
-  for (int smaller = 0; smaller <= kMostSmaller; ++smaller) {
-    SetType(smaller);
-    needs.clear();
-    for (const int column : columns) {
-      needs.push_back(NeedOf(column));
-      if (own_widths_.size() != columns_count) continue;
-      needs.back().wanted = own_widths_[static_cast<std::size_t>(column)];
-      needs.back().least = std::min(needs.back().least, needs.back().wanted);
-    }
-    if (Least(needs) <= room_) break;
-  }
-  const std::vector<int> widths = FitColumns(needs, room_);
-  int widest = -1;
-  int most = 0;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    header.setSectionResizeMode(columns[i], QHeaderView::Interactive);
-    table_->setColumnWidth(columns[i], widths[i]);
-    if (widths[i] <= most || source_->Columns()[columns[i]].align != ui::Align::Left) continue;
-    widest = columns[i];
-    most = widths[i];
-  }
-  if (widest >= 0) header.setSectionResizeMode(widest, QHeaderView::Stretch);
-  shown_widths_.clear();
-  for (int column = 0; column < model_->columnCount(); ++column) {
-    shown_widths_.push_back(std::max(1, table_->columnWidth(column)));
-  }
-}
-
-std::string RowsView::Key() const { return control.form.name + "." + control.name; }
-
-// The operator let go of a column's edge.
-void RowsView::KeepWidths() {
-  std::vector<int> widths;
-  for (int column = 0; column < model_->columnCount(); ++column) {
-    widths.push_back(std::max(1, table_->columnWidth(column)));  // 0 is a hidden one's
-  }
-  if (widths == shown_widths_) return;
-  own_widths_ = shown_widths_ = widths;
-  actions_.Memory().Keep(Key(), widths);
-}
-
-void RowsView::SetType(int smaller) {
-  const QFont cells = Type(kTextSize - smaller);
-  if (table_->font() == cells) return;
-  table_->setFont(cells);
-  table_->horizontalHeader()->setFont(Type(kLabelSize - smaller / 2));
 }
 
 bool RowsView::Filter(QObject* watched, QEvent& event) {

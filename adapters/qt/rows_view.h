@@ -41,6 +41,10 @@ class RowsView : public ControlView {
   void KeepWidths();
   void SetType(int smaller);
   ColumnNeed NeedOf(int column) const;
+  std::vector<ColumnNeed> NeedsOf(const std::vector<int>& columns);
+  int Widest(const std::vector<int>& columns, const std::vector<int>& widths) const;
+  void PreferOwnWidths(const std::vector<int>& columns, std::vector<ColumnNeed>& needs) const;
+  std::vector<int> AllWidths() const;
   QModelIndex Visible(int row) const;
   std::string PaintedText() const;
 
