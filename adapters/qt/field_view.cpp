@@ -18,7 +18,7 @@ namespace {
 constexpr int kUsualColumns = 12;
 constexpr int kUsualCode = 13;  // a bar code
 constexpr int kUsualName = 14;  // enough of a name to know it by
-constexpr const char* kUsualAmount = "99.999,99";
+constexpr int kUsualAmount = 8;  // 99.999,99: separators are narrow
 constexpr int kPadding = 20;
 
 int PixelsOf(const ui::TextBox& box) {
@@ -49,20 +49,25 @@ class Edit : public QLineEdit {
  public:
   Edit(QWidget* parent, const ui::TextBox& box)
       : QLineEdit(parent), box_(box), columns_(box.columns > 0 ? box.columns : kUsualColumns) {}
-  QSize sizeHint() const override { return Around(Digits(columns_)); }
+  QSize sizeHint() const override { return Around(columns_); }
   QSize minimumSizeHint() const override {
-    const bool amount = box_.align == ui::Align::Right;
-    const int usual = amount ? QFontMetrics(font()).horizontalAdvance(QLatin1String(kUsualAmount))
-                             : Digits(box_.stretch ? kUsualName : kUsualCode);
-    return Around(std::min(Digits(columns_), usual));
+    const int text = box_.stretch ? kUsualName : kUsualCode;
+    return Around(std::min(columns_, box_.align == ui::Align::Right ? kUsualAmount : text));
   }
 
  private:
-  int Digits(int count) const { return count * QFontMetrics(font()).horizontalAdvance(u'0'); }
-  QSize Around(int text) const { return {text + kPadding, QFontMetrics(font()).height() + 12}; }
+  // A form asks each field for its sizes again and again: its type is measured once.
+  QSize Around(int digits) const {
+    if (digit_.isEmpty()) {
+      const QFontMetrics metrics(font());
+      digit_ = {metrics.horizontalAdvance(u'0'), metrics.height()};
+    }
+    return {digits * digit_.width() + kPadding, digit_.height() + 12};
+  }
 
   const ui::TextBox& box_;
   int columns_;
+  mutable QSize digit_;
 };
 
 class FieldView : public ControlView {

@@ -24,7 +24,7 @@ RowsLayout::RowsLayout(QWidget& parent) : QLayout(&parent) {}
 void RowsLayout::Add(QWidget& widget, Kind kind) {
   addChildWidget(&widget);
   addItem(new QWidgetItem(&widget));
-  rows_.back().push_back({items_.back().get(), kind});
+  rows_.back().push_back({items_.back().get(), kind, 0});
 }
 
 void RowsLayout::addItem(QLayoutItem* item) { items_.emplace_back(item); }
@@ -51,15 +51,16 @@ void RowsLayout::invalidate() {
 
 RowsLayout::Row RowsLayout::Shown(const Row& row) {
   Row shown;
-  std::copy_if(row.begin(), row.end(), std::back_inserter(shown),
-               [](const Cell& cell) { return !cell.item->isEmpty(); });
+  for (Cell cell : row) {
+    if (cell.item->isEmpty()) continue;
+    const RowsLayout* inside = Inside(*cell.item);
+    cell.least = inside != nullptr ? inside->UnbrokenWidth() : cell.item->minimumSize().width();
+    shown.push_back(cell);
+  }
   return shown;
 }
 
-int RowsLayout::Unbroken(const Cell& cell) {
-  const RowsLayout* inside = Inside(*cell.item);
-  return inside != nullptr ? inside->UnbrokenWidth() : cell.item->minimumSize().width();
-}
+int RowsLayout::Unbroken(const Cell& cell) { return cell.least; }
 
 int RowsLayout::Unbroken(const Row& row) {
   const int gaps = kGap * std::max(0, static_cast<int>(row.size()) - 1);

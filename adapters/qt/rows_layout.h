@@ -42,6 +42,7 @@ class RowsLayout : public QLayout {
   struct Cell {
     QLayoutItem* item;
     Kind kind;
+    int least = 0;  // its width when its row is not broken
   };
   using Row = std::vector<Cell>;
   // Cells beside each other, their widths, and what their tallest needs.

@@ -15,8 +15,8 @@ namespace {
 constexpr int kSampleRows = 40;
 constexpr int kWidestColumn = 500;
 constexpr int kMostSmaller = 5;  // pixels of type
-constexpr const char* kUsualName = "Nombre de uso";
-constexpr const char* kUsualAmount = "9.999,99";
+constexpr int kUsualName = 12;   // digits as wide
+constexpr int kUsualAmount = 7;  // 9.999,99
 
 }  // namespace
 
@@ -33,7 +33,7 @@ ColumnNeed RowsView::NeedOf(int column) const {
     shown = std::max(shown, cells.horizontalAdvance(Text(source_->Cell(row, column))) + extra);
   }
   const bool name = layout.align == ui::Align::Left && layout.mask.empty();
-  const int usual = cells.horizontalAdvance(QLatin1String(name ? kUsualName : kUsualAmount)) + extra;
+  const int usual = cells.horizontalAdvance(u'0') * (name ? kUsualName : kUsualAmount) + extra;
   return {std::min(std::max(declared, shown), most), name ? std::min(shown, usual) : shown};
 }
 
@@ -75,6 +75,7 @@ void RowsView::PreferOwnWidths(const std::vector<int>& columns, std::vector<Colu
 
 // The widest column of text takes the room that is left.
 void RowsView::SetWidths() {
+  if (!table_->testAttribute(Qt::WA_Resized)) return;  // its window gives it its room first
   QHeaderView& header = *table_->horizontalHeader();
   room_ = table_->viewport()->width();
   std::vector<int> columns;
