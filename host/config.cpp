@@ -3,8 +3,10 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <istream>
 #include <ostream>
+#include <stdexcept>
 
 #include "adapters/files/channel.h"
 #include "adapters/files/code_table.h"
@@ -81,6 +83,9 @@ struct Setting {
   const Known* known;
   std::string key;
 
+  bool Is(std::string_view section, std::string_view name) const {
+    return section == known->section && name == known->key;
+  }
   bool IsSecret() const { return std::string_view(known->key) == "Password"; }
 };
 
@@ -134,13 +139,26 @@ void Write(Settings& settings, const Setting& setting, const std::string& value)
   settings.Write(kTpv, setting.known->section, setting.key, value);
 }
 
-void Set(Machine& machine, const Words& words, std::istream& in) {
+// Only a printer that there is; where nobody can say, the technician is told so.
+void CheckPrinter(Machine& machine, const std::string& name, std::ostream& out) {
+  bool asked = true;
+  machine.printers.news.failed = [&](const Notice&) { asked = false; };
+  const std::vector<std::string> known = machine.printers.Installed();
+  machine.printers.news = {};
+  if (std::find(known.begin(), known.end(), name) != known.end()) return;
+  if (asked) throw UsageError("no existe la impresora «" + name + "»: tpv config printers");
+  out << "El sistema de impresión no responde: no se ha comprobado que exista «" << name << "»\n";
+}
+
+void Set(Machine& machine, const Words& words, std::istream& in, std::ostream& out) {
   const Setting setting = Find(words[1]);
   const bool given = words.size() == 3;
   if (given && setting.IsSecret()) {
     throw UsageError("la contraseña se escribe aparte: otros usuarios ven las órdenes");
   }
-  ChangeSetting(machine.settings, words[1], given ? words[2] : ReadValue(setting, in));
+  const std::string value = given ? words[2] : ReadValue(setting, in);
+  if (setting.Is(kPaper, kDefaultPrinter) && !value.empty()) CheckPrinter(machine, value, out);
+  ChangeSetting(machine.settings, words[1], value);
 }
 
 std::string Shown(const Machine& machine, const Setting& setting) {
@@ -157,6 +175,20 @@ void List(const Machine& machine, std::ostream& out) {
       out << name << " = " << Shown(machine, Find(name)) << "\n";
     }
   }
+}
+
+// Names the setting that is missing instead of trying without it.
+void RequireMailSettings(const Machine& machine) {
+  const auto has = [&](const char* key) {
+    return !Trim(machine.settings.Read(kTpv, "Mail", key)).empty();
+  };
+  const bool named = machine.settings.Read(kTpv, "Mail", "User").find('@') != std::string::npos;
+  const char* missing = !has("Server")                    ? "Mail.Server"
+                        : !has("From") && !named          ? "Mail.From"
+                        : has("User") && !has("Password") ? "Mail.Password"
+                                                          : nullptr;
+  if (missing == nullptr) return;
+  throw std::runtime_error(std::string("falta el ajuste ") + missing + ": tpv config set " + missing);
 }
 
 int TryMail(Machine& machine, const std::string& recipient, std::ostream& out) {
@@ -186,7 +218,7 @@ int Config(Machine& machine, const Words& words, std::istream& in, std::ostream&
   } else if (is("get", 2, 2)) {
     out << Shown(machine, Find(words[1])) << "\n";
   } else if (is("set", 2, 3)) {
-    Set(machine, words, in);
+    Set(machine, words, in, out);
   } else if (is("unset", 2, 2)) {
     Write(machine.settings, Find(words[1]), "");
   } else if (is("printers", 1, 1)) {
@@ -194,6 +226,7 @@ int Config(Machine& machine, const Words& words, std::istream& in, std::ostream&
   } else if (is("try-printer", 1, 2)) {
     return TryPrinter(machine, words.size() == 2 ? words[1] : "", out);
   } else if (is("try-mail", 2, 2)) {
+    RequireMailSettings(machine);
     return TryMail(machine, words[1], out);
   } else {
     throw UsageError("config list | get | set | unset | printers | try-printer | try-mail");

@@ -1,11 +1,14 @@
 // tpv: the point of sale as a program of its own.
+#include <algorithm>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "adapters/headless/scenario/script.h"
 #include "context/context.h"
 #include "host/config.h"
+#include "host/help.h"
 #include "host/machine.h"
 #include "host/play.h"
 #include "host/start.h"
@@ -43,8 +46,6 @@ constexpr const char* kHelp =
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
-    "      Un ALMACÉN es un FICHERO o --odbc CONEXIÓN: un origen de datos o una cadena de conexión\n"
-    "      sin contraseña, que va en TPV_ODBC_PASSWORD o en el fichero TPV_ODBC_CREDENTIALS\n"
     "  tpv import articles|customers|stock FICHERO [--store ALMACÉN|--odbc CONEXIÓN] [--dry-run|--yes]\n"
     "                                    toma artículos, clientes o existencias de un fichero CSV:\n"
     "                                    enseña qué cambiaría (--dry-run: solo eso) y pregunta (--yes: no)\n"
@@ -57,21 +58,38 @@ constexpr const char* kHelp =
     "      printers                      impresoras que ve la caja, la actual con *\n"
     "      try-printer [IMPRESORA] | try-mail DIRECCIÓN\n"
     "                                    imprime o envía una prueba\n"
-    "  tpv --version | --help\n"
+    "  tpv help [ORDEN]                  esta ayuda, o la de una orden; también ORDEN --help\n"
+    "  tpv --version                     qué versión es\n"
     "\n"
+    "Un ALMACÉN es un FICHERO o --odbc CONEXIÓN: un origen de datos o una cadena de conexión\n"
+    "sin contraseña, que va en TPV_ODBC_PASSWORD o en el fichero TPV_ODBC_CREDENTIALS.\n"
     "Termina con 0 si todo fue bien, 1 si algo falló, 2 si la orden o el guion no son correctos.\n";
 
 using Arguments = std::vector<std::string>;
 
+bool IsHelp(std::string_view word) { return word == "--help" || word == "-h" || word == "help"; }
+
+// The order that help is asked about, "" for all of them; nullopt when none is asked.
+std::optional<std::string> AsksAbout(const Arguments& arguments) {
+  if (IsHelp(arguments[0])) return arguments.size() > 1 ? arguments[1] : std::string();
+  const bool asked = std::find(arguments.begin() + 1, arguments.end(), "--help") != arguments.end();
+  const bool shortly = arguments.size() == 2 && arguments[1] == "-h";
+  return asked || shortly ? std::optional(arguments[0]) : std::nullopt;
+}
+
+int Help(const std::string& order) {
+  const std::string text = order.empty() ? kHelp : HelpAbout(kHelp, order);
+  if (text.empty()) throw UsageError("orden desconocida: " + order);
+  std::cout << text;
+  return 0;
+}
+
 int Run(const Arguments& arguments) {
   if (arguments.empty()) return Start();
+  if (const auto order = AsksAbout(arguments)) return Help(*order);
   if (arguments[0] == "--screenshot" && arguments.size() == 2) return Start(arguments[1]);
-  if (arguments[0] == "--help" || arguments[0] == "-h") {
-    std::cout << kHelp;
-    return 0;
-  }
   const Arguments rest(arguments.begin() + 1, arguments.end());
-  if (arguments[0] == "--version") {
+  if (arguments[0] == "--version" || arguments[0] == "-v") {
     std::cout << "tpv " << kVersion << "\n";
     return 0;
   }

@@ -42,6 +42,8 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
   DeclareLayout();
   Text1[0].left = [this] { OpenTyped(); };
   cmdAlmacen.click = [this] { ChooseStore(); };
+  cmdAyuda.click = [this] { front_end_.ShowManual(""); };
+  cmdAcercaDe.click = [this] { TellAbout(); };
   cmdSalir.click = [this] { Close(); };
   const std::pair<ui::Button*, void (Zrtpve::*)()> screens[] = {
       {&cmdVenta, &Zrtpve::zTpv},
@@ -74,7 +76,8 @@ void StartScreen::DeclareLayout() {
                {&cmdMovimientos, &cmdCierre},
                {&cmdDiario, &cmdDiarioCaja},
                {&cmdFacturacion, &cmdPendiente},
-               {&cmdProveedores, &cmdSalir}});
+               {&cmdProveedores, &cmdAyuda},
+               {&cmdAcercaDe, &cmdSalir}});
   for (const auto& row : Frame2.rows) {
     for (ui::Control* button : row) button->stretch = true;
   }
@@ -118,6 +121,7 @@ void StartScreen::ShowPrinter() {
 
 void StartScreen::OnKeyUp(ui::Key key) {
   if (key == ui::Key::Esc) Close();
+  if (key == ui::Key::F1) front_end_.ShowManual("");
   if (key == ui::Key::Enter) tab_sent = true;
 }
 
@@ -224,6 +228,12 @@ void StartScreen::Run(void (Zrtpve::*screen)()) {
   } catch (const std::exception& error) {
     Tell(error.what(), ui::Icon::Critical);
   }
+}
+
+void StartScreen::TellAbout() {
+  Tell("tpv " + std::string(kVersion) + "\r\nAlmacén: " +
+           (opened_.empty() ? "ninguno abierto" : Shortened(opened_)),
+       ui::Icon::Information);
 }
 
 std::vector<ui::StatusItem> StartScreen::Status() const {

@@ -42,6 +42,7 @@ class StartScreen : public ui::Form {
   void ProtectSettings();
   void ShowPrinter();
   void Run(void (Zrtpve::*screen)());
+  void TellAbout();
   void Tell(const std::string& text, ui::Icon icon);
 
   Machine& machine_;
@@ -65,6 +66,8 @@ class StartScreen : public ui::Form {
   ui::Button cmdFacturacion{*this, "cmdFacturacion", "&Facturación de tickets"};
   ui::Button cmdPendiente{*this, "cmdPendiente", "&Pendiente de cobro"};
   ui::Button cmdProveedores{*this, "cmdProveedores", "Pr&oveedores"};
+  ui::Button cmdAyuda{*this, "cmdAyuda", "A&yuda"};
+  ui::Button cmdAcercaDe{*this, "cmdAcercaDe", "&Acerca de"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
   ui::Label lblImpresora{*this, "lblImpresora"};
 };

@@ -15,6 +15,8 @@ namespace tpv::suite {
 
 namespace {
 
+constexpr std::u32string_view kDateCharacters = U"/+hoyaerHOYAER";  // 1/12, +3, hoy, ayer
+
 std::size_t ColumnOf(const Recordset& rows, std::string_view name) {
   for (std::size_t i = 0; i < rows.FieldCount(); ++i) {
     if (EqualNoCase(rows.FieldName(i), name)) return i;
@@ -85,7 +87,7 @@ std::string Toolkit::ValidarFecha(std::string_view text) const {
 
 char32_t Toolkit::FiltrarTecla(std::string_view, char32_t key, FieldKind kind) const {
   if (key >= U'0' && key <= U'9') return key;
-  if (kind == FieldKind::Date) return key == U'/' ? key : 0;
+  if (kind == FieldKind::Date) return kDateCharacters.find(key) != std::u32string_view::npos ? key : 0;
   if (kind == FieldKind::Text) return key;
   return key == U',' || key == U'.' ? U',' : 0;
 }

@@ -155,7 +155,12 @@ TEST(Dates, CompletesWhatWasTyped) {
     EXPECT_EQ(ParseTypedDate(text, kMoment), day) << text;
   }
   EXPECT_EQ(ParseTypedDate("5", kMoment), (DateTime{2026, 11, 5}));
-  for (const char* text : {"", "241", "24112", "2411202", "241120261", "31/11", "0", "24/", "x"}) {
+  EXPECT_EQ(ParseTypedDate("1/12", kMoment), (DateTime{2026, 12, 1}));
+  EXPECT_EQ(ParseTypedDate(" Hoy", kMoment), (DateTime{2026, 11, 4}));
+  EXPECT_EQ(ParseTypedDate("ayer", {2026, 1, 1, 9}), (DateTime{2025, 12, 31}));
+  EXPECT_EQ(ParseTypedDate("+30", kMoment), (DateTime{2026, 12, 4}));
+  for (const char* text : {"", "241", "24112", "2411202", "241120261", "31/11", "0", "24/", "x", "hoy+1", "+",
+                           "++3", "+99999", "+3/12"}) {
     EXPECT_FALSE(ParseTypedDate(text, kMoment)) << text;
   }
 }

@@ -57,6 +57,23 @@ class EngineTest : public testing::Test {
   Engine engine;
 };
 
+TEST_F(EngineTest, ACalendarTypesTheDayIntoItsDateField) {
+  form.first.input = Input::Date;
+  engine.FocusOn(form.first);
+  Type("99");
+  EXPECT_THROW(engine.ChooseDay({2026, 12, 1}), ActionRefused);
+  engine.PressKey(Key::F4);
+  EXPECT_EQ(form.open_calendar, &form.first);
+  engine.ChooseDay({2026, 12, 1});
+  EXPECT_EQ(form.first.text, "01/12/2026");
+  EXPECT_EQ(form.focus, &form.first);
+  form.first.locked = true;
+  engine.PressKey(Key::F4);
+  engine.FocusOn(form.second);
+  engine.PressKey(Key::F4);  // no date field
+  EXPECT_EQ(form.open_calendar, nullptr);
+}
+
 TEST(EngineOpening, LoadsOnceEntersThenActivatesOnce) {
   Diary form;
   Engine engine;

@@ -584,7 +584,26 @@ TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
   EXPECT_EQ(shown, folder / "data/tpv/tickets" + "\n");
   config({"unset", "Mail.Password"});
   EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "");
-  EXPECT_EQ(config({"try-mail", "jefa@tienda.es"}), 1);
+  const auto missing = [&] {
+    try {
+      config({"try-mail", "jefa@tienda.es"});
+    } catch (const std::runtime_error& error) {
+      return std::string(error.what());
+    }
+    return std::string("nothing");
+  };
+  EXPECT_EQ(missing(), "falta el ajuste Mail.Server: tpv config set Mail.Server");
+  config({"set", "Mail.Server", "127.0.0.1:1"});
+  EXPECT_EQ(missing(), "falta el ajuste Mail.From: tpv config set Mail.From");
+  config({"set", "Mail.User", "caja@tienda.es"});
+  EXPECT_EQ(missing(), "falta el ajuste Mail.Password: tpv config set Mail.Password");
+  config({"set", "Paper.Default", "Carpeta de tickets"});
+  EXPECT_EQ(shown, "");
+  EXPECT_THROW(config({"set", "Paper.Default", "Bara"}), UsageError);
+  EXPECT_EQ(machine.settings.Read("TPV", "Paper", "Default"), "Carpeta de tickets");
+  folder.Program("lpstat", "exit 1");  // nobody answers
+  config({"set", "Paper.Default", "Bara"});
+  EXPECT_NE(shown.find("no se ha comprobado que exista «Bara»"), std::string::npos) << shown;
 }
 
 }  // namespace

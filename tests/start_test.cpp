@@ -36,8 +36,14 @@ class StartTest : public testing::Test, private ui::Driver {
     front_end.engine().PressKey(ui::Key::Tab);
   }
 
+  // Remembers what was looked up.
+  struct Reader : HeadlessFrontEnd {
+    void ShowManual(std::string_view page) override { pages.emplace_back(page); }
+    std::vector<std::string> pages;
+  };
+
   TestStore store;
-  HeadlessFrontEnd front_end;
+  Reader front_end;
   std::deque<std::function<void()>> steps;
   std::vector<std::string> told;
 
@@ -72,6 +78,37 @@ TEST_F(StartTest, OpensTheDemonstrationAndRemembersTheChoices) {
     EXPECT_EQ(dynamic_cast<ui::ComboBox&>(*Top().Find("cboVendedor")).index, 1);
   }});
   EXPECT_TRUE(told.empty());
+}
+
+TEST_F(StartTest, TheManualOpensWhereF1SearchesNothing) {
+  const auto f1_on = [&](const char* control) {
+    front_end.engine().FocusOn(*Top().Find(control));
+    front_end.engine().PressKey(ui::Key::F1);
+  };
+  Play({[&] {
+          Click("cmdAyuda");
+          Click("cmdAcercaDe");
+        },
+        [&] { front_end.AnswerBox(ui::Answer::Ok); }, [&] { Click("cmdVenta"); },
+        [&] {
+          f1_on("Text1(6)");
+          f1_on("Text1(2)");  // the customer: opens nothing
+          front_end.engine().CloseBox();
+        },
+        [&] { Click("cmdDiario"); },
+        [&] {
+          f1_on("Text1(5)");  // nothing here
+          front_end.engine().CloseBox();
+        },
+        [&] { Click("cmdFacturacion"); },
+        [&] {
+          f1_on("Text1(5)");
+          front_end.engine().CloseBox();
+        }});
+  EXPECT_EQ(front_end.pages, (std::vector<std::string>{"", "venta", "facturacion"}));
+  ASSERT_EQ(told.size(), 1u);
+  EXPECT_TRUE(told[0].starts_with("tpv ")) << told[0];
+  EXPECT_NE(told[0].find("tienda.db"), std::string::npos) << told[0];
 }
 
 TEST_F(StartTest, AWrongStoreOrTillChangesNothing) {

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
+#include <QToolButton>
 #include <QWindow>
 #include <chrono>
 #include <deque>
@@ -266,6 +267,54 @@ TEST_F(WindowsTest, AHandlersErrorIsToldAndTheScreenStaysOpen) {
   QTimer::singleShot(20000, &hand, [&] { form.closing = true; });  // nothing was told
   windows.ShowModal(form);
   EXPECT_NE(told.find("se ha roto"), std::string::npos);
+}
+
+TEST_F(WindowsTest, ADateIsPickedFromACalendar) {
+  form.price.input = ui::Input::Date;
+  form.price.max_length = 10;
+  form.price.text = "10/12/2026";
+  Play({[&] { Press(Qt::Key_F4); },
+        [&] {
+          ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+          Press(Qt::Key_Right);
+        },
+        [&] { Press(Qt::Key_Return, Qt::NoModifier, "\r"); },
+        [&] {
+          EXPECT_EQ(form.price.text, "11/12/2026");
+          EXPECT_EQ(form.focus, &form.price);
+          EXPECT_EQ(form.open_calendar, nullptr);
+          auto* button = windows.TopWindow()->findChild<QToolButton*>();
+          ASSERT_NE(button, nullptr);
+          SendClick(*button);
+        },
+        [&] {
+          EXPECT_EQ(form.open_calendar, &form.price);
+          Press(Qt::Key_Escape, Qt::NoModifier, "\x1B");
+        },
+        [&] {
+          EXPECT_EQ(form.open_calendar, nullptr);
+          EXPECT_FALSE(form.closing);
+          EXPECT_EQ(form.price.text, "11/12/2026");
+        }});
+}
+
+TEST_F(WindowsTest, TheManualLiesBesideTheTill) {
+  Play({[&] { windows.ShowManual("cobro"); },
+        [&] {
+          ASSERT_NE(windows.open_manual(), nullptr);
+          EXPECT_NE(windows.open_manual()->text().indexOf("Metálico"), -1);
+          EXPECT_TRUE(windows.open_manual()->isActiveWindow());
+          SendText("12");  // of the till
+        },
+        [&] {
+          EXPECT_EQ(form.price.text, "12");
+          Press(Qt::Key_Escape, Qt::NoModifier, "\x1B");
+        },
+        [&] {
+          EXPECT_FALSE(windows.open_manual()->isVisible());
+          EXPECT_FALSE(form.closing);
+        }});
+  EXPECT_EQ(windows.open_manual(), nullptr);
 }
 
 TEST_F(WindowsTest, AHundredThousandRowsAreSearchedAsOneTypes) {

@@ -22,6 +22,7 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   void Load(ui::Form& form) override { engine_.Load(form); }
   ui::Answer Show(const ui::MessageBox& box) override;
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  void ShowManual(std::string_view) override {}
   void ProcessEvents() override {}
   void Notify(const Notice& notice) override;
 

@@ -1,9 +1,11 @@
 // Text boxes. The engine edits the text; the widget paints it and moves the caret.
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QStyleHints>
 
+#include "adapters/qt/calendar_popup.h"
 #include "adapters/qt/captioned.h"
 #include "adapters/qt/control_view.h"
 #include "adapters/qt/keys.h"
@@ -87,6 +89,7 @@ class FieldView : public ControlView {
     edit_->setSizePolicy(box.stretch ? QSizePolicy::Expanding : QSizePolicy::Preferred,
                          QSizePolicy::Fixed);
     edit_->setAccessibleDescription(DescriptionOf(box));
+    if (box.input == ui::Input::Date) OfferCalendar();
     outer_->Hold(*edit_);
     QObject::connect(edit_, &QLineEdit::selectionChanged, [this] { TakeSelection(); });
     QObject::connect(edit_, &QLineEdit::cursorPositionChanged, [this] { TakeSelection(); });
@@ -123,6 +126,17 @@ class FieldView : public ControlView {
   std::string Expected() const override { return box_.text; }
 
  private:
+  void OfferCalendar() {
+    QAction* open = edit_->addAction(CalendarIcon(), QLineEdit::TrailingPosition);
+    open->setToolTip("Calendario (F4)");
+    QObject::connect(open, &QAction::triggered, [this] {
+      actions_.Act([this](ui::Engine& engine) {
+        engine.FocusOn(control);
+        if (control.form.focus == &control) engine.PressKey(ui::Key::F4);
+      });
+    });
+  }
+
   void SyncColour() {
     const QColor colour = ColourOf(box_);
     if (colour == colour_) return;

@@ -9,11 +9,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "adapters/qt/calendar_popup.h"
 #include "adapters/qt/content_area.h"
 #include "adapters/qt/fit.h"
 #include "adapters/qt/keys.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "base/date_time.h"
 #include "base/text.h"
 
 namespace tpv::qt {
@@ -32,6 +34,13 @@ void SettleLayouts(QWidget& widget) {
   if (widget.layout() == nullptr) return;
   widget.layout()->invalidate();
   widget.layout()->activate();
+}
+
+// What a date field holds, today when that is no day.
+QDate DayIn(const std::string& text) {
+  const QDate today = QDate::currentDate();
+  const auto day = ParseTypedDate(text, {today.year(), today.month(), today.day()});
+  return day ? QDate(day->year, day->month, day->day) : today;
 }
 
 }  // namespace
@@ -105,6 +114,7 @@ void FormWindow::Sync() {
   for (const auto& [control, view] : views_) view->Sync();
   SyncFocus();
   SyncMenu();
+  SyncCalendar();
   if (wait_cursor_ == form_.wait_cursor) return;
   wait_cursor_ = form_.wait_cursor;
   if (wait_cursor_) {
@@ -156,6 +166,25 @@ void FormWindow::SyncMenu() {
   ControlView* view = form_.focus != nullptr ? ViewOf(*form_.focus) : nullptr;
   const QPoint at = view != nullptr ? view->MenuPoint() : QPoint();
   menu_->popup(at.isNull() ? QCursor::pos() : at);
+}
+
+void FormWindow::SyncCalendar() {
+  if (form_.open_calendar == nullptr) {
+    if (calendar_) calendar_->hide();
+    return;
+  }
+  if (calendar_ && calendar_->isVisible()) return;
+  if (calendar_) calendar_->deleteLater();
+  calendar_ = new CalendarPopup(
+      this, DayIn(form_.open_calendar->text),
+      [this, box = form_.open_calendar](const QDate& day) {
+        form_.open_calendar = box;
+        owner_.Act([&](ui::Engine& engine) {
+          engine.ChooseDay({day.year(), day.month(), day.day()});
+        });
+      },
+      [this] { form_.open_calendar = nullptr; });
+  if (ControlView* view = ViewOf(*form_.open_calendar)) calendar_->OpenUnder(*view->Target());
 }
 
 std::string FormWindow::Difference() const {

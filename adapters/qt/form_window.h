@@ -16,6 +16,8 @@ class QScrollArea;
 
 namespace tpv::qt {
 
+class CalendarPopup;
+
 // What a window tells the front end besides its actions.
 class WindowOwner : public Actions {
  public:
@@ -34,6 +36,7 @@ class FormWindow : public QWidget {
   void Sync();
   ControlView* ViewOf(const ui::Control& control) const;
   QMenu* menu() const { return menu_; }
+  CalendarPopup* calendar() const { return calendar_; }
   // As large as it needs; a window with a grid or a list takes the usual size.
   QSize PreferredSize(const QSize& room) const;
   void FlashBand() { band_->Flash(); }
@@ -52,6 +55,7 @@ class FormWindow : public QWidget {
   void SyncGround();
   void SyncFocus();
   void SyncMenu();
+  void SyncCalendar();
   bool Press(QKeyEvent& event, ControlView* view);
   void Release(QKeyEvent& event);
   void PressKey(ui::Key key, int code, ui::KeyMoment when);
@@ -67,6 +71,7 @@ class FormWindow : public QWidget {
   std::map<QObject*, ControlView*> watched_;
   std::map<int, std::size_t> held_;  // keys down, with the engine's openings before them
   QMenu* menu_ = nullptr;
+  CalendarPopup* calendar_ = nullptr;
   bool wait_cursor_ = false;
 };
 

@@ -117,6 +117,21 @@ std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) 
   return dialog.chosen();
 }
 
+void QtFrontEnd::ShowManual(std::string_view page) {
+  QWidget* screen = Uppermost();
+  const QString file = ManualFile(Text(std::string(page)));
+  if (screen == nullptr || file.isEmpty()) {
+    Show({.text = "El manual no está instalado", .icon = ui::Icon::Information});
+    return;
+  }
+  if (manual_ != nullptr && manual_->parentWidget() != screen) delete manual_;
+  if (manual_ == nullptr) {
+    manual_ = new ManualWindow(*screen);
+    DressUp(*manual_);
+  }
+  manual_->Open(file);
+}
+
 void QtFrontEnd::ProcessEvents() {
   Refresh();
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <QPixmap>
+#include <QPointer>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include "adapters/qt/form_window.h"
+#include "adapters/qt/manual_window.h"
 #include "adapters/qt/message_dialog.h"
 #include "adapters/qt/search_dialog.h"
 #include "platform/ui/operator.h"
@@ -35,6 +37,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   void Load(ui::Form& form) override { engine_.Load(form); }
   ui::Answer Show(const ui::MessageBox& box) override;
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  void ShowManual(std::string_view page) override;
   void ProcessEvents() override;
   void Notify(const Notice& notice) override { notices_.Post(notice); }
   // Tells in a box what no window has shown: for the end of a program.
@@ -51,6 +54,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   FormWindow* TopWindow() const { return windows_.empty() ? nullptr : windows_.back(); }
   MessageDialog* open_box() const { return box_; }
   SearchDialog* open_search() const { return search_; }
+  ManualWindow* open_manual() const { return manual_; }
   // Throws what the last action's handler threw, once.
   void RethrowError();
   // Everything open as the operator sees it; a null picture when nothing is.
@@ -74,6 +78,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   std::vector<FormWindow*> windows_;
   MessageDialog* box_ = nullptr;
   SearchDialog* search_ = nullptr;
+  QPointer<ManualWindow> manual_;  // goes with the screen that it stands over
   std::exception_ptr error_;
   bool killed_ = false;  // and what is open has still to hear of it
 };

@@ -206,6 +206,19 @@ void QtOperator::Answer(ui::Answer answer) {
   Done();
 }
 
+std::vector<std::string> QtOperator::Matches() {
+  const QAbstractItemModel& model = *front_end_.open_search()->table().model();
+  std::vector<std::string> matches;
+  for (int row = 0; row < model.rowCount(); ++row) {
+    QStringList cells;
+    for (int column = 0; column < model.columnCount(); ++column) {
+      cells << model.index(row, column).data().toString();
+    }
+    matches.push_back(Utf8(cells.join(" | ")));
+  }
+  return matches;
+}
+
 void QtOperator::Find(std::string_view text) {
   Begin();
   front_end_.open_search()->edit().selectAll();

@@ -32,6 +32,7 @@ class QtOperator : public ui::Operator {
   void Close() override;
 
   void Answer(ui::Answer answer) override;
+  std::vector<std::string> Matches() override;
   void Find(std::string_view text) override;
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;

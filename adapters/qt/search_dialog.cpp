@@ -41,10 +41,12 @@ int SearchModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SearchModel::data(const QModelIndex& index, int role) const {
+  const auto column = static_cast<std::size_t>(index.column());
+  if (role == Qt::TextAlignmentRole && list_.request().IsFigure(column)) {
+    return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
+  }
   if (role != Qt::DisplayRole) return {};
-  const auto& request = list_.request();
-  const std::size_t row = list_.Visible()[static_cast<std::size_t>(index.row())];
-  return Text(request.rows[row][request.shown_columns[index.column()]].ToText());
+  return Text(list_.Cell(list_.Visible()[static_cast<std::size_t>(index.row())], column));
 }
 
 QVariant SearchModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -78,7 +80,7 @@ void SearchDialog::LayOut(const ui::SearchRequest& request) {
   layout->setSpacing(10);
   edit_->setMinimumHeight(38);
   edit_->setTextMargins(6, 0, 6, 0);
-  edit_->setPlaceholderText("Escriba parte del código o del nombre");
+  edit_->setPlaceholderText("Palabras del nombre en cualquier orden, o parte del código");
   PrepareTable(*table_);
   table_->setAlternatingRowColors(true);
   table_->setItemDelegate(new CellDelegate(*table_, *edit_));
@@ -118,9 +120,7 @@ void SearchDialog::Narrow(const QString& text) {
 
 void SearchDialog::MoveTo(int row) {
   const int rows = model_->rowCount();
-  count_->setText(QString("%1 de %2    ↑↓ elegir    Enter aceptar    Esc cerrar")
-                      .arg(rows)
-                      .arg(model_->list().request().rows.size()));
+  count_->setText(Text(model_->list().CountText()) + "    ↑↓ elegir    Enter aceptar    Esc cerrar");
   if (rows == 0) return;
   const QModelIndex index = model_->index(std::clamp(row, 0, rows - 1), 0);
   table_->setCurrentIndex(index);

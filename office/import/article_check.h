@@ -3,8 +3,8 @@
 
 #include <set>
 
+#include "data/tax_kinds.h"
 #include "office/import/stored_articles.h"
-#include "office/tax_kinds.h"
 
 namespace tpv::office {
 

@@ -104,6 +104,17 @@ int Digits(std::string_view text, std::size_t at, std::size_t count) {
 constexpr std::int64_t kBeyondCalendar = 4'000'000;
 constexpr std::int64_t kDaySeconds = 86'400;
 
+// "hoy", "ayer", "+3"; nullopt for anything else.
+std::optional<int> DaysFromToday(std::string_view typed) {
+  const std::string word = FoldCase(typed);
+  if (word == "hoy") return 0;
+  if (word == "ayer") return -1;
+  Reader reader(word);
+  int days = 0;
+  const bool counted = reader.OneOf("+") && reader.Digits(1, 4, days) && reader.AtEnd();
+  return counted ? std::optional(days) : std::nullopt;
+}
+
 std::chrono::year_month_day CalendarDay(const DateTime& v) {
   return {std::chrono::year(v.year), std::chrono::month(static_cast<unsigned>(v.month)),
           std::chrono::day(static_cast<unsigned>(v.day))};
@@ -144,6 +155,9 @@ std::optional<DateTime> ParseIso(std::string_view text) {
 
 std::optional<DateTime> ParseTypedDate(std::string_view text, const DateTime& today) {
   std::string typed = Trim(text);
+  if (const auto days = DaysFromToday(typed)) {
+    return Checked(AddDays(StartOfDay(today), *days));
+  }
   if (typed.find_first_not_of("0123456789") == std::string::npos) {
     const std::size_t size = typed.size();
     if (size > 8 || size == 3 || size == 5 || size == 7) return std::nullopt;

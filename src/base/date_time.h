@@ -36,7 +36,8 @@ std::optional<DateTime> ParseIso(std::string_view text);
 
 // What the operator typed into a date field: all of ParseDayFirst, and digits
 // alone: "24112026", "241126"; "2411" and "24/11" take the year of `today`,
-// "24" its month and year. Any other count of digits is no date.
+// "24" its month and year. Any other count of digits is no date. "hoy", "ayer" and
+// "+3" count from `today`.
 std::optional<DateTime> ParseTypedDate(std::string_view text, const DateTime& today);
 
 // "YYYY-MM-DD HH:MM:SS.mmm": sorts as text in time order.

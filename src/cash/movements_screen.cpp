@@ -27,7 +27,7 @@ void FrmTpvMovCaja::OnFirstActivate() {
 }
 
 void FrmTpvMovCaja::OnF1(std::string_view tag) {
-  if (tag != "Agentes" && tag != "Clientes") return;
+  if (tag != "Agentes" && tag != "Clientes") return ShowManual();
   pending_message = "e";
   if (tag == "Agentes") LookUpAgent(context(), toolkit(), 0, Text1[0], Text1[1]);
   if (tag == "Clientes") msBuscarClientes(-1, 0);

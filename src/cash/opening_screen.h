@@ -21,6 +21,7 @@ class FrmTpvAperturaCaja : public Screen {
   ui::TextBoxes Text1{*this, "Text1"};
 
   void OnLoad() override;
+  void OnF1(std::string_view) override {}  // does nothing here
 
  private:
   void DeclareFields();

@@ -38,7 +38,7 @@ void FrmTpvPendiente::DeclareLayout() {
 }
 
 void FrmTpvPendiente::OnF1(std::string_view tag) {
-  if (tag != "Clientes") return;
+  if (tag != "Clientes") return ShowManual();
   pending_message = "e";
   FindByCode(-1, 0);
 }

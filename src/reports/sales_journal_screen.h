@@ -13,6 +13,7 @@ class FrmTpvDiarioVentas : public Screen {
   ui::TextBoxes Text1{*this, "Text1"};
 
   void OnLoad() override;
+  void OnF1(std::string_view) override {}  // does nothing here
 
  private:
   void DeclareFields();

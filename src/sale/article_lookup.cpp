@@ -73,12 +73,6 @@ std::optional<Tax> FindNewestTax(Context& context, std::int32_t tax_class) {
   return ReadTax(context, tax_class, "");
 }
 
-double PriceWithTax(double net_price, const Tax& tax) {
-  double price = RoundHalfAway(net_price + net_price / 100 * tax.rate, 2);
-  if (tax.surcharge != 0) price = RoundHalfAway(price + net_price / 100 * tax.surcharge, 2);
-  return price;
-}
-
 std::int32_t SearchArticle(Context& context) {
   const auto search = context.ports.objects.Create("ZRARTICULOS.ZRArtic");
   search->Put("MyBd", Variant(Variant::ObjectRef(context.MyBd)));

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "data/tax_kinds.h"
+
 namespace tpv {
 
 struct Context;
@@ -28,13 +30,6 @@ struct Article {
   std::int32_t tax_class = 0;
 };
 
-// Rates in percent.
-struct Tax {
-  std::int32_t id = 0;
-  double rate = 0;
-  double surcharge = 0;
-};
-
 // Nullopt when there is no such article. Returns leave the retail price out of
 // the select.
 std::optional<Article> FindArticle(Context& context, const ArticleKey& key,
@@ -45,9 +40,6 @@ std::optional<Article> FindArticle(Context& context, const ArticleKey& key,
 std::optional<Tax> FindTax(Context& context, std::int32_t tax_class, const std::string& date);
 // The newest tax of the class, whatever day it is valid from.
 std::optional<Tax> FindNewestTax(Context& context, std::int32_t tax_class);
-
-// Unit price with tax and surcharge, in cents.
-double PriceWithTax(double net_price, const Tax& tax);
 
 // Shows the article search; the id chosen, 0 for none.
 std::int32_t SearchArticle(Context& context);

@@ -11,7 +11,7 @@ using ui::Answer;
 using ui::Icon;
 
 void FrmTpv1::OnF1(std::string_view tag) {
-  if (tag != "Clientes") return;
+  if (tag != "Clientes") return ShowManual();
   pending_message = "e";
   msBuscarClientes(-1, 0);
 }

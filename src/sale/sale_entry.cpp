@@ -82,7 +82,8 @@ void SaleEntry::OnLoad() {
 }
 
 void SaleEntry::OnF1(std::string_view tag) {
-  if (tag != "Agentes" && tag != "Articulos") return;
+  if (tag == "Clientes") return;  // opens nothing
+  if (tag != "Agentes" && tag != "Articulos") return ShowManual();
   pending_message = "e";
   tag == "Agentes" ? ShowAgent(0) : LookUpArticle({});
 }

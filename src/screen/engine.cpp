@@ -265,6 +265,7 @@ void Engine::DefaultKey(Form& form, Key key) {
     if (key == Key::Delete || key == Key::Backspace) Erase(*box, key == Key::Backspace);
     if (key == Key::Add) TypeKeypad(form, *box, U'+');
     if (key == Key::Subtract) TypeKeypad(form, *box, U'-');
+    if (key == Key::F4 && box->input == Input::Date && !box->locked) form.open_calendar = box;
     return;
   }
   if (focus == nullptr) return;
@@ -412,6 +413,16 @@ void Engine::ChooseMenu(std::string_view entry) {
     return;
   }
   throw ActionRefused("el menú no tiene " + std::string(entry));
+}
+
+void Engine::ChooseDay(const DateTime& day) {
+  Form& form = *Top();
+  TextBox* box = std::exchange(form.open_calendar, nullptr);
+  if (box == nullptr) throw ActionRefused("no hay ningún calendario abierto");
+  FocusOn(*box);
+  if (form.focus != box) return;
+  ClearText();
+  for (const char character : ToDayFirst(day)) TypeCharacter(static_cast<char32_t>(character));
 }
 
 void Engine::CloseBox() {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/date_time.h"
 #include "platform/ui/form.h"
 #include "screen/scan_burst.h"
 
@@ -56,6 +57,8 @@ class Engine {
   void SetCheck(ListView& list, int row, bool checked);
   void CellButton(Grid& grid, int row, int column);
   void ChooseMenu(std::string_view entry);
+  // The day of the calendar that is open, typed in place of what its field holds.
+  void ChooseDay(const DateTime& day);
   void CloseBox();
 
   // Boxes, dialogs and forms that opened since the start; a key whose press

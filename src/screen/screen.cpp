@@ -6,6 +6,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "platform/sound.h"
+#include "screen/manual_pages.h"
 
 namespace tpv {
 
@@ -113,6 +114,8 @@ bool Screen::LeaveField() {
   OnEnter(*focus);
   return true;
 }
+
+void Screen::ShowManual() { context_.ports.ui.ShowManual(ManualPageOf(name)); }
 
 void Screen::SendTab() { tab_sent = true; }
 

@@ -51,11 +51,13 @@ class Screen : public ui::Form {
 
   // --- keys, by role ------------------------------------------------------
   virtual void OnEscape() { Close(); }
-  virtual void OnF1(std::string_view /*tag*/) {}
+  virtual void OnF1(std::string_view /*tag*/) { ShowManual(); }
   virtual void OnF5() {}
   // Before a key acts on the whole screen: the field with the focus is left, so that
   // its look-up runs, and entered again. False when the field wants something first.
   bool LeaveField();
+  // The manual's page of this screen: for F1 where it searches nothing.
+  void ShowManual();
   // Moves the focus as Tab does when the running event ends.
   void SendTab();
 

@@ -1,7 +1,9 @@
 #include "screen/search_list.h"
 
+#include <algorithm>
 #include <numeric>
 
+#include "base/mask.h"
 #include "base/text.h"
 
 namespace tpv::ui {
@@ -11,32 +13,50 @@ SearchList::SearchList(const SearchRequest& request)
   std::iota(visible_.begin(), visible_.end(), std::size_t{0});
 }
 
-bool SearchList::Holds(std::size_t row, const std::string& folded) const {
+const std::string& SearchList::Folded(std::size_t row) const {
   std::string& text = folded_[row];
-  if (text.empty()) {
-    for (const std::size_t column : request_.shown_columns) {
-      text += FoldForSearch(request_.rows[row][column].ToText()) + '\n';
-    }
+  if (!text.empty()) return text;
+  for (std::size_t column = 0; column < request_.shown_columns.size(); ++column) {
+    if (request_.IsFigure(column)) continue;
+    text += FoldForSearch(request_.rows[row][request_.shown_columns[column]].ToText()) + '\n';
   }
-  return text.find(folded) != std::string::npos;
+  return text;
 }
 
 void SearchList::Narrow(std::string_view text) {
   const std::string folded = FoldForSearch(text);
+  // Whoever types on only asks for more.
   if (!folded.starts_with(narrowed_by_)) {
     visible_.resize(request_.rows.size());
     std::iota(visible_.begin(), visible_.end(), std::size_t{0});
   }
-  std::erase_if(visible_, [&](std::size_t row) { return !Holds(row, folded); });
+  const std::vector<std::string> words = Split(folded, " ");
+  std::erase_if(visible_, [&](std::size_t row) {
+    const std::string& held = Folded(row);
+    return std::any_of(words.begin(), words.end(), [&](const std::string& word) {
+      return held.find(word) == std::string::npos;
+    });
+  });
   narrowed_by_ = folded;
 }
 
 std::optional<std::size_t> SearchList::First(std::string_view text) const {
   const std::string folded = FoldForSearch(text);
   for (const std::size_t row : visible_) {
-    if (Holds(row, folded)) return row;
+    if (Folded(row).find(folded) != std::string::npos) return row;
   }
   return std::nullopt;
+}
+
+std::string SearchList::Cell(std::size_t row, std::size_t column) const {
+  const Variant& value = request_.rows[row][request_.shown_columns[column]];
+  if (!request_.IsFigure(column)) return value.ToText();
+  return value.IsNull() ? std::string() : FormatNumber(value.ToDouble(), request_.masks[column]);
+}
+
+std::string SearchList::CountText() const {
+  return std::to_string(visible_.size()) + " de " + std::to_string(request_.rows.size()) +
+         " coinciden";
 }
 
 }  // namespace tpv::ui

@@ -15,21 +15,25 @@ class SearchList {
   // The request must outlive the list.
   explicit SearchList(const SearchRequest& request);
 
-  // Keeps the rows that hold the text in a shown column, whatever its case and
-  // accents.
+  // Keeps the rows that hold every word in a shown column that is no figure, in any
+  // order and whatever their case and accents.
   void Narrow(std::string_view text);
   // Rows now shown, as indices into the request's rows.
   const std::vector<std::size_t>& Visible() const { return visible_; }
-  // The first visible row that holds the text in a shown column.
+  // The first visible row that holds the text in one piece.
   std::optional<std::size_t> First(std::string_view text) const;
+  // What a row shows in a shown column.
+  std::string Cell(std::size_t row, std::size_t column) const;
+  // "12 de 200 coinciden"
+  std::string CountText() const;
   const SearchRequest& request() const { return request_; }
 
  private:
-  bool Holds(std::size_t row, const std::string& folded) const;
+  const std::string& Folded(std::size_t row) const;
 
   const SearchRequest& request_;
   std::vector<std::size_t> visible_;
-  mutable std::vector<std::string> folded_;  // shown columns of each row, made on first use
+  mutable std::vector<std::string> folded_;  // what is searched of each row, made on first use
   std::string narrowed_by_;
 };
 

@@ -43,6 +43,9 @@ void Player::Expect(const Command& command) {
          const std::uint32_t id = DispatchId(argument(1));
          ExpectEqual(argument(2), Invoke(*rig_.component, id, InvokeKind::Get, {}).ToPlainText());
        }},
+      {"matches", [&] { ExpectEqual(argument(1), std::to_string(hands_.Matches().size())); }},
+      {"match",
+       [&] { ExpectEqual(argument(2), hands_.Matches().at(Int32OrZero(argument(1)))); }},
       {"title", [&] { ExpectEqual(argument(1), Screen().caption); }},
       {"sound", [&] { ExpectEqual(argument(1), rig_.sound.asked_for ? "error" : "none"); }},
       {"screen",

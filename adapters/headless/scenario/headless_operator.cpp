@@ -42,6 +42,18 @@ void HeadlessOperator::CellButton(ui::Control& control, int row, int column) {
   engine().CellButton(*grid, row, column);
 }
 
+std::vector<std::string> HeadlessOperator::Matches() {
+  const ui::SearchList& list = *front_end_.open_search();
+  std::vector<std::string> matches;
+  for (const std::size_t row : list.Visible()) {
+    std::string& match = matches.emplace_back();
+    for (std::size_t column = 0; column < list.request().shown_columns.size(); ++column) {
+      match += (column > 0 ? " | " : "") + list.Cell(row, column);
+    }
+  }
+  return matches;
+}
+
 void HeadlessOperator::PickRow(std::size_t visible_row) {
   const auto& visible = front_end_.open_search()->Visible();
   if (visible_row >= visible.size()) {

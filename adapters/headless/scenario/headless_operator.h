@@ -26,6 +26,7 @@ class HeadlessOperator : public ui::Operator {
   void Close() override { engine().CloseBox(); }
 
   void Answer(ui::Answer answer) override { front_end_.AnswerBox(answer); }
+  std::vector<std::string> Matches() override;
   void Find(std::string_view text) override { front_end_.Narrow(text); }
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;

@@ -16,9 +16,9 @@ namespace {
 ui::Key KeyOf(const Command& command) {
   static const std::map<std::string, ui::Key, std::less<>> keys = {
       {"Enter", ui::Key::Enter}, {"Tab", ui::Key::Tab}, {"Esc", ui::Key::Esc},
-      {"F1", ui::Key::F1},       {"F5", ui::Key::F5},   {"Add", ui::Key::Add},
-      {"Subtract", ui::Key::Subtract}, {"Up", ui::Key::Up}, {"Down", ui::Key::Down},
-      {"Delete", ui::Key::Delete}};
+      {"F1", ui::Key::F1},       {"F4", ui::Key::F4},   {"F5", ui::Key::F5},
+      {"Add", ui::Key::Add},     {"Subtract", ui::Key::Subtract}, {"Up", ui::Key::Up},
+      {"Down", ui::Key::Down},   {"Delete", ui::Key::Delete}};
   return keys.find(command.Argument(0))->second;
 }
 
@@ -29,7 +29,11 @@ int RowOf(const Command& command, std::size_t argument) {
 }
 
 bool IsBoxCommand(std::string_view verb) { return verb == "answer"; }
-bool IsSearchCommand(std::string_view verb) { return verb == "pick" || verb == "find"; }
+bool IsSearchCommand(const Command& command) {
+  const std::string& verb = command.Verb();
+  const bool looks = verb == "expect" && command.Argument(0).starts_with("match");
+  return verb == "pick" || verb == "find" || looks;
+}
 // What the operator of this till has no hand in, or what is struck blindly.
 bool MindsNothingOpen(std::string_view verb) {
   return verb == "scan" || verb == "other" || verb == "kill";
@@ -147,7 +151,7 @@ void Player::RequireNothingOpen(const Command& command) {
   if (command.Verb() == "fails") return RequireNothingOpen(command.Inner(0));
   if (MindsNothingOpen(command.Verb())) return;
   const bool own_box = IsBoxCommand(command.Verb());
-  const bool own_search = IsSearchCommand(command.Verb());
+  const bool own_search = IsSearchCommand(command);
   if (const ui::MessageBox* box = hands_.Box(); box != nullptr && !own_box) {
     throw Failure("hay un mensaje abierto: " + box->text, true);
   }

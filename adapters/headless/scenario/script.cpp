@@ -41,7 +41,7 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
       {"call", {2, kAny}}, {"printed", {1, 1}},  {"documents", {1, 1}}, {"device", {2, 2}},
       {"raw", {1, 1}},     {"mails", {1, 1}},    {"mail", {1, 1}},      {"setting", {1, 1}},
       {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
-      {"current", {2, 2}}, {"band", {2, 2}},
+      {"current", {2, 2}}, {"band", {2, 2}},     {"matches", {1, 1}},   {"match", {2, 2}},
   };
   return expectations;
 }
@@ -56,7 +56,7 @@ struct Choice {
 
 const std::vector<Choice>& Choices() {
   static const std::vector<Choice> choices = {
-      {"key", "", 0, {"Enter", "Tab", "Esc", "F1", "F5", "Add", "Subtract", "Up", "Down", "Delete"}},
+      {"key", "", 0, {"Enter", "Tab", "Esc", "F1", "F4", "F5", "Add", "Subtract", "Up", "Down", "Delete"}},
       {"answer", "", 0, {"OK", "Yes", "No", "Cancel", "Default"}},
       {"mail", "", 0, {"on", "off"}},
       {"fail", "", 0, {"printer", "mail", "device", "sql", "nothing"}},

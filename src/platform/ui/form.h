@@ -19,7 +19,7 @@ struct StatusItem {
   bool large = false;  // to be read from where the customer stands
 };
 
-enum class Key { Enter, Tab, BackTab, Esc, F1, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
+enum class Key { Enter, Tab, BackTab, Esc, F1, F4, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
 
 class Form {
  public:
@@ -58,6 +58,10 @@ class Form {
 
   void OpenMenu(Menu& menu) { open_menu = &menu; }
   Menu* open_menu = nullptr;
+
+  // The date field whose calendar the operator asked for; a front end without
+  // windows has none to show.
+  TextBox* open_calendar = nullptr;
 
   // Handlers. Keys reach the form before its fields; returning true from
   // OnKeyDown swallows the key.

@@ -37,8 +37,12 @@ struct SearchRequest {
   std::vector<std::string> captions;        // of the shown columns
   std::vector<int> widths;                  // twips
   std::vector<std::size_t> shown_columns;   // indices into a row
+  std::vector<std::string> masks;           // of the shown columns; "" or missing: a text
   std::size_t search_column = 0;            // index into a row
   std::vector<std::vector<Variant>> rows;   // in the order to show
+
+  // Whether a shown column is an amount: on the right by its mask, and not searched.
+  bool IsFigure(std::size_t column) const { return column < masks.size() && !masks[column].empty(); }
 };
 
 class FrontEnd {
@@ -54,6 +58,9 @@ class FrontEnd {
   virtual Answer Show(const MessageBox& box) = 0;
   // The chosen row's index in request.rows, nullopt when closed without one.
   virtual std::optional<std::size_t> Search(const SearchRequest& request) = 0;
+  // Opens a page of the operator's manual ("venta"; "" for its contents) in a window of
+  // its own and returns at once.
+  virtual void ShowManual(std::string_view page) = 0;
   // Lets the window system repaint: called inside long work.
   virtual void ProcessEvents() = 0;
   // Tells the operator at the next moment that takes nothing from what is being typed.

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ui/form.h"
 #include "platform/ui/front_end.h"
@@ -47,6 +48,8 @@ class Operator {
   virtual void Close() = 0;
 
   virtual void Answer(ui::Answer answer) = 0;
+  // The rows that the search dialog shows, their columns joined by " | ".
+  virtual std::vector<std::string> Matches() = 0;
   virtual void Find(std::string_view text) = 0;
   virtual void PickRow(std::size_t visible_row) = 0;
   virtual void PickText(std::string_view text) = 0;

@@ -1,8 +1,15 @@
-#include "office/tax_kinds.h"
+#include "data/tax_kinds.h"
 
+#include "base/rounding.h"
 #include "platform/database.h"
 
-namespace tpv::office {
+namespace tpv {
+
+double PriceWithTax(double net_price, const Tax& tax) {
+  double price = RoundHalfAway(net_price + net_price / 100 * tax.rate, 2);
+  if (tax.surcharge != 0) price = RoundHalfAway(price + net_price / 100 * tax.surcharge, 2);
+  return price;
+}
 
 TaxKinds TaxKindsToday(Connection& connection) {
   TaxKinds kinds;
@@ -16,4 +23,4 @@ TaxKinds TaxKindsToday(Connection& connection) {
   return kinds;
 }
 
-}  // namespace tpv::office
+}  // namespace tpv

@@ -1,0 +1,34 @@
+#include "screen/manual_pages.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tpv {
+
+namespace {
+
+struct Page {
+  std::string_view form;
+  std::string_view page;
+};
+
+constexpr Page kPages[] = {
+    {"frmTpv", "venta"},
+    {"frmTpv1", "cobro"},
+    {"frmTpvDevoluciones", "devoluciones"},
+    {"frmTpvMovCaja", "movimientos"},
+    {"frmFactuTicket", "ticket-de-cierre"},
+    {"frmTpvFacturas", "facturacion"},
+    {"frmTpvPendiente", "pendiente"},
+    {"frmNuevoCliente", "busquedas"},
+};
+
+}  // namespace
+
+std::string_view ManualPageOf(std::string_view form_name) {
+  const auto* found = std::find_if(std::begin(kPages), std::end(kPages),
+                                   [&](const Page& page) { return page.form == form_name; });
+  return found == std::end(kPages) ? std::string_view() : found->page;
+}
+
+}  // namespace tpv
