@@ -121,7 +121,9 @@ void QtFrontEnd::ShowManual(std::string_view page) {
   QWidget* screen = Uppermost();
   const QString file = ManualFile(Text(std::string(page)));
   if (screen == nullptr || file.isEmpty()) {
-    Show({.text = "El manual no está instalado", .icon = ui::Icon::Information});
+    ui::MessageBox box;
+    box.text = "El manual no está instalado";
+    Show(box);
     return;
   }
   if (manual_ != nullptr && manual_->parentWidget() != screen) delete manual_;
