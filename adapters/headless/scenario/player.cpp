@@ -261,7 +261,7 @@ void Player::Call(const Command& command) {
 
 void Player::Fails(const Command& command) {
   const Command inner = command.Inner(0);
-  if (IsBoxCommand(inner.Verb()) || IsSearchCommand(inner.Verb())) {
+  if (IsBoxCommand(inner.Verb()) || IsSearchCommand(inner)) {
     Dispatch(inner);
     expected_error_ = depth_ - 1;  // the error is that of the command that waits for the answer
     return;
