@@ -3,7 +3,7 @@
 _tpv_words() {
   case "$1 $2" in
     "tpv "*) echo "play store sql import export config help --screenshot --help --version" ;;
-    "play "*) echo "--store --odbc --empty --ui --screenshots --paper --user --now --help" ;;
+    "play "*) echo "--store --odbc --empty --ui --screen --screenshots --paper --user --now --help" ;;
     "store create") echo "--demo --empty --shop --odbc" ;;
     "store copy" | "store check" | "store release") echo "--odbc" ;;
     "store mend") echo "--odbc --yes" ;;
@@ -18,7 +18,7 @@ _tpv_words() {
     "config set" | "config get" | "config unset")
       echo "Till.Number Till.DrawerMethod Till.DrawerCodes Paper.Default Paper.Tickets Paper.Reports Printers. CodeTable. Devices. Scanner.Layout" \
         "Sound.Command Mail.Server Mail.Port Mail.Security Mail.User Mail.Password Mail.From" \
-        "Mail.CaFile Mail.Support" ;;
+        "Mail.CaFile Mail.Support Windows.TypeSize" ;;
     "config "*) echo "list set get unset printers try-printer try-mail --help" ;;
     "help "*) echo "play store sql import export config" ;;
   esac

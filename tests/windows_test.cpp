@@ -302,12 +302,16 @@ TEST_F(WindowsTest, TheManualLiesBesideTheTill) {
   Play({[&] { windows.ShowManual("cobro"); },
         [&] {
           ASSERT_NE(windows.open_manual(), nullptr);
-          EXPECT_NE(windows.open_manual()->text().indexOf("Metálico"), -1);
+          EXPECT_NE(windows.open_manual()->text().indexOf("metálico"), -1);
+          windows.open_manual()->activateWindow();
+        },
+        [&] {
           EXPECT_TRUE(windows.open_manual()->isActiveWindow());
           SendText("12");  // of the till
         },
         [&] {
           EXPECT_EQ(form.price.text, "12");
+          EXPECT_EQ(windows.TopWindow()->Difference(), "");
           Press(Qt::Key_Escape, Qt::NoModifier, "\x1B");
         },
         [&] {
@@ -327,13 +331,13 @@ TEST_F(WindowsTest, AHundredThousandRowsAreSearchedAsOneTypes) {
   }
   driver.steps = {[&] { SendText("pena 77"); },
                   [&] {
-                    EXPECT_EQ(windows.open_search()->list().Visible().size(), 1111u);
+                    EXPECT_EQ(windows.open_search()->list().Visible().size(), 3691u);
                     Press(Qt::Key_Down);
                     Press(Qt::Key_Return, Qt::NoModifier, "\r");
                   }};
   windows.SetDriver(driver);
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(windows.Search(request), 770u);
+  EXPECT_EQ(windows.Search(request), 177u);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
   driver.steps = {[&] { Press(Qt::Key_Escape, Qt::NoModifier, "\x1B"); }};
   EXPECT_EQ(windows.Search(request), std::nullopt);

@@ -132,6 +132,7 @@ void QtFrontEnd::ShowManual(std::string_view page) {
     DressUp(*manual_);
   }
   manual_->Open(file);
+  if (driver_ != nullptr) screen->activateWindow();  // whose hands are on the till alone
 }
 
 void QtFrontEnd::ProcessEvents() {

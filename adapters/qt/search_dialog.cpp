@@ -84,7 +84,6 @@ void SearchDialog::LayOut(const ui::SearchRequest& request) {
   PrepareTable(*table_);
   table_->setAlternatingRowColors(true);
   table_->setItemDelegate(new CellDelegate(*table_, *edit_));
-  table_->horizontalHeader()->setStretchLastSection(true);
   table_->setModel(model_);
   SetWidths(request);
   count_->setFont(Type(kLabelSize));
@@ -97,6 +96,7 @@ void SearchDialog::SetWidths(const ui::SearchRequest& request) {
   const QFontMetrics cells(table_->font());
   const QFontMetrics header(table_->horizontalHeader()->font());
   int all = 0;
+  int widest = 0;
   for (int column = 0; column < model_->columnCount(); ++column) {
     const QString caption = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
     int width = header.horizontalAdvance(caption);
@@ -108,8 +108,11 @@ void SearchDialog::SetWidths(const ui::SearchRequest& request) {
     const int wanted = declared ? qRound(request.widths[column] * kPixelsInTwip) : 0;
     width = std::min(std::max(width + kCellPadding, std::min(wanted, width * 2)), kNarrowest);
     table_->setColumnWidth(column, width);
+    if (width > table_->columnWidth(widest)) widest = column;
     all += width;
   }
+  // The names take what room there is, more or less than they asked for.
+  table_->horizontalHeader()->setSectionResizeMode(widest, QHeaderView::Stretch);
   resize(std::clamp(all + 60, kNarrowest, kWidest), 560);
 }
 
