@@ -15,6 +15,7 @@
 #include "host/recorded_till.h"
 #include "host/store.h"
 #include "host/store_check.h"
+#include "tests/as_nobody.h"
 #include "tests/test_machine.h"
 #include "tests/test_store.h"
 #include "tests/torture/older_store.h"
@@ -243,16 +244,6 @@ TEST_F(Faults, AClockThatIsSetBackLosesNoPayment) {
   EXPECT_EQ(Sql("SELECT MAX(DiaCaj_Id) FROM DiaCaj"), newest);
   ExpectSound("clock");
 }
-
-// Nobody in particular, as root may read and write whatever it likes.
-class AsNobody {
- public:
-  AsNobody() { EXPECT_EQ(user_ == 0 ? ::seteuid(65534) : 0, 0); }
-  ~AsNobody() { EXPECT_EQ(::seteuid(user_), 0); }
-
- private:
-  const uid_t user_ = ::geteuid();
-};
 
 TEST(SettingsFile, ThatCannotBeReadSaysSoAndIsNotWrittenOver) {
   const TestFolder folder;

@@ -12,6 +12,7 @@
 
 #include "host/store.h"
 #include "host/store_commands.h"
+#include "tests/as_nobody.h"
 #include "tests/test_machine.h"
 #include "tests/test_store.h"
 #include "tests/torture/older_store.h"
@@ -102,6 +103,48 @@ TEST_F(StoreFile, OfAKilledTillIsWholeAgainWhenItIsOpenedAndACopyWithoutItsLogIs
     EXPECT_NE(Check(path).find("está bien"), std::string::npos);
   }
   EXPECT_FALSE(fs::exists(path + "-wal"));
+}
+
+TEST_F(StoreFile, ThatOneMayNotWriteIsReadAndCheckedAndNothingIsLaidBesideIt) {
+  MakeStore(path, Contents::Demonstration, clock);
+  const auto lock = [&](mode_t of_folder) {
+    for (const auto& entry : fs::directory_iterator(folder.path())) ::chmod(entry.path().c_str(), 0444);
+    ::chmod(folder.path().c_str(), of_folder);
+  };
+  const auto look = [&](const std::string& sql) {
+    std::ostringstream out;
+    const AsNobody nobody;
+    const std::string error = ErrorOf([&] { SqlCommand({path, sql}, out); });
+    return error.empty() ? out.str() : error;
+  };
+  const auto check = [&] {
+    const AsNobody nobody;
+    return Check(path);
+  };
+  const char* newest = "SELECT TOP 1 Age_NOM FROM Age ORDER BY Age_ID DESC";
+  const char* write = "INSERT INTO Age (Age_NOM) VALUES ('Luz')";
+  const char* refused = "El almacén es de solo lectura";
+  const auto looks_like = [&](const char* agent, const char* finding) {
+    for (const mode_t of_folder : {0555, 0777}) {
+      lock(of_folder);
+      const auto before = Names();
+      EXPECT_EQ(look(newest), std::string(agent) + "\n");
+      EXPECT_EQ(look(write), refused);
+      EXPECT_NE(check().find(finding), std::string::npos) << finding;
+      EXPECT_EQ(Names(), before);
+    }
+  };
+  lock(0777);
+  std::string last = look(newest);
+  last.pop_back();
+  looks_like(last.c_str(), "El almacén está bien");
+  ::chmod(path.c_str(), 0644);
+  KilledAfter([](Connection& till) { till.Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')"); });
+  looks_like("Ana", "El almacén está bien");
+  fs::remove(path + "-shm");
+  looks_like("Ana", "El almacén está bien");
+  fs::remove(path + "-wal");
+  looks_like(last.c_str(), "DAÑADO Falta");
 }
 
 TEST_F(StoreFile, OpenedCheckpointsWhatAKilledTillLeftThoughOthersWork) {

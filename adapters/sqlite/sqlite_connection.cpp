@@ -9,6 +9,7 @@
 #include "adapters/sqlite/step_recordset.h"
 #include "adapters/sqlite/store_upgrade.h"
 #include "adapters/sqlite/turns.h"
+#include "adapters/sqlite/unwritten_store.h"
 
 namespace tpv {
 
@@ -64,7 +65,14 @@ void Bind(sqlite3_stmt* statement, const std::vector<Variant>& literals) {
 }  // namespace
 
 SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, OpenMode opening)
-    : turns_(std::make_unique<sqlite::Turns>()), handle_(sqlite::OpenFile(path)) {
+    : turns_(std::make_unique<sqlite::Turns>()) {
+  if (opening == OpenMode::ToSell) {
+    handle_ = sqlite::OpenFile(path);
+  } else {
+    sqlite::Looked looked = sqlite::OpenToLook(path);
+    copy_ = std::move(looked.copy);
+    handle_ = std::move(looked.handle);
+  }
   lacks_log_ = sqlite::LacksItsLog(handle_.get());
   sqlite::KeepLog(handle_.get(), !lacks_log_);
   turns_->Govern(handle_.get());
@@ -76,6 +84,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
   } else {
     RequireCurrent(handle_.get(), path);
   }
+  if (copy_) Run("PRAGMA query_only = ON");  // what is written there would be lost
   Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -65536;");
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
   references_ = std::make_unique<sqlite::ReferenceRows>(handle_.get());

@@ -21,12 +21,14 @@ class ReferenceRows;
 class StatementCache;
 class StepRecordset;
 class Turns;
+class CopyToRead;
 struct CachedShape;
 }  // namespace sqlite
 
 enum class OpenMode {
   ToSell,  // an older store is brought up to date, a copy of it kept beside
-  AsItIs,  // nothing of its shape changes; an older store is refused
+  AsItIs,  // nothing of its shape changes; an older store is refused; also a store
+           // that one may not write can be read
 };
 
 class SqliteConnection : public Connection {
@@ -68,6 +70,7 @@ class SqliteConnection : public Connection {
   void RequireSameVersion();
 
   std::unique_ptr<sqlite::Turns> turns_;
+  std::unique_ptr<sqlite::CopyToRead> copy_;  // of a store that cannot be read in its place
   sqlite::Handle handle_;
   std::unique_ptr<sqlite::StatementCache> cache_;
   std::unique_ptr<sqlite::ReferenceRows> references_;
