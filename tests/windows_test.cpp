@@ -285,6 +285,7 @@ TEST_F(WindowsTest, ADateIsPickedFromACalendar) {
           EXPECT_EQ(form.open_calendar, nullptr);
           auto* button = windows.TopWindow()->findChild<QToolButton*>();
           ASSERT_NE(button, nullptr);
+          EXPECT_EQ(button->accessibleName(), "Calendario de Precio");
           SendClick(*button);
         },
         [&] {

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QStyleHints>
+#include <QToolButton>
 
 #include "adapters/qt/calendar_popup.h"
 #include "adapters/qt/captioned.h"
@@ -129,6 +130,7 @@ class FieldView : public ControlView {
   void OfferCalendar() {
     QAction* open = edit_->addAction(CalendarIcon(), QLineEdit::TrailingPosition);
     open->setToolTip("Calendario (F4)");
+    edit_->findChild<QToolButton*>()->setAccessibleName("Calendario de " + Text(box_.caption));
     QObject::connect(open, &QAction::triggered, [this] {
       actions_.Act([this](ui::Engine& engine) {
         engine.FocusOn(control);

@@ -60,11 +60,13 @@ std::vector<Row> MeasureKeys(const std::string& path) {
 
 ui::SearchRequest AllArticles(int articles) {
   ui::SearchRequest request;
-  request.captions = {"Codigo", "Articulo"};
-  request.shown_columns = {0, 1};
+  request.captions = {"Codigo", "Articulo", "Precio", "Existencias"};
+  request.shown_columns = {0, 1, 2, 3};
+  request.masks = {"", "", "#,##0.00", "#,##0.00"};
   request.search_column = 1;
   for (int article = 1; article <= articles; ++article) {
-    request.rows.push_back({Variant(demo::CodeOf(article)), Variant(demo::NameOf(article))});
+    request.rows.push_back({Variant(demo::CodeOf(article)), Variant(demo::NameOf(article)),
+                            Variant(article / 100.0), Variant(article % 50)});
   }
   return request;
 }
