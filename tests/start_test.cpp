@@ -70,6 +70,7 @@ TEST_F(StartTest, OpensTheDemonstrationAndRemembersTheChoices) {
         [&] {
           EXPECT_EQ(Top().name, "frmTpv");
           EXPECT_EQ(Text("Text1(6)"), "2");  // whatever the store's parameter says
+          EXPECT_NE(Text("Text1(1)"), "");   // the seller chosen
           front_end.engine().CloseBox();
         },
         [&] { EXPECT_EQ(Top().name, "frmInicio"); }});
