@@ -192,10 +192,11 @@ void RequireMailSettings(const Machine& machine) {
 }
 
 int TryMail(Machine& machine, const std::string& recipient, std::ostream& out) {
-  const std::string error =
+  const MailResult result =
       machine.mailer->Send({25, recipient, "tpv", "Prueba de correo", "Prueba de correo: ñ €"});
-  out << (error.empty() ? "Enviado" : error) << "\n";
-  return error.empty() ? 0 : 1;
+  if (result.sent) out << "Enviado\n";
+  if (!result.text.empty()) out << result.text << "\n";
+  return result.sent ? 0 : 1;
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ namespace {
 class NoMailer : public Mailer {
  public:
   bool Configured() const override { return false; }
-  std::string Send(const Mail&) override {
-    return "Este programa se construyó sin la biblioteca que envía correo";
+  MailResult Send(const Mail&) override {
+    return {false, "Este programa se construyó sin la biblioteca que envía correo"};
   }
 };
 #endif

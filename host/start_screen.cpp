@@ -10,6 +10,7 @@
 #include "host/chosen_store.h"
 #include "host/machine.h"
 #include "host/store.h"
+#include "host/store_errands.h"
 #include "suite/store_database.h"
 #include "suite/till_settings.h"
 
@@ -166,6 +167,8 @@ bool StartScreen::Open(const std::string& path) {
     auto component = std::make_unique<Zrtpve>(ports_);
     component->context().MyBd = std::move(database);
     component_ = std::move(component);  // the old one lets its connection go first
+    errands_ = std::make_unique<StoreErrands>(ports_, kUser, [this, path] { return Connect(path); });
+    ports_.errands = errands_.get();
     connection_ = std::move(connection);
     opened_ = path;
     Text1[0].text = Shortened(path);

@@ -14,6 +14,7 @@
 namespace tpv {
 
 class Machine;
+class StoreErrands;
 
 class StartScreen : public ui::Form {
  public:
@@ -50,6 +51,7 @@ class StartScreen : public ui::Form {
   suite::SuiteFactory objects_;
   Ports ports_;
   std::unique_ptr<Connection> connection_;
+  std::unique_ptr<StoreErrands> errands_;
   std::unique_ptr<Zrtpve> component_;
   std::string opened_;  // the store's path
 

@@ -13,9 +13,10 @@ Communications::Communications(Ports& ports) : LateBound("ZRComunicaciones.ZRCOM
 }
 
 Variant Communications::Send(Variant& error) {
-  error = Variant(ports_.mailer.Send(
-      {Whole("zPort"), Text("zMailTo"), Text("zNameFrom"), Text("zSuject"), Text("zBody")}));
-  return Variant(error.ToText().empty());
+  const MailResult result = ports_.mailer.Send(
+      {Whole("zPort"), Text("zMailTo"), Text("zNameFrom"), Text("zSuject"), Text("zBody")});
+  error = Variant(result.text);
+  return Variant(result.sent);
 }
 
 }  // namespace tpv::suite

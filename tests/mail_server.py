@@ -5,6 +5,7 @@ mail_server.py FOLDER [CERTIFICATE KEY]: prints its port, then takes mail until
 its input ends. Each mail goes to FOLDER/N.eml as it came, and to FOLDER/N.txt as
 a reader shows it. With a certificate it offers STARTTLS and wants a login.
 """
+import asyncio
 import base64
 import email
 import email.policy
@@ -37,7 +38,16 @@ class Shop:
         shown += [f"{name}: {mail[name]}" for name in ("From", "To", "Subject", "Message-ID")]
         shown += [f"Date: {mail['Date'].datetime:%d/%m/%Y %H:%M:%S}", f"defects: {mail.defects}"]
         (folder / f"{self.count}.txt").write_text("\n".join(shown) + "\n\n" + mail.get_content().replace("\r\n", "\n"))
-        return "250 OK"
+        return await behave(server, mail["Subject"])
+
+
+async def behave(server, subject):
+    """What the subject asks for, once the text is there."""
+    if subject == "slow":
+        await asyncio.sleep(30)
+    if subject == "cut":
+        server.transport.abort()
+    return "554 No" if subject == "refuse" else "250 OK"
 
 
 def login(server, session, envelope, mechanism, data):

@@ -6,8 +6,11 @@
 
 #include "adapters/files/file_settings.h"
 #include "adapters/mail/curl_mailer.h"
+#include "cash/mail_queue.h"
+#include "context/context.h"
+#include "host/store_errands.h"
 #include "tests/loopback_server.h"
-#include "tests/test_store.h"
+#include "tests/test_shop.h"
 
 namespace tpv {
 namespace {
@@ -34,8 +37,14 @@ class MailTest : public ::testing::Test {
   static Mail To(const std::string& recipient, int port) {
     return {port, recipient, "Tienda", "Cierre", "Texto"};
   }
+  // "" for a mail that was sent to all.
+  std::string Error(const Mail& mail) {
+    const MailResult result = mailer.Send(mail);
+    EXPECT_TRUE(result.sent || !result.text.empty());
+    return result.sent && !result.text.empty() ? "Sent, but " + result.text : result.text;
+  }
   void ExpectError(const Mail& mail, const std::string& fragment) {
-    const std::string error = mailer.Send(mail);
+    const std::string error = Error(mail);
     EXPECT_NE(error.find(fragment), std::string::npos) << error;
   }
 };
@@ -44,8 +53,8 @@ TEST_F(MailTest, ArrivesAsItWasWritten) {
   const MailServer server(folder);
   const std::string subject =
       "Cierre de caja ejecutado el 24/11/2026 10:30:00 — señoría, ¿€ y ñandú?";
-  EXPECT_EQ(mailer.Send({server.port, " jefa@tienda.es; b@tienda.es", "Peña, \"e Hijas\" S.L.",
-                         subject, "Saldo Final..........     12,50 €\r\n.\r\n..\nÑoño\r\nfin"}),
+  EXPECT_EQ(Error({server.port, " jefa@tienda.es; b@tienda.es", "Peña, \"e Hijas\" S.L.", subject,
+                   "Saldo Final..........     12,50 €\r\n.\r\n..\nÑoño\r\nfin"}),
             "");
   const std::string shown = folder.Text("1.txt");
   for (const std::string& part :
@@ -70,8 +79,7 @@ TEST_F(MailTest, ArrivesAsItWasWritten) {
 TEST_F(MailTest, NoTextBecomesAHeaderOrAnotherRecipient) {
   const MailServer server(folder);
   const std::string evil = "Hola\r\nBcc: otro@malo.es\r\n\r\n=?";
-  EXPECT_EQ(
-      mailer.Send({server.port, "jefa@tienda.es", evil, evil, "\r\n.\r\nMAIL FROM:<a@b>\r\n"}), "");
+  EXPECT_EQ(Error({server.port, "jefa@tienda.es", evil, evil, "\r\n.\r\nMAIL FROM:<a@b>\r\n"}), "");
   const std::string shown = folder.Text("1.txt");
   EXPECT_NE(shown.find("Subject: Hola  Bcc: otro@malo.es    =?\n"), std::string::npos) << shown;
   EXPECT_EQ(shown.find(" Bcc "), std::string::npos) << shown;
@@ -87,7 +95,7 @@ TEST_F(MailTest, TheServersRefusalIsPassedOn) {
   const MailServer server(folder);
   ExpectError(To("nadie@tienda.es", server.port), "550 El buzón de «nadie» no existe, 'señor'");
   Configure("Port", std::to_string(server.port));  // goes before the mail's
-  EXPECT_EQ(mailer.Send(To("jefa@tienda.es", 1)), "");
+  EXPECT_EQ(Error(To("jefa@tienda.es", 1)), "");
   Configure("From", "sin arroba");
   ExpectError(To("jefa@tienda.es", 1), "remitente");
   Configure("Server", "malo.es/?x");
@@ -113,6 +121,72 @@ TEST_F(MailTest, ADeadServerHoldsTheTillOnceAndBriefly) {
   EXPECT_LT(seconds(), 5);
 }
 
+TEST_F(MailTest, OneRecipientThatIsRefusedDoesNotStopTheOthers) {
+  const MailServer server(folder);
+  EXPECT_EQ(Error(To("nadie@tienda.es; jefa@tienda.es", server.port)),
+            "Sent, but No lo aceptan: nadie@tienda.es: 550 El buzón de «nadie» no existe, 'señor'");
+  EXPECT_NE(folder.Text("1.txt").find("envelope: tienda@tienda.es > jefa@tienda.es\n"), std::string::npos);
+}
+
+TEST_F(MailTest, ASilentServerHoldsNobodyLongAndALostAnswerIsCalledThat) {
+  const MailServer server(folder);
+  const auto start = std::chrono::steady_clock::now();
+  ExpectError({server.port, "jefa@tienda.es", "Tienda", "slow", "Texto"}, std::string(kMayHaveArrived));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(8500));
+  EXPECT_EQ(folder.Files(".eml").size(), 1U);  // it had arrived
+  ExpectError({server.port, "jefa@tienda.es", "Tienda", "cut", "Texto"}, std::string(kMayHaveArrived));
+  const std::string refused = Error({server.port, "jefa@tienda.es", "Tienda", "refuse", "Texto"});
+  EXPECT_NE(refused.find("554 No"), std::string::npos) << refused;
+  EXPECT_EQ(refused.find(kMayHaveArrived), std::string::npos);
+  EXPECT_EQ(Error(To("jefa@tienda.es", server.port)), "");  // none of it counts as a dead server
+}
+
+TEST_F(MailTest, TheQueueGoesOutBehindTheWindowAndBehindAMailThatFails) {
+  const MailServer server(folder);
+  Configure("Port", std::to_string(server.port));
+  TestStore store;
+  store.connection().Execute("INSERT INTO Parametros (Par_Nombre) VALUES ('Tienda')");
+  const auto queue = [&](const std::string& subject, const std::string& recipient) {
+    store.connection().Execute("INSERT INTO QCIERRES (QCIERRES_Email, QCIERRES_Asunto, QCIERRES_Texto) VALUES ('" +
+                               recipient + "', '" + subject + "', 'Texto')");
+  };
+  queue("slow", "jefa@tienda.es");
+  queue("Cierre 1", "nadie@tienda.es");
+  queue("Cierre 2", "jefa@tienda.es");
+  TestShop shop(store.connection(), clock);
+  Ports ports{shop.front_end, shop.printers, shop.devices, settings,  clock,
+              mailer,         shop.reports,  shop.objects, shop.sound};
+  Context context{0, 0, 0, 0, shop.database, ports};
+  const auto start = std::chrono::steady_clock::now();
+  const auto arrived = [&](std::size_t mails) {
+    for (int i = 0; i < 1500 && folder.Files(".eml").size() < mails; ++i) ::usleep(10'000);
+    return folder.Files(".eml").size();
+  };
+  {
+    StoreErrands errands(ports, 7, [&] { return store.Open(); });
+    ports.errands = &errands;
+    SendQueuedMailsOrTell(context, Doubtful::Leave);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_EQ(arrived(1), 1U);
+  }  // an end waits for the mail under way and no other
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(9500));
+  const std::string doubtful = "SELECT COUNT(*) FROM QCIERRES WHERE QCIERRES_Enviado IS NULL AND QCIERRES_Error "
+                               "LIKE '%Puede que haya llegado%'";
+  EXPECT_EQ(store.Value(doubtful), "1");
+  EXPECT_EQ(folder.Files(".eml").size(), 1U);
+  StoreErrands errands(ports, 7, [&] { return store.Open(); });
+  ports.errands = &errands;
+  SendQueuedMailsOrTell(context, Doubtful::Leave);
+  EXPECT_EQ(arrived(2), 2U);
+  EXPECT_NE(folder.Text("2.txt").find("Subject: Cierre 2\n"), std::string::npos);
+  for (int i = 0; i < 500 && store.Value("SELECT COUNT(*) FROM QCIERRES WHERE QCIERRES_Enviado IS NULL") != "2"; ++i) {
+    ::usleep(10'000);
+  }
+  EXPECT_EQ(store.Value(doubtful), "1");
+  EXPECT_EQ(store.Value("SELECT COUNT(*) FROM QCIERRES WHERE QCIERRES_Enviado IS NULL AND QCIERRES_Error LIKE '%550%'"),
+            "1");
+}
+
 TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
   const std::string key = folder / "key.pem";
   const std::string certificate = folder / "cert.pem";
@@ -124,12 +198,12 @@ TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
   Configure("Password", "se'cr et\"o");
   ExpectError(mail, "certificate");  // nobody vouches for it
   Configure("CaFile", certificate);
-  EXPECT_EQ(mailer.Send(mail), "");
+  EXPECT_EQ(Error(mail), "");
   EXPECT_NE(folder.Text("1.txt").find("tls: True"), std::string::npos);
   Configure("Password", "otra=Clave");
   ExpectError(mail, "no acepta el usuario y la contraseña");
   ExpectError(mail, "535 ¿***?");
-  EXPECT_EQ(mailer.Send(mail).find("otra=Clave"), std::string::npos);
+  EXPECT_EQ(Error(mail).find("otra=Clave"), std::string::npos);
   const TestFolder other;
   const MailServer plain(other);
   ExpectError(To("jefa@tienda.es", plain.port), "STARTTLS");

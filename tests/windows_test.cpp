@@ -2,6 +2,7 @@
 // without windows there is nothing like it.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
@@ -14,6 +15,7 @@
 #include <QWindow>
 #include <chrono>
 #include <deque>
+#include <set>
 #include <thread>
 
 #include "adapters/headless/recorders.h"
@@ -342,6 +344,47 @@ TEST_F(WindowsTest, AHundredThousandRowsAreSearchedAsOneTypes) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
   driver.steps = {[&] { Press(Qt::Key_Escape, Qt::NoModifier, "\x1B"); }};
   EXPECT_EQ(windows.Search(request), std::nullopt);
+}
+
+class Counter : public ui::Form {
+ public:
+  Counter() : Form("frmCaja") {
+    caption = "Cobro";
+    rows = {{&code, &name, &mode}};
+  }
+  std::vector<ui::StatusItem> Status() const override {
+    return {{"Caja", "2 · abierta", ui::StatusItem::Tone::Good}};
+  }
+  ui::TextBoxes fields{*this, "Text1"};
+  ui::TextBox &code = fields.Add(0, "Cliente"), &name = fields.Add(1, "");
+  ui::ComboBox mode{*this, "cboModo", "Modo de cobro"};
+};
+
+// "role/name" of everything in the tree.
+void Tell(QAccessibleInterface* found, std::set<std::string>& told) {
+  if (found == nullptr) return;
+  told.insert(std::to_string(found->role()) + "/" + Utf8(found->text(QAccessible::Name)));
+  for (int i = 0; i < found->childCount(); ++i) Tell(found->child(i), told);
+}
+
+TEST_F(WindowsTest, AScreenReaderFindsWhatTheEyeFinds) {
+  Counter counter;
+  std::set<std::string> told;
+  driver.steps = {[&] {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->isVisible()) Tell(QAccessible::queryAccessibleInterface(window), told);
+    }
+  }};
+  windows.SetDriver(driver);
+  windows.ShowModal(counter);
+  const auto has = [&](QAccessible::Role role, const char* name) {
+    return told.contains(std::to_string(role) + "/" + name);
+  };
+  EXPECT_TRUE(has(QAccessible::Window, "Cobro"));
+  EXPECT_TRUE(has(QAccessible::StatusBar, "Caja: 2 · abierta"));
+  EXPECT_TRUE(has(QAccessible::EditableText, "Cliente"));
+  EXPECT_TRUE(has(QAccessible::EditableText, "Cliente: nombre"));
+  EXPECT_TRUE(has(QAccessible::ComboBox, "Modo de cobro"));
 }
 
 }  // namespace

@@ -93,10 +93,10 @@ std::string SettingName(std::string_view application, std::string_view section,
 }
 }  // namespace
 
-std::string RecordingMailer::Send(const Mail& mail) {
+MailResult RecordingMailer::Send(const Mail& mail) {
   mails.push_back(mail);
   if (on_mail) on_mail(mail);
-  return error;
+  return {error.empty(), error};
 }
 
 void RecordingReports::Print(const Report& report, std::string_view) {

@@ -67,7 +67,7 @@ class RecordingMailer : public Mailer {
   std::function<void(const Mail&)> on_mail;
 
   bool Configured() const override { return configured; }
-  std::string Send(const Mail& mail) override;
+  MailResult Send(const Mail& mail) override;
 };
 
 class RecordingReports : public ReportPress {

@@ -18,7 +18,8 @@ namespace {
 
 // A dead server holds the till no longer than this.
 constexpr long kConnectMilliseconds = 5000;  // greeting and login included
-constexpr long kAllMilliseconds = 8000;
+// A server that is awaited is looked at once a second, so the eighth is the last.
+constexpr std::chrono::milliseconds kAll{7000};
 constexpr std::chrono::seconds kRest{60};
 
 struct FreeCurl {
@@ -33,21 +34,7 @@ bool IsHost(std::string_view server) {
   });
 }
 
-// What the server says: its last refusal is why a mail was not sent.
-std::size_t KeepRefusal(char* data, std::size_t size, std::size_t count, void* refusal) {
-  const std::string_view line(data, size * count);
-  const bool refuses = line.size() > 3 && (line[0] == '4' || line[0] == '5');
-  if (refuses) *static_cast<std::string*>(refusal) = line;
-  return line.size();
-}
-
-std::size_t GiveMessage(char* buffer, std::size_t size, std::size_t count, void* message) {
-  auto& rest = *static_cast<std::string_view*>(message);
-  const std::size_t length = std::min(size * count, rest.size());
-  rest.copy(buffer, length);
-  rest.remove_prefix(length);
-  return length;
-}
+using Moment = std::chrono::steady_clock::time_point;
 
 class Sending {
  public:
@@ -60,22 +47,69 @@ class Sending {
         port_(settings.port > 0 ? settings.port : port),
         curl_(curl_easy_init()) {}
 
-  std::string Run() {
-    if (!curl_) return "No se puede preparar el envío";
+  MailResult Run() {
+    if (!curl_) return {false, "No se puede preparar el envío"};
     SetServer();
     SetLogin();
     SetEnvelope();
+    end_ = std::chrono::steady_clock::now() + kAll;
     code_ = curl_easy_perform(curl_.get());
-    return code_ == CURLE_OK ? std::string() : ErrorText();
+    if (code_ != CURLE_OK) return {false, (MayHaveArrived() ? Lost() : "") + ErrorText()};
+    return {true, unserved_.empty() ? std::string() : "No lo aceptan: " + WithoutPassword(unserved_)};
   }
 
   std::string Server() const { return settings_.server + ":" + std::to_string(port_); }
   bool NobodyThere() const {
+    if (given_) return false;
     return code_ == CURLE_COULDNT_CONNECT || code_ == CURLE_COULDNT_RESOLVE_HOST ||
            code_ == CURLE_OPERATION_TIMEDOUT;
   }
 
  private:
+  // What the server says: its last refusal is why a mail was not sent. A line that ends
+  // an answer has a blank behind its number.
+  static std::size_t KeepRefusal(char* data, std::size_t size, std::size_t count, void* self) {
+    const std::string_view line(data, size * count);
+    auto& sending = *static_cast<Sending*>(self);
+    const bool refuses = line.size() > 3 && (line[0] == '4' || line[0] == '5');
+    if (refuses) sending.refusal_ = line;
+    sending.refused_whole_ |= refuses && sending.given_;
+    if (line.starts_with("354")) sending.NoteUnserved();
+    if (line.size() > 3 && line[3] == ' ') sending.answers_.emplace_back(line);
+    return line.size();
+  }
+
+  // The last answers before the server wants the text are those to the recipients: one
+  // that was refused does not stop the others.
+  void NoteUnserved() {
+    if (answers_.size() < recipients_.size()) return;
+    const std::size_t first = answers_.size() - recipients_.size();
+    for (std::size_t i = 0; i < recipients_.size(); ++i) {
+      const std::string& answer = answers_[first + i];
+      if (answer[0] == '2') continue;
+      unserved_ += (unserved_.empty() ? "" : "; ") + recipients_[i] + ": " + TrimRight(OneLine(answer));
+    }
+  }
+
+  static std::size_t GiveMessage(char* buffer, std::size_t size, std::size_t count, void* self) {
+    auto& sending = *static_cast<Sending*>(self);
+    const std::size_t length = std::min(size * count, sending.rest_.size());
+    sending.rest_.copy(buffer, length);
+    sending.rest_.remove_prefix(length);
+    sending.given_ = sending.rest_.empty();
+    return length;
+  }
+
+  // Asked while the server is awaited, its farewell too, which no other limit bounds.
+  static int GiveUp(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+    return std::chrono::steady_clock::now() >= static_cast<Sending*>(self)->end_ ? 1 : 0;
+  }
+
+  bool MayHaveArrived() const { return given_ && !refused_whole_; }
+  static std::string Lost() {
+    return std::string(kMayHaveArrived) + ": el servidor no contestó después de recibirlo. ";
+  }
+
   template <typename Value>
   void Set(CURLoption option, Value value) {
     curl_easy_setopt(curl_.get(), option, value);
@@ -90,10 +124,14 @@ class Sending {
     Set(CURLOPT_PROXY, "");
     Set(CURLOPT_NOSIGNAL, 1L);
     Set(CURLOPT_CONNECTTIMEOUT_MS, kConnectMilliseconds);
-    Set(CURLOPT_TIMEOUT_MS, kAllMilliseconds);
+    Set(CURLOPT_TIMEOUT_MS, static_cast<long>(kAll.count()));
+    Set(CURLOPT_FORBID_REUSE, 1L);  // the farewell is part of the sending
+    Set(CURLOPT_NOPROGRESS, 0L);
+    Set(CURLOPT_XFERINFOFUNCTION, &GiveUp);
+    Set(CURLOPT_XFERINFODATA, this);
     Set(CURLOPT_ERRORBUFFER, error_);
     Set(CURLOPT_HEADERFUNCTION, &KeepRefusal);
-    Set(CURLOPT_HEADERDATA, &refusal_);
+    Set(CURLOPT_HEADERDATA, this);
   }
 
   void SetLogin() {
@@ -118,15 +156,17 @@ class Sending {
       list_.reset(longer);
     }
     Set(CURLOPT_MAIL_RCPT, list_.get());
+    Set(CURLOPT_MAIL_RCPT_ALLLOWFAILS, 1L);
     Set(CURLOPT_UPLOAD, 1L);
     Set(CURLOPT_READFUNCTION, &GiveMessage);
-    Set(CURLOPT_READDATA, &rest_);
+    Set(CURLOPT_READDATA, this);
   }
 
   std::string ErrorText() const {
     std::string text = OneLine(error_[0] != '\0' ? error_ : curl_easy_strerror(code_));
     if (code_ == CURLE_COULDNT_CONNECT) text = "no se puede conectar (" + text + ")";
-    if (code_ == CURLE_OPERATION_TIMEDOUT) text = "no responde (" + text + ")";
+    const bool late = code_ == CURLE_OPERATION_TIMEDOUT || code_ == CURLE_ABORTED_BY_CALLBACK;
+    if (late) text = "no responde (" + text + ")";
     if (code_ == CURLE_LOGIN_DENIED) text = "no acepta el usuario y la contraseña (" + text + ")";
     if (!refusal_.empty()) text += ": " + TrimRight(OneLine(refusal_));
     text = "Servidor de correo " + Server() + ": " + text;
@@ -152,7 +192,12 @@ class Sending {
   std::unique_ptr<CURL, FreeCurl> curl_;
   std::unique_ptr<curl_slist, FreeCurl> list_;
   CURLcode code_ = CURLE_OK;
+  Moment end_;
+  bool given_ = false;          // the whole message
+  bool refused_whole_ = false;  // what came behind it was a refusal
   std::string refusal_;
+  std::vector<std::string> answers_;
+  std::string unserved_;  // recipients that the server does not take, each with its reason
   char error_[CURL_ERROR_SIZE] = "";
 };
 
@@ -181,24 +226,24 @@ void InitializeOnce() {
 
 bool CurlMailer::Configured() const { return ReadMailSettings(settings_).Usable(); }
 
-std::string CurlMailer::Send(const Mail& mail) {
+MailResult CurlMailer::Send(const Mail& mail) {
   try {
     InitializeOnce();
     const MailSettings settings = ReadMailSettings(settings_);
-    std::string error = Obstacle(settings, mail);
-    if (!error.empty()) return error;
+    const std::string error = Obstacle(settings, mail);
+    if (!error.empty()) return {false, error};
     const std::vector<std::string> recipients = Addresses(mail.to);
     Sending sending(settings, recipients,
                     MailMessage(mail, settings.from, recipients, clock_.Now()), mail.port);
     const auto now = std::chrono::steady_clock::now();
-    if (sending.Server() == dead_server_ && now < dead_until_) return dead_error_;
-    error = sending.Run();
+    if (sending.Server() == dead_server_ && now < dead_until_) return {false, dead_error_};
+    const MailResult result = sending.Run();
     dead_server_ = sending.NobodyThere() ? sending.Server() : std::string();
-    dead_error_ = error;
+    dead_error_ = result.text;
     dead_until_ = std::chrono::steady_clock::now() + kRest;
-    return error;
+    return result;
   } catch (const std::exception& error) {
-    return error.what();
+    return {false, error.what()};
   }
 }
 

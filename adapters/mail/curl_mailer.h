@@ -19,7 +19,7 @@ class CurlMailer : public Mailer {
   CurlMailer(const Settings& settings, const Clock& clock) : settings_(settings), clock_(clock) {}
 
   bool Configured() const override;
-  std::string Send(const Mail& mail) override;
+  MailResult Send(const Mail& mail) override;
 
  private:
   const Settings& settings_;

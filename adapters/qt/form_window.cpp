@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "adapters/qt/accessible.h"
 #include "adapters/qt/calendar_popup.h"
 #include "adapters/qt/content_area.h"
 #include "adapters/qt/fit.h"
@@ -61,6 +62,7 @@ FormWindow::FormWindow(ui::Form& form, WindowOwner& owner, QWidget* parent)
   layout->addWidget(scroll_, 1);
   auto* content = new QWidget;
   views_ = LayOut(form, *content, owner);
+  NameByNeighbours(form, views_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->setWidgetResizable(true);

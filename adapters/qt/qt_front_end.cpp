@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <utility>
 
+#include "adapters/qt/accessible.h"
 #include "adapters/qt/placing.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
@@ -36,6 +37,7 @@ class QtFrontEnd::Shown {
 
 QtFrontEnd::QtFrontEnd(Dress dress) : dress_(dress) {
   if (dress_ == Dress::Application) DressApplication();
+  TellAccessibility();
 }
 QtFrontEnd::~QtFrontEnd() = default;
 

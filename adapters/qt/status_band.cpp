@@ -48,6 +48,9 @@ void StatusBand::Show(std::vector<ui::StatusItem> items, bool warning) {
   if (same && warning == warning_) return;
   warning_ = warning;
   items_ = std::move(items);
+  QStringList told;
+  for (const ui::StatusItem& item : items_) told += Text(item.label + ": " + item.text);
+  setAccessibleName(told.join(". "));
   setVisible(!items_.empty());
   update();
 }

@@ -1,21 +1,24 @@
 #include "cash/mail_queue.h"
 
+#include <functional>
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include "base/date_time.h"
 #include "base/text.h"
 #include "context/context.h"
+#include "context/errands.h"
 #include "data/sql_text.h"
 #include "platform/clock.h"
 #include "platform/database.h"
+#include "platform/mailer.h"
 #include "platform/ui/front_end.h"
 
 namespace tpv {
 
 namespace {
 
+constexpr std::string_view kNotSent = "No se han podido enviar los correos de cierre pendientes. ";
 constexpr int kMailPort = 25;
 constexpr std::size_t kSubjectLength = 50;
 constexpr std::size_t kErrorLength = 500;
@@ -26,6 +29,12 @@ struct Letter {
   std::string recipient;
   std::string subject;
   std::string body;
+};
+
+struct Waiting {
+  std::string id;
+  Letter letter;
+  bool doubtful = false;  // may have arrived: nobody sends it again without being told to
 };
 
 // The suite's communications component, ready to send; null when there are no
@@ -51,14 +60,16 @@ bool Send(Context& context, Object& component, const Letter& letter, std::string
 std::string Now(Context& context) { return ToDayFirstSeconds(context.ports.clock.Now()); }
 
 // By id, read whole: taking one ends what a rollback ends.
-std::vector<std::pair<std::string, Letter>> Waiting(Connection& connection) {
-  std::vector<std::pair<std::string, Letter>> letters;
+std::vector<Waiting> WaitingMails(Connection& connection) {
+  std::vector<Waiting> letters;
   const auto rows = connection.Execute("Select * from QCIERRES where QCIERRES_Enviado is null");
   for (; !rows->Eof(); rows->MoveNext()) {
+    const std::string error = rows->Field("QCIERRES_Error").TextOr("");
     letters.push_back({sql::Number(rows->Field("QCIERRES_id").ToInt64()),
                        {rows->Field("QCIERRES_Email").TextOr(""),
                         rows->Field("QCIERRES_Asunto").TextOr(""),
-                        rows->Field("QCIERRES_Texto").TextOr("")}});
+                        rows->Field("QCIERRES_Texto").TextOr("")},
+                       error.find(kMayHaveArrived) != std::string::npos});
   }
   return letters;
 }
@@ -106,6 +117,59 @@ void NoteFailure(Context& context, const std::string& id, const std::string& err
       sql::Quoted(Left(Now(context) + " - " + error, kErrorLength)) + " where  QCIERRES_id=" + id);
 }
 
+void ForgetFailure(Context& context, const std::string& id) {
+  context.Database().Execute("UPDATE QCIERRES SET QCIERRES_Error = NULL WHERE QCIERRES_id = " + id);
+}
+
+using Stop = std::function<bool()>;
+
+// With the operator waiting (no `stop`), a failure that took too long ends the round.
+void SendRound(Context& context, const Stop& stop) {
+  const auto component = MailComponent(context);
+  if (!component) return;
+  const DateTime until = AddSeconds(context.ports.clock.Now(), kPatienceSeconds);
+  for (const auto& [id, letter, doubtful] : WaitingMails(context.Database())) {
+    if (doubtful || !Take(context, id)) continue;
+    std::string error;
+    const bool sent = Send(context, *component, letter, error);
+    if (sent) MarkSent(context, id);
+    if (!error.empty()) NoteFailure(context, id, error);
+    if (!sent) Release(context, id);
+    const bool enough = stop ? stop() : !sent && context.ports.clock.Now() > until;
+    if (enough) return;
+  }
+}
+
+// Until somebody answers they wait.
+void SettleDoubtfulMails(Context& context) {
+  if (MailComponent(context) == nullptr) return;
+  for (const auto& [id, letter, doubtful] : WaitingMails(context.Database())) {
+    if (!doubtful) continue;
+    ui::MessageBox box;
+    box.text = "El correo «" + letter.subject + "» para " + letter.recipient +
+               " puede haber llegado ya. ¿Enviarlo otra vez? Con «No» se da por enviado";
+    box.buttons = {ui::Answer::Yes, ui::Answer::No, ui::Answer::Cancel};
+    box.default_button = ui::Answer::Cancel;
+    box.icon = ui::Icon::Question;
+    const ui::Answer answer = context.ports.ui.Show(box);
+    if (answer == ui::Answer::Yes) ForgetFailure(context, id);
+    if (answer == ui::Answer::No) MarkSent(context, id);
+  }
+}
+
+// The round behind the window; false when this host has none.
+bool SendBehind(Context& context) {
+  if (context.ports.errands == nullptr) return false;
+  context.ports.errands->Run([](Context& own, const Stop& stop) {
+    try {
+      SendRound(own, stop);
+    } catch (const std::exception& error) {
+      own.ports.ui.Notify({std::string(kNotSent) + error.what(), {}});
+    }
+  });
+  return true;
+}
+
 }  // namespace
 
 void QueueClosureMail(Context& context, std::string_view text) {
@@ -121,30 +185,15 @@ void QueueClosureMail(Context& context, std::string_view text) {
   row.Insert(unexamined);
 }
 
-void SendQueuedMails(Context& context) {
-  const auto component = MailComponent(context);
-  if (!component) return;
-  const DateTime until = AddSeconds(context.ports.clock.Now(), kPatienceSeconds);
-  for (const auto& [id, letter] : Waiting(context.Database())) {
-    if (!Take(context, id)) continue;
-    std::string error;
-    if (Send(context, *component, letter, error)) {
-      MarkSent(context, id);
-      continue;
-    }
-    if (!error.empty()) NoteFailure(context, id, error);
-    Release(context, id);
-    if (context.ports.clock.Now() > until) return;
-  }
-}
+void SendQueuedMails(Context& context) { SendRound(context, {}); }
 
-void SendQueuedMailsOrTell(Context& context) {
+void SendQueuedMailsOrTell(Context& context, Doubtful doubtful) {
   try {
-    SendQueuedMails(context);
+    if (doubtful == Doubtful::Ask) SettleDoubtfulMails(context);
+    if (!SendBehind(context)) SendQueuedMails(context);
   } catch (const std::exception& error) {
     ui::MessageBox box;
-    box.text = "No se han podido enviar los correos de cierre pendientes. " +
-               std::string(kLineBreak) + error.what();
+    box.text = std::string(kNotSent) + std::string(kLineBreak) + error.what();
     box.icon = ui::Icon::Exclamation;
     context.ports.ui.Show(box);
   }
@@ -152,15 +201,18 @@ void SendQueuedMailsOrTell(Context& context) {
 
 void SendMailNow(Context& context, std::string_view recipient, std::string_view body,
                  std::string_view subject) {
-  try {
-    const auto component = MailComponent(context);
-    if (!component) return;
-    std::string unexamined;
-    Send(context, *component, {std::string(recipient), std::string(subject), std::string(body)},
-         unexamined);
-  } catch (const std::exception&) {
-    // Best effort: it must not hide what it was to tell.
-  }
+  const Letter letter{std::string(recipient), std::string(subject), std::string(body)};
+  const auto send = [letter](Context& own, const Stop&) {
+    try {
+      const auto component = MailComponent(own);
+      std::string unexamined;
+      if (component != nullptr) Send(own, *component, letter, unexamined);
+    } catch (const std::exception&) {
+      // Best effort: it must not hide what it was to tell.
+    }
+  };
+  if (context.ports.errands != nullptr) return context.ports.errands->Run(send);
+  send(context, {});
 }
 
 }  // namespace tpv

@@ -96,7 +96,7 @@ void FrmFactuTicket::PrintClosure() {
            ui::Icon::Critical, "Acción cancelada");
   }
   QueueClosureMail(context(), ticket.Text());
-  SendQueuedMailsOrTell(context());
+  SendQueuedMailsOrTell(context(), Doubtful::Ask);
 }
 
 }  // namespace tpv

@@ -2,8 +2,13 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tpv {
+
+// How the reason begins when the whole mail was handed over and no answer came: the
+// server may have taken it.
+inline constexpr std::string_view kMayHaveArrived = "Puede que haya llegado";
 
 struct Mail {
   int port = 25;  // what the settings say goes before it
@@ -13,14 +18,18 @@ struct Mail {
   std::string body;
 };
 
+struct MailResult {
+  bool sent = false;
+  std::string text;  // why not; when sent, which of several recipients did not get it
+};
+
 class Mailer {
  public:
   virtual ~Mailer() = default;
   // Whether there are settings to send with.
   virtual bool Configured() const = 0;
-  // "" when the server took the mail, else why not. Returns within seconds even
-  // when the server never answers; never throws.
-  virtual std::string Send(const Mail& mail) = 0;
+  // Returns within eight seconds however the server behaves; never throws.
+  virtual MailResult Send(const Mail& mail) = 0;
 };
 
 }  // namespace tpv

@@ -15,6 +15,7 @@ class Mailer;
 class ObjectFactory;
 class ReportPress;
 class Sound;
+class Errands;
 
 struct Ports {
   ui::FrontEnd& ui;
@@ -26,6 +27,7 @@ struct Ports {
   ReportPress& reports;
   ObjectFactory& objects;
   Sound& sound;
+  Errands* errands = nullptr;  // null: everything is done at once
 };
 
 }  // namespace tpv

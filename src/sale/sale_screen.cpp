@@ -24,7 +24,7 @@ using ui::Icon;
 
 void FrmTpv::OnFirstActivate() {
   if (bSoloConsulta) Frame3.enabled = false;
-  SendQueuedMailsOrTell(context());
+  SendQueuedMailsOrTell(context(), Doubtful::Leave);
 }
 
 bool FrmTpv::OnKeyDown(ui::Key key) {
