@@ -29,6 +29,10 @@ bool IsPort(const std::string& value) {
   const auto port = ParseInt32(value);
   return port && *port >= 1 && *port <= 65535;
 }
+bool IsCount(const std::string& value) {
+  const auto count = ParseInt32(value);
+  return count && *count >= 1 && *count <= 9999;
+}
 bool IsSecurity(const std::string& value) {
   return value == "none" || value == "starttls" || value == "tls";
 }
@@ -69,6 +73,8 @@ constexpr Known kKnown[] = {
     {"Scanner", "Layout", IsLayout, "códigos de balanza: 20=IIIIIPPPPP 29=IIIIIWWWWW"},
     {"Sound", "Command", IsAnything, "la orden que suena en lugar del pitido"},
     {"Windows", "TypeSize", IsTypeSize, "el tamaño de la letra en %, de 100 a 150"},
+    {"Backup", "Folder", IsFolder, "una carpeta: /ruta o ~/ruta"},
+    {"Backup", "Keep", IsCount, "cuántas copias se guardan, de 1 a 9999"},
     {"Mail", "Server", IsAnything, "el servidor de correo"},
     {"Mail", "Port", IsPort, "un puerto, de 1 a 65535"},
     {"Mail", "Security", IsSecurity, "none, starttls o tls"},
@@ -169,7 +175,7 @@ std::string Shown(const Machine& machine, const Setting& setting) {
 void List(const Machine& machine, std::ostream& out) {
   out << "# " << machine.settings.path() << "\n";
   for (const std::string_view section :
-       {suite::kTill, kPaper, kPrinters, kCodeTable, kDevices, std::string_view("Mail")}) {
+       {suite::kTill, kPaper, kPrinters, kCodeTable, kDevices, kBackup, std::string_view("Mail")}) {
     for (const std::string& key : machine.settings.Keys(kTpv, section)) {
       const std::string name = std::string(section) + "." + key;
       out << name << " = " << Shown(machine, Find(name)) << "\n";

@@ -7,6 +7,7 @@
 
 #include "adapters/headless/scenario/script.h"
 #include "context/context.h"
+#include "host/backup_commands.h"
 #include "host/config.h"
 #include "host/help.h"
 #include "host/machine.h"
@@ -43,6 +44,11 @@ constexpr const char* kHelp =
     "                                    como un ticket pendiente (sin líneas, se elimina)\n"
     "  tpv store mend ALMACÉN [--yes]    lista lo fechado después de hoy (una apertura de 2062) y qué\n"
     "                                    fecha le toca; con --yes la cambia\n"
+    "  tpv store backup [FICHERO] [--to CARPETA] [--keep N]\n"
+    "                                    copia de seguridad de un almacén, también mientras se vende;\n"
+    "                                    sin más, del que recuerda la ventana de inicio y adonde\n"
+    "                                    dicen los ajustes (Backup.Folder, Backup.Keep)\n"
+    "  tpv store restore COPIA FICHERO   recupera una copia; lo que había se aparta con otro nombre\n"
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
@@ -94,6 +100,12 @@ int Run(const Arguments& arguments) {
     return 0;
   }
   if (arguments[0] == "play") return Play(ReadPlayOptions(rest), std::cout);
+  if (arguments[0] == "store" && !rest.empty() && (rest[0] == "backup" || rest[0] == "restore")) {
+    const Machine machine;
+    const Arguments order(rest.begin() + 1, rest.end());
+    return rest[0] == "backup" ? BackupCommand(machine, order, std::cout)
+                               : RestoreCommand(machine, order, std::cout);
+  }
   if (arguments[0] == "store") return StoreCommand(rest, std::cout);
   if (arguments[0] == "sql") return SqlCommand(rest, std::cout);
   if (arguments[0] == "import" || arguments[0] == "export" || arguments[0] == "config") {

@@ -37,7 +37,8 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
     : Form("frmInicio"),
       machine_(machine),
       front_end_(front_end),
-      ports_(machine.PortsFor(front_end, objects_, sound)) {
+      ports_(machine.PortsFor(front_end, objects_, sound)),
+      copies_(machine.settings, machine.clock) {
   objects_.SetPorts(ports_);
   caption = "Punto de venta";
   DeclareLayout();
@@ -45,7 +46,8 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
   cmdAlmacen.click = [this] { ChooseStore(); };
   cmdAyuda.click = [this] { front_end_.ShowManual(""); };
   cmdAcercaDe.click = [this] { TellAbout(); };
-  cmdSalir.click = [this] { Close(); };
+  cmdCopia.click = [this] { MakeCopy(); };
+  cmdSalir.click = [this] { Leave(); };
   const std::pair<ui::Button*, void (Zrtpve::*)()> screens[] = {
       {&cmdVenta, &Zrtpve::zTpv},
       {&cmdMovimientos, &Zrtpve::zMovCaja},
@@ -77,12 +79,13 @@ void StartScreen::DeclareLayout() {
                {&cmdMovimientos, &cmdCierre},
                {&cmdDiario, &cmdDiarioCaja},
                {&cmdFacturacion, &cmdPendiente},
-               {&cmdProveedores, &cmdAyuda},
-               {&cmdAcercaDe, &cmdSalir}});
+               {&cmdProveedores, &cmdCopia},
+               {&cmdAyuda, &cmdAcercaDe},
+               {&cmdSalir}});
   for (const auto& row : Frame2.rows) {
     for (ui::Control* button : row) button->stretch = true;
   }
-  rows = {{&Frame1}, {&Frame2}, {&lblImpresora}};
+  rows = {{&Frame1}, {&Frame2}, {&lblImpresora}, {&lblCopia}};
 }
 
 void StartScreen::OnLoad() {
@@ -120,8 +123,35 @@ void StartScreen::ShowPrinter() {
   }
 }
 
+void StartScreen::ShowCopies() {
+  lblCopia.caption = copies_.Said();
+  copy_warning_ = copies_.Warning();
+  cmdCopia.enabled = !lblCopia.caption.empty();
+}
+
+void StartScreen::MakeCopy() {
+  try {
+    const std::string text = copies_.MakeNow();
+    ShowCopies();
+    Tell(text, ui::Icon::Information);
+  } catch (const std::exception& error) {
+    Tell(std::string("No se ha hecho la copia de seguridad.\r\n") + error.what(), ui::Icon::Critical);
+  }
+}
+
+void StartScreen::TellFailedCopy(bool wait) {
+  const auto failure = copies_.Failure(wait);
+  if (!failure) return;
+  Tell("La copia de seguridad del cierre no se ha hecho bien.\r\n" + *failure, ui::Icon::Critical);
+}
+
+void StartScreen::Leave() {
+  TellFailedCopy(true);
+  Close();
+}
+
 void StartScreen::OnKeyUp(ui::Key key) {
-  if (key == ui::Key::Esc) Close();
+  if (key == ui::Key::Esc) Leave();
   if (key == ui::Key::F1) front_end_.ShowManual("");
   if (key == ui::Key::Enter) tab_sent = true;
 }
@@ -174,6 +204,9 @@ bool StartScreen::Open(const std::string& path) {
     Text1[0].text = Shortened(path);
     Text1[1].text = till;
     FillAgents();
+    // The demonstration can be made again; a server has its own copies.
+    copies_.Watch(IsServerStore(path) || path == UsualStore() ? "" : path);
+    ShowCopies();
     return true;
   } catch (const std::exception& error) {
     Text1[0].text = opened_.empty() && IsServerStore(path) ? path : Shortened(opened_);
@@ -227,7 +260,11 @@ void StartScreen::Run(void (Zrtpve::*screen)()) {
     context.IdAgente = Agent();
     context.IdCliente = 0;
     context.IdAlbaran = kNoSale;
+    TellFailedCopy(false);
+    copies_.Begin(*connection_, context.Caja);
     (component_.get()->*screen)();
+    copies_.End(*connection_);
+    ShowCopies();
   } catch (const std::exception& error) {
     Tell(error.what(), ui::Icon::Critical);
   }
@@ -247,10 +284,12 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
   try {
     const bool known = ParseInt32(Text1[1].text).has_value();
     const bool open = known && TillIsOpen(*connection_, Text1[1].text);
-    return {{"Tienda", store, Tone::Neutral},
-            {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
-             open ? Tone::Good : Tone::Missing},
-            {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+    std::vector<ui::StatusItem> items{{"Tienda", store, Tone::Neutral},
+                                      {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
+                                       open ? Tone::Good : Tone::Missing},
+                                      {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+    if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
+    return items;
   } catch (const DatabaseError&) {
     // The line only informs; the next command reports what is wrong.
     return {{"Tienda", store + " · sin conexión", Tone::Missing}};

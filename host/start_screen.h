@@ -7,6 +7,7 @@
 #include <string>
 
 #include "component/zrtpve.h"
+#include "host/safety_copies.h"
 #include "platform/ui/form.h"
 #include "platform/ui/front_end.h"
 #include "suite/suite_factory.h"
@@ -27,6 +28,7 @@ class StartScreen : public ui::Form {
 
   void OnLoad() override;
   void OnKeyUp(ui::Key key) override;
+  void OnCloseBox() override { Leave(); }
   std::vector<ui::StatusItem> Status() const override;
 
  private:
@@ -42,6 +44,10 @@ class StartScreen : public ui::Form {
   void Remember();
   void ProtectSettings();
   void ShowPrinter();
+  void ShowCopies();
+  void MakeCopy();
+  void TellFailedCopy(bool wait);
+  void Leave();
   void Run(void (Zrtpve::*screen)());
   void TellAbout();
   void Tell(const std::string& text, ui::Icon icon);
@@ -54,6 +60,8 @@ class StartScreen : public ui::Form {
   std::unique_ptr<StoreErrands> errands_;
   std::unique_ptr<Zrtpve> component_;
   std::string opened_;  // the store's path
+  SafetyCopies copies_;
+  std::string copy_warning_;  // short, "" for none
 
   ui::TextBoxes Text1{*this, "Text1"};  // 0 the store, 1 the till
   ui::ComboBox cboVendedor{*this, "cboVendedor", "Vendedor"};
@@ -71,7 +79,9 @@ class StartScreen : public ui::Form {
   ui::Button cmdAyuda{*this, "cmdAyuda", "A&yuda"};
   ui::Button cmdAcercaDe{*this, "cmdAcercaDe", "&Acerca de"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
+  ui::Button cmdCopia{*this, "cmdCopia", "Copia de se&guridad"};
   ui::Label lblImpresora{*this, "lblImpresora"};
+  ui::Label lblCopia{*this, "lblCopia"};
 };
 
 // The store of a user who chose none: the demonstration shop, made on first start.

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/date_time.h"
-#include "data/price_decimals.h"
+#include "data/decimals.h"
 #include "office/refusal.h"
 
 namespace tpv {
@@ -53,7 +53,7 @@ struct ShopSetup {
   std::string ticket_series = "T";        // tickets.serie
   std::string invoice_series = "F";       // tickets.serie_facturas, "" for no invoices
   Documents documents = Documents::Both;  // tickets.documentos
-  int price_decimals = kPriceDecimals;    // tickets.decimales_precio, 2 to 6
+  int price_decimals = kNewShopPriceDecimals;    // tickets.decimales_precio, 2 to 6
   int unit_decimals = 2;                  // tickets.decimales_unidades, 0 to 4
   bool quick_entry = true;                // tickets.entrada_rapida
   int till = 1;                           // tickets.caja, proposed where none is chosen

@@ -38,10 +38,10 @@ TEST(Prices, WithTaxAreRungExactlyWithFourDecimals) {
                          Tax{1, 10, 1.4}, Tax{1, 4, 0.5}}) {
     for (int cents = 0; cents < 30000; cents += 1 + cents / 300) {
       const double typed = cents / 100.0;
-      const auto net = NetThatRings(typed, tax, kPriceDecimals);
+      const auto net = NetThatRings(typed, tax, kNewShopPriceDecimals);
       ASSERT_TRUE(net) << typed << " at " << tax.rate;
       EXPECT_TRUE(SameCents(PriceWithTax(*net, tax), typed)) << typed;
-      EXPECT_EQ(RoundHalfAway(*net, kPriceDecimals), *net);
+      EXPECT_EQ(RoundHalfAway(*net, kNewShopPriceDecimals), *net);
     }
   }
   EXPECT_FALSE(NetThatRings(1.01, {1, 21, 0}, 2));  // 0.83 rings 1.00, 0.84 1.02
@@ -57,7 +57,7 @@ TEST(ShopFile, TheExampleIsAShopThatCanSell) {
                   "FROM Parametros"),
       "Ultramarinos La Esquina|B30123459|T|F");
   EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Parametros"), "1");
-  EXPECT_EQ(store.Value("SELECT par_decpre FROM Parametros"), std::to_string(kPriceDecimals));
+  EXPECT_EQ(store.Value("SELECT par_decpre FROM Parametros"), std::to_string(kNewShopPriceDecimals));
   EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Age"), "2");
   EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Plazos WHERE plazo_por = 50"), "2");
   EXPECT_EQ(store.Value("SELECT CLI_COMER FROM Cli INNER JOIN Parametros ON CLI_COD = Par_CliCon"),

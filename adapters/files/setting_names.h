@@ -1,4 +1,4 @@
-// The settings of the program itself about paper (docs/paper.md).
+// The settings of the program itself: paper (docs/paper.md) and safety copies.
 #pragma once
 
 #include <string_view>
@@ -13,5 +13,8 @@ inline constexpr std::string_view kPaper = "Paper";        // these keys:
 inline constexpr std::string_view kDefaultPrinter = "Default";
 inline constexpr std::string_view kTicketFolder = "Tickets";
 inline constexpr std::string_view kReportFolder = "Reports";
+inline constexpr std::string_view kBackup = "Backup";  // safety copies, these keys:
+inline constexpr std::string_view kBackupFolder = "Folder";
+inline constexpr std::string_view kBackupKeep = "Keep";  // how many of a store stay
 
 }  // namespace tpv

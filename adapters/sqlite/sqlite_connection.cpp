@@ -139,6 +139,15 @@ std::vector<std::string> SqliteConnection::Damage() {
   return lines;
 }
 
+void SqliteConnection::CopyTo(const std::string& path) {
+  if (lacks_log_) {
+    throw DatabaseError("Falta «" + sqlite::LogOf(handle_.get()) + "»: no está lo último que se grabó");
+  }
+  sqlite::MakeFile(path);
+  sqlite::CopyPages(handle_.get(), path);
+  sqlite::Settle(sqlite::OpenFile(path).get());
+}
+
 std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
   RequireNotUndone();
   dialect::Scanned scanned = dialect::Scan(sql);

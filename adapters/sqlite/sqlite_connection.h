@@ -51,6 +51,10 @@ class SqliteConnection : public Connection {
   // What is missing or what the engine finds damaged, a line each; nothing in a sound file.
   std::vector<std::string> Damage();
 
+  // All of the store as it is at one moment, in a new file that needs no log; other
+  // connections go on selling. Throws DatabaseError; what it began is left there.
+  void CopyTo(const std::string& path);
+
   // How durable a commit is; on (the default) survives a power cut.
   void SetSynchronous(bool on);
 

@@ -78,6 +78,14 @@ void RequireStore(sqlite3* handle, const std::string& path) {
   }
 }
 
+void CopyPages(sqlite3* from, const std::string& to_path) {
+  const Handle to = OpenFile(to_path);
+  sqlite3_backup* backup = sqlite3_backup_init(to.get(), "main", from, "main");
+  if (backup == nullptr) ThrowLastError(to.get());
+  sqlite3_backup_step(backup, -1);
+  if (sqlite3_backup_finish(backup) != SQLITE_OK) ThrowLastError(to.get());
+}
+
 // Another program may be between marking the file and making the log, or taking it
 // away: that is looked at again.
 bool LacksItsLog(sqlite3* handle) {

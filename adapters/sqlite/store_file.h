@@ -33,6 +33,10 @@ int VersionOf(sqlite3* handle);
 // A text as a literal.
 std::string Literal(const std::string& text);
 
+// All of the store as it is at one moment into an empty file; others may write
+// meanwhile. Throws DatabaseError.
+void CopyPages(sqlite3* from, const std::string& to_path);
+
 // Throws DatabaseError when the file is no store or of a newer program.
 void RequireStore(sqlite3* handle, const std::string& path);
 

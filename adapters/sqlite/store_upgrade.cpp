@@ -116,14 +116,6 @@ std::string UnfinishedCopy(const std::string& file, int version) {
   }
 }
 
-void CopyPages(sqlite3* from, const std::string& to_path) {
-  const Handle to = OpenFile(to_path);
-  sqlite3_backup* backup = sqlite3_backup_init(to.get(), "main", from, "main");
-  if (backup == nullptr) ThrowLastError(to.get());
-  sqlite3_backup_step(backup, -1);
-  if (sqlite3_backup_finish(backup) != SQLITE_OK) ThrowLastError(to.get());
-}
-
 // While the caller holds the store's writing lock.
 void CopyBeside(const std::string& file, int version, const FolderLock& folder) {
   const std::string copy = UnfinishedCopy(file, version);

@@ -5,7 +5,7 @@
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
-#include "data/price_decimals.h"
+#include "data/decimals.h"
 #include "office/bar_code.h"
 #include "office/price.h"
 #include "office/shop_parameters.h"
@@ -149,7 +149,7 @@ class Check {
       return Refuse(kPriceWithTax,
                     "con " + std::to_string(shop_.price_decimals) +
                         " decimales de precio no se puede cobrar exactamente; hacen falta " +
-                        std::to_string(kPriceDecimals));
+                        std::to_string(kNewShopPriceDecimals));
     }
     wanted_.values[kPrice] = ToPlain(*net);
   }

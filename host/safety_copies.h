@@ -1,0 +1,54 @@
+// The start window's safety copies: one by itself after each closing, one by hand, and
+// what there is to say about the last.
+#pragma once
+
+#include <cstdint>
+#include <future>
+#include <optional>
+#include <string>
+
+#include "host/backup.h"
+
+namespace tpv {
+
+class Connection;
+
+class SafetyCopies {
+ public:
+  // Both outlive it; the clock may be asked by another thread. Its end waits for a copy
+  // that is being made.
+  SafetyCopies(const Settings& settings, const Clock& clock) : settings_(settings), clock_(clock) {}
+
+  // The embedded store that is open, "" for one that is not copied.
+  void Watch(const std::string& store);
+
+  // Around a screen of the till: when it closed its cash meanwhile, a copy is begun,
+  // which goes on by itself. Neither throws: a store that does not answer has no copy.
+  void Begin(Connection& connection, std::int32_t till);
+  void End(Connection& connection);
+
+  // Makes one while the caller waits; what to tell the operator. Throws FileError and
+  // DatabaseError.
+  std::string MakeNow();
+
+  // Why the copy that was begun failed, once that is known; waits for it when asked to.
+  std::optional<std::string> Failure(bool wait);
+
+  // A line about the last copy, "" without a store.
+  std::string Said() const;
+  // Short, when the last one is a week old or there is none; else "".
+  std::string Warning() const;
+
+ private:
+  std::optional<DateTime> Last() const;
+  static std::int64_t NewestClosure(Connection& connection, std::int32_t till);
+
+  const Settings& settings_;
+  const Clock& clock_;
+  std::string store_;
+  std::int32_t till_ = 0;
+  std::int64_t closure_ = 0;  // the till's newest before the screen
+  std::future<std::string> running_;
+};
+
+}  // namespace tpv
