@@ -7,8 +7,9 @@ _tpv_words() {
     "store create") echo "--demo --empty --shop --odbc" ;;
     "store copy" | "store check" | "store release") echo "--odbc" ;;
     "store mend") echo "--odbc --yes" ;;
+    "store backup") echo "--to --keep" ;;
     "store fill") echo "--tickets --days --articles --seed" ;;
-    "store "*) echo "create copy check release mend fill --help" ;;
+    "store "*) echo "create copy check release mend backup restore fill --help" ;;
     "sql "*) echo "--odbc --help" ;;
     "import articles" | "import customers" | "import stock") echo "--store --odbc --dry-run --yes" ;;
     "import "*) echo "articles customers stock --help" ;;
@@ -18,7 +19,7 @@ _tpv_words() {
     "config set" | "config get" | "config unset")
       echo "Till.Number Till.DrawerMethod Till.DrawerCodes Paper.Default Paper.Tickets Paper.Reports Printers. CodeTable. Devices. Scanner.Layout" \
         "Sound.Command Mail.Server Mail.Port Mail.Security Mail.User Mail.Password Mail.From" \
-        "Mail.CaFile Mail.Support Windows.TypeSize" ;;
+        "Mail.CaFile Mail.Support Windows.TypeSize Backup.Folder Backup.Keep" ;;
     "config "*) echo "list set get unset printers try-printer try-mail --help" ;;
     "help "*) echo "play store sql import export config" ;;
   esac
@@ -32,7 +33,7 @@ _tpv() {
   ((COMP_CWORD > 2)) && second=${COMP_WORDS[2]}
   case $before in
     --ui) mapfile -t COMPREPLY < <(compgen -W "headless qt" -- "$word") ;;
-    --screenshots | --paper) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
+    --screenshots | --paper | --to) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
     --store | --shop | --screenshot) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     *)
       mapfile -t COMPREPLY < <(compgen -W "$(_tpv_words "$order" "$second")" -- "$word")

@@ -23,6 +23,7 @@ namespace {
 
 class Backup : public testing::Test {
  protected:
+  Backup() { store.connection().Execute("INSERT INTO Parametros (Par_Nombre) VALUES ('La Esquina')"); }
   BackupPlan Plan(int keep = 3) { return {store.path(), folder / "copias", keep}; }
   std::string Make(int keep = 3) {
     store.clock().now = AddSeconds(store.clock().now, 61);
