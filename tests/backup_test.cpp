@@ -141,6 +141,7 @@ TEST_F(Backup, WhatWasThereIsPutAside) {
 }
 
 TEST_F(Backup, ManyWhileATillSells) {
+  store.connection().Execute("INSERT INTO zrcomun.dbo.tivas (Tiva_Id, Tiva_iva) VALUES (1, 21)");
   std::atomic<bool> stop = false;
   std::thread till([&] {
     const auto connection = store.Open();
@@ -148,7 +149,7 @@ TEST_F(Backup, ManyWhileATillSells) {
       Transaction sale(*connection);
       connection->Execute("INSERT INTO Cav (Cav_Numero, Cav_Caja, Cav_Ticket) VALUES (" +
                           std::to_string(i) + ", 1, 1)");
-      connection->Execute("INSERT INTO Lav (Lav_IdCav, Lav_Uni) SELECT MAX(Cav_Id), 1 FROM Cav");
+      connection->Execute("INSERT INTO Lav (Lav_IdCav, Lav_Uni, Lav_Tiva) SELECT MAX(Cav_Id), 1, 1 FROM Cav");
       sale.Commit();
     }
   });
