@@ -5,10 +5,8 @@
 #include <map>
 #include <tuple>
 
-#include "adapters/headless/headless_front_end.h"
 #include "base/text.h"
-#include "host/machine.h"
-#include "suite/suite_factory.h"
+#include "tests/machine_fixture.h"
 #include "tests/print_system.h"
 
 namespace tpv {
@@ -18,7 +16,7 @@ struct Sheet {
   double width, height;  // millimetres
 };
 
-class RealPaper : public ::testing::Test {
+class RealPaper : public MachineFixture {
  protected:
   static std::unique_ptr<PrintSystem> cups;
   static void SetUpTestSuite() {
@@ -38,21 +36,6 @@ class RealPaper : public ::testing::Test {
     printed_ = cups->Papers(0).size();
   }
 
-  TestFolder folder;
-  TestVariable data{"XDG_DATA_HOME", folder / "data"};
-  TestVariable settings_home{"XDG_CONFIG_HOME", folder / "config"};
-  HeadlessFrontEnd front_end;
-  Silence silence;
-  suite::SuiteFactory objects;
-  Machine machine;
-  Ports ports = machine.PortsFor(front_end, objects, silence);
-
-  std::string Told() {
-    machine.Finish();
-    std::string text;
-    for (const Notice& notice : front_end.TakeNotices()) text += notice.text + "\n";
-    return text;
-  }
   void PrintLines(const std::string& printer, int count) {
     machine.printers.SetCurrent(printer);
     const auto document = machine.printers.Begin("Ticket T9001");
