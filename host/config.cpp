@@ -10,6 +10,7 @@
 
 #include "adapters/files/channel.h"
 #include "adapters/files/code_table.h"
+#include "adapters/files/receipt_code.h"
 #include "adapters/files/setting_names.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -47,6 +48,7 @@ bool IsMode(const std::string& value) { return ParsePrinterMode("x", value).has_
 bool IsDevice(const std::string& value) { return IsTarget(value); }
 bool IsLayout(const std::string& value) { return AreWeighedLayouts(value); }
 bool IsCodeTable(const std::string& value) { return ParseCodeTable(value).has_value(); }
+bool IsCodePrinting(const std::string& value) { return ParseCodePrinting(value).has_value(); }
 bool IsTill(const std::string& value) { return suite::IsTillNumber(value); }
 bool IsDrawer(const std::string& value) { return suite::IsDrawerMethod(value); }
 bool IsAnything(const std::string&) { return true; }
@@ -69,6 +71,7 @@ constexpr Known kKnown[] = {
     {"Printers", "", IsMode,
      "folder[:/ruta], escpos:DESTINO, page[:COLA], roll[:COLA] o sheets[:COLA]"},
     {"CodeTable", "", IsCodeTable, kCodeTables},
+    {"SquareCode", "", IsCodePrinting, kCodePrintings},
     {"Devices", "", IsDevice, "/dev/…, ordenador:puerto o queue:COLA"},
     {"Scanner", "Layout", IsLayout, "códigos de balanza: 20=IIIIIPPPPP 29=IIIIIWWWWW"},
     {"Sound", "Command", IsAnything, "la orden que suena en lugar del pitido"},
@@ -175,7 +178,7 @@ std::string Shown(const Machine& machine, const Setting& setting) {
 void List(const Machine& machine, std::ostream& out) {
   out << "# " << machine.settings.path() << "\n";
   for (const std::string_view section :
-       {suite::kTill, kPaper, kPrinters, kCodeTable, kDevices, kBackup, std::string_view("Mail")}) {
+       {suite::kTill, kPaper, kPrinters, kCodeTable, kSquareCode, kDevices, kBackup, std::string_view("Mail")}) {
     for (const std::string& key : machine.settings.Keys(kTpv, section)) {
       const std::string name = std::string(section) + "." + key;
       out << name << " = " << Shown(machine, Find(name)) << "\n";

@@ -6,6 +6,9 @@
 #ifdef TPV_WITH_CSV
 #include "adapters/csv/csv_files.h"
 #endif
+#ifdef TPV_WITH_FISCAL
+#include "adapters/fiscal/qr_encoder.h"
+#endif
 #ifdef TPV_WITH_MAIL
 #include "adapters/mail/curl_mailer.h"
 #endif
@@ -37,6 +40,15 @@ class NoTables : public TableFiles {
 };
 #endif
 
+#ifndef TPV_WITH_FISCAL
+class NoCodes : public CodeEncoder {
+ public:
+  SquareCode Encode(std::string_view) const override {
+    throw PrintError("Este programa se construyó sin la biblioteca que dibuja códigos QR");
+  }
+};
+#endif
+
 std::unique_ptr<TableFiles> Tables() {
 #ifdef TPV_WITH_CSV
   return std::make_unique<CsvFiles>();
@@ -56,10 +68,18 @@ std::unique_ptr<Mailer> MailerFor([[maybe_unused]] const Settings& settings,
 
 }  // namespace
 
+std::unique_ptr<CodeEncoder> MakeCodeEncoder() {
+#ifdef TPV_WITH_FISCAL
+  return std::make_unique<QrEncoder>();
+#else
+  return std::make_unique<NoCodes>();
+#endif
+}
+
 Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
 
 Machine::Machine(std::string settings_file)
-    : settings(std::move(settings_file)), mailer(MailerFor(settings, clock)), tables(Tables()) {}
+    : settings(std::move(settings_file)), codes(MakeCodeEncoder()), mailer(MailerFor(settings, clock)), tables(Tables()) {}
 
 Machine::~Machine() { Finish(); }
 

@@ -12,6 +12,7 @@
 #include "platform/mailer.h"
 #include "platform/ports.h"
 #include "platform/sound.h"
+#include "platform/square_code.h"
 #include "platform/table_file.h"
 
 namespace tpv {
@@ -32,11 +33,15 @@ class Machine {
   FileSettings settings;
   SystemClock clock;
   WorkLines lines;
-  ShopPrinters printers{settings, clock, lines};
+  std::unique_ptr<CodeEncoder> codes;
+  ShopPrinters printers{settings, clock, lines, *codes};
   RawDevices devices{settings, lines};
-  PdfReports reports{settings, clock, printers, lines};
+  PdfReports reports{settings, clock, printers, lines, *codes};
   std::unique_ptr<Mailer> mailer;
   std::unique_ptr<TableFiles> tables;  // of spreadsheets
 };
+
+// Throws PrintError for every text in a build without the library.
+std::unique_ptr<CodeEncoder> MakeCodeEncoder();
 
 }  // namespace tpv

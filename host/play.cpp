@@ -6,6 +6,7 @@
 #include "adapters/files/ticket_page.h"
 #include "adapters/headless/scenario/player.h"
 #include "base/number_text.h"
+#include "host/machine.h"
 #include "host/recorded_till.h"
 #include "host/server_store.h"
 #include "host/stage.h"
@@ -55,10 +56,11 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& 
   clock.fixed = options.now;
   RecordedTill till(OpenFor(options, store_path, clock), stage.FrontEnd(), clock, options.user);
   const DocumentFolder paper(options.paper, clock);
+  const auto codes = MakeCodeEncoder();
   if (!options.paper.empty()) {
-    till.printers.copy = [&paper] {
+    till.printers.copy = [&paper, &codes] {
       return std::make_unique<PageRecorder>(
-          [&paper](const TicketPage& page) { paper.Save("Ticket", TicketFiles(page)); });
+          *codes, [&paper](const TicketPage& page) { paper.Save("Ticket", TicketFiles(page)); });
     };
   }
   scenario::Player player(till.rig, stage.Hands(), transcript);

@@ -91,11 +91,15 @@ std::string InTable(std::string_view utf8, const CodeTable& table) {
   return bytes;
 }
 
-std::string ReceiptBytes(const TicketPage& page, const CodeTable& table) {
+std::string ReceiptBytes(const TicketPage& page, const CodeTable& table, const CodePrinting& codes) {
   std::string bytes = "\x1B@\x1Bt";  // reset; the letters' table
   bytes += static_cast<char>(table.position);
   bool bold = false;
   for (const TextRow& row : RowsOf(page)) {
+    if (row.code != nullptr) {
+      bytes += CodeBytes(*row.code, codes);
+      continue;
+    }
     if (row.bold != bold && !row.text.empty()) bytes += Bold(bold = row.bold);
     bytes += InTable(row.text, table) + "\n";
   }

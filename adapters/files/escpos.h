@@ -4,6 +4,7 @@
 #include <string>
 
 #include "adapters/files/code_table.h"
+#include "adapters/files/receipt_code.h"
 #include "adapters/files/ticket_page.h"
 
 namespace tpv {
@@ -13,8 +14,9 @@ namespace tpv {
 // question mark.
 std::string InTable(std::string_view utf8, const CodeTable& table);
 
-// Sets the printer up, prints the page's rows with bold where it is asked for,
-// and cuts the paper.
-std::string ReceiptBytes(const TicketPage& page, const CodeTable& table);
+// Sets the printer up, prints the page's rows with bold where it is asked for, its
+// square codes, and cuts the paper.
+std::string ReceiptBytes(const TicketPage& page, const CodeTable& table,
+                         const CodePrinting& codes = {});
 
 }  // namespace tpv

@@ -118,7 +118,10 @@ std::string PaperDelivery::BytesFor(const PrinterSetup& printer,
   const std::string setting = settings_.Read(kTpv, kCodeTable, printer.name);
   const auto table = setting.empty() ? UsualCodeTable() : ParseCodeTable(setting);
   if (!table) throw PrintError("No se entiende la tabla de letras «" + setting + "»");
-  return ReceiptBytes(*page, *table);
+  const std::string way = settings_.Read(kTpv, kSquareCode, printer.name);
+  const auto codes = way.empty() ? CodePrinting{} : ParseCodePrinting(way);
+  if (!codes) throw PrintError("No se entiende cómo se imprimen los códigos QR: «" + way + "»");
+  return ReceiptBytes(*page, *table, *codes);
 }
 
 std::string PaperDelivery::PrintPages(const PrinterSetup& printer, const PaperDocument& document,

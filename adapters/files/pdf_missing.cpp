@@ -10,7 +10,7 @@ std::optional<std::string> TicketSheetsPdf(const TicketPage&, std::string_view) 
   return std::nullopt;
 }
 
-std::string ReportPdf(const Report&) {
+std::string ReportPdf(const Report&, const CodeEncoder&) {
   throw PrintError("Este programa se construyó sin la biblioteca que hace documentos PDF");
 }
 

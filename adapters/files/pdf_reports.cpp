@@ -15,11 +15,11 @@ constexpr std::chrono::milliseconds kLook{2000};  // a viewer that fails does so
 }  // namespace
 
 void PdfReports::Print(const Report& report, std::string_view printer) {
-  printers_.PrintSheets(printer, report.title, ReportPdf(report));
+  printers_.PrintSheets(printer, report.title, ReportPdf(report, codes_));
 }
 
 std::string PdfReports::Show(const Report& report, std::string_view name) {
-  const std::string pdf = ReportPdf(report);
+  const std::string pdf = ReportPdf(report, codes_);
   const DocumentFolder folder(PaperFolder(settings_, kReportFolder), clock_);
   std::string path = folder.Save(name, {{".pdf", pdf}});
   lines_.Add(kViewer, [this, path, title = report.title](const Deadline&) {

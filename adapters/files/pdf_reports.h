@@ -10,8 +10,8 @@ class PdfReports : public ReportPress {
  public:
   // All outlive the press.
   PdfReports(const Settings& settings, const Clock& clock, ShopPrinters& printers,
-             WorkLines& lines)
-      : settings_(settings), clock_(clock), printers_(printers), lines_(lines) {}
+             WorkLines& lines, const CodeEncoder& codes)
+      : settings_(settings), clock_(clock), printers_(printers), lines_(lines), codes_(codes) {}
 
   void Print(const Report& report, std::string_view printer) override;
   std::string Show(const Report& report, std::string_view name) override;
@@ -21,6 +21,7 @@ class PdfReports : public ReportPress {
   const Clock& clock_;
   ShopPrinters& printers_;
   WorkLines& lines_;
+  const CodeEncoder& codes_;
 };
 
 }  // namespace tpv

@@ -9,6 +9,7 @@ inline constexpr std::string_view kTpv = "TPV";            // the application
 inline constexpr std::string_view kPrinters = "Printers";  // a printer's name: its mode
 inline constexpr std::string_view kDevices = "Devices";    // a device's name: its target
 inline constexpr std::string_view kCodeTable = "CodeTable";  // a printer's name: its letters
+inline constexpr std::string_view kSquareCode = "SquareCode";  // a printer's name: how it prints them
 inline constexpr std::string_view kPaper = "Paper";        // these keys:
 inline constexpr std::string_view kDefaultPrinter = "Default";
 inline constexpr std::string_view kTicketFolder = "Tickets";

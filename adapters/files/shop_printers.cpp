@@ -78,7 +78,7 @@ void ShopPrinters::SetCurrent(std::string_view name) {
 std::unique_ptr<PrintDocument> ShopPrinters::Begin(std::string_view title) {
   Understood(chosen_);
   return std::make_unique<PageRecorder>(
-      [this, printer = chosen_, title = std::string(title)](const TicketPage& page) {
+      codes_, [this, printer = chosen_, title = std::string(title)](const TicketPage& page) {
         HandOver(printer, {title, page});
       });
 }

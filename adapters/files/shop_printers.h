@@ -15,8 +15,13 @@ namespace tpv {
 class ShopPrinters : public Printers {
  public:
   // All outlive the printers; the lines are finished before the printers go.
-  ShopPrinters(const FileSettings& settings, const Clock& clock, WorkLines& lines)
-      : settings_(settings), lines_(lines), watch_(lines), delivery_(settings, clock, news) {}
+  ShopPrinters(const FileSettings& settings, const Clock& clock, WorkLines& lines,
+               const CodeEncoder& codes)
+      : settings_(settings),
+        lines_(lines),
+        codes_(codes),
+        watch_(lines),
+        delivery_(settings, clock, news) {}
 
   // Set before the first document.
   PaperNews news;
@@ -44,6 +49,7 @@ class ShopPrinters : public Printers {
 
   const FileSettings& settings_;
   WorkLines& lines_;
+  const CodeEncoder& codes_;
   mutable QueueWatch watch_;
   PaperDelivery delivery_;
   std::string chosen_;

@@ -22,6 +22,10 @@ void Feed(std::vector<TextRow>& rows, double centimetres, double line_height) {
 // 1.133: what the font's letters reach above and below, as a share of its size.
 double LineHeight(double points) { return points * 1.133 * kCentimetresPerPoint; }
 
+double HeightOf(const PageLine& line) {
+  return line.code ? kCodeSide + 2 * kCodeMargin : LineHeight(line.points);
+}
+
 std::vector<TextRow> RowsOf(const TicketPage& page) {
   std::vector<TextRow> rows;
   double below_last = 0;
@@ -29,8 +33,9 @@ std::vector<TextRow> RowsOf(const TicketPage& page) {
   for (const PageLine& line : page.lines) {
     height = LineHeight(line.points);
     Feed(rows, line.y - below_last, height);
-    rows.push_back({TrimRight(line.text), line.bold});
-    below_last = line.y + height;
+    const SquareCode* code = line.code ? &*line.code : nullptr;
+    rows.push_back({TrimRight(code != nullptr ? code->text : line.text), line.bold, code});
+    below_last = line.y + HeightOf(line);
   }
   Feed(rows, page.length - below_last, height);
   return rows;
@@ -55,6 +60,11 @@ void PageRecorder::PrintLine(std::string_view text) {
     if (!line.empty()) page_.lines.push_back({page_.length, points_, bold_, OneLine(line)});
     page_.length += LineHeight(points_);
   }
+}
+
+void PageRecorder::PrintCode(std::string_view text) {
+  page_.lines.push_back({page_.length, points_, false, {}, codes_.Encode(text)});
+  page_.length += HeightOf(page_.lines.back());
 }
 
 void PageRecorder::SetY(double centimetres) { page_.length = std::max(0.0, centimetres); }

@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "base/text.h"
+#include "platform/square_code.h"
 
 namespace tpv {
 
@@ -25,6 +26,12 @@ class RecordedDocument : public PrintDocument {
     if (break_inside) text.remove_suffix(kLineBreak.size());
     document_.lines.emplace_back(text);
     y_ += line_height_ * (break_inside ? 2 : 1);
+  }
+  void PrintCode(std::string_view text) override {
+    printers_.RequireWorking();
+    if (copy_) copy_->PrintCode(text);
+    document_.lines.push_back("[" + std::string(text) + "]");
+    y_ += kCodeSide + 2 * kCodeMargin;
   }
   double Y() const override { return y_; }
   void SetY(double centimetres) override {

@@ -21,7 +21,7 @@ namespace tpv {
 
 struct PrintedDocument {
   std::string printer;
-  std::vector<std::string> lines;
+  std::vector<std::string> lines;  // a square code is its text in brackets
 };
 
 class RecordingPrinters : public Printers {

@@ -5,8 +5,10 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 build_packages=(g++ cmake ninja-build ccache libsqlite3-dev qt6-base-dev pkg-config libcairo2-dev
-  fonts-liberation libcurl4-openssl-dev libcsv-dev zlib1g-dev)
-test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd openssl dpkg-dev)
+  fonts-liberation libcurl4-openssl-dev libcsv-dev zlib1g-dev
+  libssl-dev libxml2-dev libqrencode-dev)
+test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd openssl dpkg-dev zbar-tools
+  libxml2-utils)
 build_packages+=(unixodbc-dev)
 test_packages+=(libsqliteodbc tdsodbc)
 

@@ -33,6 +33,9 @@ class PrintDocument {
   // Prints the text at the current position and moves to the next line; a line
   // break inside the text moves one line further.
   virtual void PrintLine(std::string_view text) = 0;
+  // A square code with this text (square_code.h) and white around it, centred below the
+  // current position, which moves below it.
+  virtual void PrintCode(std::string_view text) = 0;
   // The vertical position in centimetres from the top of the document.
   virtual double Y() const = 0;
   virtual void SetY(double centimetres) = 0;

@@ -1,6 +1,7 @@
 // A4 documents laid out from plain data: lists, invoices.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,12 +33,20 @@ struct BarChart {
   std::vector<std::vector<double>> values;  // by series, then label
 };
 
+// A square code (square_code.h) between two lines of text.
+struct ReportCode {
+  std::string above;
+  std::string text;
+  std::string below;
+};
+
 struct Report {
   std::string title;
   std::vector<std::string> left;   // lines below the title: who it is from
   std::vector<std::string> right;  // and whom it is for
   std::vector<ReportTable> tables;
   std::vector<BarChart> charts;
+  std::optional<ReportCode> code{};  // at the top of the first page
 };
 
 // Every page has its number and how many there are.

@@ -28,6 +28,6 @@ std::optional<std::string> TicketPdf(const TicketPage& page, const RollPiece& pi
 std::optional<std::string> TicketSheetsPdf(const TicketPage& page, std::string_view title);
 
 // A report on A4 pages. Throws PrintError, also without the library.
-std::string ReportPdf(const Report& report);
+std::string ReportPdf(const Report& report, const CodeEncoder& codes);
 
 }  // namespace tpv

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "adapters/files/pdf/bar_chart.h"
+#include "adapters/files/pdf/code_drawing.h"
 #include "adapters/files/pdf/pdf.h"
 #include "adapters/files/pdf/sheet.h"
 
@@ -14,6 +15,20 @@ constexpr TextStyle kHeading{10, false};
 constexpr TextStyle kCaption{11, true};
 constexpr double kPad = 3;
 constexpr std::size_t kMostLines = 40;  // of one row: a page must hold it
+
+// The code's lines are centred on it; the white around it is room enough between them.
+void DrawCodeBlock(Sheet& sheet, const ReportCode& about, const SquareCode& code) {
+  constexpr TextStyle kSmall{8, false};
+  constexpr double kSide = (kCodeSide + 2 * kCodeMargin) * kPointsPerCentimetre;
+  const double width = std::max(kSide, sheet.WidthOf(about.below, kSmall));
+  const double middle = Sheet::kLeft + width / 2;
+  sheet.Text(about.above, middle, sheet.y, kSmall, Align::Centre);
+  sheet.y += LineStep(kSmall);
+  DrawCode(sheet.context(), code, middle - kSide / 2, sheet.y);
+  sheet.y += kSide;
+  sheet.Text(about.below, middle, sheet.y, kSmall, Align::Centre);
+  sheet.y += LineStep(kSmall) + 12;
+}
 
 void DrawTitle(Sheet& sheet, const Report& report) {
   for (const std::string& line :
@@ -126,7 +141,8 @@ class TablePainter {
   ReportRow captions_;
 };
 
-void Draw(Sheet& sheet, const Report& report) {
+void Draw(Sheet& sheet, const Report& report, const SquareCode& code) {
+  if (report.code) DrawCodeBlock(sheet, *report.code, code);
   DrawTitle(sheet, report);
   DrawHeadings(sheet, report);
   for (const ReportTable& table : report.tables) TablePainter(sheet, table).Draw();
@@ -136,11 +152,12 @@ void Draw(Sheet& sheet, const Report& report) {
 }  // namespace
 
 // Drawn twice: the first time tells how many pages there are.
-std::string ReportPdf(const Report& report) {
+std::string ReportPdf(const Report& report, const CodeEncoder& codes) {
+  const SquareCode code = report.code ? codes.Encode(report.code->text) : SquareCode{};
   Sheet draft(0);
-  Draw(draft, report);
+  Draw(draft, report, code);
   Sheet sheet(draft.page());
-  Draw(sheet, report);
+  Draw(sheet, report, code);
   return sheet.Finish();
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "adapters/files/pdf/canvas.h"
+#include "adapters/files/pdf/code_drawing.h"
 #include "adapters/files/pdf/pdf.h"
 #include "adapters/files/pdf/sheet.h"
 #include "base/text.h"
@@ -10,7 +11,6 @@ namespace tpv {
 
 namespace {
 
-constexpr double kPointsPerCentimetre = 72 / 2.54;
 constexpr double kMargin = 0.4;    // centimetres, as those below
 constexpr double kShortest = 3;    // without margins
 constexpr double kSheetRoom = 9;   // what a line may take of a sheet's width
@@ -19,7 +19,7 @@ constexpr double kAdvance = 0.6;
 constexpr double kAscent = 0.833;
 
 double Points(double centimetres) { return centimetres * kPointsPerCentimetre; }
-double HeightOf(const PageLine& line) { return Points(LineHeight(line.points)); }
+double PointsOf(const PageLine& line) { return Points(HeightOf(line)); }
 
 // Every character in a cell of its own, so that columns stand one below the
 // other whichever font the machine has. All lengths are points.
@@ -53,10 +53,18 @@ void DrawLine(cairo_t* context, const std::string& family, const PageLine& line,
   cairo_text_cluster_free(clusters);
 }
 
+void DrawLineOrCode(cairo_t* context, const std::string& family, const PageLine& line, double left,
+                    double top, double room) {
+  if (!line.code) return DrawLine(context, family, line, left, top, room);
+  constexpr double kColumns = 32;
+  const double columns = std::min(room, kColumns * kAdvance * line.points);
+  DrawCode(context, *line.code, left + (columns - PointsOf(line)) / 2, top);
+}
+
 double ContentLength(const TicketPage& page) {
   double length = std::max(page.length, kShortest);
   for (const PageLine& line : page.lines)
-    length = std::max(length, line.y + LineHeight(line.points));
+    length = std::max(length, line.y + HeightOf(line));
   return length;
 }
 
@@ -70,11 +78,11 @@ void DrawOnSheets(Sheet& sheet, const TicketPage& page, std::string_view title) 
   double below_head = draw_head();
   for (const PageLine& line : page.lines) {
     sheet.y = below_head + Points(line.y - first);
-    if (sheet.Need(HeightOf(line))) {
+    if (sheet.Need(PointsOf(line))) {
       sheet.y = below_head = draw_head();
       first = line.y;
     }
-    DrawLine(sheet.context(), page.family, line, Sheet::kLeft, sheet.y, Points(kSheetRoom));
+    DrawLineOrCode(sheet.context(), page.family, line, Sheet::kLeft, sheet.y, Points(kSheetRoom));
   }
 }
 
@@ -90,13 +98,13 @@ std::optional<std::string> TicketPdf(const TicketPage& page, const RollPiece& pi
   for (const PageLine& line : page.lines) {
     double top = Points(kMargin + line.y - first);
     // Half a point: lengths are rounded on their way.
-    if (top + HeightOf(line) > bottom + 0.5 && line.y > first) {
+    if (top + PointsOf(line) > bottom + 0.5 && line.y > first) {
       cairo_show_page(canvas.get());
       first = line.y;
       top = Points(kMargin);
     }
-    DrawLine(canvas.get(), page.family, line, Points(kMargin), top,
-             Points(piece.width - 2 * kMargin));
+    DrawLineOrCode(canvas.get(), page.family, line, Points(kMargin), top,
+                   Points(piece.width - 2 * kMargin));
   }
   return canvas.Finish();
 }
