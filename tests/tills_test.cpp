@@ -149,6 +149,37 @@ void Meddle(TestTill& own, int tills, int times, int seed) {
   }
 }
 
+// Another till works whenever this one begins to store.
+class Overtaken : public RecordingConnection {
+ public:
+  using RecordingConnection::RecordingConnection;
+  std::function<void()> meanwhile;
+
+  void BeginTrans() override {
+    meanwhile();
+    RecordingConnection::BeginTrans();
+  }
+};
+
+TEST(SaleStart, AsksInsideOfItsTransactionWhetherTheTillIsOpen) {
+  const TestFolder folder;
+  const StepClock clock;
+  const std::string path = folder / "tienda.db";
+  auto store = std::make_unique<Overtaken>(OpenStore(path, Contents::Demonstration, clock));
+  int begun = 0;
+  store->meanwhile = [&] {
+    if (++begun == 2) CloseTill(TestTill(path, clock).context(), 2);
+  };
+  TestTill till(std::move(store), clock);
+  const auto tickets = [&] { return till.store().Execute("SELECT COUNT(*) FROM Cav")->Field(0).ToInt32(); };
+  const int before = tickets();
+  EXPECT_EQ(till.Play("set Caja 2\ncall zTpv\nenter Text1(6) 2\nenter Text1(0) 2\nclick cmdApertura\n"
+                      "enter Text1(14) 100\nclick cmdGrabar\nanswer Yes\nexpect enabled cmdCierre True\nkey Add\n"
+                      "answer OK \"Caja cerrada, debe aperturarla para poder trabajar\"\n"
+                      "expect enabled cmdCierre False\nexpect screen frmTpv"), "");
+  EXPECT_EQ(tickets(), before);
+}
+
 int FromEnvironment(const char* name, int usual) {
   const char* value = std::getenv(name);
   return value == nullptr ? usual : std::atoi(value);

@@ -113,7 +113,7 @@ void FrmTpvDevoluciones::StartOrCancel() {
 }
 
 void FrmTpvDevoluciones::Start() {
-  CreateHeader();
+  if (!CreateHeader()) return;
   sale_in_progress_ = true;
   OfferToCancel();
   EmptyLine();

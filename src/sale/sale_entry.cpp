@@ -171,8 +171,14 @@ bool SaleEntry::CheckDate() {
   }
 }
 
-void SaleEntry::CreateHeader() {
-  CreateSaleHeader(context(), *customer_, Text1[6].text, SaleDate());
+bool SaleEntry::CreateHeader() {
+  try {
+    CreateSaleHeader(context(), *customer_, Text1[6].text, SaleDate());
+    return true;
+  } catch (const TillRefusal& refusal) {
+    AskTill();
+    return Warn(refusal.what(), nullptr);
+  }
 }
 
 bool SaleEntry::CancelSaleInProgress() {

@@ -65,8 +65,9 @@ class SaleEntry : public Screen {
   virtual bool AskTill();
   // The date field's text; "" with the system's date, whatever was left in the field.
   std::string SaleDate() const { return Check1.checked ? std::string() : Text1[4].text; }
-  // Creates the header of a new sale from the head's fields.
-  void CreateHeader();
+  // Creates the header of a new sale from the head's fields. False, and told, when the
+  // till was closed meanwhile.
+  bool CreateHeader();
   // Asks, takes the sale in progress out of the store and forgets it. False when
   // the operator keeps it.
   bool CancelSaleInProgress();

@@ -68,7 +68,7 @@ void FrmTpv::StartOrCancel() {
 
 void FrmTpv::Start() {
   const std::int16_t till = Variant(Text1[6].text).ToInt16();
-  CreateHeader();
+  if (!CreateHeader()) return;
   context().Caja = till;
   sale_in_progress_ = true;
   Frame2.enabled = true;

@@ -12,6 +12,7 @@
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "data/till_clock.h"
+#include "data/till_state.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 
@@ -116,6 +117,7 @@ void CreateSaleHeader(Context& context, const CustomerRecord& customer, const st
   // Header, number, mark and register are one step: no ticket of nobody's till is left
   // behind when the second statement fails.
   Transaction transaction(context.Database());
+  if (!TillIsOpen(context.Database(), till)) throw TillRefusal(kTillClosed);
   const auto notes = DeliveryNotes(context);
   PutHeader(*notes, context, customer, till);
   const TillClock clock(context.Database(), Int32OrZero(till));

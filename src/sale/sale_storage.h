@@ -18,7 +18,8 @@ class Object;
 // Creates the header of a new ticket, marks it as one of the till and registers it
 // as a sale in progress. Its id becomes the context's IdAlbaran. `till` and `date`
 // are field texts; an empty date takes the store's clock, or the second behind the
-// till's newest entry where that clock was set back.
+// till's newest entry where that clock was set back. Throws TillRefusal when the till
+// is closed.
 void CreateSaleHeader(Context& context, const CustomerRecord& customer, const std::string& till,
                       const std::string& date);
 
