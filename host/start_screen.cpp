@@ -207,6 +207,7 @@ bool StartScreen::Open(const std::string& path) {
     // The demonstration can be made again; a server has its own copies.
     copies_.Watch(IsServerStore(path) || path == UsualStore() ? "" : path);
     ShowCopies();
+    if (const std::string missing = MissingLogOf(*connection_); !missing.empty()) Tell(missing, ui::Icon::Exclamation);
     return true;
   } catch (const std::exception& error) {
     Text1[0].text = opened_.empty() && IsServerStore(path) ? path : Shortened(opened_);

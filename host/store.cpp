@@ -61,4 +61,9 @@ std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clo
   return std::make_unique<SqliteConnection>(path, clock, opening);
 }
 
+std::string MissingLogOf(const Connection& connection) {
+  const auto* store = dynamic_cast<const SqliteConnection*>(&connection);
+  return store == nullptr ? std::string() : store->MissingLog();
+}
+
 }  // namespace tpv

@@ -41,4 +41,7 @@ std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new
 std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock,
                                               OpenMode opening = OpenMode::ToSell);
 
+// SqliteConnection::MissingLog of an embedded store; "" for any other.
+std::string MissingLogOf(const Connection& connection);
+
 }  // namespace tpv

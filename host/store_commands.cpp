@@ -1,7 +1,7 @@
 #include "host/store_commands.h"
 
 #include <filesystem>
-#include <ostream>
+#include <iostream>
 
 #include "adapters/headless/recorders.h"
 #include "adapters/headless/scenario/display.h"
@@ -31,6 +31,13 @@ constexpr const char* kReleaseUsage = "store release FICHERO|--odbc CONEXIÓN [N
 constexpr const char* kMendUsage = "store mend FICHERO|--odbc CONEXIÓN [--yes]";
 constexpr const char* kSqlUsage = "sql FICHERO|--odbc CONEXIÓN \"SENTENCIA\"…";
 
+// What is missing is said beside what the order answers.
+std::unique_ptr<Connection> OpenAndWarn(const StorePlace& place, const Clock& clock) {
+  auto connection = OpenExisting(place, clock);
+  if (const std::string text = MissingLogOf(*connection); !text.empty()) std::cerr << "Aviso " << text << "\n";
+  return connection;
+}
+
 void CopyToFile(Connection& from, const std::string& path, const Clock& clock,
                 const CopyProgress& progress) {
   NewStore store(path);
@@ -52,7 +59,7 @@ int Copy(const Arguments& arguments, std::ostream& out) {
   const StorePlace target = TakePlace(arguments, at, kCopyUsage);
   if (at != arguments.size()) throw UsageError(kCopyUsage);
   const StepClock clock;
-  const auto from = OpenExisting(source, clock);
+  const auto from = OpenAndWarn(source, clock);
   long total = 0;
   const CopyProgress progress = [&](std::string_view table, long rows) {
     total += rows;
@@ -83,6 +90,7 @@ int Check(const Arguments& arguments, std::ostream& out) {
   const StepClock clock;
   const auto connection = OpenExisting(place, clock);
   if (!CheckFiles(*connection, out)) return 1;
+  if (const std::string text = MissingLogOf(*connection); !text.empty()) out << "Aviso " << text << "\n";
   if (const std::string partial = NewStore::PartialPath(place.name); fs::exists(partial)) {
     out << "Aviso Se está haciendo o quedó a medias «" << partial << "»\n";
   }
@@ -100,7 +108,7 @@ int Release(const Arguments& arguments, std::ostream& out) {
   const auto sale = at < arguments.size() ? ParseInt32(arguments[at++]) : std::optional(0);
   if (at != arguments.size() || !sale) throw UsageError(kReleaseUsage);
   const StepClock clock;
-  const auto connection = OpenExisting(place, clock);
+  const auto connection = OpenAndWarn(place, clock);
   out << (*sale == 0 ? SalesInProgressText(*connection) : ReleaseSale(*connection, *sale));
   return 0;
 }
@@ -111,7 +119,7 @@ int Mend(const Arguments& arguments, std::ostream& out) {
   const bool agreed = at < arguments.size() && arguments[at] == "--yes";
   if (at + (agreed ? 1 : 0) != arguments.size()) throw UsageError(kMendUsage);
   const StepClock clock;
-  out << MendStore(*OpenExisting(place, clock), agreed);
+  out << MendStore(*OpenAndWarn(place, clock), agreed);
   return 0;
 }
 
@@ -133,7 +141,7 @@ int SqlCommand(const Arguments& arguments, std::ostream& out) {
   const StorePlace place = TakePlace(arguments, at, kSqlUsage);
   if (at == arguments.size()) throw UsageError(kSqlUsage);
   const StepClock clock;
-  const auto connection = OpenExisting(place, clock);
+  const auto connection = OpenAndWarn(place, clock);
   for (; at < arguments.size(); ++at) {
     out << scenario::PlainRows(*connection->Execute(arguments[at]));
   }

@@ -95,6 +95,22 @@ TEST_F(StoreFile, OfAKilledTillIsWholeAgainWhenItIsOpenedAndACopyWithoutItsLogIs
   fs::copy_file(path, copy, fs::copy_options::overwrite_existing);
   EXPECT_EQ(SqliteConnection(copy, clock, OpenMode::AsItIs).Execute("SELECT MAX(Age_NOM) FROM Age WHERE "
             "Age_NOM = 'Ana'")->Field(0).ToText(), "Ana");
+  // Opened, it has a log again; what was missing stays known.
+  {
+    SqliteConnection till(path, clock);
+    till.Execute("UPDATE Age SET Age_NOM = 'Eva' WHERE Age_NOM = 'Ana'");
+    fs::copy_file(path, copy, fs::copy_options::overwrite_existing);
+  }
+  SqliteConnection(copy, clock).Execute("SELECT 1");
+  const std::string noted = "El 24/11/2026 10:30:00 se abrió sin «" + copy + "-wal»";
+  EXPECT_NE(Check(copy).find("Aviso " + noted), std::string::npos);
+  EXPECT_NE(Check(copy).find("está bien"), std::string::npos);
+  for (const auto& order : {std::vector<std::string>{"sql", copy, "SELECT 1"}, {"copy", copy, folder / "otra.db"}}) {
+    std::ostringstream out;
+    testing::internal::CaptureStderr();
+    order[0] == "sql" ? SqlCommand({order.begin() + 1, order.end()}, out) : StoreCommand(order, out);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Aviso " + noted), std::string::npos) << order[0];
+  }
   // While one till works another one leaves; the log goes with the last.
   {
     SqliteConnection stays(path, clock);

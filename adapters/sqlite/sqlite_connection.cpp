@@ -10,6 +10,8 @@
 #include "adapters/sqlite/store_upgrade.h"
 #include "adapters/sqlite/turns.h"
 #include "adapters/sqlite/unwritten_store.h"
+#include "base/date_time.h"
+#include "platform/clock.h"
 
 namespace tpv {
 
@@ -80,7 +82,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
   sqlite::RequireStore(handle_.get(), path);
   SetSynchronous(true);
   if (opening == OpenMode::ToSell) {
-    TakeOver();
+    TakeOver(clock);
   } else {
     RequireCurrent(handle_.get(), path);
   }
@@ -92,13 +94,35 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
 }
 
 // What a till that was killed left in the log goes into the file at once.
-void SqliteConnection::TakeOver() {
+void SqliteConnection::TakeOver(const Clock& clock) {
+  // Stores of older versions were left without a log and nothing was missing.
+  const bool missing = lacks_log_ && sqlite::VersionOf(handle_.get()) == sqlite::kVersion;
   sqlite::LayLog(handle_.get());
   Run("PRAGMA main.journal_mode = WAL");
   sqlite::KeepLog(handle_.get(), true);
   lacks_log_ = false;
   sqlite::BringUpToDate(handle_.get());
+  if (missing) NoteMissingLog(clock);
   Run("PRAGMA main.wal_checkpoint(PASSIVE)");
+}
+
+// From now on the file has a log again, so nothing but this note tells.
+void SqliteConnection::NoteMissingLog(const Clock& clock) {
+  sqlite::Run(handle_.get(),
+              "CREATE TABLE IF NOT EXISTS main.TpvAvisos (Momento TEXT, Aviso TEXT); "
+              "INSERT INTO main.TpvAvisos VALUES (" + sqlite::Literal(ToDayFirstSeconds(clock.Now())) + ", " +
+                  sqlite::Literal(sqlite::LogOf(handle_.get())) + ")");
+}
+
+std::string SqliteConnection::MissingLog() const {
+  constexpr const char* kIfCopied = "»: si el almacén se copió a mano, no está lo último que se grabó";
+  if (lacks_log_) return "Falta «" + sqlite::LogOf(handle_.get()) + kIfCopied;
+  if (sqlite::Number(handle_.get(), "SELECT COUNT(*) FROM main.sqlite_master WHERE name = 'TpvAvisos'") == 0) {
+    return "";
+  }
+  return sqlite::Text(handle_.get(), "SELECT 'El ' || Momento || ' se abrió sin «' || Aviso || " +
+                                         sqlite::Literal(std::string(kIfCopied) + " antes") +
+                                         " FROM main.TpvAvisos ORDER BY rowid DESC LIMIT 1");
 }
 
 // A file whose log is not there keeps its mark.
@@ -120,10 +144,7 @@ void SqliteConnection::LetCodesRepeat() {
 
 std::vector<std::string> SqliteConnection::Damage() {
   std::vector<std::string> lines;
-  if (lacks_log_) {
-    lines.push_back("Falta «" + sqlite::LogOf(handle_.get()) +
-                    "»: si el almacén se copió a mano, no está lo último que se grabó");
-  }
+  if (lacks_log_) lines.push_back(MissingLog());
   for (const std::string& table : sqlite::MissingTables(handle_.get())) {
     lines.push_back("Falta la tabla «" + table + "»");
   }

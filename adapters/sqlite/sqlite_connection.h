@@ -51,6 +51,10 @@ class SqliteConnection : public Connection {
   // What is missing or what the engine finds damaged, a line each; nothing in a sound file.
   std::vector<std::string> Damage();
 
+  // What a technician should know of a log that was not there, now or when the store was
+  // opened to sell; "" for a store that always had its log.
+  std::string MissingLog() const;
+
   // All of the store as it is at one moment, in a new file that needs no log; other
   // connections go on selling. Throws DatabaseError; what it began is left there.
   void CopyTo(const std::string& path);
@@ -62,7 +66,8 @@ class SqliteConnection : public Connection {
   friend class sqlite::StepRecordset;
 
   void Run(const char* sql);
-  void TakeOver();
+  void TakeOver(const Clock& clock);
+  void NoteMissingLog(const Clock& clock);
   std::unique_ptr<Recordset> Start(std::shared_ptr<sqlite::CachedShape> shape,
                                    std::vector<Variant> literals);
   std::unique_ptr<Recordset> WriteAlone(std::shared_ptr<sqlite::CachedShape> shape,

@@ -26,6 +26,17 @@ bool MarkedAsLogged(sqlite3* handle) {
          file->pMethods->xRead(file, header, sizeof header, 0) == SQLITE_OK && header[18] == 2;
 }
 
+// Its first row, when it has one.
+template <typename Take>
+void First(sqlite3* handle, const std::string& sql, Take take) {
+  sqlite3_stmt* statement = nullptr;
+  if (sqlite3_prepare_v2(handle, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) ThrowLastError(handle);
+  const StatementPtr owner(statement);
+  const int result = sqlite3_step(statement);
+  if (result == SQLITE_ROW) return take(statement);
+  if (result != SQLITE_DONE) ThrowLastError(handle);
+}
+
 }  // namespace
 
 void Closer::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
@@ -53,13 +64,18 @@ void Run(sqlite3* handle, const std::string& sql) {
 }
 
 int Number(sqlite3* handle, const std::string& sql) {
-  sqlite3_stmt* statement = nullptr;
-  if (sqlite3_prepare_v2(handle, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) ThrowLastError(handle);
-  const StatementPtr owner(statement);
-  const int result = sqlite3_step(statement);
-  if (result == SQLITE_ROW) return sqlite3_column_int(statement, 0);
-  if (result != SQLITE_DONE) ThrowLastError(handle);
-  return 0;
+  int number = 0;
+  First(handle, sql, [&](sqlite3_stmt* row) { number = sqlite3_column_int(row, 0); });
+  return number;
+}
+
+std::string Text(sqlite3* handle, const std::string& sql) {
+  std::string text;
+  First(handle, sql, [&](sqlite3_stmt* row) {
+    const unsigned char* bytes = sqlite3_column_text(row, 0);
+    if (bytes != nullptr) text = reinterpret_cast<const char*>(bytes);
+  });
+  return text;
 }
 
 int VersionOf(sqlite3* handle) { return Number(handle, "PRAGMA main.user_version"); }

@@ -29,6 +29,8 @@ std::string LogOf(sqlite3* handle);
 void Run(sqlite3* handle, const std::string& sql);
 // The whole number that the statement answers; 0 without rows.
 int Number(sqlite3* handle, const std::string& sql);
+// The text that it answers; "" without rows.
+std::string Text(sqlite3* handle, const std::string& sql);
 int VersionOf(sqlite3* handle);
 // A text as a literal.
 std::string Literal(const std::string& text);

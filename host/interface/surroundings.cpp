@@ -36,6 +36,16 @@ Surroundings::Surroundings(const zrtpv_options& options)
       objects_(*this),
       ports_(PortsWith(options.windows)) {
   objects_.SetPorts(ports_);
+  ProtectSettings();
+}
+
+void Surroundings::ProtectSettings() {
+  try {
+    if (const std::string notice = machine_.settings.Protect(); !notice.empty()) ports_.ui.Notify({notice, {}});
+  } catch (const FileError& error) {
+    ports_.ui.Notify({error.what(), {}});
+  }
+  PassOnNotices();
 }
 
 Ports Surroundings::PortsWith(std::int32_t kind) {

@@ -46,6 +46,8 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
 
  private:
   Ports PortsWith(std::int32_t kind);
+  // A password that others could read is no longer theirs, and the host hears of it.
+  void ProtectSettings();
   ui::FrontEnd& FrontEnd(std::int32_t kind);
 
   NobodyThere nobody_;

@@ -67,10 +67,12 @@ void OpenFile(zrtpv_till& till, const std::string& path, std::int32_t if_missing
   if (if_missing < ZRTPV_MUST_EXIST || if_missing > ZRTPV_MAKE_DEMO) {
     throw Fault(ZRTPV_E_ARGUMENT, "if_missing: un valor que no existe");
   }
-  if (if_missing == ZRTPV_MUST_EXIST) return Use(till, OpenExistingStore(path, clock), user);
   const auto contents =
       if_missing == ZRTPV_MAKE_EMPTY ? Contents::Empty : Contents::Demonstration;
-  Use(till, OpenStore(path, contents, clock), user);
+  auto store = if_missing == ZRTPV_MUST_EXIST ? OpenExistingStore(path, clock) : OpenStore(path, contents, clock);
+  const std::string missing = MissingLogOf(*store);
+  Use(till, std::move(store), user);
+  if (!missing.empty()) till.around->ports().ui.Notify({missing, {}});
 }
 
 void OpenHost(zrtpv_till& till, const zrtpv_database& given) {

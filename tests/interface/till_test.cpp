@@ -1,4 +1,5 @@
 // A host that does everything wrong that a host can do, and one that does it right.
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cmath>
@@ -42,6 +43,14 @@ TEST_F(Till, MembersAndVersionAreThoseOfTheHeader) {
   std::uint32_t id = 0;
   EXPECT_EQ(zrtpv_id("ZTPV", &id), ZRTPV_OK);
   EXPECT_EQ(id, 0x60030005U);
+}
+
+TEST_F(Till, ThatFoundAPasswordOpenToOthersTellsItsHost) {
+  std::ofstream(folder / "tpv.conf", std::ios::app) << "[TPV/Mail]\nPassword=secreta\n";
+  ASSERT_EQ(::chmod((folder / "tpv.conf").c_str(), 0644), 0);
+  Create();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages[0].rfind("Otros usuarios podían leer «" + folder / "tpv.conf" + "»", 0), 0U) << messages[0];
 }
 
 TEST_F(Till, PropertiesTakeWhatFitsAndSayWhatDoesNot) {
