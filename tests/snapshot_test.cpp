@@ -16,6 +16,7 @@ class SnapshotTest : public ::testing::Test {
   SnapshotTest() : other_(store_.Open()) {
     store_.connection().Execute("INSERT INTO Parametros (Par_Nombre) VALUES ('La Esquina')");
     store_.connection().Execute("INSERT INTO zrcomun.dbo.PAIS (PAIS_COD, PAIS_NOM) VALUES ('011', 'España')");
+    store_.connection().Execute("INSERT INTO Pro (Pro_Nom) VALUES ('Ana')");
   }
 
   std::string Name() { return store_.Value("SELECT TOP 1 Par_Nombre FROM Parametros"); }
@@ -46,16 +47,29 @@ TEST_F(SnapshotTest, ListsAreReadAgainWhenAnyoneWroteThem) {
   EXPECT_EQ(Countries(), "España Francia ");
   store_.connection().Execute("DELETE FROM zrcomun.dbo.PAIS WHERE PAIS_COD = '011'");
   EXPECT_EQ(Countries(), "Francia ");
+  // Other writing changes nothing, and a tool that knows no till is noticed, even
+  // one that takes away what counts the changes.
+  const sqlite::Handle tool = sqlite::OpenFile(store_.path());
+  for (const char* drop : {"", "DROP TRIGGER tpv_PAIS_UPDATE; ", ""}) {
+    const std::string name = std::string(drop) == "" ? "Italia" : "Portugal";
+    other_->Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')");
+    EXPECT_EQ(Countries(), Countries());
+    sqlite::Run(tool.get(), drop + ("UPDATE PAIS SET PAIS_NOM = '" + name) + "'");
+    EXPECT_EQ(Countries(), name + " ");
+  }
 }
 
 TEST_F(SnapshotTest, WhatWasRolledBackIsNotKept) {
   EXPECT_EQ(Name(), "La Esquina");
+  other_->Execute("UPDATE Pro SET Pro_Nom = 'Luz'");
   {
     const Transaction undone(store_.connection());
     Rename(store_.connection(), "Nunca");
     EXPECT_EQ(Name(), "Nunca");
   }
   EXPECT_EQ(Name(), "La Esquina");
+  Rename(*other_, "El Puerto");  // as many changes as there were before the undoing
+  EXPECT_EQ(Name(), "El Puerto");
   store_.connection().Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')");
   EXPECT_EQ(store_.Value("SELECT @@IDENTITY FROM Parametros"), "1");
   store_.connection().Execute("INSERT INTO Age (Age_NOM) VALUES ('Luis')");
@@ -99,8 +113,8 @@ class TwoTills : public SnapshotTest, public testing::WithParamInterface<unsigne
 
   void Write(Connection& connection) {
     const std::string text = "'" + std::to_string(Below(4)) + "'";
-    connection.Execute(Below(2) == 0 ? "UPDATE Parametros SET Par_Nombre = " + text
-                                     : "UPDATE zrcomun.dbo.PAIS SET PAIS_NOM = " + text);
+    const char* tables[] = {"Parametros SET Par_Nombre = ", "zrcomun.dbo.PAIS SET PAIS_NOM = ", "Pro SET Pro_Nom = "};
+    connection.Execute("UPDATE " + (tables[Below(3)] + text));
   }
   // A transaction or a snapshot begins, or what there is ends.
   void Move(Connection& connection, std::optional<Snapshot>& snapshot) {

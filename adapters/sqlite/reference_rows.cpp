@@ -29,15 +29,21 @@ class KeptRecordset : public TranslatedRecordset {
 
 }  // namespace
 
-ReferenceRows::ReferenceRows(sqlite3* handle) : data_version_(handle, "PRAGMA main.data_version") {}
+ReferenceRows::ReferenceRows(sqlite3* handle) : changes_(handle) {}
 
-// The engine's count of what others committed, and ours of what we wrote. Asking for
-// it begins a snapshot that has read nothing yet, so it is always of that state.
+void ReferenceRows::Written(const schema::Table& table) {
+  if (!table.reference) return;
+  changes_.WriteHere();
+  ++version_;
+}
+
+// Another one with every change, ours or somebody else's. Asking begins a snapshot that
+// has read nothing yet, so the answer is always of that state.
 std::int64_t ReferenceRows::Version() {
   if (known_) return *known_;
-  const std::int64_t version = (own_writes_ << 32) + data_version_.Value();
-  if (in_snapshot_) known_ = version;
-  return version;
+  if (changes_.Happened()) ++version_;
+  if (in_snapshot_) known_ = version_;
+  return version_;
 }
 
 std::shared_ptr<const VersionedRows> ReferenceRows::Find(const CachedShape& shape) {

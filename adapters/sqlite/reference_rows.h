@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "adapters/sqlite/control_statement.h"
+#include "adapters/sqlite/list_changes.h"
 #include "data/schema.h"
 #include "platform/database.h"
 
@@ -23,7 +23,7 @@ class ReferenceRows {
   // Reads the record set to its end and keeps its rows.
   void Keep(CachedShape& shape, Recordset& rows);
   // This connection writes to the table.
-  void Written(const schema::Table& table) { own_writes_ += table.reference ? 1 : 0; }
+  void Written(const schema::Table& table);
 
   // Within a snapshot nothing changes: the store is asked once, in the snapshot.
   void BeginSnapshot() { SetSnapshot(true); }
@@ -33,10 +33,10 @@ class ReferenceRows {
   std::int64_t Version();
   void SetSnapshot(bool in_snapshot);
 
-  ControlStatement data_version_;
+  ListChanges changes_;
   std::optional<std::int64_t> known_;  // of the snapshot's state
   bool in_snapshot_ = false;
-  std::int64_t own_writes_ = 0;
+  std::int64_t version_ = 1;
 };
 
 std::unique_ptr<Recordset> Kept(std::shared_ptr<CachedShape> shape,

@@ -7,6 +7,7 @@
 
 #include "adapters/sqlite/ddl.h"
 #include "adapters/sqlite/folder.h"
+#include "adapters/sqlite/list_changes.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/store_file.h"
 #include "platform/database.h"
@@ -174,6 +175,7 @@ void AddWhatIsMissing(sqlite3* handle) {
     for (const std::string& statement : SqliteDdl(table, "main")) Run(handle, statement);
   }
   MoveTermsOfPayment(handle);
+  if (!CountsListChanges(handle)) CountListChanges(handle);
   Run(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
   Run(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
 }
@@ -185,7 +187,7 @@ void BringUpToDate(sqlite3* handle) {
     if (VersionOf(handle) < kVersion) Upgrade(handle, folder);  // unless another till has meanwhile
     PutCatalogueAside(file, folder);
   }
-  if (MissingTables(handle).empty()) return;
+  if (MissingTables(handle).empty() && CountsListChanges(handle)) return;
   Run(handle, "BEGIN IMMEDIATE");
   AddWhatIsMissing(handle);
   Run(handle, "COMMIT");
