@@ -4,6 +4,7 @@
 
 #include "adapters/headless/scenario/rig.h"
 #include "host/config.h"
+#include "office/menu_screen.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
 
@@ -44,6 +45,7 @@ class RecordedTill {
   RecordingSound sound;
   suite::SuiteFactory objects;
   Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound};
+  office::Tools tools;
   std::optional<Zrtpve> component;
   scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}};
 
@@ -53,6 +55,7 @@ class RecordedTill {
     rig.premises.configure = [this](const std::string& name, const std::string& value) {
       ChangeSetting(settings, name, value);
     };
+    rig.premises.open_office = [this] { office::OpenOffice(component->context(), tools); };
     component.emplace(ports);
     component->context().MyBd =
         std::make_shared<suite::StoreDatabase>(connection, user_, front_end, clock, settings);

@@ -1,5 +1,8 @@
 #include "host/server_store.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "data/schema.h"
 #include "host/play.h"
 #include "host/store_copy.h"
@@ -15,6 +18,9 @@ namespace tpv {
 #ifdef TPV_HAS_ODBC
 
 namespace {
+
+// That a server of an earlier version lacks.
+constexpr const char* kAddedTables[] = {"VentasEnCurso", "Bajas"};
 
 bool Exists(Connection& connection, const std::string& name) {
   return !connection.Execute("SELECT OBJECT_ID('dbo." + name + "') AS numero")->Field(0).IsNull();
@@ -54,13 +60,15 @@ bool MakeServerTables(Connection& connection) {
 
 std::unique_ptr<Connection> OpenServerStore(const std::string& name) {
   auto connection = OpenServer(name);
-  if (Exists(*connection, "VentasEnCurso")) return connection;
+  const auto missing = std::find_if(std::begin(kAddedTables), std::end(kAddedTables),
+                                    [&](const char* table) { return !Exists(*connection, table); });
+  if (missing == std::end(kAddedTables)) return connection;
   try {
     MakeServerTables(*connection);
   } catch (const DatabaseError& error) {
     throw DatabaseError(
-        "Al almacén le falta la tabla VentasEnCurso y este usuario no puede crearla. El "
-        "administrador debe ejecutar una vez «tpv store create --odbc …». " + std::string(error.what()),
+        "Al almacén le falta la tabla " + std::string(*missing) + " y este usuario no puede crearla. El "
+        "administrador debe ejecutar una vez «tpv store create --odbc …». " + error.what(),
         error.sqlstate(), error.native());
   }
   return connection;

@@ -11,6 +11,7 @@
 #include "host/machine.h"
 #include "host/store.h"
 #include "host/store_errands.h"
+#include "office/menu_screen.h"
 #include "suite/store_database.h"
 #include "suite/till_settings.h"
 
@@ -39,6 +40,7 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
       front_end_(front_end),
       ports_(machine.PortsFor(front_end, objects_, sound)),
       copies_(machine.settings, machine.clock) {
+  tools.tables = machine.tables.get();
   objects_.SetPorts(ports_);
   caption = "Punto de venta";
   DeclareLayout();
@@ -48,6 +50,7 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
   cmdAcercaDe.click = [this] { TellAbout(); };
   cmdCopia.click = [this] { MakeCopy(); };
   cmdSalir.click = [this] { Leave(); };
+  cmdOficina.click = [this] { OpenOffice(); };
   const std::pair<ui::Button*, void (Zrtpve::*)()> screens[] = {
       {&cmdVenta, &Zrtpve::zTpv},
       {&cmdMovimientos, &Zrtpve::zMovCaja},
@@ -58,7 +61,7 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
       {&cmdPendiente, &Zrtpve::zInfPendienteCobro},
       {&cmdProveedores, &Zrtpve::zFindByName}};
   for (const auto& [button, screen] : screens) {
-    button->click = [this, screen = screen] { Run(screen); };
+    button->click = [this, screen = screen] { Run([&] { (component_.get()->*screen)(); }); };
   }
 }
 
@@ -79,7 +82,8 @@ void StartScreen::DeclareLayout() {
                {&cmdMovimientos, &cmdCierre},
                {&cmdDiario, &cmdDiarioCaja},
                {&cmdFacturacion, &cmdPendiente},
-               {&cmdProveedores, &cmdCopia},
+               {&cmdProveedores, &cmdOficina},
+               {&cmdCopia},
                {&cmdAyuda, &cmdAcercaDe},
                {&cmdSalir}});
   for (const auto& row : Frame2.rows) {
@@ -250,7 +254,12 @@ void StartScreen::Remember() {
   keep(kSection, "Agent", std::to_string(Agent()));
 }
 
-void StartScreen::Run(void (Zrtpve::*screen)()) {
+void StartScreen::OpenOffice() {
+  Run([this] { office::OpenOffice(component_->context(), tools); });
+  if (connection_) FillAgents();  // as the office has left them
+}
+
+void StartScreen::Run(const std::function<void()>& screen) {
   const bool again = !component_ && IsServerStore(Text1[0].text);
   if (again && !Open(Text1[0].text)) return;
   if (!component_ || !CheckTill()) return;
@@ -263,7 +272,7 @@ void StartScreen::Run(void (Zrtpve::*screen)()) {
     context.IdAlbaran = kNoSale;
     TellFailedCopy(false);
     copies_.Begin(*connection_, context.Caja);
-    (component_.get()->*screen)();
+    screen();
     copies_.End(*connection_);
     ShowCopies();
   } catch (const std::exception& error) {

@@ -8,6 +8,7 @@
 
 #include "component/zrtpve.h"
 #include "host/safety_copies.h"
+#include "office/tools.h"
 #include "platform/ui/form.h"
 #include "platform/ui/front_end.h"
 #include "suite/suite_factory.h"
@@ -25,6 +26,7 @@ class StartScreen : public ui::Form {
 
   // Lets the operator point to a store's file; "" for none. Unset: the path is typed.
   std::function<std::string(const std::string& current)> choose_file;
+  office::Tools tools;  // the office's
 
   void OnLoad() override;
   void OnKeyUp(ui::Key key) override;
@@ -48,7 +50,8 @@ class StartScreen : public ui::Form {
   void MakeCopy();
   void TellFailedCopy(bool wait);
   void Leave();
-  void Run(void (Zrtpve::*screen)());
+  void Run(const std::function<void()>& screen);
+  void OpenOffice();
   void TellAbout();
   void Tell(const std::string& text, ui::Icon icon);
 
@@ -76,6 +79,7 @@ class StartScreen : public ui::Form {
   ui::Button cmdFacturacion{*this, "cmdFacturacion", "&Facturación de tickets"};
   ui::Button cmdPendiente{*this, "cmdPendiente", "&Pendiente de cobro"};
   ui::Button cmdProveedores{*this, "cmdProveedores", "Pr&oveedores"};
+  ui::Button cmdOficina{*this, "cmdOficina", "Ofici&na"};
   ui::Button cmdAyuda{*this, "cmdAyuda", "A&yuda"};
   ui::Button cmdAcercaDe{*this, "cmdAcercaDe", "&Acerca de"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};

@@ -62,6 +62,9 @@ int Start(const std::string& picture) {
   screen.choose_file = [&](const std::string& current) {
     return ChooseFile(front_end.TopWindow(), current);
   };
+  screen.tools.choose_file = [&](const std::string& title, const std::string& kind) {
+    return qt::Utf8(QFileDialog::getOpenFileName(front_end.TopWindow(), qt::Text(title), {}, qt::Text(kind)));
+  };
   Onlooker onlooker(front_end);
   if (!picture.empty()) front_end.SetDriver(onlooker);
   front_end.ShowModal(screen);

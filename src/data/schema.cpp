@@ -167,6 +167,11 @@ std::vector<Table> Describe() {
        {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
        {{{"cont_tipo", "cont_serie"}, true}}},
       SalesInProgress(), Invoices(),
+      // Records that are offered no more: the table's name and the record's number.
+      {"Bajas", kStore, false, false,
+       {Required("baja_tabla", Text, 20), Required("baja_idreg", Int),
+        With("baja_fecha", DateTime, Default::Now)},
+       {{{"baja_tabla", "baja_idreg"}, true}}},
       // Lines as the tickets had them when they were invoiced.
       {"Fal", kStore, true, false,
        {{"Fal_Id", Int}, Required("Fal_IdFav", Int), {"Fal_IdCav", Int}, {"Fal_Ticket", Text, 20},

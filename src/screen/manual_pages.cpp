@@ -21,6 +21,9 @@ constexpr Page kPages[] = {
     {"frmTpvFacturas", "facturacion"},
     {"frmTpvPendiente", "pendiente"},
     {"frmNuevoCliente", "busquedas"},
+    {"frmOficina", "oficina"},
+    {"frmAlmacenes", "oficina"},
+    {"frmAlmacen", "oficina"},
 };
 
 }  // namespace

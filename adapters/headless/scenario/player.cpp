@@ -168,7 +168,7 @@ bool Player::RunHostCommand(const Command& command) {
       {"call", &Player::Call},     {"sql", &Player::Sql},      {"param", &Player::Param},
       {"show", &Player::Show},     {"mail", &Player::Mail},    {"fail", &Player::Inject},
       {"expect", &Player::Expect}, {"fails", &Player::Fails},  {"other", &Player::Other},
-      {"kill", &Player::Kill},     {"config", &Player::Config}};
+      {"kill", &Player::Kill},     {"config", &Player::Config}, {"office", &Player::Office}};
   if (const auto found = handlers.find(command.Verb()); found != handlers.end()) {
     (this->*found->second)(command);
     return true;
@@ -306,6 +306,11 @@ void Player::Config(const Command& command) {
   } catch (const std::exception& error) {
     command.Fail(error.what());
   }
+}
+
+void Player::Office(const Command&) {
+  if (!rig_.premises.open_office) throw Failure("aquí no se puede abrir la oficina", true);
+  rig_.premises.open_office();
 }
 
 void Player::Param(const Command& command) {

@@ -55,6 +55,7 @@ class Player : public ui::Driver {
   void Other(const Command& command);
   void Kill(const Command& command);
   void Config(const Command& command);
+  void Office(const Command& command);
   void Param(const Command& command);
   void Show(const Command& command);
   void Forget();

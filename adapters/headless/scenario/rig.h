@@ -22,6 +22,8 @@ struct Premises {
   // A setting of the machine by the name that a technician gives it. Throws for
   // one that is unknown or a value that does not fit.
   std::function<void(const std::string& name, const std::string& value)> configure;
+  // Opens the office over the component's store; returns when it is closed.
+  std::function<void()> open_office;
 };
 
 // Everything outlives the player.

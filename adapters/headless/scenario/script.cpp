@@ -29,7 +29,7 @@ const std::map<std::string, Shape, std::less<>>& Commands() {
       {"pick", {1, 1}},      {"find", {1, kAny}},    {"close", {0, 0}},       {"show", {1, 1}},
       {"expect", {2, kAny}}, {"forget", {0, 0}},     {"printers", {0, kAny}}, {"setting", {1, 1}},
       {"mail", {1, 1}},      {"include", {1, 1}},    {"fails", {1, kAny}},    {"fail", {1, 2}},
-      {"config", {2, 2}},    {"other", {1, kAny}},   {"scan", {1, 1}},        {"kill", {0, 0}},
+      {"config", {2, 2}},    {"office", {0, 0}},  {"other", {1, kAny}},   {"scan", {1, 1}},        {"kill", {0, 0}},
   };
   return commands;
 }
