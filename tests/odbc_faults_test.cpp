@@ -185,6 +185,49 @@ TEST_F(LostCommit, StaysUnknownWhenNobodyCanBeAsked) {
   EXPECT_EQ(Stored(), 2);
 }
 
+TEST(OdbcLock, SaysWhetherAnotherTillHoldsItOrPerhapsALostSessionOfItsOwn) {
+  if (kPretendedServer == nullptr) GTEST_SKIP() << "no ODBC driver for SQLite here";
+  const OdbcStore store(kPretendedServer);
+  Breaker line;
+  OdbcOptions options;
+  options.faults = line.Faults();
+  const auto other = store.Open();
+  const auto till = store.Open(options);
+  ASSERT_TRUE(till->IsSqlServer());
+  const auto told = [&] {
+    try {
+      const Transaction transaction(*till);
+      return std::string();
+    } catch (const DatabaseError& error) {
+      return std::string(error.what());
+    }
+  };
+  other->BeginTrans();
+  EXPECT_EQ(told(), "Otra caja está grabando en este momento, o esta misma se cortó mientras grababa y el servidor "
+                    "todavía la espera; inténtelo de nuevo dentro de un minuto");
+  other->RollbackTrans();
+  EXPECT_EQ(told(), "");
+  other->BeginTrans();
+  EXPECT_EQ(told(), "Otra caja está grabando en este momento; inténtelo de nuevo");
+  other->RollbackTrans();
+  for (const char* cut : {"INSERT INTO Pro", "IF @@TRANCOUNT"}) {
+    {
+      const Transaction transaction(*till);
+      line.BreakAt(cut, Moment::Before);
+      try {
+        till->Execute("INSERT INTO Pro (Pro_Cod) VALUES (1)");
+      } catch (const DatabaseError&) {
+      }
+    }
+    till->Execute("SELECT 1");  // by a new session
+    other->BeginTrans();        // the lost one, as the server sees it
+    EXPECT_EQ(told(), "La conexión se cortó mientras esta caja grababa y el servidor todavía la espera; inténtelo de "
+                      "nuevo dentro de un minuto") << cut;
+    other->RollbackTrans();
+    EXPECT_EQ(told(), "");
+  }
+}
+
 class RowsUnderWay : public OdbcFaults {
  protected:
   static constexpr int kRows = 200;

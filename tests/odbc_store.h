@@ -12,13 +12,15 @@ namespace tpv {
 
 #ifdef TPV_SQLITE_ODBC_DRIVER
 inline constexpr const char* kSqliteDriver = TPV_SQLITE_ODBC_DRIVER;
+inline constexpr const char* kPretendedServer = TPV_PRETENDED_SERVER;
 #else
 inline constexpr const char* kSqliteDriver = nullptr;
+inline constexpr const char* kPretendedServer = nullptr;
 #endif
 
 class OdbcStore {
  public:
-  OdbcStore() {
+  explicit OdbcStore(const char* driver = kSqliteDriver) : driver_(driver) {
     const auto connection = Open();
     connection->Execute("CREATE TABLE Pro (Pro_Id INTEGER PRIMARY KEY AUTOINCREMENT, "
                         "Pro_Cod integer, Pro_Nom varchar(50))");
@@ -35,8 +37,9 @@ class OdbcStore {
   }
   // StepAPI: rows are stepped as they are fetched.
   odbc::Target target() const {
-    return {std::string("Driver=") + kSqliteDriver + ";Database=" +
-                folder_ / "tienda.sqlite" + ";StepAPI=Yes;Timeout=2000",
+    const char* patience = driver_ == kSqliteDriver ? "2000" : "50";
+    return {std::string("Driver=") + driver_ + ";Database=" + folder_ / "tienda.sqlite" +
+                ";StepAPI=Yes;Timeout=" + patience,
             {}, {}, false, {}};
   }
   std::unique_ptr<OdbcConnection> Open(OdbcOptions options = {}) const {
@@ -45,6 +48,7 @@ class OdbcStore {
 
  private:
   TemporaryFolder folder_;
+  const char* driver_;
 };
 
 }  // namespace tpv
