@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
 #include "base/mask.h"
 
@@ -24,11 +23,12 @@ struct TillTotals {
 
 std::string Euros(double euros) { return FormatNumber(euros, "#,##0.00"); }
 
-ReportTable ListTable() {
+ReportTable ListTable(bool counted) {
   ReportTable list;
   list.columns = {{"FECHA", 2.4},         {"CAJA", 0.8, true},     {"VENDEDOR", 2.6},
                   {"INICIAL", 1.6, true}, {"METALICO", 1.6, true}, {"TARJETA", 1.6, true},
                   {"PAGOS", 1.4, true},   {"RETIRADO", 1.6, true}, {"IMPORTE FINAL", 1.8, true}};
+  if (counted) list.columns.push_back({"ARQUEO", 1.4, true});
   return list;
 }
 
@@ -55,14 +55,15 @@ void Add(TillTotals& totals, const Amounts& amounts) {
 
 class ClosuresReader {
  public:
-  explicit ClosuresReader(Object& rows) : rows_(rows) {}
+  ClosuresReader(Object& rows, const CountedDifferences& differences)
+      : list(ListTable(!differences.empty())), rows_(rows), differences_(differences) {}
 
   void Read() {
     rows_.Invoke("MoveFirst");
     for (; !rows_.Get("EOF").ToBool(); rows_.Invoke("MoveNext")) ReadRow();
   }
 
-  ReportTable list = ListTable();
+  ReportTable list;
 
   ReportTable Tills() const {
     ReportTable table = TillTable();
@@ -101,6 +102,8 @@ class ClosuresReader {
     ReportRow row{{FormatDate(when, "DD/MM/YYYY HH:MM"), std::to_string(till),
                    Field("Vendedor").TextOr("")}};
     for (const double euros : amounts) row.cells.push_back(Euros(euros));
+    const auto difference = differences_.find(Field("DiaCaj_Id").IntOr(0));
+    if (difference != differences_.end()) row.cells.push_back(Euros(difference->second));
     list.rows.push_back(std::move(row));
     Add(tills_[till], amounts);
     Amounts& day = days_[{when.year, when.month, when.day}];
@@ -108,14 +111,15 @@ class ClosuresReader {
   }
 
   Object& rows_;
+  const CountedDifferences& differences_;
   std::map<std::int32_t, TillTotals> tills_;
   std::map<DateTime, Amounts> days_;
 };
 
 }  // namespace
 
-Report ClosuresReport(Object& rows, const std::string& shop) {
-  ClosuresReader closures(rows);
+Report ClosuresReport(Object& rows, const CountedDifferences& differences, const std::string& shop) {
+  ClosuresReader closures(rows, differences);
   closures.Read();
   Report report;
   report.title = "INFORME DE CIERRES DE CAJA";

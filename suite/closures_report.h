@@ -2,6 +2,8 @@
 // card a day.
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <string>
 
 #include "platform/objects.h"
@@ -9,8 +11,11 @@
 
 namespace tpv::suite {
 
+// Euros that a closure's drawer held beyond what its figures gave, by DiaCaj_Id.
+using CountedDifferences = std::map<std::int32_t, double>;
+
 // `rows` is walked from its first row on; it has the columns of the closures
-// journal.
-Report ClosuresReport(Object& rows, const std::string& shop);
+// journal. Where drawers were counted, the list has a column of differences.
+Report ClosuresReport(Object& rows, const CountedDifferences& differences, const std::string& shop);
 
 }  // namespace tpv::suite

@@ -39,8 +39,8 @@ void FrmTpvCierreCaja::DeclareLayout() {
   Frame2.Rows({{&Text1[5], &Check2, &Text1[11], &Text1[12]}, {&Check1, &cmdProceso}});
   Frame4.Rows({{&ListView1}});
   cmdGrabar.emphasis = cmdProceso.emphasis = ui::Emphasis::Strong;
-  rows = {{&Frame2}, {&Frame4, &Frame1}, {&DbgDiario}, {&dbgCajas}, {&lblProceso},
-          {&cmdGrabar, &cmdCancelar, &cmdInforme, &cmdSalir}};
+  rows = {{&Frame2}, {&Frame4, &Frame1}, {&DbgDiario}, {&dbgCajas}, {&lblArqueo},
+          {&lblProceso}, {&cmdGrabar, &cmdArqueo, &cmdCancelar, &cmdInforme, &cmdSalir}};
 }
 
 void FrmTpvCierreCaja::Connect() {
@@ -49,6 +49,7 @@ void FrmTpvCierreCaja::Connect() {
   ListView1.selected = [this](int row) { ChooseTill(row); };
   cmdProceso.click = [this] { StartProcess(); };
   cmdGrabar.click = [this] { Save(); };
+  cmdArqueo.click = [this] { CountCash(); };
   cmdCancelar.click = [this] { BackToTills(); };
   cmdInforme.click = [this] { ShowJournal(); };
   cmdSalir.click = [this] { Close(); };

@@ -3,6 +3,7 @@
 #include "context/context.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "data/statements.h"
 #include "platform/database.h"
 
 namespace tpv {
@@ -68,6 +69,14 @@ std::unique_ptr<Recordset> ClosingPeriod::Collections() const {
       "ROUND(CAST(DiaCaj_Tarjeta AS MONEY),2) AS Tarjeta, DiaCaj_Id as Id FROM DiaCaj "
       "WHERE DiaCaj_Caja = " + till_ + " AND DiaCaj_Fecha >= '" + from_ +
       "'  AND DiaCaj_Tipo IN ('1','2')  and DiaCaj_IdCierre=0  ORDER BY DiaCaj_Fecha");
+}
+
+std::unique_ptr<Recordset> ClosingPeriod::Entries() const {
+  return context_.Database().Execute(
+      "SELECT DiaCaj_Fecha, DiaCaj_Tipo, (SELECT TOP 1 " + std::string(kTicketReference) +
+      " FROM Tco LEFT JOIN Cav ON Tco_IdCav = Cav_ID WHERE Tco_IdDiaCaj = DiaCaj_Id) AS Ticket, "
+      "DiaCaj_Entrega, DiaCaj_Devolucion, DiaCaj_Tarjeta" + Condition() +
+      "AND DiaCaj_Tipo IN ('1','2','3') ORDER BY DiaCaj_Fecha");
 }
 
 void ClosingPeriod::StampPayments(const std::string& closure_id) const {

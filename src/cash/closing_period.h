@@ -47,6 +47,9 @@ class ClosingPeriod {
   PeriodTotals Totals() const;
   // DiaCaj_Fecha, Agente, Ticket, Venta, Metalico, Tarjeta, Id.
   std::unique_ptr<Recordset> Collections() const;
+  // Collections and payments out: DiaCaj_Fecha, DiaCaj_Tipo, Ticket, DiaCaj_Entrega,
+  // DiaCaj_Devolucion, DiaCaj_Tarjeta.
+  std::unique_ptr<Recordset> Entries() const;
   // Stamps the payments out with the closure.
   void StampPayments(const std::string& closure_id) const;
   // Changes with every entry that comes, goes or is stamped.

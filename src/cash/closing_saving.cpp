@@ -66,6 +66,7 @@ Closure FrmTpvCierreCaja::Entered() const {
   const int id = DbgDiario.Column("Id");
   for (const auto& row : DbgDiario.rows) closure.collections.push_back(row.at(id).ToInt32());
   closure.mark = mark_;
+  closure.count = count_;
   return closure;
 }
 
@@ -91,6 +92,7 @@ std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
     lblProceso.caption.clear();
     Refuse(changed.what(), &Text1[4], Icon::Exclamation);
     ShowPeriod();
+    ShowCount();
     LeaveWithdrawal();
   } catch (const ClosureFailed& failure) {
     TellFailure(failure);

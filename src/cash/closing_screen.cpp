@@ -31,6 +31,8 @@ void FrmTpvCierreCaja::msValoresiniciales() {
   dbgCajas.Clear();
   Frame1.caption = "Cierre caja:";
   opening_.reset();
+  count_.reset();
+  lblArqueo.caption.clear();
 }
 
 void FrmTpvCierreCaja::LeaveAgent() {

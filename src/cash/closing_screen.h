@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "cash/cash_count.h"
 #include "cash/closing_period.h"
 #include "screen/screen.h"
 
@@ -49,6 +50,8 @@ class FrmTpvCierreCaja : public Screen {
   bool CheckWithdrawal();
   bool CheckTill();
   bool CheckDay();
+  void CountCash();
+  void ShowCount();
   void Save();
   Closure Entered() const;
   std::int32_t StoreSayingSo();
@@ -68,8 +71,10 @@ class FrmTpvCierreCaja : public Screen {
   ui::Frame Frame2{*this, "Frame2"};
   ui::Frame Frame4{*this, "Frame4"};
   ui::Label lblProceso{*this, "lblProceso"};
+  ui::Label lblArqueo{*this, "lblArqueo"};
   ui::Button cmdProceso{*this, "cmdProceso", "&Iniciar Proceso"};
   ui::Button cmdGrabar{*this, "cmdGrabar", "&Grabar "};
+  ui::Button cmdArqueo{*this, "cmdArqueo", "Con&tar efectivo"};
   ui::Button cmdCancelar{*this, "cmdCancelar", "&Cancelar"};
   ui::Button cmdInforme{*this, "cmdInforme", "Informe &diario de Cierres "};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
@@ -77,6 +82,7 @@ class FrmTpvCierreCaja : public Screen {
   std::vector<OpenTill> tills_;       // as listed
   std::optional<Opening> opening_;    // of the till chosen, if one is
   std::string mark_;
+  std::optional<CashCount> count_;    // of the drawer of the till chosen
 };
 
 }  // namespace tpv

@@ -91,6 +91,7 @@ std::int32_t StoreClosure(Context& context, const ClosingPeriod& period, const C
     const std::int32_t id = LastEntry(context);
     for (const std::int32_t entry : closure.collections) StampCollection(context, entry, id);
     period.StampPayments(std::to_string(id));
+    if (closure.count) StoreCashCount(context, id, *closure.count);
     transaction.Commit();
     return id;
   } catch (const ClosureFailed&) {

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "cash/cash_count.h"
 #include "cash/closing_period.h"
 
 namespace tpv {
@@ -21,6 +23,7 @@ struct Closure {
   double withdrawn = 0;
   std::vector<std::int32_t> collections;  // entries to stamp
   std::string mark;  // ClosingPeriod::Mark when the figures were read
+  std::optional<CashCount> count;  // of the drawer, where somebody counted it
 };
 
 class ClosureFailed : public std::runtime_error {

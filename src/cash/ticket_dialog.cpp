@@ -1,6 +1,8 @@
 #include "cash/ticket_dialog.h"
 
 #include "base/text.h"
+#include "cash/cash_count.h"
+#include "cash/cash_count_paper.h"
 #include "cash/closure_ticket.h"
 #include "cash/mail_queue.h"
 #include "platform/clock.h"
@@ -91,6 +93,9 @@ void FrmFactuTicket::PrintClosure() {
     UseChosenPrinter();
     ticket.Compose();
     ticket.Print();
+    if (const auto count = ReadCashCount(context(), closure_id)) {
+      PrintCashCount(context(), closure_id, *count);
+    }
   } catch (const std::exception& error) {
     Refuse("Error imprimiendo cierre ." + std::string(kLineBreak) + error.what(), nullptr,
            ui::Icon::Critical, "Acción cancelada");

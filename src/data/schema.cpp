@@ -135,6 +135,11 @@ std::vector<Table> Describe() {
       // Which queued mail some till is sending, and since when.
       {"QCIERRESEnvio", kStore, false, true,
        {{"Qen_Id", Int}, With("Qen_Desde", DateTime, Default::Now)}, {}},
+      // What a drawer held at a closure, by notes and coins.
+      {"Arqueos", kStore, true, false,
+       {{"Arq_Id", Int}, Required("Arq_IdCierre", Int), {"Arq_Esperado", Money},
+        {"Arq_Contado", Money}, {"Arq_Diferencia", Money}, {"Arq_Piezas", Text, 250}},
+       {{{"Arq_IdCierre"}, true}}},
       Customers(), Addresses(),
       {"CliDir", kStore, false, false,
        {Required("CLIDIR_CLI", Int), Required("CLIDIR_DIR", Int)}, {{{"CLIDIR_CLI"}}}},

@@ -18,6 +18,7 @@ constexpr Page kPages[] = {
     {"frmTpvDevoluciones", "devoluciones"},
     {"frmTpvMovCaja", "movimientos"},
     {"frmFactuTicket", "ticket-de-cierre"},
+    {"frmArqueo", "cierre"},
     {"frmTpvFacturas", "facturacion"},
     {"frmTpvPendiente", "pendiente"},
     {"frmNuevoCliente", "busquedas"},
