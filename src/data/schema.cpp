@@ -95,6 +95,17 @@ Table SalesInProgress() {
           {}};
 }
 
+// Tickets that somebody deleted. Nothing takes a row away.
+Table DeletedTickets() {
+  return {"Anulados", kStore, true, false,
+          {{"Anu_Id", Int}, With("Anu_Cuando", DateTime, Default::Now), Required("Anu_IdCav", Int),
+           {"Anu_Ticket", Text, 20}, {"Anu_Fecha", DateTime}, {"Anu_Caja", Int},
+           {"Anu_Agente", Int}, {"Anu_Cliente", Text, 50}, {"Anu_Importe", Money},
+           {"Anu_Lineas", Text}, {"Anu_PorCaja", Int}, {"Anu_PorUsuario", Int},
+           {"Anu_PorAgente", Int}},
+          {{{"Anu_Cuando"}}}};
+}
+
 // Invoices of tickets; their lines, totals by rate and due dates are Fal, Fai, Vto.
 Table Invoices() {
   return {"Fav", kStore, true, false,
@@ -171,7 +182,7 @@ std::vector<Table> Describe() {
       {"Contadores", kStore, false, false,
        {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
        {{{"cont_tipo", "cont_serie"}, true}}},
-      SalesInProgress(), Invoices(),
+      SalesInProgress(), DeletedTickets(), Invoices(),
       // Records that are offered no more: the table's name and the record's number.
       {"Bajas", kStore, false, false,
        {Required("baja_tabla", Text, 20), Required("baja_idreg", Int),

@@ -4,10 +4,12 @@
 
 #include "base/date_time.h"
 #include "base/mask.h"
+#include "base/text.h"
 #include "data/statements.h"
 #include "output/sales_ticket.h"
 #include "platform/clock.h"
 #include "platform/database.h"
+#include "reports/deleted_tickets.h"
 #include "reports/sales_journal_breakdown.h"
 #include "reports/sales_journal_statements.h"
 #include "reports/ticket_deletion.h"
@@ -59,12 +61,16 @@ void FrmTpvDiarioVentas::DeclareFields() {
 }
 
 void FrmTpvDiarioVentas::DeclareLayout() {
+  dbgAnulados.stretch = true;
+  Frame5.visible = false;
+  Frame5.Rows({{&dbgAnulados}});
   DbgDiario.stretch = dbgCobPag.stretch = dbgCajas.stretch = dbgVendedor.stretch = true;
   dbgCajas.visible = dbgVendedor.visible = false;
   Frame4.Rows({{&DbgDiario}, {&dbgCajas, &dbgVendedor}, {&Text1[10], &Text1[3], &Text1[8]}});
   Frame1.Rows({{&dbgCobPag}, {&Text1[6], &Text1[7], &Text1[1], &Text1[0]}});
-  rows = {{&Text1[5], &Text1[2], &Check1, &Check2, &Check3, &cmdInforme, &cmdSalir},
+  rows = {{&Text1[5], &Text1[2], &Check1, &Check2, &Check3, &Check4, &cmdInforme, &cmdSalir},
           {&Frame4},
+          {&Frame5},
           {&Frame1}};
 }
 
@@ -79,6 +85,11 @@ void FrmTpvDiarioVentas::Connect() {
   };
   Check3.click = [this] {
     dbgVendedor.visible = Check3.checked;
+    RunAgain();
+  };
+  Check4.click = [this] {
+    Frame5.visible = Check4.checked;
+    Frame1.visible = !Check4.checked;
     RunAgain();
   };
   DbgDiario.cell_button = [this](int row, int column) { OpenTicketMenu(row, column); };
@@ -109,6 +120,7 @@ void FrmTpvDiarioVentas::Run() {
   ShowSalesTotals(days);
   ShowLists(days);
   ShowBreakdown(days);
+  if (Check4.checked) ShowDeleted(days);
   listed_ = true;
 }
 
@@ -163,6 +175,20 @@ void FrmTpvDiarioVentas::ShowBreakdown(const std::string& days) {
   }
 }
 
+void FrmTpvDiarioVentas::ShowDeleted(const std::string& days) {
+  using enum ui::Align;
+  dbgAnulados.Bind(*Database().Execute(DeletedTickets(days)),
+                   {{"Anulado", "DD/MM/YYYY HH:MM", 1500, Centre, false, false},
+                    {"Numero", "", 1200, Left, false, false},
+                    {"En caja", "", 700, Centre, false, false},
+                    {"Usuario", "", 800, Centre, false, false},
+                    {"Vendedor", "", 1800, Left, false, false},
+                    {"Venta del", "DD/MM/YYYY HH:MM", 1500, Centre, false, false},
+                    {"Caja", "", 600, Centre, false, false},
+                    {"Importe", kAmountMask, 1000, Right, false, false},
+                    {"Lineas", "", 4500, Left, false, false}});
+}
+
 // A line shown under its ticket has no number to click on.
 void FrmTpvDiarioVentas::OpenTicketMenu(int row, int column) {
   if (column == kNumberColumn && !DbgDiario.Value(row, "Cav_Id").IsNull()) OpenMenu(mnu00);
@@ -184,9 +210,19 @@ void FrmTpvDiarioVentas::Delete() {
   pending_message = "e";
   if (!Confirm("Desea eliminar la venta " + ticket, Icon::Question, Answer::No)) return;
   if (!Confirm("Confirma la eliminación de la venta " + ticket, Icon::Critical, Answer::No)) return;
+  if (!AcceptWhatRelies(id, ticket)) return;
   std::string refusal;
   if (DeleteInStore(id, refusal)) return Run();
   Refuse(refusal, nullptr, Icon::Critical);
+}
+
+// An invoiced ticket, or one whose payment was closed, leaves books that no longer add up.
+bool FrmTpvDiarioVentas::AcceptWhatRelies(std::int32_t sale_id, const std::string& ticket) {
+  accepted_ = BooksRelyingOn(Database(), sale_id);
+  if (accepted_.empty()) return true;
+  std::string text;
+  for (const std::string& sentence : accepted_) text += sentence + std::string(kLineBreak);
+  return Confirm(text + "¿Eliminar la venta " + ticket + " de todos modos?", Icon::Critical, Answer::No);
 }
 
 // Nothing is asked or shown while the store is locked.
@@ -194,13 +230,17 @@ bool FrmTpvDiarioVentas::DeleteInStore(std::int32_t sale_id, std::string& refusa
   try {
     Transaction transaction(Database());
     const std::string entry = SharedCollection(Database(), sale_id);
-    if (entry.empty()) {
+    if (BooksRelyingOn(Database(), sale_id) != accepted_) {
+      refusal = "La venta se ha facturado o cerrado mientras tanto. Búsquela otra vez";
+    } else if (entry.empty()) {
+      TraceDeletion(context(), sale_id);
       DeleteTicket(context(), sale_id);
       transaction.Commit();
       return true;
+    } else {
+      refusal = "La venta se cobró junto con otras en el apunte de caja " + entry +
+                ". No se puede eliminar: las otras ventas perderían su cobro.";
     }
-    refusal = "La venta se cobró junto con otras en el apunte de caja " + entry +
-              ". No se puede eliminar: las otras ventas perderían su cobro.";
   } catch (const std::exception& error) {
     refusal = std::string("Error en la eliminación de ticket") + error.what();
   }
