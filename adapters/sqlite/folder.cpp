@@ -68,6 +68,7 @@ bool RenameToFree(const std::string& from, const std::string& to) {
 void RemoveWithJournals(const std::string& file) {
   ::unlink(file.c_str());
   for (const char* ending : kJournals) ::unlink((file + ending).c_str());
+  ::unlink((file + kLine).c_str());
 }
 
 std::string Beside(const std::string& path, const std::string& word) {

@@ -28,9 +28,11 @@ bool IsThere(const std::string& path);
 void SyncFile(const std::string& path);
 // False when the new name is taken; then nothing has changed. Throws DatabaseError.
 bool RenameToFree(const std::string& from, const std::string& to);
-// A file that is half made, and the journals that the engine laid beside it.
+// A file that is half made, and what was laid beside it for those who write to it.
 void RemoveWithJournals(const std::string& file);
 inline constexpr const char* kJournals[] = {"-wal", "-shm", "-journal"};
+// What its tills wait in for each other.
+inline constexpr const char* kLine = "-turnos";
 // "tienda.db" and a word: "tienda.word.db".
 std::string Beside(const std::string& path, const std::string& word);
 

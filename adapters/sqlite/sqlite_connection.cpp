@@ -129,6 +129,7 @@ std::string SqliteConnection::MissingLog() const {
 SqliteConnection::~SqliteConnection() {
   while (!open_.empty()) (*open_.begin())->Close();
   if (sqlite3_get_autocommit(handle_.get()) == 0) control_->rollback.Try();
+  turns_->Leave();
   if (!lacks_log_) sqlite::Settle(handle_.get());
 }
 
@@ -214,8 +215,9 @@ void SqliteConnection::BeginTrans() {
   CloseSnapshot();
   if (InTransaction()) throw DatabaseError("Ya hay una transacción abierta", "25001");
   ReadAhead();
-  turns_->Offer();
-  control_->begin_writing.Run();
+  if (turns_->Take([this] { return control_->begin_writing.Try(); }) != SQLITE_OK) {
+    sqlite::ThrowLastError(handle_.get());
+  }
   in_transaction_ = true;
   try {
     RequireSameVersion();
@@ -241,8 +243,9 @@ void SqliteConnection::RequireNotUndone() const {
 void SqliteConnection::CommitTrans() {
   if (!in_transaction_) throw DatabaseError("No hay ninguna transacción abierta", "25000");
   RequireNotUndone();
+  turns_->LeaveSoon();
   control_->commit.Run();
-  in_transaction_ = false;
+  EndTrans();
 }
 
 // Open record sets keep the rows that they would have shown.
@@ -251,7 +254,12 @@ void SqliteConnection::RollbackTrans() {
   ReadAhead();
   const bool undone = sqlite3_get_autocommit(handle_.get()) != 0;
   if (!undone) control_->rollback.Run();
+  EndTrans();
+}
+
+void SqliteConnection::EndTrans() {
   in_transaction_ = false;
+  turns_->Leave();
 }
 
 void SqliteConnection::BeginSnapshot() {

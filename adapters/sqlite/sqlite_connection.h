@@ -73,6 +73,7 @@ class SqliteConnection : public Connection {
   std::unique_ptr<Recordset> WriteAlone(std::shared_ptr<sqlite::CachedShape> shape,
                                         std::vector<Variant> literals);
   std::unique_ptr<Recordset> ReadReference(std::shared_ptr<sqlite::CachedShape> shape);
+  void EndTrans();
   void CloseSnapshot();
   void ReadAhead();
   void RequireNotUndone() const;

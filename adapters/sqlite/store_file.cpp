@@ -142,6 +142,7 @@ void Settle(sqlite3* handle) noexcept {
   if (::stat(LogOf(handle).c_str(), &log) == 0 && log.st_size > 0) return;
   ::unlink(LogOf(handle).c_str());
   ::unlink((PathOf(handle) + "-shm").c_str());
+  ::unlink((PathOf(handle) + kLine).c_str());
 }
 
 }  // namespace tpv::sqlite

@@ -4,6 +4,9 @@
 
 #include <thread>
 
+#include "adapters/sqlite/store_file.h"
+#include "adapters/sqlite/waiting_line.h"
+
 namespace tpv::sqlite {
 
 namespace {
@@ -13,6 +16,7 @@ using namespace std::chrono_literals;
 constexpr auto kPatience = 5s;
 constexpr auto kMemory = 1s;  // how long a meeting counts
 constexpr auto kOffer = 200us;
+constexpr auto kStandstill = 10ms;  // of a line whose head is dead, frozen or slow
 
 std::chrono::microseconds LookingAgainAfter(std::chrono::steady_clock::duration waited) {
   return waited < 10ms ? 200us : waited < 50ms ? 100us : 50us;
@@ -21,14 +25,52 @@ std::chrono::microseconds LookingAgainAfter(std::chrono::steady_clock::duration 
 }  // namespace
 
 Turns::Turns() : random_(static_cast<std::uint32_t>(Clock::now().time_since_epoch().count())) {}
+Turns::~Turns() = default;
 
-void Turns::Govern(sqlite3* handle) { sqlite3_busy_handler(handle, &Turns::Busy, this); }
+void Turns::Govern(sqlite3* handle) {
+  handle_ = handle;
+  sqlite3_busy_handler(handle, &Turns::Busy, this);
+}
+
+int Turns::Take(const std::function<int()>& begin) {
+  if (!line_ && sqlite3_db_readonly(handle_, "main") == 0) line_ = std::make_unique<WaitingLine>(PathOf(handle_));
+  if (line_ && line_->IsThere()) return StandInLine(begin);
+  Offer();
+  return begin();
+}
+
+// Whenever nobody moves for a while the engine itself is asked.
+int Turns::StandInLine(const std::function<int()>& begin) {
+  place_ = line_->Come();
+  const auto end = Clock::now() + kPatience;
+  for (;;) {
+    if (!line_->IsTurnOf(*place_)) line_->Wait(*place_, kStandstill);
+    const bool turn = line_->IsTurnOf(*place_);
+    looks_once_ = !turn;
+    const int result = begin();
+    looks_once_ = false;
+    const bool busy = (result & 0xFF) == SQLITE_BUSY;
+    if (busy && !turn && Clock::now() < end) continue;
+    if (result != SQLITE_OK) Leave();
+    return result;
+  }
+}
+
+void Turns::LeaveSoon() {
+  if (place_) line_->LeaveSoon(*place_);
+}
+
+void Turns::Leave() {
+  if (place_) line_->Leave(*place_);
+  place_.reset();
+}
 
 int Turns::Busy(void* turns, int looks) {
   return static_cast<Turns*>(turns)->Wait(looks == 0) ? 1 : 0;
 }
 
 bool Turns::Wait(bool first) {
+  if (looks_once_) return false;
   met_others_ = Clock::now();
   if (first) waiting_since_ = met_others_;
   const auto waited = met_others_ - waiting_since_;
