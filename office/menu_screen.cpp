@@ -1,5 +1,6 @@
 #include "office/menu_screen.h"
 
+#include "office/articles/article_list.h"
 #include "office/warehouses.h"
 
 namespace tpv::office {
@@ -22,6 +23,7 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
+    {"cmdArticulos", "&Artículos", Make<ArticleList>, "Artículos"},
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>, "Tienda"},
 };
 

@@ -1,7 +1,10 @@
 #include "suite/article_search.h"
 
+#include <set>
+
 #include "base/mask.h"
 #include "base/rounding.h"
+#include "data/retired.h"
 #include "data/sql_text.h"
 #include "data/tax_kinds.h"
 #include "platform/database.h"
@@ -35,7 +38,10 @@ ui::SearchRequest Request(DatabaseObject& store) {
   return request;
 }
 
-void ReadArticles(DatabaseObject& store, ui::SearchRequest& request) {
+}  // namespace
+
+std::vector<std::vector<Variant>> ReadArticles(DatabaseObject& store) {
+  std::vector<std::vector<Variant>> articles;
   const TaxKinds taxes = TaxKindsToday(store.Conexion());
   const int decimals = store.Parametro("par_decpre").IntOr(kUsualDecimals);
   const auto rows = store.Conexion().Execute(Statement(store));
@@ -43,12 +49,11 @@ void ReadArticles(DatabaseObject& store, ui::SearchRequest& request) {
     const auto tax = taxes.find(rows->Field(5).IntOr(0));
     const double net = RoundHalfAway(rows->Field(4).NumberOr(0), decimals);
     const double price = PriceWithTax(net, tax == taxes.end() ? Tax() : tax->second);
-    request.rows.push_back({rows->Field(0), rows->Field(1), rows->Field(2), rows->Field(3),
-                            Variant(price), rows->Field(6)});
+    articles.push_back({rows->Field(0), rows->Field(1), rows->Field(2), rows->Field(3), Variant(price),
+                        rows->Field(6)});
   }
+  return articles;
 }
-
-}  // namespace
 
 ArticleSearch::ArticleSearch(ui::FrontEnd& front_end) : LateBound(kClass), front_end_(front_end) {
   Properties(Kind::Object, {"MyBd"});
@@ -59,7 +64,9 @@ ArticleSearch::ArticleSearch(ui::FrontEnd& front_end) : LateBound(kClass), front
 Variant ArticleSearch::Search() {
   DatabaseObject& store = DatabaseOf(*this, kClass);
   ui::SearchRequest request = Request(store);
-  ReadArticles(store, request);
+  request.rows = ReadArticles(store);
+  const std::set<std::int32_t> retired = RetiredOf(store.Conexion(), "ART");
+  std::erase_if(request.rows, [&](const auto& row) { return retired.contains(row[0].ToInt32()); });
   const auto chosen = front_end_.Search(request);
   Set("ResultadoBusqueda", Variant(chosen ? request.rows[*chosen][0].ToInt32() : 0));
   return {};

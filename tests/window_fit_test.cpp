@@ -151,8 +151,9 @@ TEST_P(WindowFitTest, EveryScreen) {
       "frmTpv",         "frmTpv1",            "frmTpvDevoluciones",  "frmTpvAperturaCaja",
       "frmTpvMovCaja",  "frmTpvCierreCaja",   "frmFactuTicket",      "frmTpvDiarioCierres",
       "frmTpvFacturas", "frmTpvDiarioVentas", "frmTpvPendiente",     "frmNuevoCliente",
-      "frmArqueo",
-      "frmOficina",     "frmAlmacenes",       "frmAlmacen"};
+      "frmArqueo",      "frmOficina",
+      "frmAlmacenes",   "frmAlmacen",
+      "frmArticulos",   "frmArticulo"};
   EXPECT_EQ(forms_, all) << "a screen without a script in docs/screens or tests/windows";
 }
 

@@ -124,6 +124,10 @@ class LabelView : public ControlView {
       : ControlView(label), widget_(new QLabel(&around.parent)) {
     widget_->setFont(Type(label.large ? kLargeSize : kTextSize));
     widget_->setTextFormat(Qt::PlainText);
+    if (label.lines > 0) {
+      widget_->setMinimumHeight(label.lines * widget_->fontMetrics().lineSpacing());
+      widget_->setAlignment(Qt::AlignTop);
+    }
     if (!label.stretch) return;
     widget_->setWordWrap(true);
     widget_->setMinimumWidth(kWrapped);

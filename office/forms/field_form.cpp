@@ -13,6 +13,7 @@ namespace tpv::office {
 namespace {
 
 constexpr int kWidestField = 50;  // characters that are shown at once
+constexpr int kHelpLines = 2;
 constexpr const char* kTitle = "Atención";
 
 std::string Limits(const FormField& field) {
@@ -49,6 +50,8 @@ FieldForm::FieldForm(Context& context, std::string form_name, std::span<const Fo
     controls_.push_back(made ? made.get() : &Text1[static_cast<int>(index)]);
     if (made) others_.push_back(std::move(made));
   }
+  lblAyuda.stretch = true;
+  lblAyuda.lines = kHelpLines;
   cmdAceptar.emphasis = ui::Emphasis::Strong;
   cmdAceptar.click = [this] { Accept(); };
   cmdCancelar.click = [this] { Leave(); };

@@ -21,8 +21,8 @@ RecordList::RecordList(Context& context, RecordListing listing)
   Text1.Add(0, "Buscar").columns = 30;
   Text1[0].stretch = true;
   for (const ListedColumn& column : listing_.columns) {
-    const bool figure = *column.mask != '\0';
-    lstRegistros.layout.push_back({column.caption, column.mask, column.width, figure ? ui::Align::Right : ui::Align::Left});
+    const ui::Align align = column.mask.empty() ? ui::Align::Left : ui::Align::Right;
+    lstRegistros.layout.push_back({column.caption, column.mask, column.width, align});
     request_.shown_columns.push_back(request_.shown_columns.size() + 1);
     request_.masks.emplace_back(column.mask);
   }

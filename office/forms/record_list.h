@@ -16,7 +16,7 @@ namespace tpv::office {
 struct ListedColumn {
   const char* caption;
   int width;              // twips
-  const char* mask = "";  // of a figure, which stands on the right and is not searched
+  std::string mask = {};  // of a figure, which stands on the right and is not searched
 };
 
 struct RecordListing {
@@ -39,8 +39,8 @@ class RecordList : public Screen {
 
  protected:
   // The record's id first, then a value for each column, in the order to show.
-  virtual std::string Statement() const = 0;
-  // Rows that are not as the statement gives them.
+  virtual std::string Statement() const { return {}; }
+  // The same rows, for a list that no one statement gives.
   virtual std::vector<std::vector<Variant>> Rows();
   // The form of the record, a new one for 0.
   virtual std::unique_ptr<RecordForm> FormOf(std::int32_t id) = 0;

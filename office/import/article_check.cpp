@@ -64,21 +64,12 @@ class Check {
 
   // Neither a code nor a bar code is another article's.
   void CheckOwners(const StoredArticles& stored) {
-    const auto check = [&](std::size_t field, const StoredArticles::Found& owners,
-                           const char* what) {
-      for (const StoredRecord* owner : owners) {
-        if (article_ != nullptr && owner->id == article_->id) continue;
-        return Refuse(field, std::string("es ") + what + " del artículo " + owner->values[kCode]);
-      }
-    };
-    const auto named = [&](std::size_t field) {
-      return New(field) && !Trim(*Value(field)).empty();
-    };
-    if (named(kCode)) check(kCode, stored.OfBarCode(FoldKey(*Value(kCode))), "el código de barras");
-    if (!named(kBarCode)) return;
-    const std::string bar_code = FoldKey(*Value(kBarCode));
-    check(kBarCode, stored.OfBarCode(bar_code), "el código de barras");
-    check(kBarCode, stored.OfCode(bar_code), "el código");
+    for (const std::size_t field : {kCode, kBarCode}) {
+      if (!New(field) || Trim(*Value(field)).empty()) continue;
+      const std::string owner = OtherOwner(stored, *Value(field), article_ != nullptr ? article_->id : 0);
+      if (!owner.empty()) Refuse(field, owner);
+    }
+    if (!New(kBarCode) || Trim(*Value(kBarCode)).empty()) return;
     const std::string fault = BarCodeFault(*Value(kBarCode));
     if (!fault.empty()) Refuse(kBarCode, fault);
   }

@@ -49,6 +49,18 @@ std::vector<std::int64_t> StoredArticles::Ids() const {
   return ids;
 }
 
+std::string OtherOwner(const StoredArticles& stored, const std::string& key, std::int64_t own) {
+  const std::string folded = FoldKey(key);
+  const std::pair<const StoredArticles::Found&, const char*> owners[] = {
+      {stored.OfBarCode(folded), "el código de barras"}, {stored.OfCode(folded), "el código"}};
+  for (const auto& [found, what] : owners) {
+    for (const StoredRecord* owner : found) {
+      if (owner->id != own) return std::string("es ") + what + " del artículo " + owner->values[kCode];
+    }
+  }
+  return {};
+}
+
 Stocks ReadStocks(Connection& connection, const std::vector<std::int64_t>& articles) {
   Stocks stocks;
   for (std::size_t first = 0; first < articles.size(); first += kAtOnce) {

@@ -35,6 +35,10 @@ class StoredArticles {
   Index bar_codes_;
 };
 
+// Whose the key is besides the article `own` (0 for a new one): "es el código del artículo
+// 12"; "" when nobody's.
+std::string OtherOwner(const StoredArticles& stored, const std::string& key, std::int64_t own);
+
 // What warehouses have of articles: article and warehouse to units.
 using Stocks = std::map<std::pair<std::int32_t, std::int32_t>, double>;
 Stocks ReadStocks(Connection& connection, const std::vector<std::int64_t>& articles);

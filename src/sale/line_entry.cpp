@@ -5,6 +5,7 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "base/scoped_value.h"
+#include "data/retired.h"
 #include "sale/sale_entry.h"
 #include "sale/sale_storage.h"
 
@@ -49,14 +50,18 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
   if (weighed) key.code = weighed->article;
   std::optional<Article> article;
   std::optional<Tax> tax;
+  bool retired = false;
   bool quick = false;
   {
     const Snapshot snapshot(Database());
     article = Find(key, customer_ ? customer_->Id() : 0);
     if (article) tax = TaxOf(*article);
+    // Goods that the shop sells no more may still be brought back.
+    retired = article && !TakesGoodsBack() && IsRetired(Database(), "ART", article->id);
     quick = Quick();
   }
   if (!article) return RefuseArticle("Codigo articulo inexistente");
+  if (retired) return RefuseArticle("El articulo está retirado de la venta");
   if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
   tax_ = *tax;
   TakeArticle(*article);

@@ -23,6 +23,8 @@ constexpr Page kPages[] = {
     {"frmTpvPendiente", "pendiente"},
     {"frmNuevoCliente", "busquedas"},
     {"frmOficina", "oficina"},
+    {"frmArticulos", "oficina-articulos"},
+    {"frmArticulo", "oficina-articulos"},
     {"frmAlmacenes", "oficina"},
     {"frmAlmacen", "oficina"},
 };

@@ -105,6 +105,7 @@ class TextBoxes {
 struct Label : Control {
   Label(Form& owner, std::string control_name, std::string text = {});
   bool large = false;
+  int lines = 0;  // room kept for a text that comes and goes; 0: what it needs
 };
 
 struct Button : Control {
