@@ -17,6 +17,7 @@
 #include "host/machine.h"
 #include "host/play.h"
 #include "host/printer_trial.h"
+#include "platform/settings.h"
 #include "sale/weighed_code.h"
 #include "suite/till_settings.h"
 
@@ -51,6 +52,7 @@ bool IsCodeTable(const std::string& value) { return ParseCodeTable(value).has_va
 bool IsCodePrinting(const std::string& value) { return ParseCodePrinting(value).has_value(); }
 bool IsTill(const std::string& value) { return suite::IsTillNumber(value); }
 bool IsDrawer(const std::string& value) { return suite::IsDrawerMethod(value); }
+bool IsSwitch(const std::string& value) { return ReadSwitch(value).has_value(); }
 bool IsAnything(const std::string&) { return true; }
 
 struct Known {
@@ -68,6 +70,7 @@ constexpr Known kKnown[] = {
     {"Paper", "Default", IsAnything, "el nombre de una impresora"},
     {"Paper", "Tickets", IsFolder, "una carpeta: /ruta o ~/ruta"},
     {"Paper", "Reports", IsFolder, "una carpeta: /ruta o ~/ruta"},
+    {"Paper", "Receipts", IsSwitch, "si o no: un recibo de cada cobro o pago de caja"},
     {"Printers", "", IsMode,
      "folder[:/ruta], escpos:DESTINO, page[:COLA], roll[:COLA] o sheets[:COLA]"},
     {"CodeTable", "", IsCodeTable, kCodeTables},

@@ -4,6 +4,7 @@
 #include "base/rounding.h"
 #include "base/text.h"
 #include "cash/movements_screen.h"
+#include "cash/receipt.h"
 #include "data/codes.h"
 #include "data/journal.h"
 #include "data/till_state.h"
@@ -57,6 +58,18 @@ void FrmTpvMovCaja::Save() {
   if (!(Option1_0.checked ? SaveCollection() : SavePayment())) return;
   Close();
   OpenDrawer(context());
+  if (WantsReceipts(context())) GiveReceipt();
+}
+
+// The movement is stored, whatever the paper does.
+void FrmTpvMovCaja::GiveReceipt() {
+  try {
+    PrintReceipt(context(), stored_entry_);
+  } catch (const std::exception& error) {
+    Refuse("El movimiento está guardado, pero su recibo no se ha impreso." + std::string(kLineBreak) +
+               error.what(),
+           nullptr, ui::Icon::Exclamation);
+  }
 }
 
 // Everything that `write` does is stored, or nothing and the screen stays.
@@ -83,7 +96,7 @@ bool FrmTpvMovCaja::InTransaction(Write write) {
 }
 
 bool FrmTpvMovCaja::SavePayment() {
-  return InTransaction([this] { InsertEntry(Text1[3].text); });
+  return InTransaction([this] { stored_entry_ = InsertEntry(Text1[3].text); });
 }
 
 bool FrmTpvMovCaja::SaveCollection() {
@@ -100,8 +113,8 @@ bool FrmTpvMovCaja::SaveCollection() {
   }
   return InTransaction([&] {
     RequireUnchanged(shares);
-    const std::int32_t entry = InsertEntry(Note(shares));
-    for (const Share& share : shares) Pay(entry, share);
+    stored_entry_ = InsertEntry(Note(shares));
+    for (const Share& share : shares) Pay(stored_entry_, share);
   });
 }
 

@@ -60,6 +60,7 @@ class FrmTpvMovCaja : public Screen {
   void CheckPayment(Failed& failed);
 
   void Save();
+  void GiveReceipt();
   bool SaveCollection();
   bool SavePayment();
   template <typename Write>
@@ -84,6 +85,7 @@ class FrmTpvMovCaja : public Screen {
 
   std::int32_t customer_id_ = 0;
   std::int32_t customer_code_ = 0;
+  std::int32_t stored_entry_ = 0;    // DiaCaj_Id of the movement stored last
   std::vector<OpenTicket> tickets_;  // as listed, oldest first
 };
 

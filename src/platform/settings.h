@@ -1,6 +1,7 @@
 // Per-user settings, kept by application, section and key.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,11 @@ class Settings {
   virtual void Write(std::string_view application, std::string_view section, std::string_view key,
                      std::string_view value) = 0;
 };
+
+// A setting that is on or off, as people write it; nullopt for anything else.
+std::optional<bool> ReadSwitch(std::string_view value);
+// Whether a setting is there and on.
+bool IsSwitchedOn(const Settings& settings, std::string_view application, std::string_view section,
+                  std::string_view key);
 
 }  // namespace tpv
