@@ -7,6 +7,7 @@
 #include "adapters/csv/csv_files.h"
 #endif
 #ifdef TPV_WITH_FISCAL
+#include "adapters/fiscal/libcrypto_digest.h"
 #include "adapters/fiscal/qr_encoder.h"
 #endif
 #ifdef TPV_WITH_MAIL
@@ -76,10 +77,22 @@ std::unique_ptr<CodeEncoder> MakeCodeEncoder() {
 #endif
 }
 
+std::unique_ptr<Digest> MakeDigest() {
+#ifdef TPV_WITH_FISCAL
+  return std::make_unique<LibcryptoDigest>();
+#else
+  return nullptr;
+#endif
+}
+
 Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
 
 Machine::Machine(std::string settings_file)
-    : settings(std::move(settings_file)), codes(MakeCodeEncoder()), mailer(MailerFor(settings, clock)), tables(Tables()) {}
+    : settings(std::move(settings_file)),
+      codes(MakeCodeEncoder()),
+      mailer(MailerFor(settings, clock)),
+      tables(Tables()),
+      digest(MakeDigest()) {}
 
 Machine::~Machine() { Finish(); }
 
@@ -88,7 +101,9 @@ Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& 
     if (!notice.detail.empty()) std::cerr << "tpv: " + notice.text + " (" + notice.detail + ")\n";
     front_end.Notify(notice);
   };
-  return {front_end, printers, devices, settings, clock, *mailer, reports, objects, sound};
+  Ports ports{front_end, printers, devices, settings, clock, *mailer, reports, objects, sound};
+  ports.digest = digest.get();
+  return ports;
 }
 
 }  // namespace tpv

@@ -9,6 +9,7 @@
 #include "adapters/files/raw_devices.h"
 #include "adapters/files/shop_printers.h"
 #include "adapters/files/system_clock.h"
+#include "platform/digest.h"
 #include "platform/mailer.h"
 #include "platform/ports.h"
 #include "platform/sound.h"
@@ -39,9 +40,12 @@ class Machine {
   PdfReports reports{settings, clock, printers, lines, *codes};
   std::unique_ptr<Mailer> mailer;
   std::unique_ptr<TableFiles> tables;  // of spreadsheets
+  std::unique_ptr<Digest> digest;      // null in a build without the library
 };
 
 // Throws PrintError for every text in a build without the library.
 std::unique_ptr<CodeEncoder> MakeCodeEncoder();
+// Null in such a build.
+std::unique_ptr<Digest> MakeDigest();
 
 }  // namespace tpv

@@ -4,6 +4,7 @@
 
 #include "adapters/headless/scenario/rig.h"
 #include "host/config.h"
+#include "host/machine.h"
 #include "office/menu_screen.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
@@ -44,7 +45,8 @@ class RecordedTill {
   RecordingReports reports;
   RecordingSound sound;
   suite::SuiteFactory objects;
-  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound};
+  const std::unique_ptr<Digest> digest = MakeDigest();
+  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound, nullptr, digest.get()};
   office::Tools tools;
   std::optional<Zrtpve> component;
   scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}};

@@ -63,11 +63,14 @@ Variant StoreDatabase::StoreParameter(std::string_view name) {
   // The record whole: one statement, whose rows an engine may keep, for all of them.
   const auto row = connection_.Execute("SELECT TOP 1 * FROM Parametros");
   if (row->Eof()) throw ObjectError("Falta el registro de parámetros de la tienda");
-  // Where the schema has it; a technician's table may have other places.
+  // Where the schema has it; a technician's table may have other places, or lack it.
   const auto place = static_cast<std::size_t>(column);
   const std::string_view stored = parameters.columns[place].name;
-  const bool there = place < row->FieldCount() && row->FieldName(place) == stored;
-  return there ? row->Field(place) : row->Field(stored);
+  if (place < row->FieldCount() && row->FieldName(place) == stored) return row->Field(place);
+  for (std::size_t field = 0; field < row->FieldCount(); ++field) {
+    if (EqualNoCase(row->FieldName(field), stored)) return row->Field(field);
+  }
+  throw ObjectError("Los parámetros de la tienda no tienen «" + std::string(name) + "»");
 }
 
 RowBuilder& StoreDatabase::NuevaSentencia() {

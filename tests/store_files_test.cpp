@@ -211,8 +211,8 @@ TEST_F(StoreFile, OfAnOlderVersionTakesItsCatalogueInAndKeepsACopy) {
   const std::string rates = Value("SELECT COUNT(*) FROM zrcomun.dbo.tivas");
   const std::string lines = Value("SELECT COUNT(*) FROM Lav INNER JOIN zrcomun.dbo.tivas ON Tiva_Id = Lav_Tiva");
   MakeOlder(path);
-  EXPECT_EQ(ErrorOf([&] { Check(path); }), "«" + path + "» es un almacén de la versión 3 y hace falta la 5: ábralo "
-            "con la caja, que lo pone al día");
+  EXPECT_EQ(ErrorOf([&] { Check(path); }), "«" + path + "» es un almacén de la versión 3 y hace falta la " +
+            std::to_string(sqlite::kVersion) + ": ábralo con la caja, que lo pone al día");
   const std::vector<std::string> two_files = {"tienda.db", "tienda.zrcomun.db"};
   const std::vector<std::string> moved = {"tienda.db", "tienda.version3.db", "tienda.version3.zrcomun.db"};
   EXPECT_EQ(Names(), two_files);
@@ -225,6 +225,7 @@ TEST_F(StoreFile, OfAnOlderVersionTakesItsCatalogueInAndKeepsACopy) {
   EXPECT_EQ(Names(), moved);
   EXPECT_EQ(Value("SELECT COUNT(*) FROM Lav INNER JOIN ZRCOMUN.dbo.tivas ON Tiva_Id = Lav_Tiva"), lines);
   EXPECT_NE(Check(path).find("está bien"), std::string::npos);
+  EXPECT_EQ(Value("SELECT Par_Fiscal FROM Parametros WHERE NOT EXISTS (SELECT * FROM Fiscal)"), "NULL");
   SqliteConnection(path, clock).Execute("INSERT INTO zrcomun.dbo.tivas (Tiva_iva) VALUES (4)");
   EXPECT_EQ(Value("SELECT MAX(Tiva_Id) FROM zrcomun.dbo.tivas"), std::to_string(std::stoi(rates) + 1));
   // Killed between the commit and the catalogue's new name.
@@ -275,7 +276,7 @@ TEST_F(StoreFile, OfAnotherVersionIsWrittenNoMore) {
   CreateStore(path);
   SqliteConnection till(path, clock);
   till.Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')");
-  Directly("PRAGMA user_version = 6");
+  Directly("PRAGMA user_version = 7");
   const char* told = "Otro programa ha cambiado la versión del almacén: cierre este y ábralo de nuevo";
   EXPECT_EQ(ErrorOf([&] { till.BeginTrans(); }), told);
   EXPECT_FALSE(till.InTransaction());

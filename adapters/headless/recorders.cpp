@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "base/text.h"
+#include "fiscal/moment.h"
 #include "platform/square_code.h"
 
 namespace tpv {
@@ -130,6 +131,10 @@ void MemorySettings::Write(std::string_view application, std::string_view sectio
 
 DateTime StepClock::Now() const {
   return fixed ? *fixed : ToLocal(std::chrono::system_clock::now());
+}
+
+DateTime StepClock::Utc() const {
+  return fixed ? fiscal::UtcOfWall(fiscal::Zone::Madrid, *fixed) : ToUtc(std::chrono::system_clock::now());
 }
 
 void RecordingConnection::Cut() {

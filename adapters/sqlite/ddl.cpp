@@ -20,7 +20,9 @@ std::string TypeText(const schema::Column& column) {
   }
 }
 
-std::string ColumnText(const schema::Table& table, std::size_t index) {
+}  // namespace
+
+std::string SqliteColumn(const schema::Table& table, std::size_t index) {
   const schema::Column& column = table.columns[index];
   std::string text = "\"" + std::string(column.name) + "\" " + TypeText(column);
   if (index == 0 && table.identity) return text + " PRIMARY KEY AUTOINCREMENT";
@@ -31,13 +33,11 @@ std::string ColumnText(const schema::Table& table, std::size_t index) {
   return text;
 }
 
-}  // namespace
-
 std::vector<std::string> SqliteDdl(const schema::Table& table, const std::string& database) {
   const std::string name(table.name);
   std::string columns;
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
-    columns += (i == 0 ? "" : ", ") + ColumnText(table, i);
+    columns += (i == 0 ? "" : ", ") + SqliteColumn(table, i);
   }
   std::vector<std::string> statements = {"CREATE TABLE IF NOT EXISTS " + database + ".\"" + name + "\" (" +
                                          columns + ")"};

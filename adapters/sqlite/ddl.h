@@ -12,4 +12,7 @@ namespace tpv {
 // stays as it is.
 std::vector<std::string> SqliteDdl(const schema::Table& table, const std::string& database);
 
+// A column of it, for adding it to a table that lacks it.
+std::string SqliteColumn(const schema::Table& table, std::size_t index);
+
 }  // namespace tpv

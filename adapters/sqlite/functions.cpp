@@ -279,6 +279,11 @@ void NowFunction(sqlite3_context* context, int, sqlite3_value**) {
   ResultText(context, ToIso(clock->Now()));
 }
 
+void UtcFunction(sqlite3_context* context, int, sqlite3_value**) {
+  const auto* clock = static_cast<const Clock*>(sqlite3_user_data(context));
+  ResultText(context, ToIso(clock->Utc()));
+}
+
 bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
@@ -336,6 +341,8 @@ void RegisterFunctions(sqlite3* handle, const Clock& clock) {
                                     nullptr, nullptr);
   result |= sqlite3_create_function(handle, "tpv_getdate", 0, SQLITE_UTF8,
                                     const_cast<Clock*>(&clock), NowFunction, nullptr, nullptr);
+  result |= sqlite3_create_function(handle, "tpv_getutcdate", 0, SQLITE_UTF8,
+                                    const_cast<Clock*>(&clock), UtcFunction, nullptr, nullptr);
   if (result != SQLITE_OK) throw DatabaseError("No se pueden registrar las funciones del almacén");
 }
 

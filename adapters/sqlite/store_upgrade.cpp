@@ -40,6 +40,17 @@ void ForEachOfCatalogue(Work work) {
   }
 }
 
+// Until version 5 the parameters said nothing of invoice records.
+void AddMissingColumns(sqlite3* handle, const schema::Table& table) {
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const std::string column(table.columns[i].name);
+    const std::string there = "SELECT COUNT(*) FROM main.pragma_table_info(" + Literal(std::string(table.name)) +
+                              ") WHERE name = " + Literal(column) + " COLLATE NOCASE";
+    if (Number(handle, there) > 0) continue;
+    Run(handle, "ALTER TABLE main.\"" + std::string(table.name) + "\" ADD COLUMN " + SqliteColumn(table, i));
+  }
+}
+
 // Stores of version 1 had a payment method's terms in its lines.
 void MoveTermsOfPayment(sqlite3* handle) {
   if (Number(handle, "SELECT COUNT(*) FROM main.pragma_table_info('Fcol') WHERE name = 'Fcol_Dias'") == 0) {
@@ -174,6 +185,7 @@ void AddWhatIsMissing(sqlite3* handle) {
   for (const schema::Table& table : schema::Tables()) {
     for (const std::string& statement : SqliteDdl(table, "main")) Run(handle, statement);
   }
+  AddMissingColumns(handle, *schema::FindTable("Parametros"));
   MoveTermsOfPayment(handle);
   if (!CountsListChanges(handle)) CountListChanges(handle);
   Run(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts

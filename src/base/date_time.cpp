@@ -208,14 +208,22 @@ DateTime AddSeconds(const DateTime& value, std::int64_t seconds) {
 
 DateTime StartOfDay(const DateTime& moment) { return {moment.year, moment.month, moment.day}; }
 
-DateTime ToLocal(std::chrono::system_clock::time_point moment) {
+namespace {
+
+DateTime Calendar(std::chrono::system_clock::time_point moment, std::tm* (*divide)(const std::time_t*, std::tm*)) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
   const auto milliseconds =
       std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count() % 1000;
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-          local.tm_min, std::min(local.tm_sec, 59), static_cast<int>(milliseconds)};
+  std::tm parts{};
+  divide(&seconds, &parts);
+  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
+          parts.tm_min, std::min(parts.tm_sec, 59), static_cast<int>(milliseconds)};
 }
+
+}  // namespace
+
+DateTime ToLocal(std::chrono::system_clock::time_point moment) { return Calendar(moment, localtime_r); }
+
+DateTime ToUtc(std::chrono::system_clock::time_point moment) { return Calendar(moment, gmtime_r); }
 
 }  // namespace tpv

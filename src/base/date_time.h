@@ -57,5 +57,6 @@ DateTime StartOfDay(const DateTime& moment);
 
 // What the clock on the wall shows in the machine's time zone.
 DateTime ToLocal(std::chrono::system_clock::time_point moment);
+DateTime ToUtc(std::chrono::system_clock::time_point moment);
 
 }  // namespace tpv

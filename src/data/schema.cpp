@@ -120,6 +120,30 @@ Table Invoices() {
           {{{"Fav_Serie", "Fav_Numero"}, true}}};
 }
 
+// Invoice records, in the order of making; rows are only added.
+Table FiscalRecords() {
+  return {"Fiscal", kStore, false, true,
+          {{"Fis_Id", Int}, Required("Fis_Modo", Int), Required("Fis_Tipo", Text, 2),
+           With("Fis_Subsana", Bit, Default::Zero), {"Fis_Rechazo", Text, 1},
+           Required("Fis_Emisor", Text, 20), {"Fis_Nombre", Text, 120},
+           Required("Fis_Numero", Text, 60), {"Fis_Fecha", DateTime}, {"Fis_CliNombre", Text, 120},
+           {"Fis_CliDoc", Text, 20}, {"Fis_Desglose", Text}, {"Fis_Relacion", Text},
+           {"Fis_Cuota", Money}, {"Fis_Total", Money}, Required("Fis_Momento", Text, 25),
+           {"Fis_Anterior", Int}, Required("Fis_Texto", Text), Required("Fis_Huella", Text, 64),
+           {"Fis_IdCav", Int}, {"Fis_IdFav", Int}, {"Fis_Productor", Text, 120},
+           {"Fis_ProdDoc", Text, 20}, {"Fis_Version", Text, 50}, {"Fis_Instalacion", Text, 100}},
+          {{{"Fis_IdCav"}}, {{"Fis_IdFav"}}, {{"Fis_Numero"}}}};
+}
+
+// What the agency said of each record that it was sent.
+Table FiscalReplies() {
+  return {"FiscalRespuestas", kStore, true, false,
+          {{"Fir_Id", Int}, Required("Fir_IdFis", Int), With("Fir_Momento", DateTime, Default::Now),
+           Required("Fir_Estado", Int), {"Fir_Codigo", Int}, {"Fir_Texto", Text, 1500},
+           {"Fir_Csv", Text, 50}, With("Fir_Duplicado", Bit, Default::Zero)},
+          {{{"Fir_IdFis"}, true}, {{"Fir_Estado"}}}};
+}
+
 Table Parameters() {
   return {"Parametros", kStore, false, false,
           {{"Par_NumCaja", Int}, {"Par_CliCon", Int}, {"Par_SerTic", Text, 5},
@@ -127,7 +151,10 @@ Table Parameters() {
            {"par_decpre", Int}, {"par_deccan", Int}, {"Par_Impre", Int}, {"Par_PCajon", Int},
            {"Par_SCajon", Text, 100}, {"Par_Nombre", Text, 100}, {"Par_Sg", Text, 5},
            {"Par_NombreVia", Text, 100}, {"Par_Cp", Text, 10}, {"Par_Poblacion", Text, 50},
-           {"Par_Telefono", Text, 30}, {"Par_Doc", Text, 20}, {"par_tpvemail", Text, 100}},
+           {"Par_Telefono", Text, 30}, {"Par_Doc", Text, 20}, {"par_tpvemail", Text, 100},
+           {"Par_Fiscal", Int}, {"Par_FisProductor", Text, 120}, {"Par_FisProdDoc", Text, 20},
+           {"Par_FisInstalacion", Text, 100}, {"Par_FisZona", Text, 10}, {"Par_FisTicket", Int},
+           {"Par_FisFactura", Int}, {"Par_FisRegistro", Int}},
           {},
           true};
 }
@@ -203,7 +230,7 @@ std::vector<Table> Describe() {
         {"Vto_Importe", Money}, {"Vto_Modo", Int}, {"Vto_Cobrado", Bit}, {"Vto_Cartera", Bit},
         {"Vto_IdCli", Int}, {"Vto_Cta", Text, 24}, {"Vto_Banco", Text, 24}},
        {{{"Vto_IdFav"}}}},
-      Parameters(),
+      Parameters(), FiscalRecords(), FiscalReplies(),
       {"tivas", kCatalogue, true, false,
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},
         {"tiva_art", Int}, {"Tiva_Fecha", DateTime}},

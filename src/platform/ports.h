@@ -16,6 +16,7 @@ class ObjectFactory;
 class ReportPress;
 class Sound;
 class Errands;
+class Digest;
 
 struct Ports {
   ui::FrontEnd& ui;
@@ -28,6 +29,7 @@ struct Ports {
   ObjectFactory& objects;
   Sound& sound;
   Errands* errands = nullptr;  // null: everything is done at once
+  const Digest* digest = nullptr;  // null: this build makes no invoice records
 };
 
 }  // namespace tpv

@@ -25,6 +25,11 @@ void MakeOlder(const std::string& path) {
     const std::string name(table.name);
     run("INSERT INTO zrcomun." + name + " SELECT * FROM main." + name + "; DROP TABLE main." + name);
   }
+  for (const schema::Column& column : schema::FindTable("Parametros")->columns) {
+    const std::string name(column.name);
+    if (name.starts_with("Par_Fis")) run("ALTER TABLE main.Parametros DROP COLUMN " + name);
+  }
+  run("DROP TABLE main.Fiscal; DROP TABLE main.FiscalRespuestas");
   run("PRAGMA main.user_version = 3; COMMIT; PRAGMA main.journal_mode = WAL; PRAGMA zrcomun.journal_mode = WAL");
 }
 

@@ -30,6 +30,7 @@ const std::map<std::string, Plain, std::less<>>& PlainFunctions() {
       {"rtrim", {"rtrim", 1, 1, Text}},
       {"replace", {"replace", 3, 3, Text}},
       {"getdate", {"tpv_getdate", 0, 0, DateTime}},
+      {"getutcdate", {"tpv_getutcdate", 0, 0, DateTime}},
       {"scope_identity", {"last_insert_rowid", 0, 0, Int}},
   };
   return functions;
