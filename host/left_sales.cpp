@@ -2,6 +2,8 @@
 
 #include "data/sales_in_progress.h"
 #include "data/sql_text.h"
+#include "fiscal/issuing.h"
+#include "host/machine.h"
 
 namespace tpv {
 
@@ -24,6 +26,8 @@ std::string ReleaseSale(Connection& connection, std::int32_t sale_id) {
   const bool empty =
       connection.Execute("SELECT TOP 1 Lav_Id FROM Lav WHERE Lav_IdCav = " + id)->Eof();
   if (empty) connection.Execute("DELETE FROM Cav WHERE Cav_Id = " + id);
+  const auto digest = MakeDigest();
+  fiscal::RecordTicket(fiscal::DeskOf(connection, digest.get()), sale_id);
   transaction.Commit();
   return empty ? "La venta no tenía líneas: eliminada\n"
                : "La venta queda como un ticket pendiente de cobro\n";

@@ -9,6 +9,7 @@
 #include "context/context.h"
 #include "host/backup_commands.h"
 #include "host/config.h"
+#include "host/fiscal_commands.h"
 #include "host/help.h"
 #include "host/machine.h"
 #include "host/play.h"
@@ -58,6 +59,12 @@ constexpr const char* kHelp =
     "  tpv export articles|customers|stock|tickets|lines|payments|invoices|closures FICHERO\n"
     "      [--from dd/mm/aaaa] [--to dd/mm/aaaa] [--store ALMACÉN|--odbc CONEXIÓN]\n"
     "                                    escribe un fichero CSV para una hoja de cálculo\n"
+    "  tpv fiscal on pruebas|real ALMACÉN\n"
+    "                                    enciende los registros de facturación; si falta algo, lo dice\n"
+    "      off ALMACÉN                   los apaga, mientras no haya ninguno de verdad\n"
+    "      set ALMACÉN productor|productor-nif|instalacion|zona VALOR\n"
+    "                                    lo que la tienda dice de su programa, y su zona: madrid o canarias\n"
+    "      check ALMACÉN                 recalcula la cadena y la compara con tickets y facturas\n"
     "  tpv config                        ajustes: caja, impresoras, cajón y correo\n"
     "      set NOMBRE [VALOR] | get NOMBRE | unset NOMBRE\n"
     "                                    sin VALOR se lee de la entrada (la contraseña, siempre)\n"
@@ -108,11 +115,13 @@ int Run(const Arguments& arguments) {
   }
   if (arguments[0] == "store") return StoreCommand(rest, std::cout);
   if (arguments[0] == "sql") return SqlCommand(rest, std::cout);
-  if (arguments[0] == "import" || arguments[0] == "export" || arguments[0] == "config") {
+  if (arguments[0] == "import" || arguments[0] == "export" || arguments[0] == "config" ||
+      arguments[0] == "fiscal") {
     Machine machine;
     if (const std::string notice = machine.settings.Protect(); !notice.empty()) std::cerr << notice << "\n";
     if (arguments[0] == "import") return ImportCommand(machine, rest, std::cin, std::cout);
     if (arguments[0] == "export") return ExportCommand(machine, rest, std::cout);
+    if (arguments[0] == "fiscal") return FiscalCommand(machine, rest, std::cout);
     return Config(machine, rest, std::cin, std::cout);
   }
   throw UsageError("orden desconocida: " + arguments[0]);

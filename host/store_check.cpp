@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/statements.h"
+#include "host/fiscal_check.h"
 #include "host/journal_check.h"
 
 namespace tpv {
@@ -193,6 +194,7 @@ std::vector<StoreFinding> CheckStore(Connection& connection) {
     for (const Rule& rule : rules) findings.push_back(Ask(connection, rule));
   }
   for (StoreFinding& finding : CheckJournal(connection)) findings.push_back(std::move(finding));
+  for (StoreFinding& finding : CheckFiscal(connection).findings) findings.push_back(std::move(finding));
   std::erase_if(findings, [](const StoreFinding& finding) { return finding.count == 0; });
   return findings;
 }

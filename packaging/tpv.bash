@@ -2,7 +2,7 @@
 
 _tpv_words() {
   case "$1 $2" in
-    "tpv "*) echo "play store sql import export config help --screenshot --help --version" ;;
+    "tpv "*) echo "play store sql import export fiscal config help --screenshot --help --version" ;;
     "play "*) echo "--store --odbc --empty --ui --screen --screenshots --paper --user --now --help" ;;
     "store create") echo "--demo --empty --shop --odbc" ;;
     "store copy" | "store check" | "store release") echo "--odbc" ;;
@@ -16,12 +16,14 @@ _tpv_words() {
     "export articles" | "export customers" | "export stock" | "export tickets" | "export lines" | \
       "export payments" | "export invoices" | "export closures") echo "--from --to --store --odbc" ;;
     "export "*) echo "articles customers stock tickets lines payments invoices closures --help" ;;
+    "fiscal on") echo "pruebas real --odbc" ;;
+    "fiscal "*) echo "on off set check --odbc --help" ;;
     "config set" | "config get" | "config unset")
       echo "Till.Number Till.DrawerMethod Till.DrawerCodes Paper.Default Paper.Tickets Paper.Reports Printers. CodeTable. Devices. Scanner.Layout" \
         "Sound.Command Mail.Server Mail.Port Mail.Security Mail.User Mail.Password Mail.From" \
         "Mail.CaFile Mail.Support Windows.TypeSize Backup.Folder Backup.Keep" ;;
     "config "*) echo "list set get unset printers try-printer try-mail --help" ;;
-    "help "*) echo "play store sql import export config" ;;
+    "help "*) echo "play store sql import export fiscal config" ;;
   esac
 }
 

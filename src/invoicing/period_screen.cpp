@@ -2,6 +2,7 @@
 
 #include "base/mask.h"
 #include "data/statements.h"
+#include "fiscal/issuing.h"
 #include "invoicing/seen_tickets.h"
 #include "platform/database.h"
 #include "platform/objects.h"
@@ -125,6 +126,9 @@ void FrmTpvFacturas::Invoice() {
   if (!customer) {
     return Refuse("No está definido en parámetros el cliente contado", nullptr, Icon::Critical);
   }
+  const std::string refusal = fiscal::InvoiceRefusal(
+      fiscal::DeskOf(context()), {customer->Name(), (*customer)["Cli_doc"].TextOr("")});
+  if (!refusal.empty()) return Refuse(refusal, nullptr, Icon::Critical);
   try {
     const std::string error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked));
     if (!error.empty()) Refuse(error, nullptr, Icon::Critical);

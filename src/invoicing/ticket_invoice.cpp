@@ -5,6 +5,7 @@
 #include "data/codes.h"
 #include "data/sql_text.h"
 #include "data/till_state.h"
+#include "fiscal/issuing.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 
@@ -28,10 +29,21 @@ class Maker {
     invoicing_.Invoke("CalculoTotalesFactura");
     if (!invoicing_.Invoke("GrabaFactura").ToBool()) return false;
     if (invoicing_.Get("TotalFactura").NumberOr(0) > 0) ComputeDueDates();
+    Record(id);
     return true;
   }
 
  private:
+  void Record(std::int32_t id) {
+    try {
+      fiscal::RecordInvoice(fiscal::DeskOf(context_),
+                            {id, InvoiceReference(invoicing_), invoice_.date,
+                             {invoice_.customer_name, invoice_.document}});
+    } catch (const fiscal::RecordRefused& refused) {
+      throw InvoiceRefused(refused.what());
+    }
+  }
+
   void PutHead() {
     invoicing_.Put("SerieFactura", Variant(invoice_.series));
     invoicing_.Put("NumeroFactura", Variant(0));

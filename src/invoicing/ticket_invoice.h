@@ -65,7 +65,8 @@ class InvoiceCompanionError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The tickets are not what the operator has seen of them. what() is for him.
+// The tickets are not what the operator has seen of them, or the invoice has no record.
+// what() is for him.
 class InvoiceRefused : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

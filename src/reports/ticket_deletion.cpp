@@ -6,6 +6,7 @@
 #include "context/context.h"
 #include "data/sales_in_progress.h"
 #include "data/sql_text.h"
+#include "fiscal/issuing.h"
 #include "platform/database.h"
 #include "sale/sale_storage.h"
 
@@ -25,6 +26,7 @@ void DeleteTicket(Context& context, std::int32_t sale_id) {
   Connection& connection = context.Database();
   const std::vector<std::int32_t> lines = LinesOf(context, sale_id);
   const std::string id = sql::Number(std::int64_t{sale_id});
+  fiscal::RecordDeletion(fiscal::DeskOf(context), sale_id);
   connection.Execute("DELETE FROM Cav WHERE Cav_Id = " + id);
   connection.Execute("DELETE FROM Lav WHERE Lav_IdCav = " + id);
   std::vector<std::int64_t> entries;

@@ -15,8 +15,8 @@ struct Context;
 std::string SharedCollection(Connection& connection, std::int32_t sale_id);
 
 // Deletes header, lines, the entries that paid the ticket and their links, gives
-// its stock back and takes it off the register of sales in progress. The caller
-// holds the transaction. Throws DatabaseError and ObjectError.
+// its stock back, takes it off the register of sales in progress and cancels the
+// record of a registered ticket, which stays. The caller holds the transaction. Throws DatabaseError and ObjectError.
 void DeleteTicket(Context& context, std::int32_t sale_id);
 
 }  // namespace tpv

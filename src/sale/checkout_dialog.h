@@ -82,6 +82,7 @@ class FrmTpv1 : public Screen {
   void Issue(const TicketInvoice& invoice);
   std::int32_t PaymentMethod() const;
   bool CheckNotInvoiced();
+  bool CheckBuyer();
   bool CheckPaymentMethod(const CustomerRecord& customer);
   TicketInvoice InvoiceOf(const CustomerRecord& customer, const InvoiceParameters& asked);
 

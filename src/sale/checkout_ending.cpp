@@ -5,6 +5,7 @@
 #include "data/sales_in_progress.h"
 #include "data/sql_text.h"
 #include "data/till_state.h"
+#include "fiscal/issuing.h"
 #include "output/cash_drawer.h"
 #include "output/sales_ticket.h"
 #include "output/ticket_text.h"
@@ -60,13 +61,15 @@ bool FrmTpv1::Stored(const std::function<void()>& store) {
   return false;
 }
 
-// Customer, collected mark, journal entry and its link: together or not at all.
+// Customer, collected mark, journal entry, its link and the invoice record: together or
+// not at all.
 void FrmTpv1::StorePayment() {
   entry_id_ = 0;
   Transaction transaction(Database());
   RequireOwnSale(context());
   msActualizaClienteAlbaran();
   RecordPayment();
+  fiscal::RecordTicket(fiscal::DeskOf(context()), context().IdAlbaran);
   transaction.Commit();
 }
 

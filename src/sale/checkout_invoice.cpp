@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "fiscal/issuing.h"
 #include "invoicing/ticket_invoice.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
@@ -19,7 +20,7 @@ std::int32_t FrmTpv1::PaymentMethod() const { return LeadingNumber(Left(cboFpago
 void FrmTpv1::EndWithInvoice() {
   constexpr double kLargeChange = 500;
   if (DoubtfulPaymentIsStored()) return EndWithStoredPayment();
-  if (!CheckPayment() || !ConfirmChange(kLargeChange) || !CheckNotInvoiced()) return;
+  if (!CheckPayment() || !ConfirmChange(kLargeChange) || !CheckNotInvoiced() || !CheckBuyer()) return;
   const auto customer = CustomerByCode(context(), Int32OrZero(Text1[2].text));
   if (!customer || !CheckPaymentMethod(*customer)) return;
   const InvoiceParameters asked =
@@ -62,6 +63,14 @@ bool FrmTpv1::CheckNotInvoiced() {
   if (sale->Eof() || sale->Field(0).IntOr(0) != invoiced) return true;
   Refuse(kSaleInvoiced, nullptr, Icon::Critical);
   return false;
+}
+
+// Whether a record can name him, in a shop that makes records.
+bool FrmTpv1::CheckBuyer() {
+  const std::string refusal =
+      fiscal::InvoiceRefusal(fiscal::DeskOf(context()), {Text1[5].text, Text1[24].text});
+  if (!refusal.empty()) Refuse(refusal, &Text1[24], Icon::Exclamation);
+  return refusal.empty();
 }
 
 bool FrmTpv1::CheckPaymentMethod(const CustomerRecord& customer) {

@@ -59,6 +59,9 @@ void FrmTpvDevoluciones::TakeCheckedLines() {
       if (item.checked) StoreReturned(item.tag);
     }
     transaction.Commit();
+    if (std::find(originals_.begin(), originals_.end(), listed_sale_) == originals_.end()) {
+      originals_.push_back(listed_sale_);
+    }
   } catch (const std::exception& error) {
     return Refuse("No se ha podido grabar la devolución. " + std::string(kLineBreak) + error.what(),
                   nullptr, ui::Icon::Critical);

@@ -3,6 +3,7 @@
 #include "base/mask.h"
 #include "base/number_text.h"
 #include "data/sql_text.h"
+#include "fiscal/chain.h"
 #include "output/cash_drawer.h"
 #include "platform/database.h"
 #include "sale/sale_storage.h"
@@ -114,6 +115,7 @@ void FrmTpvDevoluciones::StartOrCancel() {
 
 void FrmTpvDevoluciones::Start() {
   if (!CreateHeader()) return;
+  originals_.clear();
   sale_in_progress_ = true;
   OfferToCancel();
   EmptyLine();
@@ -123,7 +125,11 @@ void FrmTpvDevoluciones::Start() {
 
 // An open ticket stays as a pending one.
 void FrmTpvDevoluciones::Leave() {
-  if (sale_in_progress_) LeaveSalePending(context());
+  try {
+    if (sale_in_progress_) LeaveSalePending(context(), originals_);
+  } catch (const fiscal::RecordRefused& refused) {
+    return Refuse(refused.what(), nullptr, ui::Icon::Critical);
+  }
   Close();
 }
 

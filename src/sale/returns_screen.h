@@ -56,6 +56,7 @@ class FrmTpvDevoluciones : public SaleEntry {
   ui::Button cmdAbreCajon{*this, "cmdAbreCajon", "A&brir cajón"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
   std::int32_t listed_sale_ = 0;  // the past sale in the list; 0: the open ticket
+  std::vector<std::int32_t> originals_;  // past sales that lines were taken from
 };
 
 }  // namespace tpv

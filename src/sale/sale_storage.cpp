@@ -12,6 +12,7 @@
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "data/till_clock.h"
+#include "fiscal/issuing.h"
 #include "data/till_state.h"
 #include "platform/database.h"
 #include "platform/objects.h"
@@ -91,6 +92,7 @@ void PutLine(Object& notes, const SaleLine& line, std::int32_t warehouse) {
 }
 
 void DeleteSale(Context& context, std::int32_t sale_id) {
+  fiscal::RecordDeletion(fiscal::DeskOf(context), sale_id);
   DeleteLines(context, LinesOf(context, sale_id));
   context.Database().Execute("DELETE FROM Cav WHERE Cav_Id = " +
                              sql::Number(std::int64_t{sale_id}));
@@ -200,9 +202,10 @@ void RequireOwnSale(Context& context) {
   if (!IsThere(context)) throw SaleTaken("La venta ya no existe: se ha eliminado desde otra caja");
 }
 
-void LeaveSalePending(Context& context) {
+void LeaveSalePending(Context& context, const std::vector<std::int32_t>& originals) {
   Transaction transaction(context.Database());
   UnregisterSale(context.Database(), context.IdAlbaran);
+  fiscal::RecordTicket(fiscal::DeskOf(context), context.IdAlbaran, originals);
   transaction.Commit();
 }
 

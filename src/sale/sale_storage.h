@@ -67,8 +67,9 @@ inline constexpr const char* kSaleInvoiced = "La venta ya está incluida en una 
 
 // Throws SaleTaken when that happened. Inside the caller's transaction.
 void RequireOwnSale(Context& context);
-// The context's sale stays as a pending ticket and is no longer in progress.
-void LeaveSalePending(Context& context);
+// The context's sale stays as a pending ticket and is no longer in progress. `originals`
+// are the tickets that it takes lines back from. Throws fiscal::RecordRefused.
+void LeaveSalePending(Context& context, const std::vector<std::int32_t>& originals = {});
 // Cancels the context's sale in progress; throws SaleTaken for one that another
 // till collected or invoiced. One that is gone already is no error.
 void GiveUpSale(Context& context);

@@ -1,0 +1,115 @@
+#include "fiscal/chain.h"
+
+#include <optional>
+
+#include "base/mask.h"
+#include "base/text.h"
+#include "data/insert_row.h"
+#include "fiscal/fingerprint.h"
+#include "fiscal/record_columns.h"
+#include "platform/digest.h"
+
+namespace tpv::fiscal {
+
+namespace {
+
+constexpr std::int64_t kClockTolerance = 60;  // seconds
+
+struct End {
+  DateTime now;  // universal time by the store's clock
+  std::int32_t position = 0;
+  std::string moment;  // of the last record
+};
+
+End ReadEnd(Connection& connection) {
+  End end;
+  const auto last = connection.Execute(
+      "SELECT Getutcdate() AS Ahora, (SELECT MAX(Fis_Id) FROM Fiscal) AS Ultimo, (SELECT TOP 1 Fis_Momento FROM "
+      "Fiscal ORDER BY Fis_Id DESC) AS Momento");
+  end.now = last->Field(0).ToDate();
+  end.now.millisecond = 0;
+  end.position = last->Field(1).IntOr(0);
+  end.moment = last->Field(2).TextOr("");
+  return end;
+}
+
+// The last record of this shop and installation for the same agency.
+std::optional<PreviousRecord> ReadPrevious(Connection& connection, const Record& record) {
+  const auto last = connection.Execute(
+      "SELECT TOP 1 Fis_Id, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Huella FROM Fiscal WHERE Fis_Modo = " +
+      sql::Value(static_cast<int>(record.mode)).text + " AND Fis_Emisor = " + sql::Quoted(record.issuer) +
+      " AND Fis_Instalacion = " + sql::Quoted(record.producer.installation) + " ORDER BY Fis_Id DESC");
+  if (last->Eof()) return std::nullopt;
+  return PreviousRecord{last->Field(0).ToInt32(), last->Field(1).TextOr(""),
+                        {last->Field(2).TextOr(""), last->Field(3).ToDate()}, last->Field(4).TextOr("")};
+}
+
+// "24/11/2026 10:30" as clocks on the shop's walls show it.
+std::string OnTheWall(std::string_view moment) {
+  constexpr std::size_t kWall = 19;
+  const auto wall = ParseIso(ReplaceAll(moment.substr(0, kWall), "T", " "));
+  return wall ? FormatDate(*wall, "DD/MM/YYYY HH:MM") : std::string(moment);
+}
+
+// A clock a little behind takes the last record's moment; one further back is wrong.
+std::string MomentOf(const End& end, Zone zone) {
+  const std::string moment = MomentText(zone, end.now);
+  const auto last = MomentUtc(end.moment);
+  if (!last || end.now >= *last) return moment;
+  if (AddSeconds(end.now, kClockTolerance) >= *last) return MomentText(zone, *last);
+  throw RecordRefused("El reloj va atrasado: son las " + OnTheWall(moment) +
+                      " y el último registro de facturación es de las " + OnTheWall(end.moment) +
+                      ". Ponga en hora el equipo que guarda el almacén y repita la operación");
+}
+
+void RequireSendable(const Record& record) {
+  constexpr std::size_t kMostRates = 12;
+  constexpr std::size_t kMostRelated = 1000;
+  if (!IsDocumentNumber(record.document.number)) {
+    throw RecordRefused("El número «" + record.document.number +
+                        "» no vale para un registro de facturación: la serie no puede llevar letras con acento "
+                        "ni los signos \" ' < > =");
+  }
+  if (record.rates.size() > kMostRates) throw RecordRefused("Hay más de doce tipos de IVA en un solo documento");
+  if (record.related.size() > kMostRelated) {
+    throw RecordRefused("Una factura no puede sustituir más de 1.000 tickets: facture un periodo más corto");
+  }
+}
+
+void Store(Connection& connection, const Record& r) {
+  const auto document = [](std::int32_t id) { return id == 0 ? sql::Null() : sql::Value(id); };
+  sql::InsertRow(
+      connection, "Fiscal",
+      "Fis_Id, Fis_Modo, Fis_Tipo, Fis_Subsana, Fis_Rechazo, Fis_Emisor, Fis_Nombre, Fis_Numero, Fis_Fecha, "
+      "Fis_CliNombre, Fis_CliDoc, Fis_Desglose, Fis_Relacion, Fis_Cuota, Fis_Total, Fis_Momento, Fis_Anterior, "
+      "Fis_Texto, Fis_Huella, Fis_IdCav, Fis_IdFav, Fis_Productor, Fis_ProdDoc, Fis_Version, Fis_Instalacion",
+      {r.position, static_cast<int>(r.mode), std::string(CodeOf(r.kind)), r.mends,
+       std::string(1, static_cast<char>(r.refused)), r.issuer, r.issuer_name, r.document.number, r.document.date,
+       r.buyer_name, r.buyer_document, RatesColumn(r.rates), RelatedColumn(r.related), ToEuros(r.tax),
+       ToEuros(r.total), r.moment, r.previous ? r.previous->position : 0, r.text, r.fingerprint,
+       document(r.ticket), document(r.invoice), r.producer.name, r.producer.document, r.producer.version,
+       r.producer.installation});
+}
+
+}  // namespace
+
+void Append(const Desk& desk, const Setup& setup, Record& record) {
+  if (desk.digest == nullptr) {
+    throw RecordRefused("Este programa se construyó sin las bibliotecas de los registros de facturación y no puede "
+                        "vender en esta tienda");
+  }
+  constexpr std::size_t kNameLength = 120;
+  record.mode = setup.mode;
+  record.issuer = setup.issuer;
+  record.issuer_name = Left(setup.issuer_name, kNameLength);
+  record.producer = setup.producer;
+  RequireSendable(record);
+  const End end = ReadEnd(desk.connection);
+  record.position = end.position + 1;
+  record.moment = MomentOf(end, setup.zone);
+  record.previous = ReadPrevious(desk.connection, record);
+  Fingerprint(record, *desk.digest);
+  Store(desk.connection, record);
+}
+
+}  // namespace tpv::fiscal

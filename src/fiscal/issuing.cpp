@@ -1,0 +1,143 @@
+#include "fiscal/issuing.h"
+
+#include <optional>
+
+#include "base/text.h"
+#include "data/codes.h"
+#include "data/sql_text.h"
+#include "data/statements.h"
+#include "fiscal/amounts.h"
+
+namespace tpv::fiscal {
+
+namespace {
+
+constexpr Cents kMostWithoutBuyer = 300'000;
+
+constexpr const char* kTooMuch =
+    "Un ticket de más de 3.000,00 € no puede registrarse sin comprador. Termine la venta con una factura a nombre "
+    "del cliente";
+constexpr const char* kNoBuyer =
+    "Para facturar hacen falta el nombre y el NIF del cliente, de nueve letras y cifras. Complételos antes de emitir "
+    "la factura";
+
+std::string Id(std::int32_t id) { return sql::Number(std::int64_t{id}); }
+
+// "b-1234567.8 " and "B12345678" are one number.
+std::string TaxNumber(const std::string& typed) {
+  std::string number;
+  for (const char c : typed) {
+    if (std::string_view(" -./").find(c) != std::string_view::npos) continue;
+    number += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  }
+  return number;
+}
+
+struct TicketHead {
+  DocumentId document;
+  bool invoiced = false;
+};
+
+std::optional<TicketHead> ReadTicket(Connection& connection, std::int32_t ticket) {
+  const auto row = connection.Execute(
+      "SELECT " + std::string(kTicketReference) + " AS Ticket, Cav_Fecha, Cav_Situa FROM Cav WHERE Cav_Id = " +
+      Id(ticket));
+  if (row->Eof()) return std::nullopt;
+  return TicketHead{{row->Field(0).TextOr(""), StartOfDay(row->Field(1).ToDate())},
+                    row->Field(2).IntOr(0) == static_cast<int>(InvoicingState::Invoiced)};
+}
+
+// The registration in force of a document of this shop, for the agency of `mode`.
+std::optional<DocumentId> Registered(Connection& connection, Mode mode, const std::string& condition) {
+  const auto last = connection.Execute("SELECT TOP 1 Fis_Numero, Fis_Fecha, Fis_Tipo FROM Fiscal WHERE " + condition +
+                                       " AND Fis_Modo = " + Id(static_cast<int>(mode)) + " ORDER BY Fis_Id DESC");
+  if (last->Eof() || last->Field(2).TextOr("") == CodeOf(Kind::Cancellation)) return std::nullopt;
+  return DocumentId{last->Field(0).TextOr(""), last->Field(1).ToDate()};
+}
+
+std::optional<DocumentId> RegisteredTicket(Connection& connection, Mode mode, std::int32_t ticket) {
+  return Registered(connection, mode, "Fis_IdCav = " + Id(ticket));
+}
+
+// A series may have been given to tickets and invoices both.
+void RequireNewNumber(const Desk& desk, Mode mode, const std::string& number) {
+  if (!Registered(desk.connection, mode, "Fis_Numero = " + sql::Quoted(number))) return;
+  throw RecordRefused("El número «" + number +
+                      "» ya está registrado: los tickets y las facturas necesitan series distintas");
+}
+
+// Those of the invoice's tickets that have records of their own.
+std::vector<DocumentId> RegisteredOf(Connection& connection, Mode mode, std::int32_t invoice) {
+  std::vector<DocumentId> tickets;
+  const auto rows = connection.Execute(
+      "SELECT Fis_Numero, Fis_Fecha FROM Cav INNER JOIN Fiscal AS r ON r.Fis_IdCav = Cav_Id WHERE Cav_IdFactura = " +
+      Id(invoice) + " AND r.Fis_Modo = " + Id(static_cast<int>(mode)) +
+      " AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE l.Fis_IdCav = r.Fis_IdCav AND "
+      "l.Fis_Id > r.Fis_Id) ORDER BY r.Fis_Id");
+  for (; !rows->Eof(); rows->MoveNext()) tickets.push_back({rows->Field(0).TextOr(""), rows->Field(1).ToDate()});
+  return tickets;
+}
+
+std::vector<DocumentId> Numbers(Connection& connection, const std::vector<std::int32_t>& tickets) {
+  std::vector<DocumentId> numbers;
+  for (const std::int32_t ticket : tickets) {
+    if (const auto head = ReadTicket(connection, ticket)) numbers.push_back(head->document);
+  }
+  return numbers;
+}
+
+}  // namespace
+
+void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::int32_t>& originals) {
+  if (ModeOf(desk) == Mode::Off) return;
+  const Setup setup = ReadSetup(desk);
+  const auto head = ReadTicket(desk.connection, ticket);
+  if (!head || head->invoiced || RegisteredTicket(desk.connection, setup.mode, ticket)) return;
+  Record record;
+  SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_Id = " + Id(ticket)));
+  if (record.rates.empty()) return;
+  if (record.total > kMostWithoutBuyer) throw RecordRefused(kTooMuch);
+  RequireNewNumber(desk, setup.mode, head->document.number);
+  record.kind = record.total < 0 ? Kind::Return : Kind::Ticket;
+  if (record.kind == Kind::Return) record.related = Numbers(desk.connection, originals);
+  record.document = head->document;
+  record.ticket = ticket;
+  Append(desk, setup, record);
+}
+
+void RecordInvoice(const Desk& desk, const IssuedInvoice& invoice) {
+  if (const std::string refusal = InvoiceRefusal(desk, invoice.buyer); !refusal.empty()) throw RecordRefused(refusal);
+  if (ModeOf(desk) == Mode::Off) return;
+  const Setup setup = ReadSetup(desk);
+  RequireNewNumber(desk, setup.mode, invoice.number);
+  constexpr std::size_t kNameLength = 120;
+  Record record;
+  record.related = RegisteredOf(desk.connection, setup.mode, invoice.id);
+  record.kind = record.related.empty() ? Kind::Invoice : Kind::InvoiceOfTickets;
+  record.document = {invoice.number, StartOfDay(Variant(invoice.date).ToDate())};
+  record.invoice = invoice.id;
+  record.buyer_name = Left(Trim(invoice.buyer.name), kNameLength);
+  record.buyer_document = TaxNumber(invoice.buyer.document);
+  SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_IdFactura = " + Id(invoice.id)));
+  Append(desk, setup, record);
+}
+
+void RecordDeletion(const Desk& desk, std::int32_t ticket) {
+  if (ModeOf(desk) == Mode::Off) return;
+  const Setup setup = ReadSetup(desk);
+  const auto registered = RegisteredTicket(desk.connection, setup.mode, ticket);
+  if (!registered) return;
+  Record record;
+  record.kind = Kind::Cancellation;
+  record.document = *registered;
+  record.ticket = ticket;
+  Append(desk, setup, record);
+}
+
+std::string InvoiceRefusal(const Desk& desk, const Buyer& buyer) {
+  if (ModeOf(desk) == Mode::Off) return {};
+  const bool named = !Trim(buyer.name).empty() && IsTaxNumber(TaxNumber(buyer.document));
+  return named ? std::string() : kNoBuyer;
+}
+
+}  // namespace tpv::fiscal
