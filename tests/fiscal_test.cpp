@@ -1,10 +1,19 @@
 // Invoice records below the screens: fingerprints, moments, the chain.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
+#include "adapters/headless/recorders.h"
+#include "fiscal/amounts.h"
 #include "fiscal/fingerprint.h"
+#include "fiscal/mending.h"
 #include "fiscal/moment.h"
-#include "host/machine.h"
-#include "platform/digest.h"
+#include "fiscal/records.h"
+#include "host/fiscal_check.h"
+#include "host/store.h"
+#include "tests/fiscal_ground.h"
+#include "tests/test_machine.h"
+#include "tests/test_store.h"
 
 namespace tpv::fiscal {
 namespace {
@@ -65,6 +74,147 @@ TEST(Moment, HasTheRightOffsetOnBothSidesOfAClockChange) {
   for (const char* other : {"", "2026-11-24T10:30:00", "2026-11-24T10:30:00+03:00", "2026-11-24T10:30:00-01:00"}) {
     EXPECT_EQ(MomentUtc(other), std::nullopt) << other;
   }
+}
+
+TEST(Amounts, OfARateAreItsTotalToTheCent) {
+  for (const auto& [rate, surcharge] : {std::pair{21.0, 0.0}, {21.0, 5.2}, {10.0, 1.4}, {4.0, 0.5}, {0.0, 0.0}}) {
+    for (Cents total = -2500; total <= 2500; total += 7) {
+      const RateAmounts amounts = Divided(rate, surcharge, total);
+      EXPECT_EQ(amounts.Total(), total);
+      const double base = static_cast<double>(amounts.base);
+      EXPECT_LE(std::abs(static_cast<double>(amounts.tax) - base / 100 * rate), 1.5) << rate << " " << total;
+      EXPECT_LE(std::abs(static_cast<double>(amounts.surcharge_tax) - base / 100 * surcharge), 0.51);
+    }
+  }
+}
+
+// Tickets 1 to 5 of series K, one of them a return, all registered.
+class Chain : public testing::Test {
+ protected:
+  Chain() : store(OpenStore(folder / "tienda.db", Contents::Demonstration, clock)) {
+    clock.fixed = DateTime{2026, 11, 24, 10, 30};
+    able = MakeRecords(*store);
+    for (int number = 1; able && number <= 5; ++number) Sell(number, number == 4 ? -10 : 10 * number);
+  }
+  void SetUp() override {
+    if (!able) GTEST_SKIP() << "built without libcrypto";
+  }
+  Desk desk() { return DeskOf(*store, digest.get()); }
+  void Sell(int number, int euros) {
+    store->Execute("INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Caja, Cav_Agente, Cav_IdCli, Cav_Ticket, Cav_Situa, "
+                   "Cav_Cobrado) VALUES ('K', " + std::to_string(number) + ", 1, 1, 1, 1, 1, 0)");
+    ticket = store->Execute("SELECT MAX(Cav_Id) FROM Cav")->Field(0).ToInt32();
+    store->Execute("INSERT INTO Lav (Lav_IdCav, Lav_Uni, Lav_Importe, Lav_Tiva) VALUES (" + std::to_string(ticket) +
+                   ", 1, " + std::to_string(euros) + ", 1)");
+    Transaction transaction(*store);
+    RecordTicket(desk(), ticket);
+    transaction.Commit();
+    clock.Step();
+  }
+  std::string Refusal(const std::function<void()>& work) {
+    try {
+      const Transaction transaction(*store);
+      work();
+      return "";
+    } catch (const RecordRefused& refused) {
+      return refused.what();
+    }
+  }
+
+  TestFolder folder;
+  StepClock clock;
+  std::unique_ptr<Connection> store;
+  const std::unique_ptr<Digest> digest = MakeDigest();
+  bool able = false;
+  std::int32_t ticket = 0;  // the last one
+};
+
+TEST_F(Chain, NamesWhatIsChangedMissingOrExchanged) {
+  EXPECT_EQ(FindingsText(CheckStore(*store)), "");
+  EXPECT_EQ(CheckFiscal(*store).records, 5);
+  const std::string rule = "ROTO  Registros de facturación ";
+  const std::string last = std::to_string(ticket);
+  const struct {
+    std::vector<std::string> harm;
+    std::string found;
+  } cases[] = {
+      {{"UPDATE Fiscal SET Fis_Numero = 'K/9' WHERE Fis_Id = 3"}, rule + "cambiados: 1 (3)"},
+      {{"UPDATE Fiscal SET Fis_Fecha = '23/11/2026' WHERE Fis_Id = 5"}, rule + "cambiados: 1 (5)"},
+      {{"UPDATE Fiscal SET Fis_Huella = '00' WHERE Fis_Id = 2"}, rule + "cambiados: 1 (2)"},
+      {{"UPDATE Fiscal SET Fis_Desglose = '21 0 1.00 0.21 0.00' WHERE Fis_Id = 2"}, rule + "cuyos tipos"},
+      {{"UPDATE Fiscal SET Fis_Desglose = 'x' WHERE Fis_Id = 2"}, rule + "cambiados: 1 (2)"},
+      {{"DELETE FROM Fiscal WHERE Fis_Id = 3"}, rule + "que faltan: 1 (3)"},
+      {{"DELETE FROM Fiscal WHERE Fis_Id = 5"}, "ROTO  Tickets sin registro de facturación (se nombra su número "
+                                                "interno): 1 (" + last + ")"},
+      {{"UPDATE Fiscal SET Fis_Id = 99 WHERE Fis_Id = 2", "UPDATE Fiscal SET Fis_Id = 2 WHERE Fis_Id = 3",
+        "UPDATE Fiscal SET Fis_Id = 3 WHERE Fis_Id = 99"}, rule + "que no siguen al anterior de su cadena: 3 (2, 3, 4)"},
+      {{"UPDATE Lav SET Lav_Importe = 51 WHERE Lav_IdCav = " + last}, rule + "cuyo ticket falta o dice otra cosa: 1 (5)"},
+      {{"DELETE FROM Lav WHERE Lav_IdCav = " + last, "DELETE FROM Cav WHERE Cav_Id = " + last},
+       rule + "cuyo ticket falta o dice otra cosa: 1 (5)"},
+  };
+  for (const auto& example : cases) {
+    const Transaction undone(*store);
+    for (const std::string& statement : example.harm) store->Execute(statement);
+    const std::string found = FindingsText(CheckStore(*store));
+    EXPECT_NE(found.find(example.found), std::string::npos) << example.harm[0] << "\n" << found;
+  }
+}
+
+TEST_F(Chain, GoesOnAfterASmallStepBackOfTheClockAndNotAfterALargeOne) {
+  clock.fixed = AddSeconds(*clock.fixed, -50);
+  Sell(6, 10);
+  const auto records = RecordsFrom(*store, 5, 2);
+  EXPECT_EQ(records[0].moment, records[1].moment);
+  clock.fixed = AddSeconds(*clock.fixed, -60);
+  EXPECT_THROW(Sell(7, 10), RecordRefused);
+  // Winter time begins: the wall's clock goes back and the record's time does not.
+  clock.fixed = DateTime{2027, 10, 31, 1, 59, 59};
+  Sell(8, 10);
+  EXPECT_EQ(RecordOfTicket(*store, ticket)->moment, "2027-10-31T01:59:59+02:00");
+}
+
+TEST_F(Chain, RefusesWhatTheAgencyWouldNotTake) {
+  EXPECT_THROW(Sell(10, 3000), RecordRefused);  // 3,630.00 with tax
+  store->Execute("UPDATE Parametros SET Par_SerTic = 'Ñ'");
+  EXPECT_THROW(TurnOn(desk(), Mode::Real, {}), DatabaseError);
+  store->Execute("UPDATE Cav SET Cav_Serie = 'Ñ' WHERE Cav_Id = " + std::to_string(ticket));
+  store->Execute("UPDATE Lav SET Lav_Importe = 10 WHERE Lav_IdCav = " + std::to_string(ticket));
+  EXPECT_NE(Refusal([&] { RecordTicket(desk(), ticket); }).find("«Ñ/10»"), std::string::npos);
+  store->Execute("UPDATE Cav SET Cav_Serie = 'K', Cav_Numero = 1 WHERE Cav_Id = " + std::to_string(ticket));
+  EXPECT_NE(Refusal([&] { RecordTicket(desk(), ticket); }).find("«K/1» ya está registrado"), std::string::npos);
+}
+
+TEST_F(Chain, BeginsAnewForTheRealAgencyAndThenStaysOn) {
+  TurnOff(desk());
+  TurnOn(desk(), Mode::Trial, {});
+  TurnOn(desk(), Mode::Real, {});
+  Sell(6, 10);
+  Sell(7, 10);
+  const auto records = RecordsFrom(*store, 6, 2);
+  EXPECT_FALSE(records[0].previous.has_value());
+  EXPECT_EQ(records[1].previous->fingerprint, records[0].fingerprint);
+  EXPECT_THROW(TurnOff(desk()), DatabaseError);
+  EXPECT_THROW(TurnOn(desk(), Mode::Trial, {}), DatabaseError);
+  EXPECT_EQ(NextToSend(*store, 1000).size(), 5U);  // those of the trial's agency
+  EXPECT_EQ(FindingsText(CheckStore(*store)), "");
+}
+
+TEST_F(Chain, IsMendedByANewRecord) {
+  const auto reply = [&](std::int32_t position, State state) { StoreReply(*store, position, {state, 1105, "NIF", "", false}); };
+  EXPECT_THROW(reply(2, State::Accepted), DatabaseError);  // the first one waits
+  reply(1, State::Rejected);
+  reply(2, State::AcceptedWithErrors);
+  reply(3, State::Accepted);
+  EXPECT_EQ(CountWaiting(*store).count, 2);
+  EXPECT_EQ(RejectedRecords(*store).at(0).position, 1);
+  Mend(desk(), 1, {});
+  Mend(desk(), 2, {});
+  EXPECT_TRUE(RejectedRecords(*store).empty());
+  for (const std::int32_t other : {1, 3, 99}) EXPECT_THROW(Mend(desk(), other, {}), RecordRefused);
+  const auto mended = RecordsFrom(*store, 6, 2);
+  EXPECT_TRUE(mended[0].mends && mended[0].refused == Refused::AndNeverHeld && mended[0].document.number == "K/1");
+  EXPECT_TRUE(mended[1].mends && mended[1].refused == Refused::No);
+  EXPECT_EQ(FindingsText(CheckStore(*store)), "");
 }
 
 }  // namespace

@@ -76,6 +76,17 @@ void RequireSendable(const Record& record) {
   }
 }
 
+// The day of a document that is not yet would be refused by the agency. Tickets may be
+// dated by a clock of Madrid's, which begins the day first.
+void RequireNoFuture(const Record& record) {
+  constexpr std::size_t kDay = 10;
+  const auto utc = MomentUtc(record.moment);
+  const auto day = utc ? ParseIso(MomentText(Zone::Madrid, *utc).substr(0, kDay)) : std::nullopt;
+  if (!day || record.document.date <= *day) return;
+  throw RecordRefused("La fecha del documento (" + ToDayFirst(record.document.date) +
+                      ") es posterior a hoy: no se puede registrar");
+}
+
 void Store(Connection& connection, const Record& r) {
   const auto document = [](std::int32_t id) { return id == 0 ? sql::Null() : sql::Value(id); };
   sql::InsertRow(
@@ -107,6 +118,7 @@ void Append(const Desk& desk, const Setup& setup, Record& record) {
   const End end = ReadEnd(desk.connection);
   record.position = end.position + 1;
   record.moment = MomentOf(end, setup.zone);
+  RequireNoFuture(record);
   record.previous = ReadPrevious(desk.connection, record);
   Fingerprint(record, *desk.digest);
   Store(desk.connection, record);

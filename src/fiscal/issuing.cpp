@@ -7,6 +7,7 @@
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "fiscal/amounts.h"
+#include "fiscal/mending.h"
 
 namespace tpv::fiscal {
 
@@ -31,6 +32,10 @@ std::string TaxNumber(const std::string& typed) {
     number += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   }
   return number;
+}
+
+bool IsNamed(const Buyer& buyer) {
+  return !Trim(buyer.name).empty() && IsTaxNumber(TaxNumber(buyer.document));
 }
 
 struct TicketHead {
@@ -88,6 +93,13 @@ std::vector<DocumentId> Numbers(Connection& connection, const std::vector<std::i
 
 }  // namespace
 
+void SetBuyer(Record& record, const Buyer& buyer) {
+  constexpr std::size_t kNameLength = 120;
+  if (!IsNamed(buyer)) throw RecordRefused(kNoBuyer);
+  record.buyer_name = Left(Trim(buyer.name), kNameLength);
+  record.buyer_document = TaxNumber(buyer.document);
+}
+
 void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::int32_t>& originals) {
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
@@ -106,18 +118,15 @@ void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::
 }
 
 void RecordInvoice(const Desk& desk, const IssuedInvoice& invoice) {
-  if (const std::string refusal = InvoiceRefusal(desk, invoice.buyer); !refusal.empty()) throw RecordRefused(refusal);
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
   RequireNewNumber(desk, setup.mode, invoice.number);
-  constexpr std::size_t kNameLength = 120;
   Record record;
+  SetBuyer(record, invoice.buyer);
   record.related = RegisteredOf(desk.connection, setup.mode, invoice.id);
   record.kind = record.related.empty() ? Kind::Invoice : Kind::InvoiceOfTickets;
   record.document = {invoice.number, StartOfDay(Variant(invoice.date).ToDate())};
   record.invoice = invoice.id;
-  record.buyer_name = Left(Trim(invoice.buyer.name), kNameLength);
-  record.buyer_document = TaxNumber(invoice.buyer.document);
   SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_IdFactura = " + Id(invoice.id)));
   Append(desk, setup, record);
 }
@@ -131,13 +140,13 @@ void RecordDeletion(const Desk& desk, std::int32_t ticket) {
   record.kind = Kind::Cancellation;
   record.document = *registered;
   record.ticket = ticket;
+  const PastReplies replies = RepliesTo(desk.connection, setup.mode, registered->number);
+  if (replies.rejected && !replies.accepted) record.refused = Refused::AndNeverHeld;
   Append(desk, setup, record);
 }
 
 std::string InvoiceRefusal(const Desk& desk, const Buyer& buyer) {
-  if (ModeOf(desk) == Mode::Off) return {};
-  const bool named = !Trim(buyer.name).empty() && IsTaxNumber(TaxNumber(buyer.document));
-  return named ? std::string() : kNoBuyer;
+  return ModeOf(desk) == Mode::Off || IsNamed(buyer) ? std::string() : kNoBuyer;
 }
 
 }  // namespace tpv::fiscal

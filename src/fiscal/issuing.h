@@ -18,6 +18,9 @@ struct Buyer {
 
 // All throw RecordRefused and DatabaseError.
 
+// Puts the buyer of an invoice into its record; refuses one without name or tax number.
+void SetBuyer(Record& record, const Buyer& buyer);
+
 // The ticket `ticket` (Cav_Id) is finished: its F2, or its R5 when it takes goods back.
 // None for one without lines, one that is registered or one that an invoice includes.
 // `originals` are the tickets whose lines it takes back, where they are known.

@@ -1,0 +1,61 @@
+#include "fiscal/mending.h"
+
+#include "base/text.h"
+#include "data/sql_text.h"
+#include "fiscal/records.h"
+
+namespace tpv::fiscal {
+
+namespace {
+
+bool IsNewest(Connection& connection, const Record& record) {
+  return connection
+      .Execute("SELECT TOP 1 Fis_Id FROM Fiscal WHERE Fis_Numero = " + sql::Quoted(record.document.number) +
+               " AND Fis_Id > " + sql::Number(std::int64_t{record.position}))
+      ->Eof();
+}
+
+Record ReadToMend(Connection& connection, std::int32_t position) {
+  const auto found = RecordsFrom(connection, position, 1);
+  if (found.empty() || found[0].position != position) {
+    throw RecordRefused("No existe el registro de facturación " + std::to_string(position));
+  }
+  const State state = found[0].reply.state;
+  if (state != State::Rejected && state != State::AcceptedWithErrors) {
+    throw RecordRefused("El registro " + std::to_string(position) + " no está rechazado ni aceptado con errores");
+  }
+  if (!IsNewest(connection, found[0])) {
+    throw RecordRefused("El registro " + std::to_string(position) + " ya tiene otro posterior del mismo documento");
+  }
+  return found[0];
+}
+
+}  // namespace
+
+PastReplies RepliesTo(Connection& connection, Mode mode, const std::string& number) {
+  PastReplies replies;
+  const auto rows = connection.Execute(
+      "SELECT Fir_Estado FROM Fiscal INNER JOIN FiscalRespuestas ON Fir_IdFis = Fis_Id WHERE Fis_Modo = " +
+      sql::Number(static_cast<std::int64_t>(mode)) + " AND Fis_Numero = " + sql::Quoted(number));
+  for (; !rows->Eof(); rows->MoveNext()) {
+    const bool rejected = rows->Field(0).IntOr(0) == static_cast<int>(State::Rejected);
+    (rejected ? replies.rejected : replies.accepted) = true;
+  }
+  return replies;
+}
+
+void Mend(const Desk& desk, std::int32_t position, const Buyer& buyer) {
+  Transaction transaction(desk.connection);
+  const Setup setup = ReadSetup(desk);
+  Record record = ReadToMend(desk.connection, position);
+  if (record.mode != setup.mode) throw RecordRefused("El registro es de otro modo: las pruebas y lo real no se mezclan");
+  const bool accepted = RepliesTo(desk.connection, record.mode, record.document.number).accepted;
+  record.mends = record.kind != Kind::Cancellation;
+  record.refused = Refused::No;
+  if (record.reply.state == State::Rejected) record.refused = accepted ? Refused::Before : Refused::AndNeverHeld;
+  if (record.kind == Kind::Invoice || record.kind == Kind::InvoiceOfTickets) SetBuyer(record, buyer);
+  Append(desk, setup, record);
+  transaction.Commit();
+}
+
+}  // namespace tpv::fiscal

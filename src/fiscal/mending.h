@@ -1,0 +1,21 @@
+// Mending what the agency rejected or took with errors: records stay, a new one says it
+// right.
+#pragma once
+
+#include "fiscal/issuing.h"
+
+namespace tpv::fiscal {
+
+// What the agency said of the records of a number until now.
+struct PastReplies {
+  bool accepted = false;  // with errors or without
+  bool rejected = false;
+};
+PastReplies RepliesTo(Connection& connection, Mode mode, const std::string& number);
+
+// A new record of the same document, with the shop's name and tax number as they are now
+// and this buyer where it names one, in a transaction of its own. Throws RecordRefused for
+// a record that needs no mending or was mended already, and DatabaseError.
+void Mend(const Desk& desk, std::int32_t position, const Buyer& buyer);
+
+}  // namespace tpv::fiscal
