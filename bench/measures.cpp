@@ -13,7 +13,10 @@
 #include "bench/ground.h"
 #include "bench/office.h"
 #include "bench/ten_line_sales.h"
+#include "fiscal/issuing.h"
+#include "host/fiscal_check.h"
 #include "host/store.h"
+#include "tests/fiscal_ground.h"
 
 namespace tpv::bench {
 
@@ -82,6 +85,34 @@ class StoreMeasures {
                    {{}, [this] { office_.SaleScreen(); }});
   }
 
+  // Beside the same sale without its record, in turn.
+  Row FinishRecorded() {
+    MakeRecords(connection_);
+    const auto with = [this](const char* mode) {
+      Work work = sales_.Finishing();
+      work.prepare = [this, mode, scan = work.prepare] {
+        connection_.Execute(std::string("UPDATE Parametros SET Par_Fiscal = ") + mode);
+        scan();
+      };
+      return work;
+    };
+    Row row = Compare({"finish a sale with its invoice record", 1.25, 1.2}, Runs(5), with("1"), with("0"));
+    connection_.Execute("UPDATE Parametros SET Par_Fiscal = 0");
+    return row;
+  }
+  // A million in 20 seconds.
+  Row CheckRecords() {
+    constexpr double kMicrosecondsEach = 20;
+    connection_.Execute("UPDATE Parametros SET Par_Fiscal = 1");
+    RegisterTickets();
+    const auto records = static_cast<double>(CheckFiscal(connection_).records);
+    Row row = Measure({"check of the invoice records", 0, 1.3, kMicrosecondsEach * records}, 3,
+                      {{}, [this] { CheckFiscal(connection_); }});
+    row.items = records;
+    connection_.Execute("UPDATE Parametros SET Par_Fiscal = 0");
+    return row;
+  }
+
   // The statements of a scan, in turn.
   Row Ready() {
     const std::vector<std::string> statements = StatementsOfAScan();
@@ -113,6 +144,17 @@ class StoreMeasures {
     sales_.End();
     direct_sales_.End();
     return row;
+  }
+
+  void RegisterTickets() {
+    const auto digest = MakeDigest();
+    const auto desk = fiscal::DeskOf(connection_, digest.get());
+    std::vector<std::int32_t> tickets;
+    const auto rows = connection_.Execute("SELECT Cav_Id FROM Cav WHERE Cav_Ticket = 1 AND Cav_Situa = 1");
+    for (; !rows->Eof(); rows->MoveNext()) tickets.push_back(rows->Field(0).ToInt32());
+    Transaction transaction(connection_);
+    for (const std::int32_t ticket : tickets) fiscal::RecordTicket(desk, ticket);
+    transaction.Commit();
   }
 
   // From so many days ago to so many.
@@ -180,7 +222,8 @@ constexpr Row (StoreMeasures::*kRows[])() = {
     &StoreMeasures::DayJournal,   &StoreMeasures::MonthJournal,
     &StoreMeasures::Closures,     &StoreMeasures::SearchMonth,
     &StoreMeasures::InvoiceMonth, &StoreMeasures::Closing,
-    &StoreMeasures::Ready,        &StoreMeasures::SaleScreen};
+    &StoreMeasures::Ready,        &StoreMeasures::SaleScreen,
+    &StoreMeasures::FinishRecorded, &StoreMeasures::CheckRecords};
 
 std::unique_ptr<StoreMeasures> Prepare(const StoreSize& store, int articles, int runs) {
   const StepClock clock;

@@ -9,6 +9,8 @@
 #include "adapters/headless/recorders.h"
 #include "component/zrtpve.h"
 #include "sale/sale_screen.h"
+#include "host/machine.h"
+#include "platform/digest.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
 
@@ -45,8 +47,9 @@ class Till : private ui::Driver {
   RecordingReports reports_;
   Silence sound_;
   suite::SuiteFactory objects_;
-  Ports ports_{front_end_, printers_, devices_, settings_, clock_,
-               mailer_,    reports_,  objects_, sound_};
+  const std::unique_ptr<Digest> digest_ = MakeDigest();
+  Ports ports_{front_end_, printers_, devices_, settings_, clock_, mailer_, reports_, objects_, sound_, nullptr,
+               digest_.get()};
   Zrtpve component_{ports_};
   std::unique_ptr<FrmTpv> screen_;
 };

@@ -16,6 +16,7 @@
 #include "host/store.h"
 #include "host/store_check.h"
 #include "tests/as_nobody.h"
+#include "tests/fiscal_ground.h"
 #include "tests/test_machine.h"
 #include "tests/test_store.h"
 #include "tests/torture/older_store.h"
@@ -168,9 +169,12 @@ TEST_F(Faults, EveryStatementFailingInTurnLeavesAllOrNothing) {
       {"collection", kSale + "click cmdFinalizar\nenter Text1(6) 0\nclick cmdTicket\nclick cmdPagos\n"
                      "enter Text1(0) 1\nenter Text1(2) 22\nclick Check2\nenter Text1(11) 3\n",
        "click cmdTicket"},
+      {"return", kOpened + "click cmdDevoluciones\nenter Text1(2) 22\nclick cmdNueva\nenter Text1(21) -1\n"
+                 "enter Text1(19) 0121\n", "click cmdSalir"},
       {"payment out", kOpened + "click cmdPagos\nenter Text1(0) 1\nclick Option1(1)\n"
                       "enter Text1(3) Bolsas\nenter Text1(6) 3\n", "click cmdTicket"}};
 
+  MakeRecords(faults);
   constexpr int kMostStatements = 150;
   for (const Operation& operation : operations) {
     int call = 1;

@@ -199,6 +199,9 @@ TEST(StoreCheck, LooksAtTheFilesFirst) {
     // Rows, not the description of the tables, without which nothing opens.
     const auto pages = static_cast<std::streamoff>(std::filesystem::file_size(path) / 4096);
     for (std::streamoff page = pages / 2; page < pages; page += 3) {
+      std::string held(4096, '\0');
+      file.seekg(page * 4096).read(held.data(), 4096);
+      if (held.find("CREATE ") != std::string::npos) continue;
       file.seekp(page * 4096 + 100);
       file << std::string(2000, 'x');
     }

@@ -276,14 +276,16 @@ TEST_F(StoreFile, OfAnotherVersionIsWrittenNoMore) {
   CreateStore(path);
   SqliteConnection till(path, clock);
   till.Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')");
-  Directly("PRAGMA user_version = 7");
+  const std::string newer = std::to_string(sqlite::kVersion + 1);
+  Directly("PRAGMA user_version = " + newer);
   const char* told = "Otro programa ha cambiado la versión del almacén: cierre este y ábralo de nuevo";
   EXPECT_EQ(ErrorOf([&] { till.BeginTrans(); }), told);
   EXPECT_FALSE(till.InTransaction());
   EXPECT_EQ(ErrorOf([&] { till.Execute("UPDATE Age SET Age_NOM = 'Eva'"); }), told);
   EXPECT_EQ(till.Execute("SELECT Age_NOM FROM Age")->Field(0).ToText(), "Ana");
   EXPECT_EQ(ErrorOf([&] { SqliteConnection(path, clock); }),
-            "«" + path + "» es de una versión más nueva del programa (almacén 6, programa 5)");
+            "«" + path + "» es de una versión más nueva del programa (almacén " + newer + ", programa " +
+                std::to_string(sqlite::kVersion) + ")");
 }
 
 TEST_F(StoreFile, RollsBackThoughARecordSetCannotBeRead) {

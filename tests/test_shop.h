@@ -6,6 +6,8 @@
 
 #include "adapters/headless/headless_front_end.h"
 #include "adapters/headless/recorders.h"
+#include "host/machine.h"
+#include "platform/digest.h"
 #include "platform/ports.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
@@ -37,7 +39,8 @@ struct TestShop {
   RecordingReports reports;
   RecordingSound sound;
   suite::SuiteFactory objects;
-  Ports ports{front_end, printers, devices, settings, step_clock, mailer, reports, objects, sound};
+  const std::unique_ptr<Digest> digest = MakeDigest();
+  Ports ports{front_end, printers, devices, settings, step_clock, mailer, reports, objects, sound, nullptr, digest.get()};
   std::shared_ptr<DatabaseObject> database;
 };
 
