@@ -26,6 +26,17 @@ bool Exists(Connection& connection, const std::string& name) {
   return !connection.Execute("SELECT OBJECT_ID('dbo." + name + "') AS numero")->Field(0).IsNull();
 }
 
+// Until there were invoice records the parameters said nothing of them.
+void AddMissingParameters(Connection& connection) {
+  const schema::Table& table = *schema::FindTable("Parametros");
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const std::string name(table.columns[i].name);
+    const auto length = connection.Execute("SELECT COL_LENGTH('dbo.Parametros', '" + name + "') AS ancho");
+    if (!length->Field(0).IsNull()) continue;
+    connection.Execute("ALTER TABLE dbo.[Parametros] ADD " + ServerColumn(table, i));
+  }
+}
+
 bool MakeMissing(Connection& connection, schema::Home home) {
   bool made = false;
   for (const ServerObject& object : ServerObjects(home)) {
@@ -54,6 +65,7 @@ bool MakeServerTables(Connection& connection) {
     made = MakeMissing(connection, schema::Home::Catalogue);
   }
   made |= MakeMissing(connection, schema::Home::Store);
+  AddMissingParameters(connection);
   transaction.Commit();
   return made;
 }

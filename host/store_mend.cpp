@@ -8,6 +8,8 @@
 #include "base/date_time.h"
 #include "data/codes.h"
 #include "data/sql_text.h"
+#include "fiscal/records.h"
+#include "fiscal/setup.h"
 
 namespace tpv {
 
@@ -106,8 +108,10 @@ class Planner {
         "SELECT Cav_Id, Cav_Caja, Cav_Fecha, (SELECT MIN(Tco_IdDiaCaj) FROM Tco WHERE Tco_IdCav = Cav_Id) "
         "AS Cobro FROM Cav WHERE Cav_Ticket = 1 AND " + std::string(kAfterToday) +
         "Cav_Fecha) > 0 ORDER BY Cav_Id");
+    const bool recorded = fiscal::ModeOf(fiscal::DeskOf(connection_, nullptr)) != fiscal::Mode::Off;
     for (; !rows->Eof(); rows->MoveNext()) {
       const std::int32_t sale = rows->Field(0).ToInt32();
+      if (recorded && fiscal::RecordOfTicket(connection_, sale)) continue;  // which says that day too
       plan_.push_back({Mend::Table::Sales, sale,
                        "Venta " + std::to_string(sale) + " de la caja " + rows->Field(1).ToText(),
                        rows->Field(2).ToDate(), DayOfSale(sale, rows->Field(3).IntOr(0))});

@@ -38,7 +38,9 @@ std::string DefaultText(schema::Default initial) {
   }
 }
 
-std::string ColumnText(const schema::Table& table, std::size_t index) {
+}  // namespace
+
+std::string ServerColumn(const schema::Table& table, std::size_t index) {
   const schema::Column& column = table.columns[index];
   const bool numbered = index == 0 && table.identity;
   const bool key = index == 0 && (table.identity || table.keyed);
@@ -47,11 +49,13 @@ std::string ColumnText(const schema::Table& table, std::size_t index) {
          (key ? " PRIMARY KEY" : "") + DefaultText(column.initial);
 }
 
+namespace {
+
 ServerObject TableObject(const schema::Table& table) {
   const std::string name(table.name);
   std::string columns;
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
-    columns += (i == 0 ? "" : ", ") + ColumnText(table, i);
+    columns += (i == 0 ? "" : ", ") + ServerColumn(table, i);
   }
   ServerObject object{name, true, {"CREATE TABLE dbo.[" + name + "] (" + columns + ")"}};
   for (const schema::Index& index : table.indexes) {

@@ -18,4 +18,7 @@ struct ServerObject {
 // In the order in which they can be made, the catalogue's before the store's.
 std::vector<ServerObject> ServerObjects(schema::Home home);
 
+// A column of a table, for adding it to one that lacks it.
+std::string ServerColumn(const schema::Table& table, std::size_t index);
+
 }  // namespace tpv

@@ -83,7 +83,9 @@ TillDatabase::TillDatabase(OwnedConnection owned, std::int32_t user, ui::FrontEn
       parameters_(std::move(parameters)) {}
 
 Variant TillDatabase::StoreParameter(std::string_view name) {
-  return parameters_ ? parameters_(name) : StoreDatabase::StoreParameter(name);
+  if (!parameters_) return StoreDatabase::StoreParameter(name);
+  // A host with parameters of its own need not know those of invoice records.
+  return StartsWithNoCase(name, "Par_Fis") ? Variant() : parameters_(name);
 }
 
 Variant TillDatabase::Get(std::string_view property) {
