@@ -35,6 +35,9 @@ bool IsCount(const std::string& value) {
   const auto count = ParseInt32(value);
   return count && *count >= 1 && *count <= 9999;
 }
+bool IsYesOrNo(const std::string& value) { return value == "yes" || value == "no"; }
+bool IsFile(const std::string& value) { return value.starts_with('/'); }
+bool IsHttps(const std::string& value) { return value.starts_with("https://"); }
 bool IsSecurity(const std::string& value) {
   return value == "none" || value == "starttls" || value == "tls";
 }
@@ -88,6 +91,12 @@ constexpr Known kKnown[] = {
     {"Mail", "Password", IsAnything, "la contraseña"},
     {"Mail", "From", IsAnything, "la dirección del remitente"},
     {"Mail", "CaFile", IsAnything, "el certificado de quien responde por el servidor"},
+    {"Fiscal", "Certificate", IsFile, "el fichero del certificado, PEM o PKCS#12: /ruta"},
+    {"Fiscal", "Key", IsFile, "el fichero PEM de su clave, si va aparte: /ruta"},
+    {"Fiscal", "Password", IsAnything, "la contraseña de la clave"},
+    {"Fiscal", "Seal", IsYesOrNo, "si el certificado es de sello: yes o no"},
+    {"Fiscal", "CaFile", IsFile, "el certificado de quien responde por el servidor: /ruta"},
+    {"Fiscal", "TestServer", IsHttps, "otro servidor para las pruebas: https://…"},
     {"Mail", "Support", IsAnything, "la dirección de soporte"},
 };
 
@@ -181,7 +190,8 @@ std::string Shown(const Machine& machine, const Setting& setting) {
 void List(const Machine& machine, std::ostream& out) {
   out << "# " << machine.settings.path() << "\n";
   for (const std::string_view section :
-       {suite::kTill, kPaper, kPrinters, kCodeTable, kSquareCode, kDevices, kBackup, std::string_view("Mail")}) {
+       {suite::kTill, kPaper, kPrinters, kCodeTable, kSquareCode, kDevices, kBackup, std::string_view("Fiscal"),
+        std::string_view("Mail")}) {
     for (const std::string& key : machine.settings.Keys(kTpv, section)) {
       const std::string name = std::string(section) + "." + key;
       out << name << " = " << Shown(machine, Find(name)) << "\n";

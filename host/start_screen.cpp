@@ -12,6 +12,7 @@
 #include "host/store.h"
 #include "host/store_errands.h"
 #include "office/menu_screen.h"
+#include "screen/unsent_item.h"
 #include "suite/store_database.h"
 #include "suite/till_settings.h"
 
@@ -298,6 +299,7 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
                                       {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
                                        open ? Tone::Good : Tone::Missing},
                                       {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+    AddUnsentRecords(ports_, items);
     if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
     return items;
   } catch (const DatabaseError&) {

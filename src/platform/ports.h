@@ -17,6 +17,7 @@ class ReportPress;
 class Sound;
 class Errands;
 class Digest;
+class SendingWatch;
 
 struct Ports {
   ui::FrontEnd& ui;
@@ -30,6 +31,7 @@ struct Ports {
   Sound& sound;
   Errands* errands = nullptr;  // null: everything is done at once
   const Digest* digest = nullptr;  // null: this build makes no invoice records
+  const SendingWatch* sending = nullptr;  // null: nobody sends invoice records here
 };
 
 }  // namespace tpv

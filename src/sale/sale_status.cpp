@@ -1,7 +1,9 @@
 // The state of the till as the operator sees it at a glance.
 #include "base/mask.h"
+#include "context/context.h"
 #include "sale/returns_screen.h"
 #include "sale/sale_screen.h"
+#include "screen/unsent_item.h"
 
 namespace tpv {
 
@@ -24,8 +26,10 @@ std::vector<StatusItem> SaleEntry::Status() const {
                          till_open_ ? Tone::Good : Tone::Missing};
   const StatusItem sale = sale_in_progress_ ? StatusItem{"Venta", "En curso", Tone::Good}
                                             : StatusItem{"Venta", "Ninguna", Tone::Neutral};
-  return {state, Known("Vendedor", Text1[1].text, "sin indicar"),
-          Known("Cliente", Text1[5].text, "sin indicar"), sale};
+  std::vector<StatusItem> items = {state, Known("Vendedor", Text1[1].text, "sin indicar"),
+                                   Known("Cliente", Text1[5].text, "sin indicar"), sale};
+  AddUnsentRecords(context().ports, items);
+  return items;
 }
 
 // What the customer asks for once more is in sight until the next sale begins.
@@ -42,6 +46,7 @@ std::vector<StatusItem> FrmTpv::Status() const {
   if (!finished_->invoice.empty()) {
     items.insert(items.begin() + 2, {"Factura", finished_->invoice, Tone::Neutral, true});
   }
+  AddUnsentRecords(context().ports, items);
   return items;
 }
 
