@@ -135,15 +135,15 @@ ClientCertificate LoadCertificate(const AgencySettings& settings) {
   const Pair pair = pem ? FromPem(bytes, Read(key_file), settings.password)
                         : FromPkcs12(bytes, settings.password);
   ERR_clear_error();  // what was tried in vain is nobody else's error
-  const std::string named = "el certificado " + Quoted(settings.certificate);
+  const std::string named = " certificado " + Quoted(settings.certificate);
   if (!pair.certificate || !pair.key) {
-    Fail("No se puede abrir " + named + ": la contraseña (Fiscal.Password) no es la suya, o le falta la clave");
+    Fail("No se puede abrir el" + named + ": la contraseña (Fiscal.Password) no es la suya, o le falta la clave");
   }
   if (X509_check_private_key(pair.certificate.get(), pair.key.get()) != 1) {
-    Fail("La clave " + Quoted(key_file) + " no es la de " + named);
+    Fail("La clave " + Quoted(key_file) + " no es la del" + named);
   }
   if (X509_cmp_current_time(X509_get0_notAfter(pair.certificate.get())) < 0) {
-    Fail("Ha caducado " + named + ": hay que renovarlo");
+    Fail("Ha caducado el" + named + ": hay que renovarlo");
   }
   return InPem(pair);
 }

@@ -144,6 +144,15 @@ Table FiscalReplies() {
           {{{"Fir_IdFis"}, true}, {{"Fir_Estado"}}}};
 }
 
+// Which till sends the invoice records to the agency now, and when it may: one row.
+Table SendingTurn() {
+  return {"FiscalTurno", kStore, false, true,
+          {{"Fit_Id", Int}, {"Fit_Caja", Text, 60}, {"Fit_Hasta", DateTime},
+           {"Fit_Proximo", DateTime}, {"Fit_Fallos", Int}, {"Fit_Entregado", Int},
+           {"Fit_Error", Text, 500}},
+          {}};
+}
+
 Table Parameters() {
   return {"Parametros", kStore, false, false,
           {{"Par_NumCaja", Int}, {"Par_CliCon", Int}, {"Par_SerTic", Text, 5},
@@ -230,7 +239,7 @@ std::vector<Table> Describe() {
         {"Vto_Importe", Money}, {"Vto_Modo", Int}, {"Vto_Cobrado", Bit}, {"Vto_Cartera", Bit},
         {"Vto_IdCli", Int}, {"Vto_Cta", Text, 24}, {"Vto_Banco", Text, 24}},
        {{{"Vto_IdFav"}}}},
-      Parameters(), FiscalRecords(), FiscalReplies(),
+      Parameters(), FiscalRecords(), FiscalReplies(), SendingTurn(),
       {"tivas", kCatalogue, true, false,
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},
         {"tiva_art", Int}, {"Tiva_Fecha", DateTime}},

@@ -1,9 +1,12 @@
 // The tax agency as the shop sees it: takes messages of records and answers for each.
 #pragma once
 
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "fiscal/record.h"
 
 namespace tpv::fiscal {
 
@@ -43,6 +46,14 @@ class NoAnswer : public std::runtime_error {
 class CannotSend : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+class Agency {
+ public:
+  virtual ~Agency() = default;
+  // Hands over records of one issuer in the order of the chain, 1,000 at most, at least one.
+  // `outage`: sending was not possible meanwhile. Returns within a minute. Throws those above.
+  virtual Answer Send(std::span<const Record> records, bool outage) = 0;
 };
 
 }  // namespace tpv::fiscal
