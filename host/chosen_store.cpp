@@ -32,6 +32,11 @@ std::string RememberedStore(const Settings& settings) {
   return store;
 }
 
+std::string TakeChosenStore(const Settings& settings, std::vector<std::string>& arguments) {
+  const std::string store = TakeStoreOption(arguments);
+  return store.empty() ? RememberedStore(settings) : store;
+}
+
 std::unique_ptr<Connection> OpenChosenStore(const std::string& store, const Clock& clock) {
   if (IsServerStore(store)) return OpenServerStore(store.substr(kServerStore.size()));
   return OpenExistingStore(store, clock);

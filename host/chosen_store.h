@@ -24,6 +24,9 @@ std::string TakeStoreOption(std::vector<std::string>& arguments);
 // The store that the start window remembers. Throws UsageError when there is none.
 std::string RememberedStore(const Settings& settings);
 
+// The one or the other.
+std::string TakeChosenStore(const Settings& settings, std::vector<std::string>& arguments);
+
 // Opens what is there; `store` as above. Throws DatabaseError and UsageError.
 std::unique_ptr<Connection> OpenChosenStore(const std::string& store, const Clock& clock);
 

@@ -7,12 +7,15 @@
 #include "adapters/csv/csv_files.h"
 #endif
 #ifdef TPV_WITH_FISCAL
+#include "adapters/fiscal/client_certificate.h"
 #include "adapters/fiscal/libcrypto_digest.h"
 #include "adapters/fiscal/qr_encoder.h"
+#include "adapters/fiscal/tax_agency.h"
 #endif
 #ifdef TPV_WITH_MAIL
 #include "adapters/mail/curl_mailer.h"
 #endif
+#include "fiscal/agency.h"
 #include "platform/ui/front_end.h"
 
 namespace tpv {
@@ -82,6 +85,23 @@ std::unique_ptr<Digest> MakeDigest() {
   return std::make_unique<LibcryptoDigest>();
 #else
   return nullptr;
+#endif
+}
+
+std::unique_ptr<fiscal::Agency> MakeAgency([[maybe_unused]] const Settings& settings,
+                                           [[maybe_unused]] std::function<bool()> stop) {
+#ifdef TPV_WITH_FISCAL
+  return std::make_unique<fiscal::TaxAgency>(settings, std::move(stop));
+#else
+  return nullptr;
+#endif
+}
+
+std::string AgencyObstacle([[maybe_unused]] const Settings& settings) {
+#ifdef TPV_WITH_FISCAL
+  return fiscal::CertificateTrouble(settings);
+#else
+  return "Este programa se construyó sin las bibliotecas que envían registros de facturación";
 #endif
 }
 

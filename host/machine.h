@@ -2,6 +2,7 @@
 // behind the component but the front end, the store and the suite.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "adapters/files/file_settings.h"
@@ -17,6 +18,10 @@
 #include "platform/table_file.h"
 
 namespace tpv {
+
+namespace fiscal {
+class Agency;
+}
 
 class Machine {
  public:
@@ -47,5 +52,11 @@ class Machine {
 std::unique_ptr<CodeEncoder> MakeCodeEncoder();
 // Null in such a build.
 std::unique_ptr<Digest> MakeDigest();
+
+// The tax agency as these settings reach it; `stop` gives up waiting for it. The settings
+// outlive it. Null in such a build.
+std::unique_ptr<fiscal::Agency> MakeAgency(const Settings& settings, std::function<bool()> stop);
+// What keeps the certificate of the settings from being used; "" when it can be.
+std::string AgencyObstacle(const Settings& settings);
 
 }  // namespace tpv

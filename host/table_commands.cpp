@@ -9,6 +9,7 @@
 
 #include "base/text.h"
 #include "host/chosen_store.h"
+#include "host/day_option.h"
 #include "host/machine.h"
 #include "host/play.h"
 #include "office/export.h"
@@ -29,11 +30,6 @@ constexpr const char* kExportUsage =
 constexpr std::size_t kLinesShown = 20;
 
 bool TakeFlag(Arguments& arguments, const char* flag) { return std::erase(arguments, flag) > 0; }
-
-std::string ChosenStore(const Machine& machine, Arguments& arguments) {
-  const std::string store = TakeStoreOption(arguments);
-  return store.empty() ? RememberedStore(machine.settings) : store;
-}
 
 template <typename Kind>
 Kind KindOf(const Arguments& arguments, const std::map<std::string, Kind>& kinds,
@@ -77,22 +73,13 @@ bool Agrees(std::istream& in, std::ostream& out) {
   return FoldForSearch(Trim(answer)).starts_with('s');
 }
 
-std::optional<DateTime> TakeDay(Arguments& arguments, const char* option) {
-  const auto at = std::find(arguments.begin(), arguments.end(), option);
-  if (at == arguments.end()) return std::nullopt;
-  const auto day = at + 1 == arguments.end() ? std::nullopt : ParseDayFirst(*(at + 1));
-  if (!day) throw UsageError(std::string(option) + ": se espera una fecha, dd/mm/aaaa");
-  arguments.erase(at, at + 2);
-  return day;
-}
-
 }  // namespace
 
 int ImportCommand(Machine& machine, Arguments arguments, std::istream& in, std::ostream& out) {
   using enum office::ImportKind;
   const bool only_look = TakeFlag(arguments, "--dry-run");
   const bool agreed = TakeFlag(arguments, "--yes");
-  const std::string store = ChosenStore(machine, arguments);
+  const std::string store = TakeChosenStore(machine.settings, arguments);
   const auto kind = KindOf<office::ImportKind>(
       arguments, {{"articles", Articles}, {"customers", Customers}, {"stock", Stock}},
       kImportUsage);
@@ -115,9 +102,9 @@ int ImportCommand(Machine& machine, Arguments arguments, std::istream& in, std::
 int ExportCommand(Machine& machine, Arguments arguments, std::ostream& out) {
   using enum office::ExportKind;
   office::ExportOrder order;
-  order.from = TakeDay(arguments, "--from");
-  order.to = TakeDay(arguments, "--to");
-  const std::string store = ChosenStore(machine, arguments);
+  order.from = TakeDayOption(arguments, "--from");
+  order.to = TakeDayOption(arguments, "--to");
+  const std::string store = TakeChosenStore(machine.settings, arguments);
   order.kind = KindOf<office::ExportKind>(arguments,
                                           {{"articles", Articles},
                                            {"customers", Customers},

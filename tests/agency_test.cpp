@@ -1,6 +1,18 @@
 // Messages to the tax agency over TLS, and what comes of its answers.
+#include <atomic>
+#include <thread>
+
 #include "adapters/fiscal/client_certificate.h"
+#include "adapters/fiscal/tax_agency.h"
+#include "data/insert_row.h"
+#include "fiscal/fingerprint.h"
+#include "fiscal/record_columns.h"
+#include "fiscal/records.h"
+#include "fiscal/sending.h"
+#include "fiscal/sending_turn.h"
+#include "host/machine.h"
 #include "tests/agency_fixture.h"
+#include "tests/test_store.h"
 
 namespace tpv::fiscal {
 namespace {
@@ -48,6 +60,207 @@ TEST_F(AgencyFixture, ACertificateIsUsedOnlyWhenItIsWholeAndTheUsersAlone) {
     EXPECT_EQ(found.empty(), trouble.empty()) << certificate << " " << key_file << ": " << found;
     EXPECT_TRUE(password.empty() || found.find(password) == std::string::npos);
   }
+}
+
+// A shop with a chain of records, and tills that send it.
+class Sending : public AgencyFixture {
+ protected:
+  TestStore store;
+  std::atomic<bool> stop = false;
+  TaxAgency agency{settings, [this] { return stop.load(); }};
+
+  void SetUp() override {
+    if (!MakeCertificates()) GTEST_SKIP() << "no openssl program";
+    StartAgency();
+  }
+
+  Record Chained(Kind kind, const std::string& number) {
+    Record record;
+    record.kind = kind;
+    record.issuer = "89890001K";
+    record.issuer_name = "Peña & <Hijas> S.L.";
+    record.document = {number, {2026, 11, 24}};
+    record.moment = "2026-11-24T10:30:00+01:00";
+    record.producer = {"Casa de Programas", "B12345674", "1.0.0", "1"};
+    if (kind != Kind::Cancellation) {
+      record.rates = {{21, 5.2, 1000, 210, 52}, {10, 0, -100, -10, 0}};
+      record.tax = 252;
+      record.total = 1152;
+    }
+    if (kind == Kind::Invoice || kind == Kind::InvoiceOfTickets) {
+      record.buyer_name = "Ana Núñez";
+      record.buyer_document = "12345678Z";
+    }
+    if (kind == Kind::Return || kind == Kind::InvoiceOfTickets) record.related = {{"T/1", {2026, 11, 23}}};
+    return record;
+  }
+  void Add(Record record) {
+    const std::vector<Record> last = RecordsFrom(store.connection(), last_, 1);
+    if (last_ > 0) record.previous = PreviousRecord{last_, last[0].issuer, last[0].document, last[0].fingerprint};
+    Fingerprint(record, *MakeDigest());
+    sql::InsertRow(store.connection(), "Fiscal",
+                   "Fis_Id, Fis_Modo, Fis_Tipo, Fis_Subsana, Fis_Rechazo, Fis_Emisor, Fis_Nombre, Fis_Numero, "
+                   "Fis_Fecha, Fis_CliNombre, Fis_CliDoc, Fis_Desglose, Fis_Relacion, Fis_Cuota, Fis_Total, "
+                   "Fis_Momento, Fis_Anterior, Fis_Texto, Fis_Huella, Fis_Productor, Fis_ProdDoc, Fis_Version, "
+                   "Fis_Instalacion",
+                   {++last_, static_cast<int>(record.mode), std::string(CodeOf(record.kind)), record.mends,
+                    std::string(1, static_cast<char>(record.refused)), record.issuer, record.issuer_name,
+                    record.document.number, record.document.date, record.buyer_name, record.buyer_document,
+                    RatesColumn(record.rates), RelatedColumn(record.related),
+                    static_cast<double>(record.tax) / 100, static_cast<double>(record.total) / 100, record.moment, record.previous ? record.previous->position : 0,
+                    record.text, record.fingerprint, record.producer.name, record.producer.document,
+                    record.producer.version, record.producer.installation});
+  }
+  void AddTickets(int count) {
+    for (int i = 0; i < count; ++i) Add(Chained(Kind::Ticket, "T/" + std::to_string(last_ + 1)));
+  }
+  std::string Send(When when = When::InTurn, const std::string& till = "1") {
+    return Told(SendWaiting(store.connection(), agency, till, when));
+  }
+  // States of the records in order, as digits: 0 waits, 3 rejected.
+  std::string States() {
+    std::string states;
+    for (const Record& record : RecordsFrom(store.connection(), 1, 5000)) {
+      states += std::to_string(static_cast<int>(record.reply.state));
+    }
+    return states;
+  }
+  void Pass(int seconds) { store.clock().now = AddSeconds(store.clock().now, seconds); }
+
+ private:
+  std::int32_t last_ = 0;
+};
+
+TEST_F(Sending, TakesEveryKindOfRecordAndKeepsEachAnswer) {
+  EXPECT_EQ(Send(), "No hay registros que enviar");
+  AddTickets(1);
+  for (const Kind kind : {Kind::Invoice, Kind::InvoiceOfTickets, Kind::Return}) {
+    Add(Chained(kind, "F/" + std::to_string(static_cast<int>(kind))));
+  }
+  Add(Chained(Kind::Cancellation, "T/1"));
+  EXPECT_EQ(Send(), "Registros enviados: 5. Aceptados: 5");
+  EXPECT_EQ(Log(), "5 ok: Correcto\n");
+
+  AddTickets(3);
+  Order("reject 2 El NIF no está identificado\nerrors 1\n");
+  EXPECT_EQ(Send(), "Registros enviados: 3. Aceptados: 2, rechazados: 1");
+  const std::vector<Record> rejected = RejectedRecords(store.connection());
+  ASSERT_EQ(rejected.size(), 1U);
+  EXPECT_EQ(rejected[0].reply.code, 1100);
+  EXPECT_EQ(rejected[0].reply.text, "El NIF no está identificado");
+
+  Record mended = Chained(Kind::Ticket, rejected[0].document.number);
+  mended.mends = true;
+  mended.refused = Refused::AndNeverHeld;
+  Add(mended);
+  EXPECT_EQ(Send(), "Registros enviados: 1. Aceptados: 0, aceptados con errores: 1");
+  EXPECT_EQ(States(), "111111312");
+  EXPECT_EQ(Log(), "3 reject: Correcto Incorrecto\n1 errors: AceptadoConErrores\n");
+  EXPECT_EQ(store.Value("SELECT COUNT(*) FROM FiscalRespuestas WHERE Fir_Csv = 'A-1234'"), "9");
+}
+
+TEST_F(Sending, ALostAnswerNeverMakesTwoOfARecord) {
+  AddTickets(3);
+  Order("lose\n");
+  EXPECT_NE(Send().find("Se ha cortado la conexión con la Agencia"), std::string::npos);
+  EXPECT_EQ(States(), "000");
+  AddTickets(1);
+  EXPECT_EQ(Send().find("Hay que esperar hasta las 10:31:00: Se ha cortado"), 0U);
+  // Another till goes on where the first one died; what it sends is known to be the same.
+  Pass(200);
+  EXPECT_EQ(Send(When::InTurn, "2"), "Registros enviados: 4. Aceptados: 4, que la Agencia ya tenía: 3");
+  EXPECT_EQ(Log(), "3 lose: Correcto\n4 outage ok: Correcto Incorrecto\n");
+  // The outage is over.
+  AddTickets(1);
+  EXPECT_EQ(Send(When::InTurn, "2"), "Registros enviados: 1. Aceptados: 1");
+  EXPECT_EQ(Log(), "1 ok: Correcto\n");
+  // A number of which the agency has another record, of a copy of this shop, is no duplicate.
+  Add(Chained(Kind::Return, "T/1"));
+  EXPECT_EQ(Send(When::InTurn, "2"), "Registros enviados: 1. Aceptados: 0, rechazados: 1, que la Agencia ya tenía: 1");
+  EXPECT_EQ(States(), "111113");
+}
+
+TEST_F(Sending, OnlyOneTillSendsAndWaitsAsLongAsItIsAsked) {
+  AddTickets(1);
+  Order("wait 30\n");
+  EXPECT_EQ(Send(), "Registros enviados: 1. Aceptados: 1");
+  AddTickets(1);
+  EXPECT_EQ(Send(), "Hay que esperar hasta las 10:30:30: lo pide la Agencia");
+  EXPECT_EQ(Send(When::AtOnce), "Hay que esperar hasta las 10:30:30: lo pide la Agencia");
+  Pass(31);
+  EXPECT_EQ(Send(When::AtOnce, "2"), "Está enviando otra caja de la tienda");
+  EXPECT_EQ(Send(), "Registros enviados: 1. Aceptados: 1");
+  AddTickets(1);
+  Pass(160);
+  EXPECT_EQ(Send(When::InTurn, "2"), "Registros enviados: 1. Aceptados: 1");
+  // A clock that was put back holds nobody up for years.
+  AddTickets(1);
+  Pass(-90'000);
+  EXPECT_EQ(Send(), "Registros enviados: 1. Aceptados: 1");
+}
+
+TEST_F(Sending, FaultsAndSilenceAreTriedAgainWithGrowingPauses) {
+  AddTickets(2);
+  Order("fault El titular no está\nfault El titular no está\nfault El titular no está\nhtml\n");
+  EXPECT_EQ(Send(), "La Agencia ha rechazado el mensaje entero: El titular no está");
+  EXPECT_EQ(Send(When::AtOnce), "La respuesta no es la de la Agencia Tributaria. Los registros se volverán a enviar");
+  for (const int pause : {120, 240, 480, 900, 900}) {
+    const auto turn = ReadTurn(store.connection());
+    EXPECT_EQ(AddSeconds(store.clock().now, pause), turn->next) << pause;
+    Pass(pause);
+    Order("html\n");
+    Send();
+  }
+  EXPECT_EQ(States(), "00");
+  Order("silent\n");
+  std::thread giving_up([this] {
+    ::usleep(1'500'000);
+    stop = true;
+  });
+  EXPECT_NE(Send(When::AtOnce).find("El programa se ha cerrado"), std::string::npos);
+  giving_up.join();
+  stop = false;
+  StopAgency();
+  EXPECT_NE(Send(When::AtOnce).find("No se puede conectar con la Agencia"), std::string::npos);
+}
+
+TEST_F(Sending, ARecordThatIsRefusedWithItsMessageHoldsNobodyUp) {
+  AddTickets(4);
+  // Refused: all four, the first two, the first alone; the second alone is taken.
+  Order("fault No cumple\nfault No cumple\nfault No cumple\n");
+  EXPECT_EQ(Send(), "Registros enviados: 2. Aceptados: 1, rechazados: 1");
+  EXPECT_EQ(Send(), "Registros enviados: 2. Aceptados: 2");
+  EXPECT_EQ(States(), "3111");
+  EXPECT_EQ(RejectedRecords(store.connection()).at(0).reply.text, "No cumple");
+}
+
+TEST_F(Sending, AThousandGoInAMessageAndNobodyWaitsWhileThereAreMore) {
+  {
+    Transaction transaction(store.connection());
+    AddTickets(1500);
+    transaction.Commit();
+  }
+  Order("wait 60\n");
+  EXPECT_EQ(Send(), "Registros enviados: 1000. Aceptados: 1000");
+  EXPECT_EQ(Send(), "Hay que esperar hasta las 10:31:00: lo pide la Agencia");
+  Transaction transaction(store.connection());
+  AddTickets(500);
+  transaction.Commit();
+  EXPECT_EQ(Send(), "Registros enviados: 1000. Aceptados: 1000");
+  EXPECT_EQ(Log(), "1000 wait: Correcto\n1000 ok: Correcto\n");
+}
+
+TEST_F(Sending, NobodyButTheAgencyGetsRecordsAndItKnowsTheShop) {
+  AddTickets(1);
+  Set("CaFile", folder / "shop.pem");
+  EXPECT_NE(Send(When::AtOnce).find("Quien contesta no es la Agencia"), std::string::npos);
+  Set("CaFile", folder / "server.pem");
+  Set("Certificate", folder / "server.pem");
+  Set("Key", folder / "server.key");
+  EXPECT_NE(Send(When::AtOnce).find("Se ha cortado la conexión"), std::string::npos);
+  Set("Key", folder / "shop.key");
+  EXPECT_EQ(Send(When::AtOnce).find("No se puede enviar. La clave"), 0U);
+  EXPECT_EQ(States(), "0");
 }
 
 }  // namespace

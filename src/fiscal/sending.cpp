@@ -1,7 +1,9 @@
 #include "fiscal/sending.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -225,6 +227,33 @@ std::string Told(const SendingRound& round) {
 
 SendingRound SendWaiting(Connection& connection, Agency& agency, const std::string& holder, When when) {
   return Attempt(connection, agency, holder).Make(when);
+}
+
+std::string NewHolder() {
+  std::random_device random;
+  char name[40];
+  std::snprintf(name, sizeof name, "%08x%08x%08x", random(), random(), random());
+  return name;
+}
+
+void LeaveTurn(Connection* connection, const std::string& holder) noexcept {
+  if (connection == nullptr) return;
+  try {
+    const auto turn = ReadTurn(*connection);
+    if (!turn || turn->holder != holder) return;
+    Transaction transaction(*connection);
+    GiveUpTurn(*connection, holder);
+    transaction.Commit();
+  } catch (const std::exception&) {
+    // It ends by itself.
+  }
+}
+
+SendingRound SendOnce(Connection& connection, Agency& agency) {
+  const std::string holder = NewHolder();
+  const SendingRound round = SendWaiting(connection, agency, holder, When::AtOnce);
+  LeaveTurn(&connection, holder);
+  return round;
 }
 
 }  // namespace tpv::fiscal

@@ -44,4 +44,11 @@ enum class When { InTurn, AtOnce };  // at once: whatever pause a failure asked 
 // sent then is sent again and known to be the same.
 SendingRound SendWaiting(Connection& connection, Agency& agency, const std::string& holder, When when);
 
+// A name that no other program has.
+std::string NewHolder();
+// The turn is another till's to take at once. Best effort: otherwise it is after a while.
+void LeaveTurn(Connection* connection, const std::string& holder) noexcept;
+// By hand: at once, leaving the turn to the tills.
+SendingRound SendOnce(Connection& connection, Agency& agency);
+
 }  // namespace tpv::fiscal
