@@ -29,7 +29,7 @@ void MakeOlder(const std::string& path) {
     const std::string name(column.name);
     if (name.starts_with("Par_Fis")) run("ALTER TABLE main.Parametros DROP COLUMN " + name);
   }
-  run("DROP TABLE main.Fiscal; DROP TABLE main.FiscalRespuestas");
+  run("DROP TABLE main.Fiscal; DROP TABLE main.FiscalRespuestas; DROP TABLE main.FiscalTurno");
   run("PRAGMA main.user_version = 3; COMMIT; PRAGMA main.journal_mode = WAL; PRAGMA zrcomun.journal_mode = WAL");
 }
 
