@@ -1,6 +1,8 @@
 #include "office/menu_screen.h"
 
 #include "office/articles/article_list.h"
+#include "office/fiscal/fiscal_settings.h"
+#include "office/fiscal/rejected_records.h"
 #include "office/warehouses.h"
 
 namespace tpv::office {
@@ -14,6 +16,11 @@ Made Make(Context& context, const Tools&) {
   return std::make_unique<Window>(context);
 }
 
+template <typename Window>
+Made MakeWithTools(Context& context, const Tools& tools) {
+  return std::make_unique<Window>(context, tools);
+}
+
 // A new window of the office is a line here.
 struct Entry {
   const char* button;
@@ -25,6 +32,8 @@ struct Entry {
 constexpr Entry kEntries[] = {
     {"cmdArticulos", "&Artículos", Make<ArticleList>, "Artículos"},
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>, "Tienda"},
+    {"cmdRegistros", "Re&gistros de facturación", MakeWithTools<FiscalSettings>, "Agencia Tributaria"},
+    {"cmdRechazados", "Registros rec&hazados", Make<RejectedRecords>},
 };
 
 constexpr std::size_t kInARow = 3;

@@ -105,6 +105,10 @@ void FieldForm::AddRows(std::vector<std::vector<ui::Control*>> own_rows) {
 
 void FieldForm::OnLoad() {
   Screen::OnLoad();
+  Refill();
+}
+
+void FieldForm::Refill() {
   Fill();
   filled_ = Held();
 }

@@ -31,6 +31,8 @@ class FieldForm : public Screen {
  protected:
   // Fills the fields when the form opens; what they hold then counts as unchanged.
   virtual void Fill() {}
+  // Fills them again; what they hold then counts as unchanged.
+  void Refill();
   // What the fields' table cannot say. Throws FieldFault.
   virtual void Check() {}
   // Stores all or nothing. Throws FieldFault and DatabaseError.

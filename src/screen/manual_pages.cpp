@@ -27,6 +27,8 @@ constexpr Page kPages[] = {
     {"frmArticulo", "oficina-articulos"},
     {"frmAlmacenes", "oficina"},
     {"frmAlmacen", "oficina"},
+    {"frmRegistros", "registros"},
+    {"frmRechazados", "registros"},
 };
 
 }  // namespace

@@ -1,0 +1,34 @@
+// What a shop's invoice records need: who made the program, which installation it is, its
+// zone; what is missing, and the buttons that turn them on.
+#pragma once
+
+#include "fiscal/setup.h"
+#include "office/forms/field_form.h"
+#include "office/tools.h"
+
+namespace tpv::office {
+
+class FiscalSettings : public FieldForm {
+ public:
+  // The tools outlive the form.
+  FiscalSettings(Context& context, const Tools& tools);
+
+ protected:
+  void Fill() override;
+  void Store() override;
+
+ private:
+  void TurnOn(fiscal::Mode mode);
+  void TurnOff();
+  void Change(const std::function<void()>& change);
+  void ShowState();
+
+  const Tools& tools_;
+  ui::Label lblEstado{*this, "lblEstado"};
+  ui::Label lblFalta{*this, "lblFalta"};
+  ui::Button cmdPruebas{*this, "cmdPruebas", "Encender en &pruebas"};
+  ui::Button cmdReal{*this, "cmdReal", "Encender de &verdad"};
+  ui::Button cmdApagar{*this, "cmdApagar", "Apa&gar"};
+};
+
+}  // namespace tpv::office
