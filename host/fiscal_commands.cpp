@@ -6,6 +6,7 @@
 #include "data/sql_text.h"
 #include "fiscal/setup.h"
 #include "host/fiscal_check.h"
+#include "host/fiscal_orders.h"
 #include "host/machine.h"
 #include "host/play.h"
 #include "host/server_store.h"
@@ -43,9 +44,7 @@ int On(const Machine& machine, const Arguments& arguments, std::ostream& out) {
   if (at != arguments.size()) throw UsageError(kOnUsage);
   const auto connection = Open(machine, place);
   std::vector<std::string> missing;
-  if (machine.settings.Read("TPV", "Fiscal", "Certificate").empty()) {
-    missing.emplace_back("el certificado de la tienda (tpv config set Fiscal.Certificate FICHERO)");
-  }
+  if (const std::string obstacle = AgencyObstacle(machine.settings); !obstacle.empty()) missing.push_back(obstacle);
   fiscal::TurnOn(fiscal::DeskOf(*connection, machine.digest.get()), mode, missing);
   out << (mode == fiscal::Mode::Real ? "Registros de facturación encendidos: se envían a la agencia tributaria\n"
                                      : "Registros de facturación encendidos, en pruebas\n");
@@ -97,7 +96,10 @@ int FiscalCommand(Machine& machine, const Arguments& arguments, std::ostream& ou
   if (order == "off") return Off(machine, arguments, out);
   if (order == "set") return Set(machine, arguments, out);
   if (order == "check") return Check(machine, arguments, out);
-  throw UsageError("fiscal on|off|set|check …");
+  const Arguments behind(arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end());
+  if (order == "export") return ExportRecordsOrder(machine, behind, out);
+  if (order == "send") return SendRecordsOrder(machine, behind, out);
+  throw UsageError("fiscal on|off|set|check|export|send …");
 }
 
 }  // namespace tpv

@@ -9,7 +9,7 @@ namespace tpv {
 
 class Machine;
 
-// on, off, set, check. 0 when done and nothing is broken. Throws UsageError and DatabaseError.
+// on, off, set, check, export, send. 0 when done and nothing is broken. Throws UsageError and DatabaseError.
 int FiscalCommand(Machine& machine, const std::vector<std::string>& arguments, std::ostream& out);
 
 }  // namespace tpv

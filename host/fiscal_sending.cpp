@@ -37,11 +37,11 @@ void FiscalSending::Work() {
   const auto agency = MakeAgency(settings_, [this] { return stopping_.load(); });
   if (agency == nullptr) return;
   std::unique_lock lock(mutex_);
-  while (!changed_.wait_for(lock, kBetweenLooks, [this] { return stopping_.load(); })) {
+  do {
     lock.unlock();
     Look(*agency);
     lock.lock();
-  }
+  } while (!changed_.wait_for(lock, kBetweenLooks, [this] { return stopping_.load(); }));
   lock.unlock();
   fiscal::LeaveTurn(connection_.get(), holder_);
 }

@@ -17,11 +17,14 @@ _tpv_words() {
       "export payments" | "export invoices" | "export closures") echo "--from --to --store --odbc" ;;
     "export "*) echo "articles customers stock tickets lines payments invoices closures --help" ;;
     "fiscal on") echo "pruebas real --odbc" ;;
-    "fiscal "*) echo "on off set check --odbc --help" ;;
+    "fiscal export") echo "--from --to --store --odbc" ;;
+    "fiscal send") echo "--store --odbc" ;;
+    "fiscal "*) echo "on off set check export send --odbc --help" ;;
     "config set" | "config get" | "config unset")
-      echo "Till.Number Till.DrawerMethod Till.DrawerCodes Paper.Default Paper.Tickets Paper.Reports Printers. CodeTable. Devices. Scanner.Layout" \
+      echo "Till.Number Till.DrawerMethod Till.DrawerCodes Paper.Default Paper.Tickets Paper.Reports Printers. CodeTable. SquareCode. Devices. Scanner.Layout" \
         "Sound.Command Mail.Server Mail.Port Mail.Security Mail.User Mail.Password Mail.From" \
-        "Mail.CaFile Mail.Support Windows.TypeSize Backup.Folder Backup.Keep" ;;
+        "Mail.CaFile Mail.Support Windows.TypeSize Backup.Folder Backup.Keep" \
+        "Fiscal.Certificate Fiscal.Key Fiscal.Password Fiscal.Seal Fiscal.CaFile Fiscal.TestServer" ;;
     "config "*) echo "list set get unset printers try-printer try-mail --help" ;;
     "help "*) echo "play store sql import export fiscal config" ;;
   esac

@@ -5,6 +5,8 @@
 #include "base/mask.h"
 #include "base/text.h"
 #include "data/sql_text.h"
+#include "fiscal/records.h"
+#include "fiscal/validation_code.h"
 #include "platform/printer.h"
 #include "platform/settings.h"
 #include "platform/ui/front_end.h"
@@ -43,6 +45,7 @@ InvoicePaper::InvoicePaper(DatabaseObject& database, std::int32_t invoice_id)
     : database_(database), id_(std::to_string(invoice_id)) {
   ReadHeader(invoice_id);
   ReadSeller();
+  ReadCode(invoice_id);
   report_.tables.push_back(Lines());
   report_.tables.push_back(Taxes());
   report_.tables.push_back(DueDates());
@@ -74,6 +77,14 @@ void InvoicePaper::ReadSeller() {
                   Joined({text("Par_Cp"), text("Par_Poblacion")}),
                   After("Telefono ", text("Par_Telefono"))};
   DropEmpty(report_.left);
+}
+
+void InvoicePaper::ReadCode(std::int32_t invoice_id) {
+  if (database_.Parametro("Par_Fiscal").IntOr(0) == 0) return;
+  const auto record = fiscal::RecordOfInvoice(database_.Conexion(), invoice_id);
+  if (!record) return;
+  report_.code = ReportCode{std::string(fiscal::kAboveCode), fiscal::ValidationUrl(*record),
+                            std::string(fiscal::kBelowCode)};
 }
 
 std::vector<std::string> InvoicePaper::Buyer(const Recordset& header) {

@@ -28,6 +28,7 @@ class InvoicePaper {
  private:
   void ReadHeader(std::int32_t invoice_id);
   void ReadSeller();
+  void ReadCode(std::int32_t invoice_id);
   std::vector<std::string> Buyer(const Recordset& header);
   std::string Name(const char* statement, const std::string& code);
   ReportTable Lines();

@@ -1,5 +1,7 @@
 // Messages to the tax agency over TLS, and what comes of its answers.
 #include <atomic>
+#include <set>
+#include <sstream>
 #include <thread>
 
 #include "adapters/fiscal/client_certificate.h"
@@ -10,9 +12,16 @@
 #include "fiscal/records.h"
 #include "fiscal/sending.h"
 #include "fiscal/sending_turn.h"
+#include "fiscal/validation_code.h"
+#include "host/fiscal_export.h"
+#include "host/fiscal_sending.h"
 #include "host/machine.h"
+#include "host/play.h"
+#include "host/store.h"
+#include "screen/unsent_item.h"
 #include "tests/agency_fixture.h"
-#include "tests/test_store.h"
+#include "tests/read_code.h"
+#include "tests/test_shop.h"
 
 namespace tpv::fiscal {
 namespace {
@@ -261,6 +270,58 @@ TEST_F(Sending, NobodyButTheAgencyGetsRecordsAndItKnowsTheShop) {
   Set("Key", folder / "shop.key");
   EXPECT_EQ(Send(When::AtOnce).find("No se puede enviar. La clave"), 0U);
   EXPECT_EQ(States(), "0");
+}
+
+TEST_F(Sending, GoesOnBesideTheWindowsAndTellsWhatWaitsTooLong) {
+  AddTickets(2);
+  const auto settles = [](const std::function<bool()>& settled) {
+    for (int i = 0; i < 600 && !settled(); ++i) ::usleep(50'000);
+    return settled();
+  };
+  const FiscalSending sending(settings, store.clock(), [this] { return store.Open(); });
+  EXPECT_TRUE(settles([&] { return States() == "11"; }));
+  EXPECT_EQ(sending.Overdue(), 0);
+  StopAgency();
+  AddTickets(3);
+  EXPECT_TRUE(settles([&] { return sending.Overdue() == 3; }));
+  std::vector<ui::StatusItem> band;
+  TestShop shop(store.connection(), store.clock());
+  AddUnsentRecords(shop.ports, band);
+  EXPECT_TRUE(band.empty());
+  shop.ports.sending = &sending;
+  AddUnsentRecords(shop.ports, band);
+  ASSERT_EQ(band.size(), 1U);
+  EXPECT_EQ(band[0].text, "3 sin enviar");
+}
+
+// A day at the till with records on: what is printed, and what an inspector gets.
+TEST_F(AgencyFixture, ADaysCodesAreReadFromPaperAndItsMessagesAreTheSchemas) {
+  PlayOptions day;
+  day.store = folder / "tienda.db";
+  day.now = DateTime{2026, 11, 24, 10, 30, 0, 0};
+  day.paper = folder / "paper";
+  day.files = {std::string(TPV_SCENARIO_FOLDER) + "/record_codes.tpv"};
+  std::ostringstream transcript;
+  ASSERT_EQ(Play(day, transcript), 0) << transcript.str();
+  const SystemClock clock;
+  const auto store = OpenExistingStore(day.store, clock);
+  std::vector<std::string> urls;
+  ForEachRecord(*store, {}, {}, [&](const Record& record) { urls.push_back(ValidationUrl(record)); });
+  ASSERT_GE(urls.size(), 5U);
+  EXPECT_EQ(ExportRecords(*store, folder / "xml", {}, {}), static_cast<long>(urls.size()));
+  EXPECT_EQ(ExportRecords(*store, folder / "later", DateTime{2026, 11, 25}, {}), 0);
+  EXPECT_THROW(ExportRecords(*store, folder / "xml", {}, {}), FileError);
+  const std::string file = folder / "xml/registros-0001.xml";
+  EXPECT_EQ(ModeOf(file), 0600);
+  const std::string schemas = std::string(TPV_ENGINE_FOLDER) + "/../fiscal/SuministroLR.xsd";
+  if (std::filesystem::exists(schemas) && RunProgram({"xmllint", "--version"}).found) {
+    const auto checked = RunProgram({"xmllint", "--nonet", "--noout", "--schema", schemas, file});
+    EXPECT_TRUE(checked.done) << checked.output;
+  }
+  if (!RunProgram({"zbarimg", "--version"}).found) GTEST_SKIP() << "no zbarimg";
+  std::set<std::string> read;
+  for (const std::string& pdf : folder.Files(".pdf")) read.insert(ReadBack(folder, pdf));
+  EXPECT_TRUE(read.contains(urls[0] + "\n"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "adapters/files/escpos.h"
 #include "adapters/files/program.h"
 #include "tests/paper_fixture.h"
+#include "tests/read_code.h"
 
 namespace tpv {
 namespace {
@@ -11,14 +12,6 @@ namespace {
 const std::string kUrl =
     "https://prewww2.aeat.es/wlpl/TIKE-CONT/ValidarQR?nif=89890001K&numserie=12345678%2FG33&"
     "fecha=01-01-2024&importe=241.40";
-
-// What is read from the PDF's first page at 300 dots an inch; "" where nothing can read.
-std::string ReadBack(const TestFolder& folder, const std::string& pdf) {
-  const std::string picture = folder / "page";
-  RunProgram({"pdftoppm", "-r", "300", "-png", "-singlefile", pdf, picture});
-  const ProgramResult read = RunProgram({"zbarimg", "--nodbus", "-q", "--raw", picture + ".png"});
-  return read.found ? read.output : std::string();
-}
 
 class SquareCodes : public Paper {
  protected:

@@ -36,11 +36,10 @@ std::string ToMend(const Record& record) {
            "almacén. El registro nuevo sustituye al que tiene.";
   }
   if (!record.buyer_document.empty()) {
-    return "Compruebe el nombre y el NIF del cliente, «" + record.buyer_name + "», " + record.buyer_document +
-           ", y los de la tienda. Corregidos, subsane el registro.";
+    return "Corrija aquí el nombre y el NIF del cliente (también en su ficha), compruebe los de la tienda y subsane.";
   }
   return "Compruebe el nombre y el NIF de la tienda, «" + record.issuer_name + "», " + record.issuer +
-         ". Corregidos, subsane el registro.";
+         ". Corregidos en los parámetros, subsane.";
 }
 
 }  // namespace
@@ -56,7 +55,13 @@ RejectedRecords::RejectedRecords(Context& context) : Screen(context, "frmRechaza
   lstRechazados.selected = [this](int) { ShowReason(); };
   cmdSubsanar.click = [this] { Mend(); };
   cmdCerrar.click = [this] { Close(); };
-  rows = {{&lstRechazados}, {&lblMotivo}, {&lblArreglo}, {&lblCuenta}, {&cmdSubsanar, &cmdCerrar}};
+  constexpr int kLongestName = 120;
+  Text1.Add(0, "Cliente").max_length = kLongestName;
+  Text1[0].columns = 50;
+  Text1.Add(1, "NIF").max_length = 9;
+  Text1[1].columns = 9;
+  rows = {{&lstRechazados}, {&lblMotivo}, {&lblArreglo}, {&Text1[0], &Text1[1]}, {&lblCuenta},
+          {&cmdSubsanar, &cmdCerrar}};
 }
 
 void RejectedRecords::OnLoad() {
@@ -89,6 +94,9 @@ void RejectedRecords::ShowReason() {
   const Record* const record = row < 0 ? nullptr : &records_.at(static_cast<std::size_t>(row));
   lblMotivo.caption = record == nullptr ? "" : ReasonOf(*record);
   lblArreglo.caption = record == nullptr ? "" : ToMend(*record);
+  Text1[0].text = record == nullptr ? "" : record->buyer_name;
+  Text1[1].text = record == nullptr ? "" : record->buyer_document;
+  Text1[0].visible = Text1[1].visible = !Text1[1].text.empty();
 }
 
 void RejectedRecords::Mend() {
@@ -99,7 +107,7 @@ void RejectedRecords::Mend() {
                            " con los datos de ahora? Se enviará a la Agencia como subsanación";
   if (!Confirm(text, ui::Icon::Question, ui::Answer::No)) return;
   try {
-    fiscal::Mend(fiscal::DeskOf(context()), record.position);
+    fiscal::Mend(fiscal::DeskOf(context()), record.position, {Trim(Text1[0].text), Trim(Text1[1].text)});
   } catch (const std::exception& error) {
     return Refuse("No se ha subsanado." + std::string(kLineBreak) + error.what(), &lstRechazados, ui::Icon::Critical);
   }

@@ -26,6 +26,7 @@ class RejectedRecords : public Screen {
   ui::ListView lstRechazados{*this, "lstRechazados"};
   ui::Label lblMotivo{*this, "lblMotivo"};
   ui::Label lblArreglo{*this, "lblArreglo"};
+  ui::TextBoxes Text1{*this, "Text1"};  // 0 the buyer, 1 the buyer's tax number
   ui::Label lblCuenta{*this, "lblCuenta"};
   ui::Button cmdSubsanar{*this, "cmdSubsanar", "&Subsanar"};
   ui::Button cmdCerrar{*this, "cmdCerrar", "Cerrar"};

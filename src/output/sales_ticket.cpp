@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "context/context.h"
 #include "data/sql_text.h"
+#include "output/record_code.h"
 #include "output/ticket_text.h"
 #include "platform/database.h"
 #include "platform/printer.h"
@@ -42,10 +43,12 @@ class SalesTicket {
         "DiaCaj_Descuento,DiaCaj_Cobrado FROM Tco INNER JOIN DiaCaj ON DiaCaj_Id =  Tco_IdDiaCaj "
         "WHERE Tco_IdCav = " + id_ + " AND DiaCaj_Tipo=1  ORDER BY DiaCaj_Fecha");
     if (lines->Eof()) throw PrintError("La venta no tiene líneas");
+    const std::string code = CodeOfSale(context_, context_.IdAlbaran);
     document_ = context_.ports.printers.Begin("Ticket " + lines->Field("Cav_Serie").TextOr("") +
                                               lines->Field("Cav_Numero").TextOr(""));
     document_->SetFont("Courier New", 9, true);
     document_->SetY(0);
+    if (!code.empty()) PrintRecordCode(*document_, code);
     PrintHeader(*lines);
     const std::string agent = lines->Field("Agente").TextOr("");
     const LineColumns columns(*lines);

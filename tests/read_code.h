@@ -1,0 +1,18 @@
+// Reads a square code back from paper, as a customer's telephone does.
+#pragma once
+
+#include <string>
+
+#include "adapters/files/program.h"
+#include "tests/test_machine.h"
+
+namespace tpv {
+
+// What is read from the PDF's first page at 300 dots an inch; "" for nothing.
+inline std::string ReadBack(const TestFolder& folder, const std::string& pdf) {
+  const std::string picture = folder / "page";
+  RunProgram({"pdftoppm", "-r", "300", "-png", "-singlefile", pdf, picture});
+  return RunProgram({"zbarimg", "--nodbus", "-q", "--raw", picture + ".png"}).output;
+}
+
+}  // namespace tpv
