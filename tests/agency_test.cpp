@@ -300,14 +300,19 @@ TEST_F(AgencyFixture, ADaysCodesAreReadFromPaperAndItsMessagesAreTheSchemas) {
   day.store = folder / "tienda.db";
   day.now = DateTime{2026, 11, 24, 10, 30, 0, 0};
   day.paper = folder / "paper";
-  day.files = {std::string(TPV_SCENARIO_FOLDER) + "/record_codes.tpv"};
+  day.files = {std::string(TPV_SCENARIO_FOLDER) + "/invoice_records.tpv"};
   std::ostringstream transcript;
   ASSERT_EQ(Play(day, transcript), 0) << transcript.str();
   const SystemClock clock;
   const auto store = OpenExistingStore(day.store, clock);
   std::vector<std::string> urls;
-  ForEachRecord(*store, {}, {}, [&](const Record& record) { urls.push_back(ValidationUrl(record)); });
+  std::string invoice;
+  ForEachRecord(*store, {}, {}, [&](const Record& record) {
+    urls.push_back(ValidationUrl(record));
+    if (record.kind == Kind::Invoice) invoice = urls.back();
+  });
   ASSERT_GE(urls.size(), 5U);
+  EXPECT_NE(transcript.str().find("QR tributario:\n[" + invoice + "]\nFactura verificable en la sede"), std::string::npos);
   EXPECT_EQ(ExportRecords(*store, folder / "xml", {}, {}), static_cast<long>(urls.size()));
   EXPECT_EQ(ExportRecords(*store, folder / "later", DateTime{2026, 11, 25}, {}), 0);
   EXPECT_THROW(ExportRecords(*store, folder / "xml", {}, {}), FileError);

@@ -95,6 +95,7 @@ std::string BoxText(const ui::MessageBox& box) {
 
 std::string ReportText(const Report& report) {
   std::string text = "--- report " + report.title + "\n";
+  if (report.code) text += report.code->above + "\n[" + report.code->text + "]\n" + report.code->below + "\n";
   for (const auto* lines : {&report.left, &report.right}) {
     for (const std::string& line : *lines) text += line + "\n";
   }
