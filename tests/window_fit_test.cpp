@@ -151,7 +151,7 @@ TEST_P(WindowFitTest, EveryScreen) {
       "frmTpv",         "frmTpv1",            "frmTpvDevoluciones",  "frmTpvAperturaCaja",
       "frmTpvMovCaja",  "frmTpvCierreCaja",   "frmFactuTicket",      "frmTpvDiarioCierres",
       "frmTpvFacturas", "frmTpvDiarioVentas", "frmTpvPendiente",     "frmNuevoCliente",
-      "frmArqueo",      "frmOficina",
+      "frmArqueo", "frmTpvCuenta",      "frmOficina",
       "frmAlmacenes",   "frmAlmacen",
       "frmArticulos",   "frmArticulo"};
   EXPECT_EQ(forms_, all) << "a screen without a script in docs/screens or tests/windows";

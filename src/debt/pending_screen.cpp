@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "data/date_filter.h"
 #include "data/statements.h"
+#include "debt/account_screen.h"
 #include "platform/database.h"
 #include "screen/lookups.h"
 
@@ -22,6 +23,7 @@ FrmTpvPendiente::FrmTpvPendiente(Context& ctx, ShowSale show_sale)
   DeclareLayout();
   Text1[9].left = [this] { LeaveCustomer(); };
   cmdInforme.click = [this] { Run(); };
+  cmdCuenta.click = [this] { ShowAccount(); };
   cmdSalir.click = [this] { Close(); };
   DbgDiario.cell_button = [this](int row, int column) { ShowTicket(row, column); };
 }
@@ -33,7 +35,7 @@ void FrmTpvPendiente::DeclareLayout() {
   Text1[4].stretch = DbgDiario.stretch = true;
   lblTotales.large = true;
   cmdInforme.emphasis = ui::Emphasis::Strong;
-  Frame1.Rows({{&Text1[9], &Text1[4]}, {&Text1[5], &Text1[2], &Check1, &cmdInforme, &cmdSalir}});
+  Frame1.Rows({{&Text1[9], &Text1[4]}, {&Text1[5], &Text1[2], &Check1, &cmdInforme, &cmdCuenta, &cmdSalir}});
   rows = {{&Frame1}, {&DbgDiario}, {&lblTotales}};
 }
 
@@ -108,6 +110,12 @@ void FrmTpvPendiente::ShowTotal() {
   lblTotales.caption = DbgDiario.rows.empty()
                            ? "Total :"
                            : "Total Pendiente: " + FormatNumber(total, "#,###,##0.00€");
+}
+
+void FrmTpvPendiente::ShowAccount() {
+  if (IdCliente == 0) return Refuse("Indique el cliente", &Text1[9], ui::Icon::Exclamation);
+  FrmTpvCuenta account(context(), IdCliente, Text1[9].text, Text1[4].text);
+  context().ports.ui.ShowModal(account);
 }
 
 void FrmTpvPendiente::ShowTicket(int row, int column) {

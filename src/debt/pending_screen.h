@@ -32,12 +32,14 @@ class FrmTpvPendiente : public Screen {
   std::vector<ui::GridColumn> Columns() const;
   void ShowTotal();
   void ShowTicket(int row, int column);
+  void ShowAccount();
 
   ShowSale show_sale_;
 
   ui::Frame Frame1{*this, "Frame1", "Cobros pendientes"};
   ui::CheckBox Check1{*this, "Check1", "Desglosar ventas", true};
   ui::Button cmdInforme{*this, "cmdInforme", "&Buscar registros"};
+  ui::Button cmdCuenta{*this, "cmdCuenta", "C&uenta"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
   ui::Grid DbgDiario{*this, "DbgDiario"};
   ui::Label lblTotales{*this, "lblTotales", "Total :"};

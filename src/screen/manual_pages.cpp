@@ -21,6 +21,7 @@ constexpr Page kPages[] = {
     {"frmArqueo", "cierre"},
     {"frmTpvFacturas", "facturacion"},
     {"frmTpvPendiente", "pendiente"},
+    {"frmTpvCuenta", "pendiente"},
     {"frmNuevoCliente", "busquedas"},
     {"frmOficina", "oficina"},
     {"frmArticulos", "oficina-articulos"},
