@@ -387,5 +387,37 @@ TEST_F(WindowsTest, AScreenReaderFindsWhatTheEyeFinds) {
   EXPECT_TRUE(has(QAccessible::ComboBox, "Modo de cobro"));
 }
 
+TEST_F(WindowsTest, AScreenReaderWalksTheColumnsThatTheEyeSees) {
+  Play({[&] {
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(windows.TopWindow()->ViewOf(form.goods)->Target());
+    QAccessibleTableInterface* table = list->tableInterface();
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table->columnCount(), 1);  // the id is hidden
+    EXPECT_EQ(table->rowCount(), 300);
+    EXPECT_EQ(list->childCount(), 301);
+    EXPECT_EQ(Utf8(list->child(0)->text(QAccessible::Name)), "Articulo");
+    EXPECT_EQ(list->child(0)->role(), QAccessible::ColumnHeader);
+    QAccessibleInterface* cell = table->cellAt(7, 0);
+    EXPECT_EQ(list->child(8), cell);
+    EXPECT_EQ(list->indexOfChild(cell), 8);
+    EXPECT_EQ(Utf8(cell->text(QAccessible::Name)), "Articulo 7");
+    ASSERT_EQ(cell->childCount(), 1);
+    EXPECT_EQ(cell->child(0)->role(), QAccessible::Button);
+    EXPECT_EQ(Utf8(cell->child(0)->text(QAccessible::Name)), "Articulo Articulo 7: abrir");
+    cell->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(form.pressed, std::vector<std::string>{"cell 7"});
+    EXPECT_TRUE(cell->state().selected);
+    EXPECT_EQ(table->selectedRows(), QList<int>{7});
+    QAccessibleInterface* mark = QAccessible::queryAccessibleInterface(windows.TopWindow()->ViewOf(form.marks)->Target());
+    mark->tableInterface()->cellAt(1, 0)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(form.marks.items[1].checked);
+    EXPECT_TRUE(mark->tableInterface()->cellAt(1, 0)->state().checked);
+    form.goods.rows.resize(3);
+    windows.Refresh();
+    EXPECT_FALSE(cell->isValid());
+    EXPECT_EQ(table->cellAt(3, 0), nullptr);
+  }});
+}
+
 }  // namespace
 }  // namespace tpv::qt

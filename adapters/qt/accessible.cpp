@@ -6,6 +6,8 @@
 
 #include "adapters/qt/form_window.h"
 #include "adapters/qt/status_band.h"
+#include "adapters/qt/table_access.h"
+#include "adapters/qt/table_setup.h"
 #include "adapters/qt/text.h"
 
 namespace tpv::qt {
@@ -37,6 +39,7 @@ QAccessibleInterface* AccessOf(const QString&, QObject* object) {
   if (auto* band = dynamic_cast<StatusBand*>(object)) {
     return new QAccessibleWidget(band, QAccessible::StatusBar);
   }
+  if (auto* table = dynamic_cast<TillTable*>(object)) return new TableAccess(*table);
   if (auto* combo = qobject_cast<QComboBox*>(object)) return new ComboAccess(*combo);
   return nullptr;
 }

@@ -15,9 +15,9 @@ namespace tpv::qt {
 namespace {
 
 // Getting the focus selects no row: the model says which one is current.
-class Table : public QTableView {
+class Table : public TillTable {
  public:
-  using QTableView::QTableView;
+  using TillTable::TillTable;
   std::function<void()> resized;
 
  protected:
@@ -77,7 +77,6 @@ RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surrou
       actions_(around.actions),
       table_(new Table(&around.parent)),
       model_(new RowsModel(*source_, table_)) {
-  PrepareTable(*table_);
   static_cast<Table*>(table_)->resized = [this] {
     if (table_->viewport()->width() != room_) SetWidths();
   };

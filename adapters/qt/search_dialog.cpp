@@ -61,7 +61,7 @@ SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine,
       engine_(engine),
       model_(new SearchModel(request, this)),
       edit_(new QLineEdit(this)),
-      table_(new QTableView(this)),
+      table_(new TillTable(this)),
       count_(new QLabel(this)) {
   setWindowModality(Qt::ApplicationModal);
   setWindowTitle(Text(request.title.empty() ? "Buscar" : request.title));
@@ -81,7 +81,6 @@ void SearchDialog::LayOut(const ui::SearchRequest& request) {
   edit_->setMinimumHeight(38);
   edit_->setTextMargins(6, 0, 6, 0);
   edit_->setPlaceholderText("Palabras del nombre en cualquier orden, o parte del código");
-  PrepareTable(*table_);
   table_->setAlternatingRowColors(true);
   table_->setItemDelegate(new CellDelegate(*table_, *edit_));
   table_->setModel(model_);

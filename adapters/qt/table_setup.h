@@ -1,11 +1,18 @@
-// What every table of the till has in common.
+// What the tables of lists and of the search dialog look and behave like, and whom
+// they tell which cell is current.
 #pragma once
 
-class QTableView;
+#include <QTableView>
 
 namespace tpv::qt {
 
-// Whole rows, one at a time, no editing, no grid, rows of one height.
-void PrepareTable(QTableView& table);
+class TillTable : public QTableView {
+ public:
+  explicit TillTable(QWidget* parent);
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& before) override;
+  void selectionChanged(const QItemSelection& now, const QItemSelection& before) override;
+};
 
 }  // namespace tpv::qt
