@@ -10,24 +10,43 @@
 namespace tpv {
 
 StoreErrands::StoreErrands(const Ports& ports, std::int32_t user, Opener open)
-    : ports_(ports), user_(user), open_(std::move(open)), thread_([this] { Work(); }) {}
+    : ports_(ports), user_(user), open_(std::move(open)) {}
 
-StoreErrands::~StoreErrands() {
+StoreErrands::~StoreErrands() { Stop(); }
+
+void StoreErrands::Stop() {
+  if (!thread_.joinable()) return;
   {
     const std::lock_guard lock(mutex_);
     stopping_ = true;
-    errands_.clear();
   }
   changed_.notify_one();
   thread_.join();
+  for (Task& task : std::exchange(tasks_, {})) done_.push_back(std::move(task));
 }
 
-void StoreErrands::Run(Errand errand) {
+void StoreErrands::Add(Task task) {
   {
     const std::lock_guard lock(mutex_);
-    errands_.push_back(std::move(errand));
+    tasks_.push_back(std::move(task));
   }
+  if (!thread_.joinable()) thread_ = std::thread([this] { WorkOff(); });
   changed_.notify_one();
+}
+
+void StoreErrands::Run(Errand errand) { Add({std::move(errand), {}, {}}); }
+
+void StoreErrands::RunApart(Work work, Rest dropped) { Add({{}, std::move(work), std::move(dropped)}); }
+
+void StoreErrands::Settle(Context& context) {
+  std::deque<Task> done;
+  {
+    const std::lock_guard lock(mutex_);
+    done.swap(done_);
+  }
+  for (const Task& task : done) {
+    if (task.rest) task.rest(context);
+  }
 }
 
 bool StoreErrands::Stopping() {
@@ -35,20 +54,22 @@ bool StoreErrands::Stopping() {
   return stopping_;
 }
 
-void StoreErrands::Work() {
+void StoreErrands::WorkOff() {
   std::unique_lock lock(mutex_);
   for (;;) {
-    changed_.wait(lock, [this] { return stopping_ || !errands_.empty(); });
-    if (errands_.empty()) return;
-    const Errand errand = std::move(errands_.front());
-    errands_.pop_front();
+    changed_.wait(lock, [this] { return stopping_ || !tasks_.empty(); });
+    if (stopping_) return;
+    Task task = std::move(tasks_.front());
+    tasks_.pop_front();
     lock.unlock();
     try {
-      Do(errand);
+      if (task.work) task.rest = task.work();
+      if (task.errand) Do(task.errand);
     } catch (const std::exception& error) {
       ports_.ui.Notify({std::string("No se puede abrir el almacén para enviar correo. ") + error.what(), {}});
     }
     lock.lock();
+    done_.push_back(std::move(task));
   }
 }
 

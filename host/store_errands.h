@@ -1,5 +1,5 @@
-// What a till does on its store while the operator goes on: a thread with a
-// connection, a database object and components of its own for each errand.
+// What a till does while the operator goes on: a thread with a connection, a database
+// object and components of its own for each errand on the store.
 #pragma once
 
 #include <condition_variable>
@@ -17,21 +17,34 @@ namespace tpv {
 
 class StoreErrands : public Errands {
  public:
-  // Runs in the errands' thread. Throws what opening a store throws.
+  // Runs in the errands' thread. Throws what opening a store throws. Null: no other
+  // thread may use the store.
   using Opener = std::function<std::unique_ptr<Connection>()>;
 
   // The ports outlive the errands; of them these use settings, clock and mailer, and
   // tell the operator what fails.
   StoreErrands(const Ports& ports, std::int32_t user, Opener open);
-  // Lets the one under way come to its next stop and drops those behind it.
+  // Stops; what is left undone is forgotten.
   ~StoreErrands() override;
   StoreErrands(const StoreErrands&) = delete;
   StoreErrands& operator=(const StoreErrands&) = delete;
 
+  bool ReachStore() const override { return open_ != nullptr; }
   void Run(Errand errand) override;
+  void RunApart(Work work, Rest dropped) override;
+  // In the window's thread: what finished work left to do on the store.
+  void Settle(Context& context);
+  // Lets the one under way come to its next stop and drops those behind it.
+  void Stop();
 
  private:
-  void Work();
+  struct Task {
+    Errand errand;  // or
+    Work work;
+    Rest rest;  // until the work is done: for when it is dropped
+  };
+  void Add(Task task);
+  void WorkOff();
   void Do(const Errand& errand);
   bool Stopping();
 
@@ -40,9 +53,10 @@ class StoreErrands : public Errands {
   const Opener open_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<Errand> errands_;
+  std::deque<Task> tasks_;
+  std::deque<Task> done_;  // goes in the window's thread, with what it holds
   bool stopping_ = false;
-  std::thread thread_;  // the last: it uses all of them
+  std::thread thread_;  // from the first errand on
 };
 
 }  // namespace tpv

@@ -9,7 +9,7 @@
 #include "cash/mail_queue.h"
 #include "context/context.h"
 #include "host/store_errands.h"
-#include "tests/loopback_server.h"
+#include "tests/mail_system.h"
 #include "tests/test_shop.h"
 
 namespace tpv {
@@ -210,6 +210,29 @@ TEST_F(MailTest, PasswordsTravelEncryptedOrNotAtAll) {
   Configure("Security", "none");
   ExpectError(To("jefa@tienda.es", plain.port), "no viaja sin cifrar");
   EXPECT_EQ(other.Files(".eml").size(), 0U);
+}
+
+TEST_F(MailTest, AMailSystemOfTheRealWorldTakesThemEncrypted) {
+  if (!MailSystem::Installed()) GTEST_SKIP() << "no postfix, or not root";
+  const MailSystem system;
+  Configure("Security", "starttls");
+  ExpectError(To("jefa@tienda.es", system.starttls), "certificate");  // nobody vouches for it
+  Configure("CaFile", system.Certificate());
+  EXPECT_EQ(Error(To("jefa@tienda.es", system.starttls)), "");
+  const std::string partly = Error({system.starttls, "nadie@tienda.es; jefa@tienda.es", "Peña", "Cierre nº 2", "Ñ"});
+  EXPECT_TRUE(partly.starts_with("Sent, but No lo aceptan: nadie@tienda.es: 550 5.1.1")) << partly;
+  ExpectError(To("nadie@tienda.es", system.starttls), "550 5.1.1 <nadie@tienda.es>");
+  Configure("Security", "tls");
+  EXPECT_EQ(Error(To("jefa@tienda.es", system.tls)), "");
+  const std::string arrived = system.Arrived(3);
+  EXPECT_NE(arrived.find("Delivered-To: jefa@tienda.es"), std::string::npos) << arrived;
+  EXPECT_NE(arrived.find("(using TLS"), std::string::npos) << arrived;
+  EXPECT_NE(arrived.find("Subject: =?"), std::string::npos) << arrived;
+  Configure("Security", "starttls");
+  const auto start = std::chrono::steady_clock::now();
+  ExpectError(To("jefa@tienda.es", system.slow), std::string(kMayHaveArrived));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(8500));
+  EXPECT_GT(system.Arrived(4).size(), arrived.size());  // it did arrive
 }
 
 }  // namespace

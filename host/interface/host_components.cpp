@@ -76,17 +76,26 @@ class HostComponent : public Object {
 
 }  // namespace
 
-std::shared_ptr<Object> HostComponents::Create(std::string_view class_name) {
+std::shared_ptr<Object> HostComponents::FromHost(std::string_view class_name) {
   const zrtpv_components& functions = around_.components();
   const std::string name(class_name);
-  if (functions.create == nullptr) return stand_ins_.Create(class_name);
+  if (functions.create == nullptr) return nullptr;
   void* component = nullptr;
   TakeCallbackText();
   if (functions.create(functions.host, name.c_str(), &component) != ZRTPV_OK) {
     throw ObjectError("No se puede crear el componente «" + name + "»: " + TakeCallbackText());
   }
-  if (component == nullptr) return stand_ins_.Create(class_name);
+  if (component == nullptr) return nullptr;
   return std::make_shared<HostComponent>(around_, component, name);
+}
+
+std::shared_ptr<Object> HostComponents::Create(std::string_view class_name) {
+  auto component = FromHost(class_name);
+  return component ? component : stand_ins_.Create(class_name);
+}
+
+bool HostComponents::IsTheHosts(std::string_view class_name) {
+  return FromHost(class_name) != nullptr;
 }
 
 }  // namespace tpv::interface

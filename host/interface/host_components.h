@@ -16,8 +16,12 @@ class HostComponents : public ObjectFactory {
   // The ports outlive the factory and what it creates.
   void SetPorts(Ports& ports) { stand_ins_.SetPorts(ports); }
   std::shared_ptr<Object> Create(std::string_view class_name) override;
+  // Whether the host brings that component along: asks for one.
+  bool IsTheHosts(std::string_view class_name);
 
  private:
+  std::shared_ptr<Object> FromHost(std::string_view class_name);
+
   Surroundings& around_;
   suite::SuiteFactory stand_ins_;
 };

@@ -1,8 +1,10 @@
 #include "host/interface/surroundings.h"
 
 #include "adapters/files/private_files.h"
+#include "context/context.h"
 #include "host/interface/faults.h"
 #include "host/interface/structs.h"
+#include "host/interface/till_database.h"
 #include "host/interface/values.h"
 
 namespace tpv::interface {
@@ -51,6 +53,37 @@ void Surroundings::ProtectSettings() {
 Ports Surroundings::PortsWith(std::int32_t kind) {
   ui::FrontEnd& front_end = FrontEnd(kind);
   return machine_.PortsFor(front_end, objects_, windows_ ? windows_->Loudspeaker() : silence_);
+}
+
+// A component of the host lives in the till's thread.
+bool Surroundings::HostSendsMail() {
+  try {
+    return objects_.IsTheHosts("ZRComunicaciones.ZRCOMU");
+  } catch (const ObjectError&) {
+    return true;  // whoever sends a mail hears of it
+  }
+}
+
+void Surroundings::Serve(Context& context) {
+  if (served_ == context.MyBd.get()) return;
+  served_ = context.MyBd.get();
+  const auto database = std::dynamic_pointer_cast<TillDatabase>(context.MyBd);
+  if (!database || HostSendsMail()) return;
+  errands_ = std::make_unique<StoreErrands>(ports_, database->IdUsuario(), database->Reopen());
+  ports_.errands = errands_.get();
+}
+
+void Surroundings::Settle(Context& context) {
+  if (errands_ && context.MyBd && !context.Database().InTransaction()) errands_->Settle(context);
+}
+
+void Surroundings::EndErrands(Context& context) {
+  served_ = nullptr;
+  if (!errands_) return;
+  errands_->Stop();
+  errands_->Settle(context);
+  ports_.errands = nullptr;
+  errands_.reset();
 }
 
 void Surroundings::PassOnNotices() {

@@ -9,6 +9,7 @@
 #include "host/host_windows.h"
 #include "host/interface/host_components.h"
 #include "host/machine.h"
+#include "host/store_errands.h"
 #include "platform/ui/operator.h"
 
 namespace tpv::interface {
@@ -41,6 +42,13 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
   void LeaveAlone() { headless_->SetDriver(nobody_); }  // after a scenario
   // Without windows: what went wrong behind the till's back goes to the host.
   void PassOnNotices();
+  // Mail of this store goes out behind the till's back, unless the host sends it itself.
+  // Before each call.
+  void Serve(Context& context);
+  // Notes what became of mails, while no call is under way.
+  void Settle(Context& context);
+  // The same for an end: waits for the mail under way.
+  void EndErrands(Context& context);
   // Waits for what is still to be printed and tells the rest.
   void Finish();
 
@@ -48,6 +56,7 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
   Ports PortsWith(std::int32_t kind);
   // A password that others could read is no longer theirs, and the host hears of it.
   void ProtectSettings();
+  bool HostSendsMail();
   ui::FrontEnd& FrontEnd(std::int32_t kind);
 
   NobodyThere nobody_;
@@ -58,6 +67,8 @@ class Surroundings : public std::enable_shared_from_this<Surroundings> {
   zrtpv_components components_;
   HostComponents objects_;
   Ports ports_;
+  const Object* served_ = nullptr;
+  std::unique_ptr<StoreErrands> errands_;  // goes first
 };
 
 }  // namespace tpv::interface

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "suite/store_database.h"
 
@@ -12,6 +13,8 @@ namespace tpv::interface {
 struct OwnedConnection {
   std::shared_ptr<void> keeps;  // what the connection and the front end live in
   std::unique_ptr<Connection> connection;
+  // Another connection to the same store, for other threads; null: there is none.
+  std::function<std::unique_ptr<Connection>()> reopen = nullptr;
 };
 
 class TillDatabase : private OwnedConnection,
@@ -28,6 +31,8 @@ class TillDatabase : private OwnedConnection,
   // CommitTrans, RollbackTrans. Execute gives rows: EOF, BOF, RecordCount,
   // Fields(name or index), Count, Name(index), MoveNext, Close.
   Variant Get(std::string_view property) override;
+
+  const auto& Reopen() const { return reopen; }
 
  private:
   Variant StoreParameter(std::string_view name) override;

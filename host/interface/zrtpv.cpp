@@ -1,6 +1,7 @@
 // The functions of include/zrtpv.h about tills and their members.
 #include "include/zrtpv.h"
 
+#include <filesystem>
 #include <sstream>
 
 #include "component/dispatch.h"
@@ -21,7 +22,9 @@ class Entered {
  public:
   explicit Entered(zrtpv_till* till) : till_(Tills().Find(till)) { ++till_->calls; }
   ~Entered() {
-    if (--till_->calls == 0) till_->around->PassOnNotices();
+    if (--till_->calls > 0) return;
+    till_->around->Settle(till_->component.context());
+    till_->around->PassOnNotices();
   }
   Entered(const Entered&) = delete;
   Entered& operator=(const Entered&) = delete;
@@ -42,7 +45,9 @@ void Release(zrtpv_till* till) {
   if (Tills().Find(till)->calls > 0) {
     throw Fault(ZRTPV_E_BUSY, "Una llamada del objeto está en curso");
   }
-  const std::shared_ptr<Surroundings> around = Tills().Find(till)->around;
+  const std::shared_ptr<zrtpv_till> held = Tills().Find(till);
+  const std::shared_ptr<Surroundings> around = held->around;
+  around->EndErrands(held->component.context());
   Tills().Remove(till);
   around->Finish();
 }
@@ -52,12 +57,16 @@ void RequireIdle(const zrtpv_till& till) {
   if (till.calls > 1) throw Fault(ZRTPV_E_BUSY, "MyBd no se cambia durante otra llamada del objeto");
 }
 
-void Use(zrtpv_till& till, std::unique_ptr<Connection> connection, std::int32_t user,
+using Opener = StoreErrands::Opener;
+
+void Use(zrtpv_till& till, std::unique_ptr<Connection> connection, std::int32_t user, Opener reopen,
          TillDatabase::Parameters parameters = {}) {
   RequireIdle(till);
   const auto& around = till.around;
-  till.component.context().MyBd = std::make_shared<TillDatabase>(
-      OwnedConnection{around, std::move(connection)}, user, around->ports().ui,
+  Context& context = till.component.context();
+  around->EndErrands(context);  // with the store that they are for
+  context.MyBd = std::make_shared<TillDatabase>(
+      OwnedConnection{around, std::move(connection), std::move(reopen)}, user, around->ports().ui,
       around->machine().clock, around->machine().settings, std::move(parameters));
 }
 
@@ -67,11 +76,14 @@ void OpenFile(zrtpv_till& till, const std::string& path, std::int32_t if_missing
   if (if_missing < ZRTPV_MUST_EXIST || if_missing > ZRTPV_MAKE_DEMO) {
     throw Fault(ZRTPV_E_ARGUMENT, "if_missing: un valor que no existe");
   }
+  const Opener reopen = [whole = std::filesystem::absolute(path).string(), &clock] {
+    return OpenExistingStore(whole, clock);
+  };
   const auto contents =
       if_missing == ZRTPV_MAKE_EMPTY ? Contents::Empty : Contents::Demonstration;
-  auto store = if_missing == ZRTPV_MUST_EXIST ? OpenExistingStore(path, clock) : OpenStore(path, contents, clock);
+  auto store = if_missing == ZRTPV_MUST_EXIST ? reopen() : OpenStore(path, contents, clock);
   const std::string missing = MissingLogOf(*store);
-  Use(till, std::move(store), user);
+  Use(till, std::move(store), user, reopen);
   if (!missing.empty()) till.around->ports().ui.Notify({missing, {}});
 }
 
@@ -82,7 +94,7 @@ void OpenHost(zrtpv_till& till, const zrtpv_database& given) {
   if (connection->HasParameters()) {
     parameters = [raw = connection.get()](std::string_view name) { return raw->Parameter(name); };
   }
-  Use(till, std::move(connection), functions.user, std::move(parameters));
+  Use(till, std::move(connection), functions.user, nullptr, std::move(parameters));
 }
 
 InvokeKind KindFrom(std::int32_t kind) {
@@ -95,7 +107,12 @@ bool IsDatabase(std::uint32_t id) { return id == DispatchId("MyBd"); }
 void Run(Entered& till, std::uint32_t id, InvokeKind kind, zrtpv_value* host, std::size_t count,
          zrtpv_value* result) {
   ResultSlot slot(result);
-  if (IsDatabase(id) && kind != InvokeKind::Get) RequireIdle(*till);
+  Context& context = till->component.context();
+  if (IsDatabase(id) && kind != InvokeKind::Get) {
+    RequireIdle(*till);
+    till->around->EndErrands(context);
+  }
+  till->around->Serve(context);
   Arguments arguments(host, count);
   const Variant value = Invoke(till->component, id, kind, arguments.values());
   arguments.WriteBack(till->around);
@@ -144,7 +161,10 @@ int32_t zrtpv_open_file(zrtpv_till* till, const char* path, int32_t if_missing, 
 int32_t zrtpv_open_odbc(zrtpv_till* till, const char* connection, int32_t user) {
   return Answer([&] {
     Entered entered(till);
-    Use(*entered, tpv::OpenServerStore(TextFrom(connection, "la conexión")), user);
+    const Opener reopen = [name = std::string(TextFrom(connection, "la conexión"))] {
+      return tpv::OpenServerStore(name);
+    };
+    Use(*entered, reopen(), user, reopen);
   });
 }
 

@@ -1,4 +1,4 @@
-// Work on the store that the operator does not wait for.
+// Work that the operator does not wait for.
 #pragma once
 
 #include <functional>
@@ -12,11 +12,20 @@ class Errands {
   // `own` is a context for the errand alone, on the same store; `stop` says that the
   // program wants to end.
   using Errand = std::function<void(Context& own, const std::function<bool()>& stop)>;
+  // What is left to do on the store, in the window's thread when it has a moment.
+  using Rest = std::function<void(Context& context)>;
+  using Work = std::function<Rest()>;
 
   virtual ~Errands() = default;
+  // Whether errands reach the store; the connection of a host in another language is
+  // its thread's alone.
+  virtual bool ReachStore() const = 0;
   // Does it outside of the window's thread, behind those before it. An errand throws
   // nothing; one whose store cannot be reached is dropped.
   virtual void Run(Errand errand) = 0;
+  // The same for work without the store; `dropped` instead of its rest when the program
+  // ends before. Neither throws.
+  virtual void RunApart(Work work, Rest dropped) = 0;
 };
 
 }  // namespace tpv
