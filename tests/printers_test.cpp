@@ -239,6 +239,25 @@ TEST_F(Paper, APrinterThatHangsHoldsNeitherTheTillNorTheOthers) {
   ::close(silent);
 }
 
+TEST_F(Paper, APrintingSystemThatNeverRanIsAwaitedOnce) {
+  folder.Program("lpstat", "echo scheduler is not running");
+  machine.printers.LookAhead();
+  const auto told_after = [&] {
+    const auto start = std::chrono::steady_clock::now();
+    PrintLines({"x"});
+    EXPECT_NE(Told().find("El sistema de impresión no está en marcha. Está guardado en "), std::string::npos);
+    return std::chrono::steady_clock::now() - start;
+  };
+  EXPECT_GT(told_after(), std::chrono::seconds(3));  // it may be starting
+  EXPECT_LT(told_after(), std::chrono::seconds(2));
+  folder.Program("lpstat", "printf 'scheduler is running\nBarra\n'");
+  folder.Program("lpoptions", "echo printer-state=3");
+  folder.Program("lp", "cat > $FOLDER/printed");
+  PrintLines({"x"});
+  EXPECT_EQ(Told(), "");
+  EXPECT_NE(folder.Text("printed"), "(none)");
+}
+
 TEST_F(Paper, AProgramThatHangsIsEnded) {
   folder.Program("lento", "sleep 60");
   const auto start = std::chrono::steady_clock::now();

@@ -94,7 +94,7 @@ void PaperDelivery::TellFailure(const std::string& printer, const PaperDocument&
 PrinterSetup PaperDelivery::Find(const std::string& name, const Deadline& deadline) const {
   if (auto printer = SettledPrinter(settings_, name)) return *std::move(printer);
   if (!name.empty()) return {name, PrinterMode::Page, name};
-  return FindPrinters(settings_, AwaitQueues(deadline)).front();
+  return FindPrinters(settings_, watch_.Await(deadline)).front();
 }
 
 std::string PaperDelivery::Print(const PrinterSetup& printer, const PaperDocument& document,

@@ -9,6 +9,7 @@
 #include "adapters/files/document_folder.h"
 #include "adapters/files/file_settings.h"
 #include "adapters/files/printer_setup.h"
+#include "adapters/files/queue_watch.h"
 #include "adapters/files/ticket_page.h"
 #include "platform/notice.h"
 
@@ -35,9 +36,10 @@ struct PaperNews {
 
 class PaperDelivery {
  public:
-  // Takes its own look at the settings. The clock and the news outlive the delivery.
-  PaperDelivery(const FileSettings& settings, const Clock& clock, const PaperNews& news)
-      : settings_(settings.path()), clock_(clock), news_(news) {}
+  // Takes its own look at the settings. The others outlive the delivery.
+  PaperDelivery(const FileSettings& settings, const Clock& clock, const QueueWatch& watch,
+                const PaperNews& news)
+      : settings_(settings.path()), clock_(clock), watch_(watch), news_(news) {}
 
   // To the printer so named, "" for the default. What a printer does not take is kept in
   // a folder, and a document with a title told of. Throws nothing.
@@ -60,6 +62,7 @@ class PaperDelivery {
 
   const FileSettings settings_;
   const Clock& clock_;
+  const QueueWatch& watch_;
   const PaperNews& news_;
 };
 

@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "adapters/files/system_queues.h"
@@ -23,8 +24,12 @@ class QueueWatch {
     std::string trouble;    // why there was none this time, ""
     std::string detail;
   };
+  void Begin();  // to look; nobody waits for it
   // Waits a second at most.
   View Look();
+  // Asks until the printing system is there, for it may be starting at this moment; once
+  // where it has never answered for longer than that takes. Throws PrintError; any thread's.
+  SystemQueues Await(const Deadline& deadline) const;
 
  private:
   struct State {
@@ -32,7 +37,10 @@ class QueueWatch {
     std::condition_variable changed;
     View view;
     bool asking = false;
+    bool known = false;  // it answered once
+    std::optional<Deadline> starting;  // until when it may be, since the first look
   };
+  static SystemQueues AskOnce(State& state, const Deadline& deadline);
   static void Ask(State& state, const Deadline& deadline);
 
   WorkLines& lines_;

@@ -21,7 +21,7 @@ class ShopPrinters : public Printers {
         lines_(lines),
         codes_(codes),
         watch_(lines),
-        delivery_(settings, clock, news) {}
+        delivery_(settings, clock, watch_, news) {}
 
   // Set before the first document.
   PaperNews news;
@@ -29,6 +29,8 @@ class ShopPrinters : public Printers {
   // While the printing system does not answer: what it named before, and the printer that
   // the operator chose once; `news` hears of it.
   std::vector<std::string> Installed() const override;
+  // Begins to look for the printing system, so that the first ticket knows whether it is there.
+  void LookAhead() const { watch_.Begin(); }
   // "" also when the settings cannot be read; printing then says why.
   std::string Current() const override;
   // "" for the default again.

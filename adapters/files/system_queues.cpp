@@ -99,10 +99,6 @@ SystemQueues AskForQueues(const Deadline& deadline) {
   return queues;
 }
 
-SystemQueues AwaitQueues(const Deadline& deadline) {
-  return Await(deadline, [&] { return AskForQueues(deadline); });
-}
-
 SystemQueue AwaitQueue(const std::string& name, const Deadline& deadline) {
   return Await(deadline, [&] { return AskQueue(name, deadline); });
 }

@@ -19,8 +19,6 @@ struct SystemQueues {
 // None where the machine has no printing system. One that does not answer, or not in
 // time, is a PrintError: nobody knows then which printers there are.
 SystemQueues AskForQueues(const Deadline& deadline);
-// The same, asking again until the deadline: it may be starting at this moment.
-SystemQueues AwaitQueues(const Deadline& deadline);
 
 struct SystemQueue {
   std::string name;

@@ -65,6 +65,7 @@ int Start(const std::string& picture) {
   screen.tools.choose_file = [&](const std::string& title, const std::string& kind) {
     return qt::Utf8(QFileDialog::getOpenFileName(front_end.TopWindow(), qt::Text(title), {}, qt::Text(kind)));
   };
+  machine.printers.LookAhead();
   Onlooker onlooker(front_end);
   if (!picture.empty()) front_end.SetDriver(onlooker);
   front_end.ShowModal(screen);
