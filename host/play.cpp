@@ -44,6 +44,7 @@ class Photographer final : public ui::Driver {
     return player_.Step();
   }
   void OnBox(const ui::MessageBox& box) override { player_.OnBox(box); }
+  bool GivesUp(const ui::Progress& progress) override { return player_.GivesUp(progress); }
 
  private:
   scenario::Player& player_;

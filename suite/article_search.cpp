@@ -46,6 +46,7 @@ std::vector<std::vector<Variant>> ReadArticles(DatabaseObject& store) {
   const int decimals = store.Parametro("par_decpre").IntOr(kUsualDecimals);
   const auto rows = store.Conexion().Execute(Statement(store));
   for (; !rows->Eof(); rows->MoveNext()) {
+    Pulse();
     const auto tax = taxes.find(rows->Field(5).IntOr(0));
     const double net = RoundHalfAway(rows->Field(4).NumberOr(0), decimals);
     const double price = PriceWithTax(net, tax == taxes.end() ? Tax() : tax->second);
@@ -64,11 +65,18 @@ ArticleSearch::ArticleSearch(ui::FrontEnd& front_end) : LateBound(kClass), front
 Variant ArticleSearch::Search() {
   DatabaseObject& store = DatabaseOf(*this, kClass);
   ui::SearchRequest request = Request(store);
-  request.rows = ReadArticles(store);
-  const std::set<std::int32_t> retired = RetiredOf(store.Conexion(), "ART");
-  std::erase_if(request.rows, [&](const auto& row) { return retired.contains(row[0].ToInt32()); });
+  Set("ResultadoBusqueda", Variant(0));
+  try {
+    ui::LongWork work(front_end_, request.title);
+    work.Stage("Leyendo los artículos");
+    request.rows = ReadArticles(store);
+    const std::set<std::int32_t> retired = RetiredOf(store.Conexion(), "ART");
+    std::erase_if(request.rows, [&](const auto& row) { return retired.contains(row[0].ToInt32()); });
+  } catch (const GivenUp&) {
+    return {};
+  }
   const auto chosen = front_end_.Search(request);
-  Set("ResultadoBusqueda", Variant(chosen ? request.rows[*chosen][0].ToInt32() : 0));
+  if (chosen) Set("ResultadoBusqueda", request.rows[*chosen][0]);
   return {};
 }
 

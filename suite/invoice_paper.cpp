@@ -8,6 +8,7 @@
 #include "fiscal/records.h"
 #include "fiscal/validation_code.h"
 #include "platform/printer.h"
+#include "platform/pulse.h"
 #include "platform/settings.h"
 #include "platform/ui/front_end.h"
 
@@ -127,6 +128,7 @@ ReportTable InvoicePaper::Lines() {
       "ROUND(cast(Fal_Precio + (Fal_Precio /100 * Fal_Iva) as money),2) AS Precio, Fal_Dto1, "
       "Fal_Total, Fal_Iva FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
   for (; !rows->Eof(); rows->MoveNext()) {
+    Pulse();
     const std::int32_t of_line = rows->Field(0).IntOr(0);
     if (table.rows.empty() || of_line != ticket) {
       table.rows.push_back({{"", "Ticket " + rows->Field(1).TextOr("") + " del " +
@@ -172,19 +174,21 @@ ReportTable InvoicePaper::DueDates() {
   return table;
 }
 
-void InvoicePaper::Print(const Ports& ports) const {
+std::string InvoicePaper::Print(const Ports& ports) const {
   const std::string chosen = Trim(ports.settings.Read("OKRA", "Printer", "Spool"));
   if (!chosen.empty() && IsInstalled(ports, chosen)) {
     try {
-      return ports.reports.Print(report_, chosen);
+      ports.reports.Print(report_, chosen);
+      return {};
     } catch (const PrintError& error) {
       // The invoice exists: a page on the screen serves until the printer does.
       const std::string path = ports.reports.Show(report_, file_name_);
-      return ports.ui.Notify({"«" + report_.title + "» no se ha impreso. " + error.what() +
-                                  ". Está en " + path + ".", error.detail()});
+      ports.ui.Notify({"«" + report_.title + "» no se ha impreso. " + error.what() + ".",
+                       error.detail()});
+      return path;
     }
   }
-  ports.reports.Show(report_, file_name_);
+  return ports.reports.Show(report_, file_name_);
 }
 
 }  // namespace tpv::suite

@@ -22,8 +22,9 @@ class InvoicePaper {
   const Report& Content() const { return report_; }
   // On the printer chosen by the user when it is installed, shown as a PDF
   // otherwise, and also when it is known at once that the printer cannot, which the
-  // operator is told of. Throws PrintError when neither goes.
-  void Print(const Ports& ports) const;
+  // operator is told of. Returns the PDF's path, "" when it was printed. Throws
+  // PrintError when neither goes.
+  std::string Print(const Ports& ports) const;
 
  private:
   void ReadHeader(std::int32_t invoice_id);

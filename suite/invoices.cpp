@@ -144,8 +144,9 @@ Variant Invoices::Store() {
 
 Variant Invoices::Issue(std::int32_t copies) {
   InvoicePaper paper(DatabaseOf(*this, kClass), Whole("IdFactU"));
-  for (std::int32_t copy = 0; copy < copies; ++copy) paper.Print(ports_);
-  return {};
+  std::string file;
+  for (std::int32_t copy = 0; copy < copies; ++copy) file = paper.Print(ports_);
+  return Variant(file);
 }
 
 }  // namespace tpv::suite

@@ -62,10 +62,14 @@ void Toolkit::SetFocusColours(std::uint32_t focused, std::uint32_t plain) {
 
 std::string Toolkit::BuscarPorNombre(const NameSearch& search) {
   ui::SearchRequest request;
-  {
+  try {
+    ui::LongWork work(front_end_, search.title);
+    work.Stage("Leyendo la lista");
     const auto rows = connection_->Execute(search.statement);
     request.search_column = ColumnOf(*rows, search.search_column);
     request.rows = ReadAll(*rows);
+  } catch (const GivenUp&) {
+    return {};
   }
   Order(request.rows, request.search_column);
   request.title = search.title;

@@ -9,6 +9,7 @@
 #include "context/context.h"
 #include "invoicing/ticket_invoice.h"
 #include "platform/objects.h"
+#include "platform/pulse.h"
 #include "suite/due_dates.h"
 #include "suite/invoice_paper.h"
 #include "tests/test_shop.h"
@@ -115,7 +116,7 @@ class InvoiceTest : public ::testing::Test {
 
 TEST_F(InvoiceTest, TellsTheComponentsEverythingInTheirOrder) {
   ASSERT_TRUE(Store());
-  EXPECT_EQ(IssueInvoice(*invoicing), "");
+  EXPECT_EQ(IssueInvoice(*invoicing).error, "");
   const Steps expected = {
       "new ZRFACTUVEN.ZRFACVENTAS", "Factu.MyBd", "Factu.SerieFactura=FT", "Factu.NumeroFactura=0",
       "Factu.FechaFactura=24/11/2026", "Factu.IdCliente=1", "Factu.CliCod=5",
@@ -159,6 +160,28 @@ TEST_F(InvoiceTest, AnInvoiceOfNothingHasNoDueDates) {
   EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Vto"), "0");
 }
 
+// The engine undoes by itself what it was writing.
+TEST_F(InvoiceTest, GivenUpInTheMiddleOfAStatementLeavesNothing) {
+  struct Impatient : PulseListener {
+    int pulses = 0;
+    void OnPulse(double) override {
+      if (++pulses > 3) throw GivenUp();
+    }
+  };
+  for (int times = 0; times < 13; ++times) {
+    store.connection().Execute("INSERT INTO Lav (Lav_IdCav, Lav_Des, Lav_Uni, Lav_precio, Lav_DTo1, "
+                               "Lav_Importe, Lav_Tiva) SELECT 1, Lav_Des, 1, 1, 0, 1, Lav_Tiva FROM Lav");
+  }
+  {
+    const Impatient impatient;
+    EXPECT_THROW(Store(), GivenUp);
+  }
+  EXPECT_FALSE(store.connection().InTransaction());
+  EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Fav"), "0");
+  EXPECT_EQ(store.Value("SELECT COUNT(*) FROM Cav WHERE Cav_Situa = 1"), "2");
+  EXPECT_TRUE(Store());
+}
+
 // Line by line they would make a base of 133.20 with 27.75 of tax, which is not its 21 %.
 TEST_F(InvoiceTest, BaseAndTaxOfARateComeFromItsTotal) {
   for (int line = 0; line < 60; ++line) {
@@ -176,7 +199,7 @@ TEST_F(InvoiceTest, BaseAndTaxOfARateComeFromItsTotal) {
 TEST_F(InvoiceTest, PrintsSellerBuyerLinesByTicketTaxesAndDueDates) {
   invoice.collected = false;
   ASSERT_TRUE(Store());
-  EXPECT_EQ(IssueInvoice(*invoicing), "");
+  EXPECT_EQ(IssueInvoice(*invoicing).file, "factura-FT-1.pdf");
   const Report& paper = shop.reports.reports.back();
   EXPECT_EQ(paper.title, "FACTURA FT/1");
   EXPECT_EQ(paper.left, (Steps{"La Esquina", "CIF/NIF B1"}));
@@ -191,7 +214,7 @@ TEST_F(InvoiceTest, PrintsSellerBuyerLinesByTicketTaxesAndDueDates) {
   EXPECT_EQ(cells(1, 0), (Steps{"15,00", "21", "3,15", "18,15"}));
   EXPECT_EQ(cells(2, 0), (Steps{"25/12/2026", "18,15", "Pendiente"}));
   shop.reports.failing = true;
-  EXPECT_NE(IssueInvoice(*invoicing).find("La factura está grabada"), std::string::npos);
+  EXPECT_NE(IssueInvoice(*invoicing).error.find("La factura está grabada"), std::string::npos);
 }
 
 // Notes where a document goes; printing may fail.

@@ -46,6 +46,9 @@ class Tailor : public ui::Driver {
   void OnBox(const ui::MessageBox& box) override {
     if (player_ != nullptr) player_->OnBox(box);
   }
+  bool GivesUp(const ui::Progress& progress) override {
+    return player_ != nullptr && player_->GivesUp(progress);
+  }
   const std::set<std::string>& forms() const { return forms_; }
 
  private:

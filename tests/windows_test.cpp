@@ -201,6 +201,33 @@ TEST_F(WindowsTest, ANoticeFromAnotherThreadTakesNoKeyAndStaysUntilItIsRead) {
   EXPECT_EQ(windows.Notices().Text(), "Y 2 avisos anteriores.\nAviso 3\nAviso 4\nAviso 5");
 }
 
+TEST_F(WindowsTest, LongWorkIsShownOnceItHasLastedAndOnlyItsOwnKeysGiveItUp) {
+  using std::chrono::milliseconds;
+  ui::Progress work{"Facturación", "Sumando", -1, true};
+  Play({[&] {
+    EXPECT_FALSE(windows.ShowProgress(work, milliseconds(100)));
+    SendText("1");
+    EXPECT_EQ(form.price.text, "1") << "nothing is shown yet";
+    EXPECT_FALSE(windows.ShowProgress(work, milliseconds(900)));
+    SendText("23 ");
+    Press(Qt::Key_Return, Qt::NoModifier, "\r");
+    EXPECT_EQ(form.price.text, "1");
+    EXPECT_FALSE(windows.ShowProgress(work, milliseconds(950))) << "keys meant for the form";
+    work.can_be_given_up = false;
+    windows.ShowProgress(work, milliseconds(960));
+    Press(Qt::Key_Escape);
+    EXPECT_FALSE(windows.ShowProgress(work, milliseconds(980))) << "it is written already";
+    work.can_be_given_up = true;
+    windows.ShowProgress(work, milliseconds(990));
+    Press(Qt::Key_Escape);
+    EXPECT_TRUE(windows.ShowProgress(work, milliseconds(1000)));
+    windows.EndProgress();
+    SettleWindows();
+    SendText("2");
+    EXPECT_EQ(form.price.text, "12");
+  }});
+}
+
 TEST_F(WindowsTest, TheCurrentRowIsInSightAndAShorterListStaysWhereItWas) {
   Play({[&] {
     auto* table = static_cast<QTableView*>(windows.TopWindow()->ViewOf(form.goods)->Target());

@@ -63,6 +63,13 @@ std::vector<Notice> HeadlessFrontEnd::TakeNotices() {
   return std::exchange(notices_, {});
 }
 
+std::string HeadlessFrontEnd::NoticesText() {
+  const std::lock_guard lock(mutex_);
+  std::string text;
+  for (const Notice& notice : notices_) text += notice.text + "\n";
+  return text;
+}
+
 void HeadlessFrontEnd::Narrow(std::string_view text) {
   searched_ = text;
   search_->Narrow(searched_);

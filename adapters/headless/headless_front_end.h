@@ -24,10 +24,15 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
   void ShowManual(std::string_view) override {}
   void ProcessEvents() override {}
+  bool ShowProgress(const ui::Progress& progress, std::chrono::milliseconds) override {
+    return driver_ != nullptr && driver_->GivesUp(progress);
+  }
+  void EndProgress() override {}
   void Notify(const Notice& notice) override;
 
   // What nobody has asked for yet, in the order told.
   std::vector<Notice> TakeNotices();
+  std::string NoticesText();  // the same, one a line, left there
 
   ui::Engine& engine() { return engine_; }
   const ui::MessageBox* open_box() const { return box_; }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QPainter>
+#include <QPushButton>
 #include <utility>
 
 #include "adapters/qt/accessible.h"
@@ -42,6 +43,7 @@ QtFrontEnd::QtFrontEnd(Dress dress) : dress_(dress) {
 QtFrontEnd::~QtFrontEnd() = default;
 
 QWidget* QtFrontEnd::Uppermost() const {
+  if (progress_ != nullptr) return progress_.get();
   if (box_ != nullptr) return box_;
   if (search_ != nullptr) return search_;
   return windows_.empty() ? host_window_ : windows_.back();
@@ -142,6 +144,32 @@ void QtFrontEnd::ProcessEvents() {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+// The dialog's own button is pressed where a driver gives up.
+bool QtFrontEnd::ShowProgress(const ui::Progress& progress, std::chrono::milliseconds lasted) {
+  constexpr std::chrono::milliseconds kWorthShowing{500};
+  constexpr int kAtMost = 20;  // milliseconds for the window system
+  const bool gives_up = driver_ != nullptr && driver_->GivesUp(progress);
+  if (progress_ == nullptr) {
+    if (lasted < kWorthShowing && !gives_up) return false;
+    auto dialog = std::make_unique<ProgressDialog>(engine_, Uppermost());
+    dialog->Show(progress);
+    DressUp(*dialog);
+    dialog->adjustSize();
+    Open(*dialog);
+    progress_ = std::move(dialog);
+  }
+  progress_->Show(progress);
+  if (gives_up) progress_->button()->click();
+  QCoreApplication::processEvents(QEventLoop::AllEvents, kAtMost);
+  return progress_->given_up();
+}
+
+void QtFrontEnd::EndProgress() {
+  if (progress_ == nullptr) return;
+  const std::unique_ptr<ProgressDialog> dialog = std::move(progress_);
+  BackFrom(*dialog);
+}
+
 void QtFrontEnd::Wait(const std::function<bool()>& done) {
   if (driver_ != nullptr) {
     while (!done() && driver_->Step()) {
@@ -153,11 +181,11 @@ void QtFrontEnd::Wait(const std::function<bool()>& done) {
 }
 
 bool QtFrontEnd::Listens(const ui::Form& form) const {
-  return engine_.Top() == &form && box_ == nullptr && search_ == nullptr && !killed_;
+  return engine_.Top() == &form && box_ == nullptr && search_ == nullptr && progress_ == nullptr && !killed_;
 }
 
 void QtFrontEnd::Act(const std::function<void(ui::Engine&)>& action) {
-  if (killed_) return;
+  if (killed_ || progress_ != nullptr) return;
   try {
     action(engine_);
   } catch (const ui::TillKilled&) {
@@ -200,6 +228,7 @@ void QtFrontEnd::RethrowError() {
 }
 
 void QtFrontEnd::Refresh() {
+  if (progress_ != nullptr) return;  // in the middle of a statement
   for (FormWindow* window : windows_) window->Sync();
 }
 

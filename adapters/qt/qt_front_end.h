@@ -12,6 +12,7 @@
 #include "adapters/qt/form_window.h"
 #include "adapters/qt/manual_window.h"
 #include "adapters/qt/message_dialog.h"
+#include "adapters/qt/progress_dialog.h"
 #include "adapters/qt/search_dialog.h"
 #include "platform/ui/operator.h"
 
@@ -39,6 +40,8 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
   void ShowManual(std::string_view page) override;
   void ProcessEvents() override;
+  bool ShowProgress(const ui::Progress& progress, std::chrono::milliseconds lasted) override;
+  void EndProgress() override;
   void Notify(const Notice& notice) override { notices_.Post(notice); }
   // Tells in a box what no window has shown: for the end of a program.
   void ShowNotices();
@@ -78,6 +81,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   std::vector<FormWindow*> windows_;
   MessageDialog* box_ = nullptr;
   SearchDialog* search_ = nullptr;
+  std::unique_ptr<ProgressDialog> progress_;  // while it is shown no form hears or reads anything
   QPointer<ManualWindow> manual_;  // goes with the screen that it stands over
   std::exception_ptr error_;
   bool killed_ = false;  // and what is open has still to hear of it

@@ -18,6 +18,7 @@ class QtOperator : public ui::Operator {
   ui::Form* Top() override { return front_end_.Top(); }
   const ui::MessageBox* Box() override;
   bool HasSearch() override { return front_end_.open_search() != nullptr; }
+  std::string Notices() override { return front_end_.Notices().Text(); }
 
   void Focus(ui::Control& control) override;
   void Type(std::string_view text) override;

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/reference_rows.h"
@@ -12,6 +14,7 @@
 #include "adapters/sqlite/unwritten_store.h"
 #include "base/date_time.h"
 #include "platform/clock.h"
+#include "platform/pulse.h"
 
 namespace tpv {
 
@@ -91,6 +94,8 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
   references_ = std::make_unique<sqlite::ReferenceRows>(handle_.get());
   control_ = std::make_unique<sqlite::Control>(handle_.get());
+  constexpr int kInstructionsAPulse = 20000;  // about a millisecond
+  sqlite3_progress_handler(handle_.get(), kInstructionsAPulse, &OnProgress, this);
 }
 
 // What a till that was killed left in the log goes into the file at once.
@@ -131,6 +136,21 @@ SqliteConnection::~SqliteConnection() {
   if (sqlite3_get_autocommit(handle_.get()) == 0) control_->rollback.Try();
   turns_->Leave();
   if (!lacks_log_) sqlite::Settle(handle_.get());
+}
+
+// No exception may pass through the engine: it waits until the statement has ended.
+int SqliteConnection::OnProgress(void* connection) {
+  try {
+    Pulse();
+    return 0;
+  } catch (...) {
+    static_cast<SqliteConnection*>(connection)->interruption_ = std::current_exception();
+    return 1;
+  }
+}
+
+void SqliteConnection::RaiseInterruption() {
+  if (interruption_ != nullptr) std::rethrow_exception(std::exchange(interruption_, nullptr));
 }
 
 void SqliteConnection::Run(const char* sql) { sqlite::Run(handle_.get(), sql); }

@@ -2,6 +2,7 @@
 // spoken to in the shop's dialect.
 #pragma once
 
+#include <exception>
 #include <memory>
 #include <set>
 #include <string>
@@ -77,6 +78,9 @@ class SqliteConnection : public Connection {
   void CloseSnapshot();
   void ReadAhead();
   void RequireNotUndone() const;
+  // SQLite's progress handler: true ends the statement.
+  static int OnProgress(void* connection);
+  void RaiseInterruption();
   void RequireSameVersion();
 
   std::unique_ptr<sqlite::Turns> turns_;
@@ -89,6 +93,7 @@ class SqliteConnection : public Connection {
   bool in_transaction_ = false;  // though the engine may have undone it
   int snapshots_ = 0;            // how many are nested
   bool snapshot_open_ = false;   // the engine holds one state for them
+  std::exception_ptr interruption_;  // what a pulse threw: the statement ends with it
   std::set<sqlite::StepRecordset*> open_;  // record sets that still step
 };
 

@@ -57,6 +57,7 @@ void StepRecordset::Step() {
       Release();
       return;
     default:
+      connection_.RaiseInterruption();
       ThrowLastError(sqlite3_db_handle(statement_.get()));
   }
 }

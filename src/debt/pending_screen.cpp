@@ -80,8 +80,11 @@ void FrmTpvPendiente::Run() {
   tickets.filter = (IdCliente == 0 ? std::string() : OfCustomer(IdCliente)) +
                    DateFilter("Cav_fecha", Text1[5].text, Text1[2].text);
   tickets.order = "ORDER BY Cav_Fecha";
-  const auto found = Database().Execute(tickets.Select());
-  DbgDiario.Bind(*found, Columns());
+  const bool finished = Finishes(caption, [&](ui::LongWork& work) {
+    work.Stage("Reuniendo los tickets pendientes");
+    DbgDiario.Bind(*Database().Execute(tickets.Select()), Columns());
+  });
+  if (!finished) DbgDiario.Clear();
   ShowTotal();
 }
 

@@ -48,12 +48,22 @@ void FrmTpvFacturas::Search() {
   ForgetSearch();
   from_ = Text1[5].text;
   to_ = Text1[2].text;
+  if (!Finishes(caption, [this](ui::LongWork& work) { Read(work); })) {
+    Frame4.caption = "Totales del periodo";
+    ForgetSearch();
+  }
+}
+
+void FrmTpvFacturas::Read(ui::LongWork& work) {
+  work.Stage("Contando los tickets");
   const std::string days = BetweenDays(from_, to_);
   tickets_ = " WHERE Cav_fecha " + days + "AND Cav_Ticket = 1 AND Cav_Situa =1";
   seen_ = MarkOfTickets(Database(), tickets_);
   const auto count = Database().Execute("SELECT COUNT(*) From Cav " + tickets_);
   Frame4.caption = SoldCountCaption(count->Field(0));
+  work.Stage("Sumando las ventas");
   ShowTotals(days);
+  work.Stage("Reuniendo los tickets");
   ShowTickets();
   cmdFacturar.enabled = !DbgDiario.rows.empty();
 }
@@ -103,18 +113,32 @@ TicketInvoice FrmTpvFacturas::InvoiceTo(const CustomerRecord& customer,
   invoice.collected = true;
   invoice.in_portfolio = !asked.in_portfolio;
   invoice.tickets = tickets_;
-  invoice.check = [this] { RequireAsSeen(Database(), tickets_, seen_); };
   return invoice;
 }
 
 // What the operator must be told, "" when all went well.
-std::string FrmTpvFacturas::StoreAndIssue(Object& invoicing, const TicketInvoice& invoice) {
+std::string FrmTpvFacturas::StoreAndIssue(Object& invoicing, TicketInvoice invoice,
+                                          ui::LongWork& work) {
   const ui::WaitCursor waiting(*this);
+  invoice.check = [&] {
+    work.Stage("Comprobando los tickets");
+    RequireAsSeen(Database(), tickets_, seen_);
+  };
+  invoice.before_marking = [&] { work.Stage("Reuniendo las líneas de la factura"); };
+  invoice.companion = [&] { work.LastStage("Grabando la factura"); };
   try {
-    return StoreInvoice(context(), invoicing, invoice) ? IssueInvoice(invoicing) : kInvoiceFailed;
+    if (!StoreInvoice(context(), invoicing, invoice)) return kInvoiceFailed;
   } catch (const CommitUnknown& error) {
     return error.what();
   }
+  work.LastStage("Preparando el papel de la factura");
+  const IssuedInvoice issued = IssueInvoice(invoicing);
+  const std::string reference = InvoiceReference(invoicing);
+  if (!issued.error.empty()) return issued.error + "\r\nFactura " + reference;
+  context().ports.ui.Notify({"La factura " + reference + (issued.file.empty() ? " se ha enviado a la impresora"
+                                                                              : " está en " + issued.file),
+                             {}});
+  return {};
 }
 
 void FrmTpvFacturas::Invoice() {
@@ -130,7 +154,11 @@ void FrmTpvFacturas::Invoice() {
       fiscal::DeskOf(context()), {customer->Name(), (*customer)["Cli_doc"].TextOr("")});
   if (!refusal.empty()) return Refuse(refusal, nullptr, Icon::Critical);
   try {
-    const std::string error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked));
+    std::string error;
+    const bool finished = Finishes(caption, [&](ui::LongWork& work) {
+      error = StoreAndIssue(*invoicing, InvoiceTo(*customer, asked), work);
+    });
+    if (!finished) return;
     if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
     Close();
   } catch (const InvoiceRefused& refused) {

@@ -18,10 +18,11 @@ class FrmTpvFacturas : public Screen {
   void DeclareFields();
   void ForgetSearch();
   void Search();
+  void Read(ui::LongWork& work);
   void ShowTotals(const std::string& days);
   void ShowTickets();
   void Invoice();
-  std::string StoreAndIssue(Object& invoicing, const TicketInvoice& invoice);
+  std::string StoreAndIssue(Object& invoicing, TicketInvoice invoice, ui::LongWork& work);
   TicketInvoice InvoiceTo(const CustomerRecord& customer, const InvoiceParameters& asked) const;
 
   ui::Button cmdInforme{*this, "cmdInforme", "Buscar registros"};

@@ -183,15 +183,16 @@ std::string InvoiceReference(Object& invoicing) {
   }
 }
 
-std::string IssueInvoice(Object& invoicing) {
+// A component that does not say where the paper is has printed it.
+IssuedInvoice IssueInvoice(Object& invoicing) {
   constexpr int kOnPaper = 1;
   try {
     invoicing.Put("Tipo_Emision", Variant(kOnPaper));
-    invoicing.Invoke("EmisionFacturas", 1, true);
-    return {};
+    return {{}, invoicing.Invoke("EmisionFacturas", 1, true).TextOr("")};
   } catch (const std::exception& error) {
-    return "La factura está grabada pero no se ha podido imprimir. " + std::string(kLineBreak) +
-           error.what();
+    return {"La factura está grabada pero no se ha podido imprimir. " + std::string(kLineBreak) +
+                error.what(),
+            {}};
   }
 }
 

@@ -75,7 +75,7 @@ class InvoiceRefused : public std::runtime_error {
 // The suite's invoicing component, with the database.
 std::shared_ptr<Object> CreateInvoicing(Context& context);
 
-// Everything or nothing; false when any step failed. Throws InvoiceRefused,
+// Everything or nothing, also when it is given up; false when any step failed. Throws InvoiceRefused,
 // InvoiceCompanionError and the companion's TillRefusal, and CommitUnknown when the
 // store did not answer whether it is there.
 bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invoice);
@@ -83,9 +83,13 @@ bool StoreInvoice(Context& context, Object& invoicing, const TicketInvoice& invo
 // Series, "/" and number of the invoice that the component holds; "" when it does not say.
 std::string InvoiceReference(Object& invoicing);
 
-// Prints the stored invoice. What the operator must be told when that fails, ""
-// when it does not: the invoice stands all the same.
-std::string IssueInvoice(Object& invoicing);
+struct IssuedInvoice {
+  std::string error;  // what the operator must be told; the invoice stands all the same
+  std::string file;   // where its paper lies; "" when it went to a printer
+};
+
+// Prints the stored invoice.
+IssuedInvoice IssueInvoice(Object& invoicing);
 
 inline constexpr const char* kInvoiceFailed = "Error generando factura, proceso cancelado";
 

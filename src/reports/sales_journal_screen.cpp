@@ -114,14 +114,27 @@ void FrmTpvDiarioVentas::Run() {
       !RequireDate(Text1[2], "No ha indicado hasta que fecha quiere el informe")) {
     return;
   }
+  listed_ = Finishes(caption, [this](ui::LongWork& work) { Read(work); });
+  if (!listed_) Forget();
+}
+
+// Of a search that was given up on the way nothing stays.
+void FrmTpvDiarioVentas::Forget() {
+  Frame4.caption = "Totales del informe";
+  for (ui::Grid* grid : {&DbgDiario, &dbgCobPag, &dbgCajas, &dbgVendedor, &dbgAnulados}) grid->Clear();
+  for (const int index : {10, 3, 8, 6, 7, 1, 0}) Text1[index].text.clear();
+}
+
+void FrmTpvDiarioVentas::Read(ui::LongWork& work) {
+  work.Stage("Sumando las ventas");
   const std::string days = BetweenDays(Text1[5].text, Text1[2].text);
   const auto count = Database().Execute(journal::CountSales(days));
   Frame4.caption = SoldCountCaption(count->Field(0));
   ShowSalesTotals(days);
+  work.Stage("Reuniendo ventas y cobros");
   ShowLists(days);
   ShowBreakdown(days);
   if (Check4.checked) ShowDeleted(days);
-  listed_ = true;
 }
 
 void FrmTpvDiarioVentas::ShowSalesTotals(const std::string& days) {

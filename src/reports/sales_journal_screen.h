@@ -24,6 +24,8 @@ class FrmTpvDiarioVentas : public Screen {
   void Connect();
 
   void Run();
+  void Read(ui::LongWork& work);
+  void Forget();
   void ShowSalesTotals(const std::string& days);
   void ShowCollectionTotals(const std::string& days);
   void ShowLists(const std::string& days);

@@ -45,8 +45,12 @@ void FrmTpv1::Issue(const TicketInvoice& invoice) {
   if (!stored) return;
   if (invoiced) invoice_ = InvoiceReference(*invoicing);
   Complete();
-  const std::string error = invoiced ? IssueInvoice(*invoicing) : std::string();
-  if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
+  if (!invoiced) return;
+  const IssuedInvoice issued = IssueInvoice(*invoicing);
+  if (!issued.error.empty()) Refuse(issued.error, nullptr, Icon::Critical);
+  if (!issued.file.empty()) {
+    context().ports.ui.Notify({"La factura " + invoice_ + " está en " + issued.file, {}});
+  }
 }
 
 // It was taken although the store did not say so; with an invoice if there is one.

@@ -74,6 +74,16 @@ void Screen::OnScanRefused(const std::string& code) {
 
 void Screen::OnScanUnanswered() { context_.ports.sound.Warn(); }
 
+bool Screen::Finishes(const std::string& title, const std::function<void(ui::LongWork&)>& work) {
+  try {
+    ui::LongWork shown(context_.ports.ui, title);
+    work(shown);
+    return true;
+  } catch (const GivenUp&) {
+    return false;
+  }
+}
+
 // Who scans looks at the goods: whatever a code brings up sounds.
 ui::Answer Screen::Show(const ui::MessageBox& box) {
   if (scanning) context_.ports.sound.Warn();

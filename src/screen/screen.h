@@ -3,6 +3,7 @@
 // on entering, date fields, "message, then focus back".
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -48,6 +49,10 @@ class Screen : public ui::Form {
   bool Confirm(std::string text, ui::Icon icon, ui::Answer default_button = ui::Answer::Yes) {
     return Ask(std::move(text), icon, default_button) == ui::Answer::Yes;
   }
+
+  // Work that may take longer than a moment, under that title. False when the operator
+  // gave it up: what it had begun to show is then the caller's to take back.
+  bool Finishes(const std::string& title, const std::function<void(ui::LongWork&)>& work);
 
   // --- keys, by role ------------------------------------------------------
   virtual void OnEscape() { Close(); }

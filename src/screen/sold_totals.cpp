@@ -3,6 +3,7 @@
 #include "base/mask.h"
 #include "data/statements.h"
 #include "platform/database.h"
+#include "platform/pulse.h"
 
 namespace tpv {
 
@@ -10,6 +11,7 @@ SoldTotals ReadSold(Connection& connection, const std::string& days, const LineT
   SoldTotals sold;
   const auto lines = connection.Execute(SoldLines(days));
   for (; !lines->Eof(); lines->MoveNext()) {
+    Pulse();
     const double amount = lines->Field(0).NumberOr(0);
     const double tax = tax_of(amount, lines->Field(1).NumberOr(0));
     sold.base += amount;

@@ -5,6 +5,7 @@
 #include "adapters/files/pdf/code_drawing.h"
 #include "adapters/files/pdf/pdf.h"
 #include "adapters/files/pdf/sheet.h"
+#include "platform/pulse.h"
 
 namespace tpv {
 
@@ -79,7 +80,9 @@ class TablePainter {
     if (head > 0) sheet_.Text(table_.caption, Sheet::kLeft, sheet_.y, kCaption);
     sheet_.y += head;
     DrawCaptions();
+    double drawn = 0;
     for (const ReportRow& row : table_.rows) {
+      Pulse((drawn++ / static_cast<double>(table_.rows.size()) + (sheet_.IsDraft() ? 0 : 1)) / 2);
       const Lines lines = LinesOf(row);
       if (sheet_.Need(HeightOf(lines))) DrawCaptions();
       if (row.strong) Shade(HeightOf(lines));

@@ -14,6 +14,8 @@ constexpr double kPageHeight = 841.89;
 Sheet::Sheet(int pages) : canvas_(kPageWidth, kPageHeight), pages_(pages) {}
 
 void Sheet::UseStyle(const TextStyle& style) {
+  if (style == used_) return;
+  used_ = style;
   cairo_select_font_face(canvas_.get(), "Arial", CAIRO_FONT_SLANT_NORMAL,
                          style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(canvas_.get(), style.points);
@@ -27,6 +29,7 @@ double Sheet::WidthOf(const std::string& text, const TextStyle& style) {
 }
 
 void Sheet::Text(std::string_view text, double x, double top, const TextStyle& style, Align align) {
+  if (IsDraft()) return;
   const std::string clean = OneLine(text);
   const double width = align == Align::Left ? 0 : WidthOf(clean, style);
   const double start = x - (align == Align::Right ? width : align == Align::Centre ? width / 2 : 0);
@@ -37,6 +40,7 @@ void Sheet::Text(std::string_view text, double x, double top, const TextStyle& s
 }
 
 void Sheet::Box(double x, double top, double width, double height, const Colour& colour) {
+  if (IsDraft()) return;
   cairo_set_source_rgb(canvas_.get(), colour.red, colour.green, colour.blue);
   cairo_rectangle(canvas_.get(), x, top, width, height);
   cairo_fill(canvas_.get());
@@ -44,8 +48,10 @@ void Sheet::Box(double x, double top, double width, double height, const Colour&
 
 std::vector<std::string> Sheet::Wrapped(std::string_view text, double width,
                                         const TextStyle& style) {
+  const std::string whole = OneLine(text);
+  if (WidthOf(whole, style) <= width) return {whole};
   std::vector<std::string> lines = {""};
-  for (const std::string& word : Split(OneLine(text), " ")) {
+  for (const std::string& word : Split(whole, " ")) {
     const std::string longer = lines.back().empty() ? word : lines.back() + " " + word;
     if (WidthOf(longer, style) <= width) {
       lines.back() = longer;

@@ -20,6 +20,8 @@ inline constexpr Colour kPale{0.92, 0.93, 0.95};
 struct TextStyle {
   double points = 9;
   bool bold = false;
+
+  bool operator==(const TextStyle&) const = default;
 };
 
 enum class Align { Left, Right, Centre };
@@ -45,7 +47,13 @@ class Sheet {
   double WidthOf(const std::string& text, const TextStyle& style);
   void Box(double x, double top, double width, double height, const Colour& colour);
 
-  cairo_t* context() const { return canvas_.get(); }
+  // Only measured: what is drawn on it nobody sees.
+  bool IsDraft() const { return pages_ == 0; }
+  // For drawings of one's own, in whatever type.
+  cairo_t* context() {
+    used_ = kNone;
+    return canvas_.get();
+  }
   int page() const { return page_; }
   // Ends the last page and gives the file's bytes.
   std::string Finish();
@@ -55,6 +63,8 @@ class Sheet {
   void EndPage();
 
   Canvas canvas_;
+  static constexpr TextStyle kNone{0, false};
+  TextStyle used_ = kNone;
   int pages_;
   int page_ = 1;
 };

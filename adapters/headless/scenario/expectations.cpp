@@ -67,6 +67,18 @@ void Player::Expect(const Command& command) {
       {"setting",
        [&] { ExpectEqual(argument(1), rig_.settings.Read("OKRA", "Printer", "Spool")); }},
       {"printer", [&] { ExpectEqual(argument(1), rig_.printers.last_printer); }},
+      {"progress",
+       [&] {
+         const bool came = std::find(stages_.begin(), stages_.end(), argument(1)) != stages_.end();
+         if (!came) throw Failure("expected long work at: " + argument(1), false);
+       }},
+      {"notice",
+       [&] {
+         const std::string told = hands_.Notices();
+         if (told.find(argument(1)) == std::string::npos) {
+           throw Failure("expected a notice with \"" + argument(1) + "\", found \"" + told + "\"", false);
+         }
+       }},
       {"sent",
        [&] {
          const auto& sent = rig_.connection.sent;

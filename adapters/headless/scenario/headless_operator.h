@@ -12,6 +12,7 @@ class HeadlessOperator : public ui::Operator {
   ui::Form* Top() override { return engine().Top(); }
   const ui::MessageBox* Box() override { return front_end_.open_box(); }
   bool HasSearch() override { return front_end_.open_search() != nullptr; }
+  std::string Notices() override { return front_end_.NoticesText(); }
 
   void Focus(ui::Control& control) override { engine().FocusOn(control); }
   void Type(std::string_view text) override;

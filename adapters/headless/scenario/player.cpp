@@ -133,6 +133,16 @@ void Player::Report(const Command& command, const std::string& text) {
 
 void Player::OnBox(const ui::MessageBox& box) { out_ << BoxText(box) << "\n"; }
 
+bool Player::GivesUp(const ui::Progress& progress) {
+  if (stages_.empty() || stages_.back() != progress.stage) {
+    stages_.push_back(progress.stage);
+    out_ << "... " << progress.stage << "\n";
+  }
+  if (gives_up_ != progress.stage) return false;
+  gives_up_.clear();
+  return true;
+}
+
 void Player::Dispatch(const Command& command) {
   RequireNothingOpen(command);
   if (command.Verb() != "menu" && hands_.Top() != nullptr && command.Verb() != "expect") {
@@ -178,6 +188,8 @@ bool Player::RunHostCommand(const Command& command) {
     Invoke(*rig_.component, DispatchId(command.Argument(0)), InvokeKind::Put, {&value, 1});
   } else if (command.Verb() == "forget") {
     Forget();
+  } else if (command.Verb() == "giveup") {
+    gives_up_ = command.Argument(0);
   } else if (command.Verb() == "setting") {
     rig_.settings.Write("OKRA", "Printer", "Spool", command.Argument(0));
   } else if (command.Verb() == "printers") {
@@ -336,6 +348,7 @@ void Player::Forget() {
   rig_.mail.mails.clear();
   rig_.connection.sent.clear();
   rig_.sound.asked_for = false;
+  stages_.clear();
 }
 
 void Player::Mail(const Command& command) {

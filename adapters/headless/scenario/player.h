@@ -39,6 +39,7 @@ class Player : public ui::Driver {
   // Throws TillKilled for a script that kills the till.
   bool Step() override;
   void OnBox(const ui::MessageBox& box) override;
+  bool GivesUp(const ui::Progress& progress) override;
 
  private:
   bool StepOrStartAgain();
@@ -93,6 +94,8 @@ class Player : public ui::Driver {
   int depth_ = 0;          // commands under way: a modal screen or box plays on inside one
   int expected_error_ = 0; // the depth of the command that a failing answer must fail; 0 for none
   bool over_ = false;
+  std::string gives_up_;             // the stage of long work to be given up at; "" for none
+  std::vector<std::string> stages_;  // that long work came to
   bool held_ = true;
 };
 

@@ -30,6 +30,7 @@ const std::map<std::string, Shape, std::less<>>& Commands() {
       {"expect", {2, kAny}}, {"forget", {0, 0}},     {"printers", {0, kAny}}, {"setting", {1, 1}},
       {"mail", {1, 1}},      {"include", {1, 1}},    {"fails", {1, kAny}},    {"fail", {1, 2}},
       {"config", {2, 2}},    {"office", {0, 0}},  {"other", {1, kAny}},   {"scan", {1, 1}},        {"kill", {0, 0}},
+      {"giveup", {1, 1}},
   };
   return commands;
 }
@@ -42,6 +43,7 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
       {"raw", {1, 1}},     {"mails", {1, 1}},    {"mail", {1, 1}},      {"setting", {1, 1}},
       {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
       {"current", {2, 2}}, {"band", {2, 2}},     {"matches", {1, 1}},   {"match", {2, 2}},
+      {"progress", {1, 1}}, {"notice", {1, 1}},
   };
   return expectations;
 }

@@ -6,6 +6,7 @@
 #include "base/mask.h"
 #include "base/text.h"
 #include "platform/database.h"
+#include "platform/pulse.h"
 #include "platform/ui/form.h"
 
 namespace tpv::ui {
@@ -92,7 +93,10 @@ void Grid::Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show
     if (layout.size() <= i) layout.emplace_back().caption = fields.back();
   }
   std::vector<std::vector<Variant>> read;  // all of them, or none is shown
-  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) read.push_back(rows_to_show.Fields());
+  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) {
+    Pulse();
+    read.push_back(rows_to_show.Fields());
+  }
   rows = std::move(read);
   current_row = rows.empty() ? -1 : 0;
 }

@@ -1,6 +1,7 @@
 // The port to whatever shows forms: real windows, or a scenario without any.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 
 #include "base/variant.h"
 #include "platform/notice.h"
+#include "platform/ui/long_work.h"
 
 namespace tpv::ui {
 
@@ -63,6 +65,11 @@ class FrontEnd {
   virtual void ShowManual(std::string_view page) = 0;
   // Lets the window system repaint: called inside long work.
   virtual void ProcessEvents() = 0;
+  // Long work has come so far, so long after it began: shown once it has lasted, and the
+  // window system goes on meanwhile. True when the operator wants to give it up. Called
+  // in the middle of statements: no handler of a form runs inside.
+  virtual bool ShowProgress(const Progress& progress, std::chrono::milliseconds lasted) = 0;
+  virtual void EndProgress() = 0;
   // Tells the operator at the next moment that takes nothing from what is being typed.
   // The one member that any thread may call.
   virtual void Notify(const Notice& notice) = 0;

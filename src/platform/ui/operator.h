@@ -23,6 +23,8 @@ class Driver {
   // False when there are no more: what is open then closes by itself.
   virtual bool Step() = 0;
   virtual void OnBox(const MessageBox& box) = 0;
+  // Whether long work is given up where it stands.
+  virtual bool GivesUp(const Progress& /*progress*/) { return false; }
 };
 
 // Actions that cannot be done throw ActionRefused; errors of handlers pass.
@@ -33,6 +35,8 @@ class Operator {
   virtual Form* Top() = 0;
   virtual const MessageBox* Box() = 0;
   virtual bool HasSearch() = 0;
+  // What the operator has been told and not put away, one a line.
+  virtual std::string Notices() = 0;
 
   virtual void Focus(Control& control) = 0;
   virtual void Type(std::string_view text) = 0;

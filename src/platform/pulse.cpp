@@ -1,0 +1,16 @@
+#include "platform/pulse.h"
+
+namespace tpv {
+
+namespace {
+thread_local PulseListener* listener = nullptr;
+}
+
+PulseListener::PulseListener() : before_(listener) { listener = this; }
+PulseListener::~PulseListener() { listener = before_; }
+
+void Pulse(double share) {
+  if (listener != nullptr) listener->OnPulse(share);
+}
+
+}  // namespace tpv
