@@ -99,8 +99,9 @@ QSize FormWindow::PreferredSize(const QSize& room) const {
                                 [](const auto& entry) { return entry.second->Tall(); });
   if (tall) return kUsualSize.boundedTo(room);
   const int width = std::min(content.sizeHint().width(), room.width());
-  const int band = band_->isHidden() ? 0 : band_->sizeHint().height();
-  return {width, std::min(content.heightForWidth(width) + band, room.height())};
+  int above = band_->isHidden() ? 0 : band_->sizeHint().height();
+  if (!notices_->isHidden()) above += notices_->heightForWidth(width);
+  return {width, std::min(content.heightForWidth(width) + above, room.height())};
 }
 
 void FormWindow::Reveal(const ControlView& view) {

@@ -46,11 +46,8 @@ void FrmTpv1::Issue(const TicketInvoice& invoice) {
   if (invoiced) invoice_ = InvoiceReference(*invoicing);
   Complete();
   if (!invoiced) return;
-  const IssuedInvoice issued = IssueInvoice(*invoicing);
-  if (!issued.error.empty()) Refuse(issued.error, nullptr, Icon::Critical);
-  if (!issued.file.empty()) {
-    context().ports.ui.Notify({"La factura " + invoice_ + " está en " + issued.file, {}});
-  }
+  const std::string error = IssueInvoice(*invoicing).error;
+  if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
 }
 
 // It was taken although the store did not say so; with an invoice if there is one.
