@@ -7,6 +7,7 @@
 #include "host/play.h"
 #include "host/store_copy.h"
 #include "host/using_database.h"
+#include "platform/asked_once.h"
 #include "platform/clock.h"
 #ifdef TPV_HAS_ODBC
 #include "adapters/odbc/odbc_connection.h"
@@ -71,7 +72,7 @@ bool MakeServerTables(Connection& connection) {
 }
 
 std::unique_ptr<Connection> OpenServerStore(const std::string& name) {
-  auto connection = OpenServer(name);
+  std::unique_ptr<Connection> connection = std::make_unique<AskedOnce>(OpenServer(name));
   const auto missing = std::find_if(std::begin(kAddedTables), std::end(kAddedTables),
                                     [&](const char* table) { return !Exists(*connection, table); });
   if (missing == std::end(kAddedTables)) return connection;

@@ -11,6 +11,7 @@
 #include "adapters/odbc/decimal.h"
 #include "adapters/odbc/errors.h"
 #include "adapters/odbc/odbc_connection.h"
+#include "adapters/odbc/open_server.h"
 #include "adapters/odbc/server_ddl.h"
 #include "tests/loopback_server.h"
 #include "tests/odbc_store.h"
@@ -123,6 +124,27 @@ TEST(OdbcErrors, TheReportThatTellsMostIsShown) {
             "Los datos se truncarían.");
   EXPECT_EQ(odbc::ErrorFrom({{"42S02", 208, "x"}}).native(), 208);
   EXPECT_FALSE(text({}).empty());
+}
+
+TEST(OpenServer, GetsABlankBehindANumberAndNowhereElse) {
+  const std::pair<const char*, const char*> statements[] = {
+      {"SELECT 1ORDER BY 2", "SELECT 1 ORDER BY 2"},
+      {"x=1.5GROUP BY Dto1", "x=1.5 GROUP BY Dto1"},
+      {"a = '2ORDER ''3x''' AND N'4Ñ' = [5col]", "a = '2ORDER ''3x''' AND N'4Ñ' = [5col]"},
+      {"1e5ELSE 2E-3END 0x1FA 7ELSE", "1e5 ELSE 2E-3 END 0x1FA 7 ELSE"},
+      {"-- 1ORDER\n8FROM /* 9AND */ @p1x, #t2y, T3z.c4", "-- 1ORDER\n8 FROM /* 9AND */ @p1x, #t2y, T3z.c4"},
+      {"WHERE a < 10AND b='", "WHERE a < 10 AND b='"}};
+  for (const auto& [sql, sent] : statements) EXPECT_EQ(odbc::WithBlanksBehindNumbers(sql), sent);
+}
+
+TEST(OpenServer, SaysByItsNumbersWhatTheOtherSays) {
+  const auto error = [](int native) { return odbc::ErrorFrom({{"HY000", native, "x"}}); };
+  EXPECT_EQ(error(33557097).what(), std::string("Otra caja está usando los mismos datos; inténtelo de nuevo"));
+  EXPECT_TRUE(odbc::IsTimeout(error(33557097).sqlstate()));
+  EXPECT_EQ(error(16908292).native(), 1205);
+  EXPECT_TRUE(odbc::IsConnectionLoss(error(16908741).sqlstate()));
+  EXPECT_TRUE(odbc::IsNothingToRollBack(error(3903)));
+  EXPECT_EQ(error(50000).native(), 50000);
 }
 
 TEST(OdbcDecimals, AreReadWithoutBinaryFractions) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "adapters/odbc/open_server.h"
 #include "base/text.h"
 
 namespace tpv::odbc {
@@ -13,11 +14,31 @@ enum Native {
   kUnknownObject = 208,
   kNoPermission = 229,
   kUnknownDatabase = 911,
+  kNothingToRollBack = 3903,
   kDeadlock = 1205,
   kLockTimeout = 1222,
   kCannotOpenDatabase = 4060,
   kLoginFailed = 18456,
 };
+
+// The open server's states for what the other has numbers for.
+struct EngineReport {
+  const char* state;  // or how it begins
+  const char* sqlstate;
+  int native;
+};
+constexpr EngineReport kEngineReports[] = {
+    {"40P01", "40001", kDeadlock},    {"40001", "40001", kDeadlock}, {"YY002", "HYT00", kLockTimeout},
+    {"55P03", "HYT00", kLockTimeout}, {"57014", "HYT00", 0},         {"57P0", "08S01", 0},
+    {"08", "08S01", 0}};
+
+Report InServersNumbers(const Report& report) {
+  const std::string state = EngineState(report.native);
+  for (const EngineReport& known : kEngineReports) {
+    if (!state.empty() && state.starts_with(known.state)) return {known.sqlstate, known.native, report.text};
+  }
+  return report;
+}
 
 bool IsLogin(std::string_view sqlstate, int native) {
   return native == kLoginFailed || sqlstate == "28000";
@@ -102,15 +123,17 @@ bool IsMissingTable(const DatabaseError& error) {
   return error.native() == kUnknownObject || error.sqlstate() == "42S02";
 }
 
+bool IsNothingToRollBack(const DatabaseError& error) { return error.native() == kNothingToRollBack; }
+
 bool IsTimeout(const std::string& sqlstate) {
   return sqlstate == "HYT00" || sqlstate == "S1T00" || sqlstate == "HYT01";
 }
 
 DatabaseError ErrorFrom(const std::vector<Report>& reports) {
   if (reports.empty()) return DatabaseError("El controlador ODBC ha fallado sin decir por qué", "HY000");
-  const Report& report = *std::max_element(
+  const Report report = InServersNumbers(*std::max_element(
       reports.begin(), reports.end(),
-      [](const Report& left, const Report& right) { return Weight(left) < Weight(right); });
+      [](const Report& left, const Report& right) { return Weight(left) < Weight(right); }));
   return DatabaseError(Readable(report), report.sqlstate, report.native);
 }
 

@@ -24,6 +24,8 @@ bool IsLoginRefusal(const DatabaseError& error);
 bool IsMissingTable(const DatabaseError& error);
 // Whether the report says that the connection is gone, or never came about.
 bool IsConnectionLoss(const std::string& sqlstate);
+// The server has ended the transaction by itself.
+bool IsNothingToRollBack(const DatabaseError& error);
 // Whether a statement was given up for lack of an answer in time.
 bool IsTimeout(const std::string& sqlstate);
 

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "adapters/odbc/odbc_recordset.h"
+#include "adapters/odbc/open_server.h"
 #include "base/text.h"
 
 namespace tpv {
@@ -67,6 +68,8 @@ void OdbcConnection::SetUpSession() {
   if (!day || day->ToInt32() != 2) {
     throw DatabaseError("El servidor no lee las fechas en el orden día/mes/año", "22007");
   }
+  const auto version = First(odbc::AskVersion());
+  open_server_ = version && odbc::IsOpenServer(version->TextOr(""));
 }
 
 // Another till that is storing must not hold up a log-in: what could not be seen
@@ -122,7 +125,8 @@ auto OdbcConnection::OnceMore(Work work) {
 }
 
 std::unique_ptr<Recordset> OdbcConnection::Run(std::string_view sql) {
-  auto reader = std::make_unique<odbc::RowReader>(*link_, link_->Execute(sql));
+  const std::string with_blanks = open_server_ ? odbc::WithBlanksBehindNumbers(sql) : std::string();
+  auto reader = std::make_unique<odbc::RowReader>(*link_, link_->Execute(open_server_ ? with_blanks : sql));
   return std::make_unique<odbc::OdbcRecordset>(std::move(reader), *active_);
 }
 
@@ -211,7 +215,8 @@ DatabaseError OdbcConnection::LockedOut() const {
 void OdbcConnection::Undo() {
   try {
     link_->Run(sql_server_ ? odbc::RollbackIfOpen() : "ROLLBACK TRANSACTION");
-  } catch (const DatabaseError&) {
+  } catch (const DatabaseError& error) {
+    if (odbc::IsNothingToRollBack(error)) return;
     left_behind_ = true;
     Drop();  // the server undoes what a session leaves behind
   }

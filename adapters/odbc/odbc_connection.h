@@ -81,6 +81,7 @@ class OdbcConnection : public Connection {
   std::unique_ptr<odbc::ActiveResult> active_;
   State state_ = State::None;
   bool sql_server_ = false;
+  bool open_server_ = false;  // of the dialect, over another engine
   Marks marks_ = Marks::Unknown;
   bool had_lock_ = false;     // whether this till ever got the store's lock
   bool left_behind_ = false;  // a lost session of ours may still hold it
