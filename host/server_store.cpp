@@ -1,8 +1,9 @@
 #include "host/server_store.h"
 
 #include <algorithm>
-#include <iterator>
+#include <vector>
 
+#include "base/text.h"
 #include "data/schema.h"
 #include "host/play.h"
 #include "host/store_copy.h"
@@ -20,9 +21,6 @@ namespace tpv {
 
 namespace {
 
-// That a server of an earlier version lacks.
-constexpr const char* kAddedTables[] = {"VentasEnCurso", "Bajas"};
-
 bool Exists(Connection& connection, const std::string& name) {
   return !connection.Execute("SELECT OBJECT_ID('dbo." + name + "') AS numero")->Field(0).IsNull();
 }
@@ -36,6 +34,20 @@ void AddMissingParameters(Connection& connection) {
     if (!length->Field(0).IsNull()) continue;
     connection.Execute("ALTER TABLE dbo.[Parametros] ADD " + ServerColumn(table, i));
   }
+}
+
+// A table that a server of an earlier version lacks; "" for a whole one.
+std::string MissingTable(Connection& connection) {
+  std::vector<std::string> names;
+  const auto rows = connection.Execute("SELECT TABLE_NAME FROM INFORMATION_SCHEMA.TABLES");
+  for (; !rows->Eof(); rows->MoveNext()) names.push_back(rows->Field(0).TextOr(""));
+  for (const schema::Table& table : schema::Tables()) {
+    const auto same = [&](const std::string& name) { return EqualNoCase(name, table.name); };
+    if (table.home == schema::Home::Store && std::none_of(names.begin(), names.end(), same)) {
+      return std::string(table.name);
+    }
+  }
+  return "";
 }
 
 bool MakeMissing(Connection& connection, schema::Home home) {
@@ -73,14 +85,13 @@ bool MakeServerTables(Connection& connection) {
 
 std::unique_ptr<Connection> OpenServerStore(const std::string& name) {
   std::unique_ptr<Connection> connection = std::make_unique<AskedOnce>(OpenServer(name));
-  const auto missing = std::find_if(std::begin(kAddedTables), std::end(kAddedTables),
-                                    [&](const char* table) { return !Exists(*connection, table); });
-  if (missing == std::end(kAddedTables)) return connection;
+  const std::string missing = MissingTable(*connection);
+  if (missing.empty()) return connection;
   try {
     MakeServerTables(*connection);
   } catch (const DatabaseError& error) {
     throw DatabaseError(
-        "Al almacén le falta la tabla " + std::string(*missing) + " y este usuario no puede crearla. El "
+        "Al almacén le falta la tabla " + missing + " y este usuario no puede crearla. El "
         "administrador debe ejecutar una vez «tpv store create --odbc …». " + error.what(),
         error.sqlstate(), error.native());
   }

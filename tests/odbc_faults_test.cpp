@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "data/schema.h"
+#include "host/server_store.h"
 #include "tests/odbc_store.h"
 
 namespace tpv {
@@ -228,6 +230,28 @@ TEST(OdbcLock, SaysWhetherAnotherTillHoldsItOrPerhapsALostSessionOfItsOwn) {
     other->RollbackTrans();
     EXPECT_EQ(told(), "");
   }
+}
+
+TEST(ServerStore, NamesATableThatItLacksAndThatThisUserCannotMake) {
+  if (kPretendedServer == nullptr) GTEST_SKIP() << "no ODBC driver for SQLite here";
+  const OdbcStore store(kPretendedServer);
+  const auto told = [&] {
+    try {
+      OpenServerStore(store.target().connection);
+      return std::string();
+    } catch (const DatabaseError& error) {
+      return std::string(error.what());
+    }
+  };
+  for (const schema::Table& table : schema::Tables()) {
+    if (table.home != schema::Home::Store) continue;
+    const std::string name(table.name);
+    if (name != "Pro" && name != "DiaCaj" && name != "QCIERRES") {
+      EXPECT_TRUE(told().starts_with("Al almacén le falta la tabla " + name + " y este usuario")) << told();
+      store.Open()->Execute("CREATE TABLE " + name + " (x integer)");
+    }
+  }
+  EXPECT_EQ(told(), "");
 }
 
 class RowsUnderWay : public OdbcFaults {

@@ -46,6 +46,7 @@ extern "C" SQLRETURN SQLExecDirect(SQLHSTMT statement, SQLCHAR* text, SQLINTEGER
   if (sql.starts_with("SET ")) return Run(statement, "SELECT 1");
   if (Holds(sql, "CAST('02/03/2026'")) return Run(statement, "SELECT 2 AS dia");
   if (Holds(sql, "@@VERSION")) return Run(statement, "SELECT 'Babelfish for PostgreSQL' AS version");
+  if (Holds(sql, "INFORMATION_SCHEMA")) return Run(statement, "SELECT name AS TABLE_NAME FROM sqlite_master");
   if (Holds(sql, "XACT_STATE")) return Run(statement, "SELECT 1 AS abierta");
   return Run(statement, Holds(sql, "@@TRANCOUNT") ? "ROLLBACK TRANSACTION" : sql);
 }
