@@ -8,7 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "adapters/sqlite/dialect/translator.h"
 #include "adapters/sqlite/sqlite_connection.h"
+#include "adapters/sqlite/statement_cache.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "tests/test_store.h"
@@ -221,6 +223,36 @@ TEST(Dialect, RefusesWhatIsNestedOrChainedWithoutEnd) {
   }
   EXPECT_EQ(refusal("SELECT * FROM " + Repeated(50000, "(SELECT * FROM ")),
             "La sentencia anida o encadena demasiadas expresiones");
+}
+
+TEST(DistinctValues, OfAnIndexCostTheSameHoweverManyRowsThereAre) {
+  TestStore store;
+  const std::string statement = "SELECT DISTINCT DIACAJ_CAJA FROM DIACAJ ORDER BY DIACAJ_CAJA";
+  const sqlite::Handle engine = sqlite::OpenFile(store.path());
+  const auto effort = [&] {
+    sqlite3_stmt* prepared = nullptr;
+    const std::string text = dialect::Translate(statement).text;
+    EXPECT_EQ(sqlite3_prepare_v2(engine.get(), text.c_str(), -1, &prepared, nullptr), SQLITE_OK) << text;
+    const sqlite::StatementPtr owner(prepared);
+    while (sqlite3_step(prepared) == SQLITE_ROW) continue;
+    return sqlite3_stmt_status(prepared, SQLITE_STMTSTATUS_VM_STEP, 0);
+  };
+  const auto values = [&] {
+    std::string text;
+    for (auto rows = store.connection().Execute(statement); !rows->Eof(); rows->MoveNext()) {
+      text += rows->Field("DiaCaj_Caja").ToPlainText() + " ";
+    }
+    return text;
+  };
+  EXPECT_EQ(values(), "");
+  for (const char* till : {"7", "-1", "2", "NULL"}) {
+    store.connection().Execute(std::string("INSERT INTO DiaCaj (DiaCaj_Caja) VALUES (") + till + ")");
+  }
+  EXPECT_EQ(values(), "NULL -1 2 7 ");
+  const int few = effort();
+  for (int i = 0; i < 10; ++i) store.connection().Execute("INSERT INTO DiaCaj (DiaCaj_Caja) SELECT DiaCaj_Caja FROM DiaCaj");
+  EXPECT_EQ(values(), "NULL -1 2 7 ");
+  EXPECT_LE(effort(), few + 10);
 }
 
 }  // namespace

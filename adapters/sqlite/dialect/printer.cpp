@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "adapters/sqlite/dialect/distinct_leap.h"
 #include "adapters/sqlite/dialect/select_traits.h"
 #include "base/text.h"
 #include "platform/database.h"
@@ -346,6 +347,7 @@ Translation Translate(const std::string& shape) {
   Translation result;
   Printer printer;
   result.text = printer.PrintSelect(*statement.select, result.columns);
+  if (auto leap = LeapThroughIndex(*statement.select)) result.text = std::move(*leap);
   result.table = ReferenceOf(*statement.select, shape);
   return result;
 }
