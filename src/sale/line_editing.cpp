@@ -25,7 +25,8 @@ void FrmTpv::EditLine(int row, int column) {
   constexpr int kDescriptionColumn = 5;
   if (column != kDescriptionColumn) return;
   const auto value = [&](const char* field) -> const Variant& { return dbgVenta.Value(row, field); };
-  const std::string mask = MaskWithDecimals("#,##0.", PriceDecimals());
+  price_decimals_ = PriceDecimals();
+  const std::string mask = MaskWithDecimals("#,##0.", price_decimals_);
   edited_line_ = value("Lav_Id").ToInt32();
   article_id_ = value("Lav_Idart").IntOr(0);
   // The line keeps its own tax, whatever article was looked up last.

@@ -59,6 +59,7 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
     // Goods that the shop sells no more may still be brought back.
     retired = article && !TakesGoodsBack() && IsRetired(Database(), "ART", article->id);
     quick = Quick();
+    price_decimals_ = PriceDecimals();
   }
   if (!article) return RefuseArticle("Codigo articulo inexistente");
   if (retired) return RefuseArticle("El articulo está retirado de la venta");
@@ -149,7 +150,7 @@ bool SaleEntry::StoreEnteredLine() {
   line.tax_id = tax_.id;
   line.description = Text1[18].text;
   line.units = NumberOrZero(Text1[21].text);
-  line.net_price = NetPrice(NumberOrZero(Text1[17].text), tax_.rate, PriceDecimals());
+  line.net_price = NetPrice(NumberOrZero(Text1[17].text), tax_.rate, price_decimals_);
   line.discount = Text1[7].text;
   if (line.units != 0 && !ConfirmGivingAway(line)) return false;
   if (line.units != 0) {

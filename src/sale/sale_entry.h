@@ -97,6 +97,7 @@ class SaleEntry : public Screen {
   std::int32_t article_id_ = 0;
   std::string looked_up_code_;  // of the article in the line fields
   Tax tax_;
+  int price_decimals_ = 2;  // of its price without tax, as when it was looked up
 
  private:
   void ShowAgent(std::int32_t id);
