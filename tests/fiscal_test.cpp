@@ -113,10 +113,9 @@ class Chain : public testing::Test {
   }
   std::string Refusal(const std::function<void()>& work) {
     try {
-      const Transaction transaction(*store);
       work();
       return "";
-    } catch (const RecordRefused& refused) {
+    } catch (const DatabaseError& refused) {
       return refused.what();
     }
   }
@@ -176,7 +175,11 @@ TEST_F(Chain, GoesOnAfterASmallStepBackOfTheClockAndNotAfterALargeOne) {
 TEST_F(Chain, RefusesWhatTheAgencyWouldNotTake) {
   EXPECT_THROW(Sell(10, 3000), RecordRefused);  // 3,630.00 with tax
   store->Execute("UPDATE Parametros SET Par_SerTic = 'Ñ'");
-  EXPECT_THROW(TurnOn(desk(), Mode::Real, {}), DatabaseError);
+  store->Execute("UPDATE Parametros SET Par_FisZona = 'Azores', Par_Nombre = NULL");
+  EXPECT_EQ(Refusal([&] { TurnOn(desk(), Mode::Real, {"el certificado"}); }),
+            "No se pueden encender los registros de facturación. Falta:\n  el nombre de la tienda (Par_Nombre)\n"
+            "  la zona horaria: madrid o canarias\n  una serie de tickets sin letras con acento ni los signos \" ' < > = "
+            "(Par_SerTic)\n  el certificado");
   store->Execute("UPDATE Cav SET Cav_Serie = 'Ñ' WHERE Cav_Id = " + std::to_string(ticket));
   store->Execute("UPDATE Lav SET Lav_Importe = 10 WHERE Lav_IdCav = " + std::to_string(ticket));
   EXPECT_NE(Refusal([&] { RecordTicket(desk(), ticket); }).find("«Ñ/10»"), std::string::npos);

@@ -41,15 +41,16 @@ bool IsNamed(const Buyer& buyer) {
 struct TicketHead {
   DocumentId document;
   bool invoiced = false;
+  bool in_progress = false;  // on some till
 };
 
 std::optional<TicketHead> ReadTicket(Connection& connection, std::int32_t ticket) {
   const auto row = connection.Execute(
-      "SELECT " + std::string(kTicketReference) + " AS Ticket, Cav_Fecha, Cav_Situa FROM Cav WHERE Cav_Id = " +
-      Id(ticket));
+      "SELECT " + std::string(kTicketReference) + " AS Ticket, Cav_Fecha, Cav_Situa, Vec_IdCav FROM Cav "
+      "LEFT JOIN VentasEnCurso ON Vec_IdCav = Cav_Id WHERE Cav_Id = " + Id(ticket));
   if (row->Eof()) return std::nullopt;
   return TicketHead{{row->Field(0).TextOr(""), StartOfDay(row->Field(1).ToDate())},
-                    row->Field(2).IntOr(0) == static_cast<int>(InvoicingState::Invoiced)};
+                    row->Field(2).IntOr(0) == static_cast<int>(InvoicingState::Invoiced), !row->Field(3).IsNull()};
 }
 
 // The registration in force of a document of this shop, for the agency of `mode`.
@@ -104,7 +105,7 @@ void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
   const auto head = ReadTicket(desk.connection, ticket);
-  if (!head || head->invoiced || RegisteredTicket(desk.connection, setup.mode, ticket)) return;
+  if (!head || head->invoiced || head->in_progress || RegisteredTicket(desk.connection, setup.mode, ticket)) return;
   Record record;
   SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_Id = " + Id(ticket)));
   if (record.rates.empty()) return;

@@ -22,7 +22,8 @@ struct Buyer {
 void SetBuyer(Record& record, const Buyer& buyer);
 
 // The ticket `ticket` (Cav_Id) is finished: its F2, or its R5 when it takes goods back.
-// None for one without lines, one that is registered or one that an invoice includes.
+// None for one without lines, one that is registered, that an invoice includes or that
+// some till still keys.
 // `originals` are the tickets whose lines it takes back, where they are known.
 void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::int32_t>& originals = {});
 
