@@ -182,6 +182,8 @@ TEST_F(Chain, RefusesWhatTheAgencyWouldNotTake) {
             "(Par_SerTic)\n  el certificado");
   store->Execute("UPDATE Cav SET Cav_Serie = 'Ñ' WHERE Cav_Id = " + std::to_string(ticket));
   store->Execute("UPDATE Lav SET Lav_Importe = 10 WHERE Lav_IdCav = " + std::to_string(ticket));
+  EXPECT_NE(Refusal([&] { RecordTicket(desk(), ticket); }).find("le falta su nombre"), std::string::npos);
+  store->Execute("UPDATE Parametros SET Par_Nombre = 'La Esquina'");
   EXPECT_NE(Refusal([&] { RecordTicket(desk(), ticket); }).find("«Ñ/10»"), std::string::npos);
   store->Execute("UPDATE Cav SET Cav_Serie = 'K', Cav_Numero = 1 WHERE Cav_Id = " + std::to_string(ticket));
   EXPECT_NE(Refusal([&] { RecordTicket(desk(), ticket); }).find("«K/1» ya está registrado"), std::string::npos);

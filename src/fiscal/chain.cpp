@@ -19,29 +19,45 @@ struct End {
   DateTime now;  // universal time by the store's clock
   std::int32_t position = 0;
   std::string moment;  // of the last record
+  std::optional<PreviousRecord> previous;  // the last one of the new record's own chain
 };
 
-End ReadEnd(Connection& connection) {
-  End end;
-  const auto last = connection.Execute(
-      "SELECT Getutcdate() AS Ahora, (SELECT MAX(Fis_Id) FROM Fiscal) AS Ultimo, (SELECT TOP 1 Fis_Momento FROM "
-      "Fiscal ORDER BY Fis_Id DESC) AS Momento");
-  end.now = last->Field(0).ToDate();
-  end.now.millisecond = 0;
-  end.position = last->Field(1).IntOr(0);
-  end.moment = last->Field(2).TextOr("");
-  return end;
+const std::string kLast = "SELECT TOP 1 Fis_Id, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Huella, Fis_Momento, "
+                          "Fis_Modo, Fis_Instalacion, Getutcdate() AS Ahora FROM Fiscal ";
+
+PreviousRecord PreviousIn(const Recordset& row) {
+  return {row.Field(0).ToInt32(), row.Field(1).TextOr(""), {row.Field(2).TextOr(""), row.Field(3).ToDate()},
+          row.Field(4).TextOr("")};
 }
 
-// The last record of this shop and installation for the same agency.
-std::optional<PreviousRecord> ReadPrevious(Connection& connection, const Record& record) {
-  const auto last = connection.Execute(
-      "SELECT TOP 1 Fis_Id, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Huella FROM Fiscal WHERE Fis_Modo = " +
-      sql::Value(static_cast<int>(record.mode)).text + " AND Fis_Emisor = " + sql::Quoted(record.issuer) +
-      " AND Fis_Instalacion = " + sql::Quoted(record.producer.installation) + " ORDER BY Fis_Id DESC");
-  if (last->Eof()) return std::nullopt;
-  return PreviousRecord{last->Field(0).ToInt32(), last->Field(1).TextOr(""),
-                        {last->Field(2).TextOr(""), last->Field(3).ToDate()}, last->Field(4).TextOr("")};
+// A chain is of one agency, one issuer and one installation; a store has had others
+// where one of them changed.
+std::optional<PreviousRecord> LastOfChain(Connection& connection, const Recordset& last, const Record& record) {
+  const std::string& installation = record.producer.installation;
+  if (last.Field(6).IntOr(0) == static_cast<int>(record.mode) && last.Field(1).TextOr("") == record.issuer &&
+      last.Field(7).TextOr("") == installation) {
+    return PreviousIn(last);
+  }
+  const auto row = connection.Execute(kLast + "WHERE Fis_Modo = " + sql::Value(static_cast<int>(record.mode)).text +
+                                      " AND Fis_Emisor = " + sql::Quoted(record.issuer) + " AND Fis_Instalacion = " +
+                                      sql::Quoted(installation) + " ORDER BY Fis_Id DESC");
+  if (row->Eof()) return std::nullopt;
+  return PreviousIn(*row);
+}
+
+End ReadEnd(Connection& connection, const Record& record) {
+  End end;
+  const auto last = connection.Execute(kLast + "ORDER BY Fis_Id DESC");
+  if (last->Eof()) {
+    end.now = connection.Execute("SELECT Getutcdate() AS Ahora")->Field(0).ToDate();
+  } else {
+    end.now = last->Field(8).ToDate();
+    end.position = last->Field(0).ToInt32();
+    end.moment = last->Field(5).TextOr("");
+    end.previous = LastOfChain(connection, *last, record);
+  }
+  end.now.millisecond = 0;
+  return end;
 }
 
 // "24/11/2026 10:30" as clocks on the shop's walls show it.
@@ -60,6 +76,17 @@ std::string MomentOf(const End& end, Zone zone) {
   throw RecordRefused("El reloj va atrasado: son las " + OnTheWall(moment) +
                       " y el último registro de facturación es de las " + OnTheWall(end.moment) +
                       ". Ponga en hora el equipo que guarda el almacén y repita la operación");
+}
+
+// What was there when the records were turned on may have been emptied since.
+void RequireIssuer(const Record& record) {
+  const Producer& producer = record.producer;
+  if (IsTaxNumber(record.issuer) && !record.issuer_name.empty() && !producer.name.empty() &&
+      IsTaxNumber(producer.document) && !producer.installation.empty()) {
+    return;
+  }
+  throw RecordRefused("A la tienda le falta su nombre o su NIF, o los datos de los registros de facturación: "
+                      "complételos en la oficina y repita la operación");
 }
 
 void RequireSendable(const Record& record) {
@@ -114,12 +141,13 @@ void Append(const Desk& desk, const Setup& setup, Record& record) {
   record.issuer = setup.issuer;
   record.issuer_name = Left(setup.issuer_name, kNameLength);
   record.producer = setup.producer;
+  RequireIssuer(record);
   RequireSendable(record);
-  const End end = ReadEnd(desk.connection);
+  const End end = ReadEnd(desk.connection, record);
   record.position = end.position + 1;
   record.moment = MomentOf(end, setup.zone);
   RequireNoFuture(record);
-  record.previous = ReadPrevious(desk.connection, record);
+  record.previous = end.previous;
   Fingerprint(record, *desk.digest);
   Store(desk.connection, record);
 }

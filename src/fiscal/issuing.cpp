@@ -54,20 +54,24 @@ std::optional<TicketHead> ReadTicket(Connection& connection, std::int32_t ticket
 }
 
 // The registration in force of a document of this shop, for the agency of `mode`.
-std::optional<DocumentId> Registered(Connection& connection, Mode mode, const std::string& condition) {
-  const auto last = connection.Execute("SELECT TOP 1 Fis_Numero, Fis_Fecha, Fis_Tipo FROM Fiscal WHERE " + condition +
+struct Registration {
+  DocumentId document;
+  std::int32_t ticket = 0;
+};
+
+std::optional<Registration> Registered(Connection& connection, Mode mode, const std::string& condition) {
+  const auto last = connection.Execute("SELECT TOP 1 Fis_Numero, Fis_Fecha, Fis_Tipo, Fis_IdCav FROM Fiscal WHERE " + condition +
                                        " AND Fis_Modo = " + Id(static_cast<int>(mode)) + " ORDER BY Fis_Id DESC");
   if (last->Eof() || last->Field(2).TextOr("") == CodeOf(Kind::Cancellation)) return std::nullopt;
-  return DocumentId{last->Field(0).TextOr(""), last->Field(1).ToDate()};
+  return Registration{{last->Field(0).TextOr(""), last->Field(1).ToDate()}, last->Field(3).IntOr(0)};
 }
 
-std::optional<DocumentId> RegisteredTicket(Connection& connection, Mode mode, std::int32_t ticket) {
-  return Registered(connection, mode, "Fis_IdCav = " + Id(ticket));
-}
-
-// A series may have been given to tickets and invoices both.
-void RequireNewNumber(const Desk& desk, Mode mode, const std::string& number) {
-  if (!Registered(desk.connection, mode, "Fis_Numero = " + sql::Quoted(number))) return;
+// Whether the number is free; a series may have been given to tickets and invoices both.
+// False for a ticket that has its record already.
+bool IsNewNumber(const Desk& desk, Mode mode, const std::string& number, std::int32_t ticket) {
+  const auto registered = Registered(desk.connection, mode, "Fis_Numero = " + sql::Quoted(number));
+  if (!registered) return true;
+  if (ticket != 0 && registered->ticket == ticket) return false;
   throw RecordRefused("El número «" + number +
                       "» ya está registrado: los tickets y las facturas necesitan series distintas");
 }
@@ -105,12 +109,12 @@ void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
   const auto head = ReadTicket(desk.connection, ticket);
-  if (!head || head->invoiced || head->in_progress || RegisteredTicket(desk.connection, setup.mode, ticket)) return;
+  if (!head || head->invoiced || head->in_progress) return;
   Record record;
   SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_Id = " + Id(ticket)));
   if (record.rates.empty()) return;
+  if (!IsNewNumber(desk, setup.mode, head->document.number, ticket)) return;
   if (record.total > kMostWithoutBuyer) throw RecordRefused(kTooMuch);
-  RequireNewNumber(desk, setup.mode, head->document.number);
   record.kind = record.total < 0 ? Kind::Return : Kind::Ticket;
   if (record.kind == Kind::Return) record.related = Numbers(desk.connection, originals);
   record.document = head->document;
@@ -121,7 +125,7 @@ void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::
 void RecordInvoice(const Desk& desk, const IssuedInvoice& invoice) {
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
-  RequireNewNumber(desk, setup.mode, invoice.number);
+  IsNewNumber(desk, setup.mode, invoice.number, 0);
   Record record;
   SetBuyer(record, invoice.buyer);
   record.related = RegisteredOf(desk.connection, setup.mode, invoice.id);
@@ -135,13 +139,13 @@ void RecordInvoice(const Desk& desk, const IssuedInvoice& invoice) {
 void RecordDeletion(const Desk& desk, std::int32_t ticket) {
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
-  const auto registered = RegisteredTicket(desk.connection, setup.mode, ticket);
+  const auto registered = Registered(desk.connection, setup.mode, "Fis_IdCav = " + Id(ticket));
   if (!registered) return;
   Record record;
   record.kind = Kind::Cancellation;
-  record.document = *registered;
+  record.document = registered->document;
   record.ticket = ticket;
-  const PastReplies replies = RepliesTo(desk.connection, setup.mode, registered->number);
+  const PastReplies replies = RepliesTo(desk.connection, setup.mode, registered->document.number);
   if (replies.rejected && !replies.accepted) record.refused = Refused::AndNeverHeld;
   Append(desk, setup, record);
 }

@@ -38,6 +38,12 @@ Variant ParameterIn(const Recordset& row, std::string_view name) {
   return {};
 }
 
+Mode ModeFrom(const Variant& stored) {
+  const std::int32_t mode = stored.IntOr(0);
+  if (mode == static_cast<int>(Mode::Trial)) return Mode::Trial;
+  return mode == static_cast<int>(Mode::Real) ? Mode::Real : Mode::Off;
+}
+
 void RequireNoRealRecord(Connection& connection) {
   const auto real = connection.Execute("SELECT TOP 1 Fis_Id FROM Fiscal WHERE Fis_Modo = " +
                                        std::to_string(static_cast<int>(Mode::Real)));
@@ -70,17 +76,13 @@ Desk DeskOf(Connection& connection, const Digest* digest) {
   return {connection, parameter, digest};
 }
 
-Mode ModeOf(const Desk& desk) {
-  const std::int32_t mode = desk.parameter("Par_Fiscal").IntOr(0);
-  if (mode == static_cast<int>(Mode::Trial)) return Mode::Trial;
-  return mode == static_cast<int>(Mode::Real) ? Mode::Real : Mode::Off;
-}
+Mode ModeOf(const Desk& desk) { return ModeFrom(desk.parameter("Par_Fiscal")); }
 
 Setup ReadSetup(const Desk& desk) {
   const auto row = ReadParameters(desk.connection);  // once, in the middle of a sale
   const auto text = [&](std::string_view name) { return Trim(ParameterIn(*row, name).TextOr("")); };
   Setup setup;
-  setup.mode = ModeOf(desk);
+  setup.mode = ModeFrom(ParameterIn(*row, "Par_Fiscal"));
   setup.zone = ZoneOf(text("Par_FisZona")).value_or(Zone::Madrid);
   setup.issuer = text("Par_Doc");
   setup.issuer_name = text("Par_Nombre");
