@@ -1,8 +1,12 @@
 #include "host/machine.h"
 
+#include <unistd.h>
+
 #include <iostream>
 
+#include "adapters/files/paper_delivery.h"
 #include "adapters/files/private_files.h"
+#include "adapters/files/setting_names.h"
 #ifdef TPV_WITH_CSV
 #include "adapters/csv/csv_files.h"
 #endif
@@ -53,13 +57,26 @@ class NoCodes : public CodeEncoder {
 };
 #endif
 
-std::unique_ptr<TableFiles> Tables() {
 #ifdef TPV_WITH_CSV
-  return std::make_unique<CsvFiles>();
+using Spreadsheets = CsvFiles;
 #else
-  return std::make_unique<NoTables>();
+using Spreadsheets = NoTables;
 #endif
-}
+
+class ShopTables : public Spreadsheets {
+ public:
+  explicit ShopTables(const Settings& settings) : settings_(settings) {}
+  std::string PathOf(const std::string& name) const override {
+    if (name.find('/') != std::string::npos) return ExpandHome(name);
+    const std::string folder = PaperFolder(settings_, kReportFolder);
+    MakePrivateFolder(folder);
+    return folder + "/" + name;
+  }
+  bool Exists(const std::string& path) const override { return ::access(path.c_str(), F_OK) == 0; }
+
+ private:
+  const Settings& settings_;
+};
 
 std::unique_ptr<Mailer> MailerFor([[maybe_unused]] const Settings& settings,
                                   [[maybe_unused]] const Clock& clock) {
@@ -111,7 +128,7 @@ Machine::Machine(std::string settings_file)
     : settings(std::move(settings_file)),
       codes(MakeCodeEncoder()),
       mailer(MailerFor(settings, clock)),
-      tables(Tables()),
+      tables(std::make_unique<ShopTables>(settings)),
       digest(MakeDigest()) {}
 
 Machine::~Machine() { Finish(); }
@@ -123,6 +140,7 @@ Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& 
   };
   Ports ports{front_end, printers, devices, settings, clock, *mailer, reports, objects, sound};
   ports.digest = digest.get();
+  ports.tables = tables.get();
   return ports;
 }
 

@@ -35,6 +35,8 @@ constexpr const char* kHelp =
     "      --paper CARPETA               guarda allí lo impreso, como texto y PDF\n"
     "      --user N                      usuario conectado (1)\n"
     "      --now \"dd/mm/aaaa hh:mm:ss\"   fija el reloj; cada orden lo adelanta un segundo\n"
+    "      Las órdenes de un guion, entre ellas «sort LISTA COLUMNA» y «export LISTA FICHERO»,\n"
+    "      están en docs/scenarios.md\n"
     "  tpv store create ALMACÉN [--demo|--empty|--shop FICHERO.ini]\n"
     "                                    crea un almacén, con los datos de demostración (--demo,\n"
     "                                    lo normal), vacío o el de una tienda propia: examples/shop.ini\n"

@@ -56,6 +56,8 @@ bool PlayFile(const PlayOptions& options, const std::string& store_path, Stage& 
   StepClock clock;
   clock.fixed = options.now;
   RecordedTill till(OpenFor(options, store_path, clock), stage.FrontEnd(), clock, options.user);
+  const Machine machine;
+  till.tables.real = machine.tables.get();
   const DocumentFolder paper(options.paper, clock);
   const auto codes = MakeCodeEncoder();
   if (!options.paper.empty()) {

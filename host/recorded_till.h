@@ -44,12 +44,14 @@ class RecordedTill {
   RecordingMailer mail;
   RecordingReports reports;
   RecordingSound sound;
+  RecordingTables tables;
   suite::SuiteFactory objects;
   const std::unique_ptr<Digest> digest = MakeDigest();
-  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound, nullptr, digest.get()};
+  Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound, nullptr, digest.get(),
+              nullptr, &tables};
   office::Tools tools;
   std::optional<Zrtpve> component;
-  scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}};
+  scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}, &tables};
 
  private:
   void StartProgram() {

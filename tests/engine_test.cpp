@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/ui/form.h"
+#include "base/text.h"
 #include "screen/access_keys.h"
+#include "screen/list_document.h"
 
 namespace tpv::ui {
 namespace {
@@ -165,7 +167,9 @@ TEST(EngineAccessKeys, WhatMarksNoneGetsALetterOfItsOwn) {
   Button leave(form, "cmdSalir", "Salir"), save(form, "cmdGrabar", "&Seguir"), show(form, "cmdVer", "Vista");
   TextBoxes fields(form, "Text1");
   fields.Add(0, "Valor");
-  form.rows = {{&fields[0]}, {&leave, &save, &show}};
+  fields.Add(1, "Lava");
+  fields.Add(2, "Vs");
+  form.rows = {{&fields[0], &fields[1], &fields[2]}, {&leave, &save, &show}};
   bool left = false;
   leave.click = [&] { left = true; };
   Engine engine;
@@ -174,8 +178,14 @@ TEST(EngineAccessKeys, WhatMarksNoneGetsALetterOfItsOwn) {
   engine.AccessKey(U'A');
   EXPECT_TRUE(left);
   EXPECT_EQ(MarkedCaption(fields[0]), "Va&lor") << "buttons choose first";
-  engine.AccessKey(U'l');
-  EXPECT_EQ(form.focus, &fields[0]);
+  EXPECT_EQ(MarkedCaption(fields[1]), "&Lava") << "shared by fields";
+  for (const int index : {0, 1, 0}) {
+    engine.AccessKey(U'l');
+    EXPECT_EQ(form.focus, &fields[index]);
+  }
+  EXPECT_EQ(MarkedCaption(fields[2]), "Vs (&1)") << "no letter is left";
+  engine.AccessKey(U'1');
+  EXPECT_EQ(form.focus, &fields[2]);
 }
 
 TEST_F(EngineTest, AccessKeysClickWhatCarriesThem) {
@@ -186,6 +196,86 @@ TEST_F(EngineTest, AccessKeysClickWhatCarriesThem) {
   form.accept.enabled = false;
   engine.AccessKey(U'a');
   EXPECT_EQ(form.Take(), "");
+}
+
+class Journal : public Form {
+ public:
+  Journal() : Form("frmDiario") {
+    caption = "&Diario";
+    since.caption = "&Desde";
+    since.text = "01/11/2026";
+    list.fields = {"Id", "Ticket", "Fecha", "Venta"};
+    list.detail_field = "Id";
+    list.layout = {{"", "", 0, Align::Left, true}, {"Ticket", ""}, {"Fecha", "DD/MM/YYYY"},
+                   {"Venta", "#,##0.00", 900, Align::Right, false, false, true}};
+    list.rows = {{Variant(1), Variant("T/10"), Variant(DateTime{2026, 2, 1}), Variant(1234.5)},
+                 {Variant(), Variant("  Pan\tnegro"), Variant(), Variant(1234.5)},
+                 {Variant(2), Variant("T/9"), Variant(DateTime{2025, 12, 31}), Variant(-3.0)},
+                 {Variant(3), Variant("t/9b"), Variant(), Variant(20.25)}};
+    list.current_row = 2;
+    list.cell_button = [this](int row, int) { pressed = list.Value(row, "Ticket").ToText(); };
+    rows = {{&since}, {&list}};
+  }
+  // The rows' first letters as they stand.
+  std::string Order() const {
+    std::string order;
+    for (int place = 0; place < list.ShownCount(); ++place) order += Trim(list.Cell(list.RowAt(place), 1)) + " ";
+    return order;
+  }
+  TextBox since{*this, "Text1(5)"};
+  Grid list{*this, "DbgDiario"};
+  std::string pressed;
+};
+
+TEST(ListTest, RowsStandAsTheOperatorWantsAndAreActedOnAsTheyStand) {
+  Journal form;
+  Engine engine;
+  engine.Open(form);
+  const std::string given = form.Order();
+  const std::pair<int, const char*> ups[] = {{1, "T/9 t/9b T/10 Pan\tnegro "},
+                                             {2, "t/9b T/9 T/10 Pan\tnegro "},
+                                             {3, "T/9 t/9b T/10 Pan\tnegro "}};
+  for (const auto& [column, order] : ups) {
+    engine.SortBy(form.list, column);
+    EXPECT_EQ(form.Order(), order);
+    engine.SortBy(form.list, column);
+    EXPECT_TRUE(form.Order().starts_with("T/10 Pan")) << form.Order();
+    engine.SortBy(form.list, column);
+    EXPECT_EQ(form.Order(), given);
+  }
+  engine.SortBy(form.list, 3);
+  EXPECT_EQ(form.list.current_row, 2);
+  engine.KeyDown(Key::Down);
+  EXPECT_EQ(form.list.current_row, 3);
+  engine.SelectRow(form.list, 2);
+  EXPECT_EQ(form.list.current_row, 0);
+  form.list.layout[1].cell_button = true;
+  engine.CellButton(form.list, 1, 1);
+  EXPECT_EQ(form.pressed, "t/9b");
+  for (const char c : std::string("t/9")) engine.TypeCharacter(static_cast<char32_t>(c));
+  EXPECT_EQ(form.Order(), "T/9 t/9b ");
+  form.list.rows.erase(form.list.rows.begin() + 2);  // between the events
+  EXPECT_EQ(form.list.RowAt(1), -1);
+  engine.PressKey(Key::Esc);
+  EXPECT_FALSE(form.closing);
+  EXPECT_EQ(form.Order(), "t/9b T/10 Pan\tnegro ");
+  form.list.arrangeable = false;
+  EXPECT_THROW(engine.SortBy(form.list, 1), ActionRefused);
+}
+
+TEST(ListTest, LeavesAsItIsSeen) {
+  Journal form;
+  Engine engine;
+  engine.Open(form);
+  EXPECT_EQ(ClipboardText(form.list), "Ticket\tFecha\tVenta\nT/10\t01/02/2026\t1234,50\n  Pan negro\t\t1234,50\n"
+                                      "T/9\t31/12/2025\t-3,00\nt/9b\t\t20,25\n");
+  engine.SortBy(form.list, 3);
+  engine.Narrow(form.list, "t/");
+  const Report report = ReportOf(form.list, {2026, 11, 24, 10, 30, 0});
+  EXPECT_EQ(report.title, "Diario");
+  EXPECT_EQ(report.left, (std::vector<std::string>{"Desde: 01/11/2026", "Filtro: t/", "Por Venta"}));
+  ASSERT_EQ(report.tables.at(0).rows.size(), 5U);
+  EXPECT_EQ(report.tables[0].rows.back().cells, (std::vector<std::string>{"Total", "", "1.251,75"}));
 }
 
 }  // namespace

@@ -22,6 +22,7 @@
 #include "host/start_screen.h"
 #include "host/store.h"
 #include "host/windows/application.h"
+#include "screen/access_keys.h"
 
 namespace tpv::qt {
 namespace {
@@ -67,7 +68,8 @@ class Tailor : public ui::Driver {
       QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(view->Target());
       ASSERT_NE(heard, nullptr) << control->name;
       EXPECT_FALSE(heard->text(QAccessible::Name).isEmpty()) << script_ << ": " << control->name;
-      if (dynamic_cast<const ui::TextBox*>(control) == nullptr) continue;
+      const bool keyed = control->access_key != 0 || ui::MarkedLetter(control->caption) != 0;
+      EXPECT_TRUE(keyed || control->caption.empty() || !control->tab_stop) << script_ << ": " << control->name;
       EXPECT_FALSE(heard->text(QAccessible::Description).isEmpty()) << script_ << ": " << control->name;
     }
   }

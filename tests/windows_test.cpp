@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
@@ -179,6 +180,37 @@ TEST_F(WindowsTest, TablesByKeyboard) {
     SettleWindows();
     EXPECT_EQ(windows.TopWindow()->Difference(), "");
   }});
+}
+
+TEST_F(WindowsTest, AListIsSortedNarrowedAndCopied) {
+  auto* table = static_cast<QTableView*>(nullptr);
+  Play({[&] {
+          table = static_cast<QTableView*>(windows.TopWindow()->ViewOf(form.goods)->Target());
+          hands.Sort(form.goods, 1);
+          hands.Sort(form.goods, 1);
+          EXPECT_EQ(Utf8(table->model()->index(0, 1).data().toString()), "Articulo 299");
+          EXPECT_TRUE(table->horizontalHeader()->isSortIndicatorShown());
+          SendText("29 9");
+          SettleWindows();
+          EXPECT_EQ(table->model()->rowCount(), 13);
+          Press(Qt::Key_C, Qt::ControlModifier, "\x03");
+          EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Articulo\nArticulo 299\nArticulo 298\n"));
+          Press(Qt::Key_Down);
+          Press(Qt::Key_Menu);
+          SettleWindows();
+          ASSERT_NE(windows.TopWindow()->menu(), nullptr);
+          const QRect row = table->visualRect(table->currentIndex());
+          const QPoint at = table->viewport()->mapFromGlobal(windows.TopWindow()->menu()->pos());
+          EXPECT_LE(std::abs(at.y() - row.bottom()), 4) << "below its row";
+          EXPECT_EQ(form.goods.current_row, 299);
+        },
+        [&] { hands.ChooseMenu("mnuOrden1"); },
+        [&] {
+          EXPECT_EQ(Utf8(table->model()->index(0, 1).data().toString()), "Articulo 29");
+          hands.CellButton(form.goods, 1, 1);
+          EXPECT_EQ(form.pressed, std::vector<std::string>{"cell 129"});
+          EXPECT_EQ(windows.TopWindow()->Difference(), "");
+        }});
 }
 
 TEST_F(WindowsTest, ANoticeFromAnotherThreadTakesNoKeyAndStaysUntilItIsRead) {

@@ -9,6 +9,43 @@
 
 namespace tpv {
 
+namespace {
+
+class RecordingWriter : public TableWriter {
+ public:
+  RecordingWriter(RecordingTables& tables, std::unique_ptr<TableWriter> real)
+      : tables_(tables), real_(std::move(real)) {}
+  void Write(std::span<const std::string> cells) override {
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) line += (i > 0 ? " | " : "") + cells[i];
+    lines_.push_back(std::move(line));
+    if (real_) real_->Write(cells);
+  }
+  void Finish() override {
+    if (real_) real_->Finish();
+    for (const std::string& line : lines_) {
+      tables_.lines.push_back(line);
+      if (tables_.on_line) tables_.on_line(line);
+    }
+  }
+
+ private:
+  RecordingTables& tables_;
+  std::unique_ptr<TableWriter> real_;
+  std::vector<std::string> lines_;
+};
+
+}  // namespace
+
+std::unique_ptr<TableReader> RecordingTables::Open(const std::string& path) {
+  if (real == nullptr) throw TableError("No se puede leer " + path);
+  return real->Open(path);
+}
+
+std::unique_ptr<TableWriter> RecordingTables::Create(const std::string& path) {
+  return std::make_unique<RecordingWriter>(*this, real != nullptr ? real->Create(path) : nullptr);
+}
+
 class RecordedDocument : public PrintDocument {
  public:
   RecordedDocument(RecordingPrinters& printers, std::string printer)

@@ -16,6 +16,7 @@
 #include "platform/report.h"
 #include "platform/settings.h"
 #include "platform/sound.h"
+#include "platform/table_file.h"
 
 namespace tpv {
 
@@ -85,6 +86,17 @@ class RecordingSound : public Sound {
   bool asked_for = false;
 
   void Warn() override { asked_for = true; }
+};
+
+// Notes the lines of files, their cells joined by " | ", and writes them where it can.
+class RecordingTables : public TableFiles {
+ public:
+  TableFiles* real = nullptr;  // outlives this; null: nothing is written
+  std::vector<std::string> lines;
+  std::function<void(const std::string& line)> on_line;
+
+  std::unique_ptr<TableReader> Open(const std::string& path) override;
+  std::unique_ptr<TableWriter> Create(const std::string& path) override;
 };
 
 class MemorySettings : public Settings {

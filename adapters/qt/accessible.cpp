@@ -44,6 +44,22 @@ QAccessibleInterface* AccessOf(const QString&, QObject* object) {
   return nullptr;
 }
 
+// What a reader says of a control besides its name: what it takes, and how.
+QString DescriptionOf(const ui::Control& control) {
+  if (const auto* box = dynamic_cast<const ui::TextBox*>(&control)) {
+    if (box->locked) return "Solo se muestra";
+    if (box->input == ui::Input::Date) return "Fecha, día/mes/año; F4 abre el calendario";
+    return box->input == ui::Input::Number ? "Número" : "Texto";
+  }
+  if (const auto* list = dynamic_cast<const ui::List*>(&control)) {
+    return list->Narrows() ? "Lista; se filtra escribiendo, Mayús+F10 abre su menú" : "Lista; Mayús+F10 abre su menú";
+  }
+  if (dynamic_cast<const ui::ComboBox*>(&control) != nullptr) return "Lista desplegable; Alt+Abajo la abre";
+  if (dynamic_cast<const ui::CheckBox*>(&control) != nullptr) return "Casilla; el espacio la cambia";
+  if (dynamic_cast<const ui::OptionButton*>(&control) != nullptr) return "Opción; el espacio la elige";
+  return "Botón; Intro o el espacio lo pulsan";
+}
+
 using Row = std::vector<ui::Control*>;
 
 void NameRows(const std::vector<Row>& rows, const Views& views) {
@@ -71,6 +87,11 @@ void TellAccessibility() {
   static_cast<void>(told);
 }
 
-void NameByNeighbours(const ui::Form& form, const Views& views) { NameRows(form.rows, views); }
+void NameAndDescribe(const ui::Form& form, const Views& views) {
+  NameRows(form.rows, views);
+  for (const auto& [control, view] : views) {
+    if (control->CanFocus()) view->Target()->setAccessibleDescription(DescriptionOf(*control));
+  }
+}
 
 }  // namespace tpv::qt

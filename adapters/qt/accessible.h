@@ -9,8 +9,8 @@ namespace tpv::qt {
 // name. Once a program; more does nothing.
 void TellAccessibility();
 
-// A box without a caption stands behind the one that it explains: a code and the name
-// of whose it is.
-void NameByNeighbours(const ui::Form& form, const Views& views);
+// What takes the focus says what it is. A box without a caption stands behind the one
+// that it explains: a code and the name of whose it is.
+void NameAndDescribe(const ui::Form& form, const Views& views);
 
 }  // namespace tpv::qt

@@ -28,7 +28,7 @@ void Captioned::SetCaption(const QString& caption, const QString& marked) {
   if (marked_ == marked) return;
   caption_ = caption;
   marked_ = marked;
-  caption_width_ = QFontMetrics(Type(kLabelSize)).horizontalAdvance(caption);
+  caption_width_ = QFontMetrics(Type(kLabelSize)).horizontalAdvance(QString(marked).remove(u'&'));
   field_->setAccessibleName(caption);
   updateGeometry();
   update();

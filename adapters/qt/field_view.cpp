@@ -35,13 +35,6 @@ QColor ColourOf(const ui::TextBox& box) {
   return box.locked && colour == Qt::white ? colour::kShown : colour;
 }
 
-// What a reader says of the field besides its name.
-QString DescriptionOf(const ui::TextBox& box) {
-  if (box.locked) return "Solo se muestra";
-  if (box.input == ui::Input::Date) return "Fecha, día/mes/año";
-  return box.input == ui::Input::Number ? "Número" : "Texto";
-}
-
 Qt::Alignment AlignmentOf(ui::Align align) {
   if (align == ui::Align::Right) return Qt::AlignRight;
   return align == ui::Align::Centre ? Qt::AlignHCenter : Qt::AlignLeft;
@@ -89,7 +82,6 @@ class FieldView : public ControlView {
     edit_->setAcceptDrops(false);
     edit_->setSizePolicy(box.stretch ? QSizePolicy::Expanding : QSizePolicy::Preferred,
                          QSizePolicy::Fixed);
-    edit_->setAccessibleDescription(DescriptionOf(box));
     if (box.input == ui::Input::Date) OfferCalendar();
     outer_->Hold(*edit_);
     QObject::connect(edit_, &QLineEdit::selectionChanged, [this] { TakeSelection(); });

@@ -18,6 +18,7 @@
 #include "adapters/qt/till_style.h"
 #include "base/date_time.h"
 #include "base/text.h"
+#include "screen/list_document.h"
 
 namespace tpv::qt {
 
@@ -62,7 +63,7 @@ FormWindow::FormWindow(ui::Form& form, WindowOwner& owner, QWidget* parent)
   layout->addWidget(scroll_, 1);
   auto* content = new QWidget;
   views_ = LayOut(form, *content, owner);
-  NameByNeighbours(form, views_);
+  NameAndDescribe(form, views_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->setWidgetResizable(true);
@@ -246,6 +247,17 @@ bool FormWindow::Press(QKeyEvent& event, ControlView* view) {
     return true;
   }
   if (view != nullptr && view->TakesKey(event)) return false;
+  auto* list = dynamic_cast<ui::List*>(form_.focus);
+  if (list != nullptr && event.matches(QKeySequence::Copy)) {
+    QApplication::clipboard()->setText(Text(ClipboardText(*list)));
+    return true;
+  }
+  const bool wants_menu = event.key() == Qt::Key_Menu ||
+                          (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+  if (list != nullptr && wants_menu) {
+    owner_.Act([list](ui::Engine& engine) { engine.OpenListMenu(*list); });
+    return true;
+  }
   if (event.modifiers() & Qt::ControlModifier || event.matches(QKeySequence::Paste) ||
       event.matches(QKeySequence::Cut)) {
     PasteOrCut(event);

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QHeaderView>
 #include <QTableView>
 #include <stdexcept>
 
@@ -57,7 +58,9 @@ void QtOperator::Focus(ui::Control& control) {
   ControlView& view = Usable(control);
   if (!control.CanFocus()) Refuse(control.name + " no puede tener el foco");
   if (view.Target()->hasFocus()) return;
-  if (dynamic_cast<ui::TextBox*>(&control) != nullptr || view.Tall()) {
+  if (view.Tall()) {
+    SendClick(*view.Surface(), {1, 5});  // a heading's edge: its middle would sort
+  } else if (dynamic_cast<ui::TextBox*>(&control) != nullptr) {
     SendClick(*view.Surface());
   } else if (auto* combo = qobject_cast<QComboBox*>(view.Target())) {
     SendClick(*view.Target());
@@ -166,7 +169,7 @@ void QtOperator::Tick(ui::Control& control, int row, bool on) {
   RowsView& rows = Rows(control);
   const QPoint at = rows.CheckPoint(row);
   if (at.isNull()) Refuse(control.name + " no tiene la fila " + std::to_string(row));
-  if (list->items[row].checked == on) return Focus(control);
+  if (list->items[static_cast<std::size_t>(list->RowAt(row))].checked == on) return Focus(control);
   SendClick(*rows.Rows(), at);
   Done();
 }
@@ -181,6 +184,20 @@ void QtOperator::CellButton(ui::Control& control, int row, int column) {
   Done();
 }
 
+void QtOperator::Sort(ui::List& list, int column) {
+  RowsView& rows = Rows(list);
+  const QPoint at = rows.HeadingPoint(column);
+  if (at.isNull() || !list.arrangeable) Refuse(list.name + " no se ordena por la columna " + std::to_string(column));
+  SendClick(*rows.Surface(), at);
+  Done();
+}
+
+void QtOperator::OpenListMenu(ui::List& list) {
+  Focus(list);
+  SendStroke({Qt::Key_Menu, Qt::NoModifier, {}, 0});
+  Done();
+}
+
 void QtOperator::ChooseMenu(std::string_view entry) {
   Begin();
   QMenu* menu = front_end_.TopWindow()->menu();
@@ -188,6 +205,8 @@ void QtOperator::ChooseMenu(std::string_view entry) {
   for (QAction* action : menu->actions()) {
     if (!EqualNoCase(Utf8(action->objectName()), entry)) continue;
     SendClick(*menu, menu->actionGeometry(action).center());
+    // A desktop gives the keys back to the window; without one nobody does.
+    if (FormWindow* window = front_end_.TopWindow(); window != nullptr && Box() == nullptr) window->activateWindow();
     return Done();
   }
   Refuse("el menú no tiene " + std::string(entry));
@@ -223,6 +242,14 @@ void QtOperator::Find(std::string_view text) {
   Begin();
   front_end_.open_search()->edit().selectAll();
   SendText(Text(text));
+  Done();
+}
+
+void QtOperator::SortMatches(std::size_t column) {
+  Begin();
+  QHeaderView& header = *front_end_.open_search()->table().horizontalHeader();
+  const int at = static_cast<int>(column);
+  SendClick(*header.viewport(), {header.sectionViewportPosition(at) + header.sectionSize(at) / 2, header.height() / 2});
   Done();
 }
 

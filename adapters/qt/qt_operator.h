@@ -29,12 +29,15 @@ class QtOperator : public ui::Operator {
   void Select(ui::Control& control, const std::string& row_or_entry) override;
   void Tick(ui::Control& control, int row, bool on) override;
   void CellButton(ui::Control& control, int row, int column) override;
+  void Sort(ui::List& list, int column) override;
+  void OpenListMenu(ui::List& list) override;
   void ChooseMenu(std::string_view entry) override;
   void Close() override;
 
   void Answer(ui::Answer answer) override;
   std::vector<std::string> Matches() override;
   void Find(std::string_view text) override;
+  void SortMatches(std::size_t column) override;
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;
   void PickNone() override;

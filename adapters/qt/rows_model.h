@@ -10,17 +10,29 @@
 
 namespace tpv::qt {
 
-// What a grid and a list view have in common for the eye.
+// A list as the eye sees it: rows by their places.
 class RowSource {
  public:
-  virtual ~RowSource() = default;
-  virtual int Count() const = 0;
-  virtual int CurrentRow() const = 0;
-  virtual const std::vector<ui::GridColumn>& Columns() const = 0;
-  virtual std::string Cell(int row, int column) const = 0;
-  virtual bool HasChecks() const { return false; }
-  virtual bool Checked(int /*row*/) const { return false; }
-  virtual bool ReadOnly() const { return false; }
+  explicit RowSource(const ui::List& list)
+      : list_(list),
+        grid_(dynamic_cast<const ui::Grid*>(&list)),
+        items_(dynamic_cast<const ui::ListView*>(&list)) {}
+
+  int Count() const { return list_.ShownCount(); }
+  int CurrentRow() const { return list_.PlaceOf(list_.current_row); }
+  const std::vector<ui::GridColumn>& Columns() const { return list_.layout; }
+  std::string Cell(int row, int column) const { return list_.Cell(list_.RowAt(row), column); }
+  bool HasChecks() const { return items_ != nullptr && items_->check_boxes; }
+  bool Checked(int row) const {
+    const int at = list_.RowAt(row);
+    return items_ != nullptr && at >= 0 && items_->items[static_cast<std::size_t>(at)].checked;
+  }
+  bool ReadOnly() const { return grid_ != nullptr && grid_->read_only; }
+
+ private:
+  const ui::List& list_;
+  const ui::Grid* grid_;
+  const ui::ListView* items_;
 };
 
 class RowsModel : public QAbstractTableModel {

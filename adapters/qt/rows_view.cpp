@@ -36,47 +36,18 @@ class Table : public TillTable {
   }
 };
 
-class GridRows : public RowSource {
- public:
-  explicit GridRows(const ui::Grid& grid) : grid_(grid) {}
-  int Count() const override { return static_cast<int>(grid_.rows.size()); }
-  int CurrentRow() const override { return grid_.current_row; }
-  const std::vector<ui::GridColumn>& Columns() const override { return grid_.layout; }
-  std::string Cell(int row, int column) const override {
-    const bool known = column < static_cast<int>(grid_.rows[row].size());
-    return known ? grid_.Cell(row, column) : std::string();
-  }
-  bool ReadOnly() const override { return grid_.read_only; }
-
- private:
-  const ui::Grid& grid_;
-};
-
-class ListRows : public RowSource {
- public:
-  explicit ListRows(const ui::ListView& list) : list_(list) {}
-  int Count() const override { return static_cast<int>(list_.items.size()); }
-  int CurrentRow() const override { return list_.current_row; }
-  const std::vector<ui::GridColumn>& Columns() const override { return list_.layout; }
-  std::string Cell(int row, int column) const override {
-    const auto& cells = list_.items[row].cells;
-    return column < static_cast<int>(cells.size()) ? cells[column] : std::string();
-  }
-  bool HasChecks() const override { return list_.check_boxes; }
-  bool Checked(int row) const override { return list_.items[row].checked; }
-
- private:
-  const ui::ListView& list_;
-};
-
 }  // namespace
 
-RowsView::RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surroundings around)
+RowsView::RowsView(ui::List& shown, Surroundings around)
     : ControlView(shown),
-      source_(std::move(source)),
+      list_(shown),
+      source_(shown),
       actions_(around.actions),
-      table_(new Table(&around.parent)),
-      model_(new RowsModel(*source_, table_)) {
+      table_(new Table(nullptr)),
+      box_(*new FilterBox(*table_, around.parent, [this] {
+        actions_.Act([this](ui::Engine& engine) { engine.FocusOn(control); });
+      })),
+      model_(new RowsModel(source_, table_)) {
   static_cast<Table*>(table_)->resized = [this] {
     if (table_->viewport()->width() != room_) SetWidths();
   };
@@ -93,6 +64,9 @@ RowsView::~RowsView() {
 
 void RowsView::Sync() {
   ControlView::Sync();
+  list_.Arrange();  // also between the events, where long work repaints
+  box_.Show(list_);
+  SyncOrder();
   const int before = model_->rowCount();
   const bool other_columns = model_->Update();
   if (other_columns || (before == 0 && model_->rowCount() > 0)) SetWidths();
@@ -105,8 +79,15 @@ void RowsView::Sync() {
   table_->viewport()->update();
 }
 
+void RowsView::SyncOrder() {
+  QHeaderView& header = *table_->horizontalHeader();
+  const auto order = list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder;
+  if (header.isSortIndicatorShown() != (list_.sorted_by >= 0)) header.setSortIndicatorShown(list_.sorted_by >= 0);
+  if (list_.sorted_by >= 0) header.setSortIndicator(list_.sorted_by, order);
+}
+
 void RowsView::SyncCurrentRow() {
-  const int row = source_->CurrentRow();
+  const int row = source_.CurrentRow();
   if (table_->currentIndex().row() == row) return;
   if (row < 0 || row >= model_->rowCount()) {
     table_->setCurrentIndex({});
@@ -120,36 +101,37 @@ void RowsView::SyncCurrentRow() {
 std::string RowsView::PaintedText() const {
   const int first = std::max(table_->rowAt(0), 0);
   const int last = table_->rowAt(table_->viewport()->height() - 1);
-  const int end = last < 0 ? source_->Count() : last + 1;
+  const int end = last < 0 ? source_.Count() : last + 1;
   std::string text;
-  for (int row = first; row < std::min(end, source_->Count()); ++row) {
-    text += source_->Checked(row) ? '\2' : '\1';
+  for (int row = first; row < std::min(end, source_.Count()); ++row) {
+    text += source_.Checked(row) ? '\2' : '\1';
     for (int column = 0; column < model_->columnCount(); ++column) {
-      if (!source_->Columns()[column].hidden) text += source_->Cell(row, column) + '\1';
+      if (!source_.Columns()[column].hidden) text += source_.Cell(row, column) + '\1';
     }
   }
-  return text + (source_->ReadOnly() ? 'r' : 'w');
+  return text + (source_.ReadOnly() ? 'r' : 'w');
 }
 
 QModelIndex RowsView::Visible(int row) const {
   for (int column = 0; column < model_->columnCount(); ++column) {
-    if (!source_->Columns()[column].hidden) return model_->index(row, column);
+    if (!source_.Columns()[column].hidden) return model_->index(row, column);
   }
   return {};
 }
 
 bool RowsView::Filter(QObject* watched, QEvent& event) {
   if (watched == table_->horizontalHeader()->viewport()) {
-    if (event.type() == QEvent::MouseButtonPress) {
-      actions_.Act([this](ui::Engine& engine) { engine.FocusOn(control); });
-    }
-    if (event.type() == QEvent::MouseButtonRelease) KeepWidths();
+    if (event.type() == QEvent::MouseButtonPress) PressHeading(static_cast<QMouseEvent&>(event));
+    if (event.type() == QEvent::MouseButtonRelease) ReleaseHeading(static_cast<QMouseEvent&>(event));
     return false;  // the widths are the operator's
   }
   if (watched != table_->viewport()) return false;
   switch (event.type()) {
+    case QEvent::ContextMenu:
+      actions_.Act([this](ui::Engine& engine) { engine.OpenListMenu(list_); });
+      return true;
     case QEvent::MouseButtonPress:
-      return Press(static_cast<QMouseEvent&>(event).position().toPoint());
+      return Press(static_cast<QMouseEvent&>(event));
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:
@@ -159,17 +141,37 @@ bool RowsView::Filter(QObject* watched, QEvent& event) {
   }
 }
 
-bool RowsView::Press(const QPoint& at) {
+void RowsView::PressHeading(const QMouseEvent& event) {
+  actions_.Act([this](ui::Engine& engine) { engine.FocusOn(control); });
+  pressed_at_ = event.position().toPoint().x();
+  pressed_widths_ = AllWidths();
+}
+
+// A press that neither pulled an edge nor wandered off sorts.
+void RowsView::ReleaseHeading(const QMouseEvent& event) {
+  constexpr int kStill = 4;  // pixels, and the edges' width
+  KeepWidths();
+  if (AllWidths() != pressed_widths_ || !list_.arrangeable) return;
+  const int x = event.position().toPoint().x();
+  const QHeaderView& header = *table_->horizontalHeader();
+  const int column = header.logicalIndexAt(x);
+  if (column < 0 || std::abs(x - pressed_at_) > kStill) return;
+  const int from_edge = x - header.sectionViewportPosition(column);
+  if (from_edge < kStill || header.sectionSize(column) - from_edge < kStill) return;
+  actions_.Act([&](ui::Engine& engine) { engine.SortBy(list_, column); });
+}
+
+bool RowsView::Press(const QMouseEvent& event) {
+  const QPoint at = event.position().toPoint();
+  const bool chooses = event.button() == Qt::RightButton;  // its menu is on its way
   const QModelIndex index = table_->indexAt(at);
   actions_.Act([&](ui::Engine& engine) {
     if (!index.isValid()) return engine.FocusOn(control);
     const QRect cell = table_->visualRect(index);
-    auto* list = dynamic_cast<ui::ListView*>(&control);
-    const bool on_check = list != nullptr && list->check_boxes && index.column() == 0 &&
-                          at.x() < cell.left() + kCheckWidth;
-    if (on_check) {
-      engine.SetCheck(*list, index.row(), !list->items.at(index.row()).checked);
-    } else if (model_->HasButton(index.column()) && ButtonRect(cell).contains(at)) {
+    const bool on_check = source_.HasChecks() && index.column() == 0 && at.x() < cell.left() + kCheckWidth;
+    if (on_check && !chooses) {
+      engine.SetCheck(static_cast<ui::ListView&>(control), index.row(), !source_.Checked(index.row()));
+    } else if (!chooses && model_->HasButton(index.column()) && ButtonRect(cell).contains(at)) {
       engine.CellButton(static_cast<ui::Grid&>(control), index.row(), index.column());
     } else {
       engine.SelectRow(control, index.row());
@@ -192,14 +194,14 @@ bool RowsView::TakesKey(const QKeyEvent& event) {
 
 // Moves by a page or to an end; the engine selects.
 bool RowsView::Page(int key) {
-  const int count = source_->Count();
+  const int count = source_.Count();
   if (count == 0) return false;
   const int page = std::max(1, table_->viewport()->height() / kRowHeight - 1);
   int row = key == Qt::Key_Home ? 0 : count - 1;
-  if (key == Qt::Key_PageUp) row = source_->CurrentRow() - page;
-  if (key == Qt::Key_PageDown) row = source_->CurrentRow() + page;
+  if (key == Qt::Key_PageUp) row = source_.CurrentRow() - page;
+  if (key == Qt::Key_PageDown) row = source_.CurrentRow() + page;
   row = std::clamp(row, 0, count - 1);
-  if (row != source_->CurrentRow()) {
+  if (row != source_.CurrentRow()) {
     actions_.Act([&](ui::Engine& engine) { engine.SelectRow(control, row); });
   }
   return false;
@@ -212,9 +214,9 @@ std::string RowsView::Shown() const {
 }
 
 std::string RowsView::Expected() const {
-  const int row = source_->CurrentRow();
-  return std::to_string(source_->Count()) + "/" +
-         std::to_string(row < source_->Count() ? row : -1);
+  const int row = source_.CurrentRow();
+  return std::to_string(source_.Count()) + "/" +
+         std::to_string(row < source_.Count() ? row : -1);
 }
 
 QPoint RowsView::RowPoint(int row) {
@@ -227,7 +229,7 @@ QPoint RowsView::RowPoint(int row) {
 
 QPoint RowsView::CheckPoint(int row) {
   const QPoint point = RowPoint(row);
-  if (point.isNull() || !source_->HasChecks()) return {};
+  if (point.isNull() || !source_.HasChecks()) return {};
   return CheckRect(table_->visualRect(Visible(row))).center();
 }
 
@@ -240,7 +242,7 @@ QPoint RowsView::ButtonPoint(int row, int column) {
 
 // Below the current row's button, where there is one.
 QPoint RowsView::MenuPoint() {
-  const int row = source_->CurrentRow();
+  const int row = source_.CurrentRow();
   QPoint at = RowPoint(row);
   for (int column = 0; column < model_->columnCount(); ++column) {
     if (const QPoint button = ButtonPoint(row, column); !button.isNull()) at = button;
@@ -250,12 +252,18 @@ QPoint RowsView::MenuPoint() {
 
 QWidget* RowsView::Surface() { return table_->horizontalHeader()->viewport(); }
 
+QPoint RowsView::HeadingPoint(int column) const {
+  const QHeaderView& header = *table_->horizontalHeader();
+  if (column < 0 || column >= model_->columnCount() || table_->isColumnHidden(column)) return {};
+  return {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, header.height() / 2};
+}
+
 std::unique_ptr<ControlView> MakeGridView(ui::Grid& grid, Surroundings around) {
-  return std::make_unique<RowsView>(grid, std::make_unique<GridRows>(grid), around);
+  return std::make_unique<RowsView>(grid, around);
 }
 
 std::unique_ptr<ControlView> MakeListView(ui::ListView& list, Surroundings around) {
-  return std::make_unique<RowsView>(list, std::make_unique<ListRows>(list), around);
+  return std::make_unique<RowsView>(list, around);
 }
 
 }  // namespace tpv::qt

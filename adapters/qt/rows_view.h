@@ -4,18 +4,22 @@
 
 #include <QTableView>
 
+class QMouseEvent;
+
 #include "adapters/qt/column_widths.h"
 #include "adapters/qt/control_view.h"
+#include "adapters/qt/filter_box.h"
 #include "adapters/qt/rows_model.h"
 
 namespace tpv::qt {
 
 class RowsView : public ControlView {
  public:
-  RowsView(ui::Control& shown, std::unique_ptr<RowSource> source, Surroundings around);
+  RowsView(ui::List& shown, Surroundings around);
   ~RowsView() override;
 
-  QWidget* Outer() override { return table_; }
+  QWidget* Outer() override { return &box_; }
+  QWidget* Target() override { return table_; }
   QWidget* Surface() override;  // the header
   QWidget* Rows() const { return table_->viewport(); }
   void Sync() override;
@@ -31,10 +35,15 @@ class RowsView : public ControlView {
   QPoint RowPoint(int row);
   QPoint CheckPoint(int row);
   QPoint ButtonPoint(int row, int column);
+  // In Surface(): where to click to sort by a column.
+  QPoint HeadingPoint(int column) const;
 
  private:
-  bool Press(const QPoint& at);
+  void PressHeading(const QMouseEvent& event);
+  void ReleaseHeading(const QMouseEvent& event);
+  bool Press(const QMouseEvent& event);
   bool Page(int key);
+  void SyncOrder();
   void SyncCurrentRow();
   void SetWidths();
   std::string Key() const;  // in the memory of widths
@@ -48,10 +57,14 @@ class RowsView : public ControlView {
   QModelIndex Visible(int row) const;
   std::string PaintedText() const;
 
-  std::unique_ptr<RowSource> source_;
+  ui::List& list_;
+  const RowSource source_;
   Actions& actions_;
   QTableView* table_;
+  FilterBox& box_;
   RowsModel* model_;
+  int pressed_at_ = 0;             // in the headings
+  std::vector<int> pressed_widths_;
   int room_ = -1;                  // that the widths were last set for
   std::vector<int> own_widths_;    // the operator's, of all columns; empty for none
   std::vector<int> shown_widths_;  // as they were last set

@@ -21,16 +21,16 @@ constexpr int kUsualAmount = 7;  // 9.999,99
 }  // namespace
 
 ColumnNeed RowsView::NeedOf(int column) const {
-  const ui::GridColumn& layout = source_->Columns()[column];
+  const ui::GridColumn& layout = source_.Columns()[column];
   const QFontMetrics header(table_->horizontalHeader()->font());
   const QFontMetrics cells(table_->font());
-  const int extra = kCellPadding + (column == 0 && source_->HasChecks() ? kCheckWidth : 0) +
+  const int extra = kCellPadding + (column == 0 && source_.HasChecks() ? kCheckWidth : 0) +
                     (layout.cell_button ? kButtonWidth : 0);
   int shown = header.horizontalAdvance(Text(layout.caption)) + kCellPadding;
   const int declared = std::max(shown, qRound(layout.width * kPixelsInTwip));
   const int most = layout.width > 0 ? declared * 2 : kWidestColumn;
-  for (int row = 0; row < std::min(source_->Count(), kSampleRows); ++row) {
-    shown = std::max(shown, cells.horizontalAdvance(Text(source_->Cell(row, column))) + extra);
+  for (int row = 0; row < std::min(source_.Count(), kSampleRows); ++row) {
+    shown = std::max(shown, cells.horizontalAdvance(Text(source_.Cell(row, column))) + extra);
   }
   const bool name = layout.align == ui::Align::Left && layout.mask.empty();
   const int usual = cells.horizontalAdvance(u'0') * (name ? kUsualName : kUsualAmount) + extra;
@@ -53,7 +53,7 @@ std::vector<ColumnNeed> RowsView::NeedsOf(const std::vector<int>& columns) {
 int RowsView::Widest(const std::vector<int>& columns, const std::vector<int>& widths) const {
   int widest = -1;
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (source_->Columns()[columns[i]].align != ui::Align::Left) continue;
+    if (source_.Columns()[columns[i]].align != ui::Align::Left) continue;
     if (widest < 0 || widths[i] > widths[static_cast<std::size_t>(widest)]) widest = static_cast<int>(i);
   }
   return widest;
@@ -80,8 +80,8 @@ void RowsView::SetWidths() {
   room_ = table_->viewport()->width();
   std::vector<int> columns;
   for (int column = 0; column < model_->columnCount(); ++column) {
-    table_->setColumnHidden(column, source_->Columns()[column].hidden);
-    if (!source_->Columns()[column].hidden) columns.push_back(column);
+    table_->setColumnHidden(column, source_.Columns()[column].hidden);
+    if (!source_.Columns()[column].hidden) columns.push_back(column);
   }
   std::vector<ColumnNeed> needs = NeedsOf(columns);
   PreferOwnWidths(columns, needs);
@@ -106,7 +106,7 @@ std::vector<int> RowsView::AllWidths() const {
 
 std::string RowsView::Key() const { return control.form.name + "." + control.name; }
 
-// The operator let go of a column's edge.
+// The operator let go of a heading, or of a column's edge.
 void RowsView::KeepWidths() {
   const std::vector<int> widths = AllWidths();
   if (widths == shown_widths_) return;

@@ -1,5 +1,7 @@
 #include "adapters/qt/search_dialog.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -29,6 +31,12 @@ SearchModel::SearchModel(const ui::SearchRequest& request, QObject* parent)
 void SearchModel::Narrow(const QString& text) {
   beginResetModel();
   list_.Narrow(Utf8(text));
+  endResetModel();
+}
+
+void SearchModel::SortBy(int column) {
+  beginResetModel();
+  list_.SortBy(static_cast<std::size_t>(column));
   endResetModel();
 }
 
@@ -69,6 +77,8 @@ SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine,
   connect(edit_, &QLineEdit::textChanged, this, [this](const QString& text) { Narrow(text); });
   connect(table_, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { Choose(index.row()); });
+  table_->horizontalHeader()->setSectionsClickable(true);
+  connect(table_->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) { SortBy(column); });
   edit_->installEventFilter(this);
   edit_->setFocus();
   MoveTo(0);
@@ -120,6 +130,17 @@ void SearchDialog::Narrow(const QString& text) {
   MoveTo(0);
 }
 
+void SearchDialog::SortBy(int column) {
+  model_->SortBy(column);
+  const ui::SearchList& list = model_->list();
+  table_->horizontalHeader()->setSortIndicatorShown(list.sorted_by().has_value());
+  if (list.sorted_by()) {
+    table_->horizontalHeader()->setSortIndicator(
+        static_cast<int>(*list.sorted_by()), list.descending() ? Qt::DescendingOrder : Qt::AscendingOrder);
+  }
+  MoveTo(0);
+}
+
 void SearchDialog::MoveTo(int row) {
   const int rows = model_->rowCount();
   count_->setText(Text(model_->list().CountText()) + "    ↑↓ elegir    Enter aceptar    Esc cerrar");
@@ -132,6 +153,10 @@ void SearchDialog::MoveTo(int row) {
 bool SearchDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched != edit_ || event->type() != QEvent::KeyPress) return false;
   const auto& key = static_cast<QKeyEvent&>(*event);
+  if (key.matches(QKeySequence::Copy) && !edit_->hasSelectedText()) {
+    QApplication::clipboard()->setText(Text(model_->list().ClipboardText()));
+    return true;
+  }
   return TakeScanned(key) || Key(key.key());
 }
 

@@ -20,6 +20,7 @@ class SearchModel : public QAbstractTableModel {
   SearchModel(const ui::SearchRequest& request, QObject* parent);
 
   void Narrow(const QString& text);
+  void SortBy(int column);
   const ui::SearchList& list() const { return list_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -52,6 +53,7 @@ class SearchDialog : public QDialog {
   void LayOut(const ui::SearchRequest& request);
   void SetWidths(const ui::SearchRequest& request);
   void Narrow(const QString& text);
+  void SortBy(int column);
   void MoveTo(int row);
   bool Key(int key);
   bool TakeScanned(const QKeyEvent& event);

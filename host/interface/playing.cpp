@@ -29,9 +29,11 @@ struct Rehearsal {
   RecordingMailer mail;
   RecordingReports reports;
   RecordingSound sound;
+  RecordingTables tables;
   HostComponents objects;
   Ports ports{
-      *around->headless(), printers, devices, settings, clock, mail, reports, objects, sound};
+      *around->headless(), printers, devices, settings, clock, mail, reports, objects, sound, nullptr, nullptr,
+      nullptr,                 &tables};
 };
 
 // The host's context goes in, what the scenario made of it comes out.
@@ -94,7 +96,7 @@ bool PlayOn(zrtpv_till& till, const std::string& script, std::ostream& transcrip
   HeadlessFrontEnd& front_end = *till.around->headless();
   scenario::HeadlessOperator hands(front_end);
   scenario::Rig rig{*connection, stage->clock,   stage->printers, stage->devices, stage->settings,
-                    stage->mail, stage->reports, stage->sound,    component,      {}};
+                    stage->mail, stage->reports, stage->sound,    component,      {}, &stage->tables};
   rig.premises.configure = [&](const std::string& name, const std::string& value) {
     ChangeSetting(stage->settings, name, value);
   };

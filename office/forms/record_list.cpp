@@ -20,6 +20,7 @@ RecordList::RecordList(Context& context, RecordListing listing)
   caption = listing_.title;
   Text1.Add(0, "Buscar").columns = 30;
   Text1[0].stretch = true;
+  lstRegistros.narrowable = false;  // the box above it searches
   for (const ListedColumn& column : listing_.columns) {
     const ui::Align align = column.mask.empty() ? ui::Align::Left : ui::Align::Right;
     lstRegistros.layout.push_back({column.caption, column.mask, column.width, align});

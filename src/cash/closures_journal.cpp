@@ -21,7 +21,8 @@ std::vector<ui::GridColumn> Columns() {
   for (const auto& [caption, width] :
        {std::pair("Saldo Inicial", 1200), {"Metalico", 1200}, {"Tarjeta", 1200}, {"Pagos", 1000},
         {"Retirado", 1200}, {"Saldo Final", 1200}}) {
-    columns.push_back({caption, "#,##0.00", width, Right, false, false});
+    const bool balance = std::string_view(caption).starts_with("Saldo");
+    columns.push_back({caption, "#,##0.00", width, Right, false, false, !balance});
   }
   return columns;
 }

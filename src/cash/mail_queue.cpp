@@ -54,9 +54,13 @@ bool Send(Context& context, Object& component, const Letter& letter, std::string
 using Stop = std::function<bool()>;
 
 // What the operator did not wait for is told once, not at each new attempt.
-void TellFailure(ui::FrontEnd& front_end, const QueuedMail& mail, const std::string& error) {
+// The server's own words stand beside the mail in the store, for the technician.
+void TellFailure(ui::FrontEnd& front_end, const QueuedMail& mail, bool sent, const std::string& error) {
   if (error.empty() || mail.Says(error)) return;
-  front_end.Notify({"El correo «" + mail.letter.subject + "» para " + mail.letter.recipient + ": " + error, {}});
+  std::string what = "no ha salido; se intentará otra vez.";
+  if (sent) what = "no ha llegado a todos sus destinatarios.";
+  if (error.starts_with(kMayHaveArrived)) what = "puede haber llegado; el próximo ticket de cierre pregunta si se repite.";
+  front_end.Notify({"El correo «" + mail.letter.subject + "» para " + mail.letter.recipient + " " + what, error});
 }
 
 // With the operator waiting (no `stop`), a failure that took too long ends the round.
@@ -69,7 +73,7 @@ void SendRound(Context& context, const Stop& stop) {
     std::string error;
     const bool sent = Send(context, *component, mail.letter, error);
     NoteOutcome(context, mail.id, sent, error);
-    if (stop) TellFailure(context.ports.ui, mail, error);
+    if (stop) TellFailure(context.ports.ui, mail, sent, error);
     const bool enough = stop ? stop() : !sent && context.ports.clock.Now() > until;
     if (enough) return;
   }
@@ -98,7 +102,7 @@ void SendApart(Context& context, Errands& errands) {
     const auto send = [mail, component, &front_end = context.ports.ui] {
       std::string error;
       const bool sent = Post(*component, error);
-      TellFailure(front_end, mail, error);
+      TellFailure(front_end, mail, sent, error);
       return Outcome(mail.id, sent, error);
     };
     errands.RunApart(send, Outcome(mail.id, false, "El programa terminó antes de enviarlo"));

@@ -100,7 +100,7 @@ std::vector<ui::GridColumn> FrmTpvPendiente::Columns() const {
     columns.push_back({"Cliente", "", 7800, Left, false, false});
   }
   for (const char* amount : {"Importe", "Cobrado", "Pendiente"}) {
-    columns.push_back({amount, "#,##0.00", 1000, Right, false, false});
+    columns.push_back({amount, "#,##0.00", 1000, Right, false, false, true});
   }
   return columns;
 }

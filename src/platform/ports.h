@@ -18,6 +18,7 @@ class Sound;
 class Errands;
 class Digest;
 class SendingWatch;
+class TableFiles;
 
 struct Ports {
   ui::FrontEnd& ui;
@@ -32,6 +33,7 @@ struct Ports {
   Errands* errands = nullptr;  // null: everything is done at once
   const Digest* digest = nullptr;  // null: this build makes no invoice records
   const SendingWatch* sending = nullptr;  // null: nobody sends invoice records here
+  TableFiles* tables = nullptr;  // null: no file of a spreadsheet is written
 };
 
 }  // namespace tpv

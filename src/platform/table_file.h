@@ -53,6 +53,9 @@ class TableFiles {
   // Both throw TableError.
   virtual std::unique_ptr<TableReader> Open(const std::string& path) = 0;
   virtual std::unique_ptr<TableWriter> Create(const std::string& path) = 0;
+  // The whole path of what a person calls a file: a name alone lies where the reports do.
+  virtual std::string PathOf(const std::string& name) const { return name; }
+  virtual bool Exists(const std::string& /*path*/) const { return false; }
 };
 
 }  // namespace tpv

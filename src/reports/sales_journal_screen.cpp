@@ -92,6 +92,7 @@ void FrmTpvDiarioVentas::Connect() {
     Frame1.visible = !Check4.checked;
     RunAgain();
   };
+  DbgDiario.detail_field = "Cav_Id";
   DbgDiario.cell_button = [this](int row, int column) { OpenTicketMenu(row, column); };
   mnu00.entries = {
       {"mnu01", "Imprimir", [this] { PrintTicket(); }},
@@ -158,14 +159,14 @@ void FrmTpvDiarioVentas::ShowLists(const std::string& days) {
   std::vector<ui::GridColumn> sales = ListColumns(true);
   sales.insert(sales.begin(), {"", "", 0, Left, true, false});
   for (const char* amount : {"Ventas", "Pendiente"}) {
-    sales.push_back({amount, kAmountMask, 1000, Right, false, false});
+    sales.push_back({amount, kAmountMask, 1000, Right, false, false, true});
   }
   DbgDiario.Bind(*Database().Execute(journal::Sales(days)), std::move(sales));
   ShowCollectionTotals(days);
   std::vector<ui::GridColumn> collections = ListColumns(false);
-  collections.push_back({"Metalico", kAmountMask, 1200, Right, false, false});
+  collections.push_back({"Metalico", kAmountMask, 1200, Right, false, false, true});
   for (const char* amount : {"Tarjeta", "Descuento"}) {
-    collections.push_back({amount, kAmountMask, 1000, Right, false, false});
+    collections.push_back({amount, kAmountMask, 1000, Right, false, false, true});
   }
   dbgCobPag.Bind(*Database().Execute(journal::Collections(days)), std::move(collections));
 }

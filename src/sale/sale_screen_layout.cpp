@@ -39,6 +39,7 @@ void FrmTpv::DeclareLayout() {
 
 void FrmTpv::ConnectFields() {
   Text1[6].left = [this] { LeaveTill(); };
+  dbgVenta.arrangeable = false;  // lines stand as they were sold
   dbgVenta.cell_button = [this](int row, int column) { EditLine(row, column); };
 }
 

@@ -1,6 +1,7 @@
 #include "screen/access_keys.h"
 
-#include <set>
+#include <functional>
+#include <map>
 #include <vector>
 
 #include "base/text.h"
@@ -11,6 +12,15 @@ namespace {
 
 bool IsLetter(char32_t folded) {
   return (folded >= U'a' && folded <= U'z') || (folded >= U'0' && folded <= U'9');
+}
+
+// The first character that is `wanted`; 0 for none.
+char32_t FirstIn(const std::string& folded, const std::function<bool(char32_t)>& wanted) {
+  for (std::size_t at = 0; at < folded.size();) {
+    const char32_t letter = NextCharacter(folded, at);
+    if (wanted(letter)) return letter;
+  }
+  return 0;
 }
 
 bool IsPressed(const Control& control) {
@@ -29,25 +39,26 @@ char32_t MarkedLetter(std::string_view caption) {
 }
 
 void GiveAccessKeys(Form& form) {
-  std::set<char32_t> taken;
+  std::map<char32_t, bool> taken;    // and whether only fields have it
   std::vector<Control*> waiting[2];  // what is pressed, then what is typed into
   for (Control* control : form.InLayoutOrder()) {
     if (!control->CanFocus()) continue;
     if (const char32_t marked = MarkedLetter(control->caption); marked != 0) {
-      taken.insert(marked);
-    } else if (control->tab_stop) {
+      taken[marked] = false;
+    } else if (control->tab_stop && !control->caption.empty()) {
       waiting[IsPressed(*control) ? 0 : 1].push_back(control);
     }
   }
   for (const auto& controls : waiting) {
     for (Control* control : controls) {
-      const std::string folded = FoldCase(control->caption);
-      for (std::size_t at = 0; at < folded.size();) {
-        const char32_t letter = NextCharacter(folded, at);
-        if (!IsLetter(letter) || !taken.insert(letter).second) continue;
-        control->access_key = letter;
-        break;
-      }
+      const bool field = !IsPressed(*control);
+      const auto free = [&](char32_t letter) { return IsLetter(letter) && !taken.contains(letter); };
+      const auto shared = [&](char32_t letter) { return field && taken.contains(letter) && taken[letter]; };
+      char32_t key = FirstIn(FoldCase(control->caption), free);
+      if (key == 0) key = FirstIn(FoldCase(control->caption), shared);
+      if (key == 0) key = FirstIn("1234567890abcdefghijklmnopqrstuvwxyz", free);
+      control->access_key = key;
+      if (key != 0) taken.try_emplace(key, field);
     }
   }
 }
@@ -62,7 +73,9 @@ std::string MarkedCaption(const Control& control) {
     if (NextCharacter(FoldCase(letter), first) != control.access_key) continue;
     return control.caption.substr(0, begin) + "&" + control.caption.substr(begin);
   }
-  return control.caption;
+  std::string sign;
+  AppendCharacter(sign, control.access_key);
+  return control.caption + " (&" + sign + ")";
 }
 
 }  // namespace tpv::ui

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "screen/access_keys.h"
+#include "screen/engine_lists.h"
 
 namespace tpv::ui {
 
@@ -123,6 +124,7 @@ int MovedRow(int current, std::size_t count, int step) {
 // longer have it, and selections inside their texts.
 void Engine::Settle(Form& form) {
   const ClampedSelections clamped{form};
+  ArrangeLists(form);
   if (std::exchange(form.tab_sent, false)) form.requested_focus = Next(form, form.focus, false);
   MoveFocus(form);
   if (form.focus != nullptr && !CanTakeFocus(*form.focus)) {
@@ -188,6 +190,7 @@ void Engine::TypeCharacter(char32_t character, KeyMoment when) {
   if (begins) RememberFocus(form);
   if (form.focus == nullptr) throw ActionRefused("ningún control tiene el foco");
   if (!begins && dynamic_cast<TextBox*>(form.focus) == nullptr) return;  // no finger's key
+  if (TypeIntoList(character)) return;
   if (character == U' ' && dynamic_cast<TextBox*>(form.focus) == nullptr) {
     return PressSpace(*form.focus);
   }
@@ -212,12 +215,12 @@ void Engine::TypeCharacter(char32_t character, KeyMoment when) {
 void Engine::PressSpace(Control& control) {
   if (auto* list = dynamic_cast<ListView*>(&control); list != nullptr && list->check_boxes) {
     const int row = list->current_row;
-    if (row >= 0) SetCheck(*list, row, !list->items.at(row).checked);
+    if (row >= 0) SetCheck(*list, list->PlaceOf(row), !list->items.at(row).checked);
   } else if (auto* grid = dynamic_cast<Grid*>(&control)) {
     const auto button = std::find_if(grid->layout.begin(), grid->layout.end(),
                                      [](const GridColumn& column) { return column.cell_button; });
     const bool usable = button != grid->layout.end() && grid->current_row >= 0 && !grid->read_only;
-    if (usable) CellButton(*grid, grid->current_row, static_cast<int>(button - grid->layout.begin()));
+    if (usable) CellButton(*grid, grid->PlaceOf(grid->current_row), static_cast<int>(button - grid->layout.begin()));
   } else {
     Click(control);
   }
@@ -248,6 +251,7 @@ void Engine::KeyDown(Key key, KeyMoment when) {
   Form& form = *Top();
   if (key == Key::Enter && TakeLineEnd(form, when)) return;
   if (key != Key::Enter) burst_.Interrupt();
+  if (ForgetFilter(key)) return;
   bool swallowed = false;
   Run(form, [&] { swallowed = form.OnKeyDown(key); });
   if (swallowed || form.closing || Top() != &form) return;
@@ -287,12 +291,9 @@ void Engine::TypeKeypad(Form& form, TextBox& box, char32_t character) {
 void Engine::MoveRow(Control& control, int step) {
   int current = -1;
   std::size_t count = 0;
-  if (const auto* grid = dynamic_cast<Grid*>(&control)) {
-    current = grid->current_row;
-    count = grid->rows.size();
-  } else if (const auto* list = dynamic_cast<ListView*>(&control)) {
-    current = list->current_row;
-    count = list->items.size();
+  if (const auto* list = dynamic_cast<List*>(&control)) {
+    current = list->PlaceOf(list->current_row);
+    count = static_cast<std::size_t>(list->ShownCount());
   } else if (const auto* combo = dynamic_cast<ComboBox*>(&control)) {
     current = combo->index;
     count = combo->items.size();
@@ -331,17 +332,24 @@ void Engine::Click(Control& control) {
   });
 }
 
+// A caption's own mark comes first; of fields that share a letter, the next one.
 void Engine::AccessKey(char32_t letter) {
   std::string text;
   AppendCharacter(text, letter);
   const char32_t wanted = FirstFolded(text);
-  for (const bool marked : {true, false}) {  // a caption's own mark comes first
-    for (Control* control : Top()->Controls()) {
+  std::vector<Control*> fields;
+  for (const bool marked : {true, false}) {
+    for (Control* control : Top()->InLayoutOrder()) {
       const char32_t key = marked ? MarkedLetter(control->caption) : control->access_key;
       if (key != wanted || !CanTakeFocus(*control)) continue;
-      return IsClickable(*control) ? Click(*control) : FocusOn(*control);
+      if (IsClickable(*control)) return Click(*control);
+      fields.push_back(control);
     }
   }
+  if (fields.empty()) return;
+  const auto at = std::find(fields.begin(), fields.end(), Top()->focus);
+  const bool last = at == fields.end() || at + 1 == fields.end();
+  FocusOn(last ? *fields.front() : *at[1]);
 }
 
 void Engine::SelectRow(Control& control, int row) {
@@ -353,13 +361,11 @@ void Engine::SelectRow(Control& control, int row) {
     }
   };
   Run(control.form, [&] {
-    if (auto* grid = dynamic_cast<Grid*>(&control)) {
-      require(grid->rows.size());
-      grid->current_row = row;
-    } else if (auto* list = dynamic_cast<ListView*>(&control)) {
-      require(list->items.size());
-      list->current_row = row;
-      if (list->selected) list->selected(row);
+    if (auto* list = dynamic_cast<List*>(&control)) {
+      require(static_cast<std::size_t>(list->ShownCount()));
+      list->current_row = list->RowAt(row);
+      const auto* items = dynamic_cast<ListView*>(list);
+      if (items != nullptr && items->selected) items->selected(list->current_row);
     } else if (auto* combo = dynamic_cast<ComboBox*>(&control)) {
       require(combo->items.size());
       combo->index = row;
@@ -382,13 +388,12 @@ void Engine::SelectEntry(ComboBox& combo, std::string_view text) {
 void Engine::SetCheck(ListView& list, int row, bool checked) {
   FocusOn(list);
   if (list.form.focus != &list) return;
-  if (row < 0 || static_cast<std::size_t>(row) >= list.items.size()) {
-    throw ActionRefused(list.name + " no tiene la fila " + std::to_string(row));
-  }
-  if (list.items[row].checked == checked) return;
+  const int at = list.RowAt(row);
+  if (at < 0) throw ActionRefused(list.name + " no tiene la fila " + std::to_string(row));
+  if (list.items[at].checked == checked) return;
   Run(list.form, [&] {
-    list.items[row].checked = checked;
-    if (list.checked) list.checked(row);
+    list.items[at].checked = checked;
+    if (list.checked) list.checked(at);
   });
 }
 
@@ -399,7 +404,7 @@ void Engine::CellButton(Grid& grid, int row, int column) {
                           grid.layout[column].cell_button;
   if (!has_button || grid.read_only) return;  // a click on a plain cell only chose its row
   Run(grid.form, [&] {
-    if (grid.cell_button) grid.cell_button(row, column);
+    if (grid.cell_button) grid.cell_button(grid.current_row, column);
   });
 }
 

@@ -52,10 +52,16 @@ class Engine {
   void Scan(std::string_view code);         // a scanner's keys
   void Click(Control& control);             // button, check box, option button
   void AccessKey(char32_t letter);          // Alt and a caption's & letter
+  // Rows of grids and list views are named by their places, as they stand in sight.
   void SelectRow(Control& control, int row);             // grid, list view, combo entry
   void SelectEntry(ComboBox& combo, std::string_view text);  // equals or begins with it
   void SetCheck(ListView& list, int row, bool checked);
   void CellButton(Grid& grid, int row, int column);
+  // The operator's look at a list: by a column, once more the other way round, and a
+  // third time as the screen put the rows.
+  void SortBy(List& list, int column);
+  void Narrow(List& list, std::string_view words);
+  void OpenListMenu(List& list);
   void ChooseMenu(std::string_view entry);
   // The day of the calendar that is open, typed in place of what its field holds.
   void ChooseDay(const DateTime& day);
@@ -86,6 +92,8 @@ class Engine {
   void TypeKeypad(Form& form, TextBox& box, char32_t character);
   void MoveRow(Control& control, int step);
   void PressSpace(Control& control);
+  bool TypeIntoList(char32_t character);
+  bool ForgetFilter(Key key);
   void FindEntry(ComboBox& combo, char32_t character);
 
   // What a scanner's characters may have changed before they were known as such.

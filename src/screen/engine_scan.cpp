@@ -14,6 +14,8 @@ void Engine::RememberFocus(const Form& form) {
     touched_.selection_length = box->selection_length;
   } else if (const auto* combo = dynamic_cast<const ComboBox*>(form.focus)) {
     touched_.index = combo->index;
+  } else if (const auto* list = dynamic_cast<const List*>(form.focus)) {
+    touched_.text = list->filter;
   }
 }
 
@@ -24,6 +26,8 @@ void Engine::RestoreFocus() {
     box->selection_length = touched_.selection_length;
   } else if (auto* combo = dynamic_cast<ComboBox*>(touched_.control)) {
     if (combo->index != touched_.index) SelectRow(*combo, touched_.index);
+  } else if (auto* list = dynamic_cast<List*>(touched_.control)) {
+    if (list->filter != touched_.text) Narrow(*list, touched_.text);
   }
 }
 

@@ -29,6 +29,9 @@ class Screen : public ui::Form {
   void OnBoxClosedByKey() override { pending_message.clear(); }
   void OnScanRefused(const std::string& code) override;
   void OnScanUnanswered() override;
+  bool GivesListsAway() const override { return true; }
+  void ExportList(ui::List& list, const std::string& path) override;
+  void PrintList(ui::List& list, ui::ListPaper paper) override;
 
  protected:
   Context& context() const { return context_; }

@@ -1,16 +1,18 @@
 #include "screen/search_list.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
 
 #include "base/mask.h"
 #include "base/text.h"
+#include "platform/ui/list_order.h"
 
 namespace tpv::ui {
 
 SearchList::SearchList(const SearchRequest& request)
-    : request_(request), visible_(request.rows.size()), folded_(request.rows.size()) {
-  std::iota(visible_.begin(), visible_.end(), std::size_t{0});
+    : request_(request), folded_(request.rows.size()) {
+  ShowAll();
 }
 
 const std::string& SearchList::Folded(std::size_t row) const {
@@ -26,10 +28,8 @@ const std::string& SearchList::Folded(std::size_t row) const {
 void SearchList::Narrow(std::string_view text) {
   const std::string folded = FoldForSearch(text);
   // Whoever types on only asks for more.
-  if (!folded.starts_with(narrowed_by_)) {
-    visible_.resize(request_.rows.size());
-    std::iota(visible_.begin(), visible_.end(), std::size_t{0});
-  }
+  const bool all = !folded.starts_with(narrowed_by_);
+  if (all) ShowAll();
   const std::vector<std::string> words = Split(folded, " ");
   std::erase_if(visible_, [&](std::size_t row) {
     const std::string& held = Folded(row);
@@ -38,6 +38,41 @@ void SearchList::Narrow(std::string_view text) {
     });
   });
   narrowed_by_ = folded;
+  if (all) Order();
+}
+
+void SearchList::ShowAll() {
+  visible_.resize(request_.rows.size());
+  std::iota(visible_.begin(), visible_.end(), std::size_t{0});
+}
+
+void SearchList::Order() {
+  if (!sorted_by_) return;
+  const std::size_t at = request_.shown_columns[*sorted_by_];
+  visible_ = SortedBy(std::move(visible_), descending_,
+                      [&](std::size_t row) -> const Variant& { return request_.rows[row][at]; });
+}
+
+void SearchList::SortBy(std::size_t column) {
+  if (column >= request_.shown_columns.size()) return;
+  const bool again = sorted_by_ == column;
+  const bool back = again && descending_;
+  sorted_by_ = back ? std::nullopt : std::optional(column);
+  descending_ = again && !descending_;
+  std::sort(visible_.begin(), visible_.end());
+  Order();
+}
+
+std::string SearchList::ClipboardText() const {
+  const std::size_t columns = request_.shown_columns.size();
+  const auto line = [&](const std::function<std::string(std::size_t)>& cell) {
+    std::string text;
+    for (std::size_t i = 0; i < columns; ++i) text += (i > 0 ? "\t" : "") + OneLine(ReplaceAll(cell(i), "\t", " "));
+    return text + "\n";
+  };
+  std::string text = line([&](std::size_t i) { return i < request_.captions.size() ? request_.captions[i] : ""; });
+  for (const std::size_t row : visible_) text += line([&](std::size_t i) { return Cell(row, i); });
+  return text;
 }
 
 std::optional<std::size_t> SearchList::First(std::string_view text) const {

@@ -18,6 +18,12 @@ class SearchList {
   // Keeps the rows that hold every word in a shown column that is no figure, in any
   // order and whatever their case and accents.
   void Narrow(std::string_view text);
+  // By a shown column; once more the other way round, a third time as asked for.
+  void SortBy(std::size_t column);
+  std::optional<std::size_t> sorted_by() const { return sorted_by_; }
+  bool descending() const { return descending_; }
+  // The captions and the rows now shown, for a clipboard.
+  std::string ClipboardText() const;
   // Rows now shown, as indices into the request's rows.
   const std::vector<std::size_t>& Visible() const { return visible_; }
   // The first visible row that holds the text in one piece.
@@ -29,12 +35,16 @@ class SearchList {
   const SearchRequest& request() const { return request_; }
 
  private:
+  void ShowAll();
+  void Order();
   const std::string& Folded(std::size_t row) const;
 
   const SearchRequest& request_;
   std::vector<std::size_t> visible_;
   mutable std::vector<std::string> folded_;  // what is searched of each row, made on first use
   std::string narrowed_by_;
+  std::optional<std::size_t> sorted_by_;
+  bool descending_ = false;
 };
 
 }  // namespace tpv::ui

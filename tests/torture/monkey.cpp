@@ -285,6 +285,10 @@ void Monkey::UseRows() {
   ui::Control& control = *AnyControl();
   const int row = static_cast<int>(Roll(5));
   const std::string at = control.name + " " + std::to_string(row);
+  if (auto* list = dynamic_cast<ui::List*>(&control); list != nullptr && !list->layout.empty() && Roll(5) == 0) {
+    const int column = static_cast<int>(Roll(list->layout.size()));
+    return Do("sort " + control.name + " " + std::to_string(column), [&] { hands_.Sort(*list, column); });
+  }
   if (dynamic_cast<ui::ListView*>(&control) != nullptr) {
     if (Roll(2) == 0) return Do("tick " + at, [&] { hands_.Tick(control, row, true); });
     return Do("select " + at, [&] { hands_.Select(control, std::to_string(row)); });

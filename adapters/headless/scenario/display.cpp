@@ -14,20 +14,17 @@ void Append(std::string& line, const std::string& field, bool first) {
   line += field;
 }
 
-std::string GridRow(const ui::Grid& grid, int row) {
-  std::string line;
+std::string RowText(const ui::List& list, int row) {
+  const auto* items = dynamic_cast<const ui::ListView*>(&list);
+  const ui::ListItem* item = items != nullptr ? &items->items[static_cast<std::size_t>(row)] : nullptr;
+  std::string line = items != nullptr && items->check_boxes ? (item->checked ? "[x] " : "[ ] ") : "";
+  const std::size_t columns = item != nullptr ? item->cells.size() : list.layout.size();
   bool first = true;
-  for (int column = 0; column < static_cast<int>(grid.layout.size()); ++column) {
-    if (grid.layout[column].hidden) continue;
-    Append(line, grid.Cell(row, column), first);
+  for (std::size_t column = 0; column < columns; ++column) {
+    if (item == nullptr && list.layout[column].hidden) continue;
+    Append(line, list.Cell(row, static_cast<int>(column)), first);
     first = false;
   }
-  return line;
-}
-
-std::string ListRow(const ui::ListView& list, const ui::ListItem& item) {
-  std::string line = list.check_boxes ? (item.checked ? "[x] " : "[ ] ") : "";
-  for (std::size_t i = 0; i < item.cells.size(); ++i) Append(line, item.cells[i], i == 0);
   return line;
 }
 
@@ -45,21 +42,16 @@ std::string TextOf(const ui::Control& control) {
   return control.caption;
 }
 
-bool HasRows(const ui::Control& control) {
-  return dynamic_cast<const ui::Grid*>(&control) != nullptr ||
-         dynamic_cast<const ui::ListView*>(&control) != nullptr;
-}
+bool HasRows(const ui::Control& control) { return dynamic_cast<const ui::List*>(&control) != nullptr; }
 
 std::size_t RowCount(const ui::Control& control) {
-  if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) return grid->rows.size();
-  const auto* list = dynamic_cast<const ui::ListView*>(&control);
-  return list != nullptr ? list->items.size() : 0;
+  const auto* list = dynamic_cast<const ui::List*>(&control);
+  return list != nullptr ? static_cast<std::size_t>(list->ShownCount()) : 0;
 }
 
 int CurrentRow(const ui::Control& control) {
-  if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) return grid->current_row;
-  const auto* list = dynamic_cast<const ui::ListView*>(&control);
-  return list != nullptr ? list->current_row : -1;
+  const auto* list = dynamic_cast<const ui::List*>(&control);
+  return list != nullptr ? list->PlaceOf(list->current_row) : -1;
 }
 
 std::string InBand(const ui::Form& form, std::string_view label) {
@@ -71,13 +63,8 @@ std::string InBand(const ui::Form& form, std::string_view label) {
 
 std::string RowsOf(const ui::Control& control) {
   std::string text;
-  if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) {
-    for (int row = 0; row < static_cast<int>(grid->rows.size()); ++row) {
-      text += GridRow(*grid, row) + "\n";
-    }
-  } else if (const auto* list = dynamic_cast<const ui::ListView*>(&control)) {
-    for (const ui::ListItem& item : list->items) text += ListRow(*list, item) + "\n";
-  }
+  const auto& list = dynamic_cast<const ui::List&>(control);
+  for (int place = 0; place < list.ShownCount(); ++place) text += RowText(list, list.RowAt(place)) + "\n";
   return text;
 }
 

@@ -64,6 +64,7 @@ void Player::Expect(const Command& command) {
       {"raw", [&] { ExpectEqual(argument(1), Hex(rig_.printers.raw_bytes)); }},
       {"mails", [&] { ExpectEqual(argument(1), std::to_string(rig_.mail.mails.size())); }},
       {"mail", [&] { ExpectMail(argument(1)); }},
+      {"exported", [&] { ExpectExported(argument(1)); }},
       {"setting",
        [&] { ExpectEqual(argument(1), rig_.settings.Read("OKRA", "Printer", "Spool")); }},
       {"printer", [&] { ExpectEqual(argument(1), rig_.printers.last_printer); }},
@@ -99,17 +100,10 @@ void Player::ExpectSql(const Command& command) {
 void Player::ExpectCell(const Command& command) {
   const int row = Int32OrZero(command.Argument(2));
   const int column = Int32OrZero(command.Argument(3));
-  const ui::Control& control = Find(command.Argument(1));
-  std::string found;
-  try {
-    if (const auto* grid = dynamic_cast<const ui::Grid*>(&control)) {
-      found = grid->Cell(row, column);
-    } else {
-      found = FindAs<ui::ListView>(command.Argument(1)).items.at(row).cells.at(column);
-    }
-  } catch (const std::out_of_range&) {
-    found = "(no hay tal celda)";
-  }
+  const auto& list = FindAs<ui::List>(command.Argument(1));
+  const int at = list.RowAt(row);
+  const bool there = at >= 0 && column >= 0 && static_cast<std::size_t>(column) < list.layout.size();
+  const std::string found = there ? list.Cell(at, column) : "(no hay tal celda)";
   ExpectEqual(command.Argument(4), found);
 }
 

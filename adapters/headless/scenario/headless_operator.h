@@ -23,12 +23,15 @@ class HeadlessOperator : public ui::Operator {
   void Select(ui::Control& control, const std::string& row_or_entry) override;
   void Tick(ui::Control& control, int row, bool on) override;
   void CellButton(ui::Control& control, int row, int column) override;
+  void Sort(ui::List& list, int column) override { engine().SortBy(list, column); }
+  void OpenListMenu(ui::List& list) override { engine().OpenListMenu(list); }
   void ChooseMenu(std::string_view entry) override { engine().ChooseMenu(entry); }
   void Close() override { engine().CloseBox(); }
 
   void Answer(ui::Answer answer) override { front_end_.AnswerBox(answer); }
   std::vector<std::string> Matches() override;
   void Find(std::string_view text) override { front_end_.Narrow(text); }
+  void SortMatches(std::size_t column) override { front_end_.open_search()->SortBy(column); }
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;
   void PickNone() override { front_end_.CloseSearch(std::nullopt); }

@@ -32,7 +32,8 @@ bool IsBoxCommand(std::string_view verb) { return verb == "answer"; }
 bool IsSearchCommand(const Command& command) {
   const std::string& verb = command.Verb();
   const bool looks = verb == "expect" && command.Argument(0).starts_with("match");
-  return verb == "pick" || verb == "find" || looks;
+  const bool sorts = verb == "sort" && command.Argument(0) == "search";
+  return verb == "pick" || verb == "find" || sorts || looks;
 }
 // What the operator of this till has no hand in, or what is struck blindly.
 bool MindsNothingOpen(std::string_view verb) {
@@ -55,6 +56,9 @@ Player::Player(Rig& rig, ui::Operator& hands, std::ostream& transcript)
   rig_.mail.on_mail = [this](const tpv::Mail& mail) {
     out_ << "--- mail to " << mail.to << ": " << mail.subject << "\n" << mail.body << "\n---\n";
   };
+  if (rig_.tables != nullptr) {
+    rig_.tables->on_line = [this](const std::string& line) { out_ << "exported " << line << "\n"; };
+  }
   rig_.reports.on_report = [this](const tpv::Report& report) { out_ << ReportText(report); };
 }
 
@@ -152,6 +156,7 @@ void Player::Dispatch(const Command& command) {
   if (IsBoxCommand(command.Verb())) return AnswerBox(command);
   if (command.Verb() == "pick") return Pick(command);
   if (command.Verb() == "find") return hands_.Find(command.TextFrom(0));
+  if (IsSearchCommand(command)) return hands_.SortMatches(static_cast<std::size_t>(RowOf(command, 1)));
   if (command.Verb() == "scan") return Scan(command);
   RunScreenCommand(command);
 }
@@ -226,6 +231,12 @@ bool Player::RunScreenCommand(const Command& command) {
                   command.TextFrom(1));
   } else if (verb == "tick" || verb == "untick") {
     hands_.Tick(Find(command.Argument(0)), RowOf(command, 1), verb == "tick");
+  } else if (verb == "sort") {
+    Sort(command);
+  } else if (verb == "export") {
+    Export(command);
+  } else if (verb == "listmenu") {
+    hands_.OpenListMenu(FindAs<ui::List>(command.Argument(0)));
   } else if (verb == "cellbutton") {
     hands_.CellButton(Find(command.Argument(0)), RowOf(command, 1), RowOf(command, 2));
   }
@@ -349,6 +360,7 @@ void Player::Forget() {
   rig_.connection.sent.clear();
   rig_.sound.asked_for = false;
   stages_.clear();
+  if (rig_.tables != nullptr) rig_.tables->lines.clear();
 }
 
 void Player::Mail(const Command& command) {

@@ -66,11 +66,14 @@ class Player : public ui::Driver {
   void Pick(const Command& command);
   void Scan(const Command& command);
   void Enter(const Command& command);
+  void Sort(const Command& command);
+  void Export(const Command& command);
 
   void Expect(const Command& command);
   void ExpectSql(const Command& command);
   void ExpectCell(const Command& command);
   void ExpectPrinted(const std::string& text);
+  void ExpectExported(const std::string& line);
   void ExpectMail(const std::string& text);
   void ExpectEqual(const std::string& expected, const std::string& found);
 

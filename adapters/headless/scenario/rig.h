@@ -38,6 +38,7 @@ struct Rig {
   RecordingSound& sound;
   std::optional<Zrtpve>& component;
   Premises premises;
+  RecordingTables* tables = nullptr;  // null: no list leaves the till as a file
 
   // For the player's own statements.
   Connection& Store() { return connection.Inner(); }

@@ -29,6 +29,7 @@ const std::map<std::string, Shape, std::less<>>& Commands() {
       {"pick", {1, 1}},      {"find", {1, kAny}},    {"close", {0, 0}},       {"show", {1, 1}},
       {"expect", {2, kAny}}, {"forget", {0, 0}},     {"printers", {0, kAny}}, {"setting", {1, 1}},
       {"mail", {1, 1}},      {"include", {1, 1}},    {"fails", {1, kAny}},    {"fail", {1, 2}},
+      {"sort", {2, 2}},       {"export", {2, 2}},    {"listmenu", {1, 1}},
       {"config", {2, 2}},    {"office", {0, 0}},  {"other", {1, kAny}},   {"scan", {1, 1}},        {"kill", {0, 0}},
       {"giveup", {1, 1}},
   };
@@ -44,6 +45,7 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
       {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
       {"current", {2, 2}}, {"band", {2, 2}},     {"matches", {1, 1}},   {"match", {2, 2}},
       {"progress", {1, 1}}, {"notice", {1, 1}},
+      {"exported", {1, 1}},
   };
   return expectations;
 }

@@ -10,58 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include "base/variant.h"
+#include "platform/ui/control.h"
 #include "platform/ui/entries.h"
-
-namespace tpv {
-class Recordset;
-}
+#include "platform/ui/lists.h"
 
 namespace tpv::ui {
-
-class Form;
-struct Frame;
-
-enum class Align { Left, Right, Centre };
-
-// How much a control asks for the eye: Strong is the figure to read from afar or
-// the command that goes on, Warning what gives something up.
-enum class Emphasis { Normal, Strong, Warning };
-
-struct Control {
-  // Registers itself with the form, which must outlive it.
-  Control(Form& owner, std::string control_name);
-  virtual ~Control() = default;
-  Control(const Control&) = delete;
-  Control& operator=(const Control&) = delete;
-
-  Form& form;
-  std::string name;     // as the screens name it: "Text1(8)", "cmdNueva"
-  std::string caption;  // a button's or frame's own text; a field's label
-  char32_t access_key = 0;  // where the caption marks none; 0 for none
-  std::string tag;
-  bool enabled = true;
-  bool visible = true;
-  bool tab_stop = true;
-  Frame* frame = nullptr;  // the frame it stands in, set by the layout
-  int columns = 0;         // preferred width in characters; 0: the front end's choice
-  Emphasis emphasis = Emphasis::Normal;
-  bool stretch = false;    // takes the room that its row has left
-
-  // Runs when the control gets or loses the focus.
-  std::function<void()> entered;
-  std::function<void()> left;
-
-  // Whether it and every frame around it is enabled (visible).
-  bool IsEnabled() const;
-  bool IsVisible() const;
-  // Whether the Tab key can stop here.
-  virtual bool CanFocus() const { return false; }
-  // The rows of controls inside a frame; null for all others.
-  virtual const std::vector<std::vector<Control*>>* Inside() const { return nullptr; }
-  // Takes back a selection that a handler's change has left behind the text's end.
-  virtual void ClampSelection() {}
-};
 
 // What a text box lets the operator type.
 enum class Input { Any, Number, Date };
@@ -144,60 +97,6 @@ struct ComboBox : Control {
   void Offer(Entries entries);
   // The first entry that `matches`, if any, becomes the selected one.
   void SelectIf(const std::function<bool(std::string_view)>& matches);
-  bool CanFocus() const override { return true; }
-};
-
-struct GridColumn {
-  std::string caption;
-  std::string mask;
-  int width = 0;  // twips; 0: the front end's choice
-  Align align = Align::Left;
-  bool hidden = false;
-  bool cell_button = false;
-};
-
-// A grid over the rows of a record set, read whole when bound.
-struct Grid : Control {
-  using Control::Control;
-
-  std::vector<std::string> fields;  // column names of the statement
-  std::vector<GridColumn> layout;   // one a field
-  std::vector<std::vector<Variant>> rows;
-  int current_row = -1;
-  bool read_only = false;
-  std::function<void(int row, int column)> cell_button;
-
-  // Takes all rows; missing layout columns show under the field's own name.
-  void Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show);
-  // The same list read again: keeps the operator's place in it (see PlaceAmong).
-  void BindAgain(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show,
-                 std::string_view key_field);
-  void Clear();
-  int Column(std::string_view field) const;  // throws std::out_of_range for an unknown field
-  const Variant& Value(int row, std::string_view field) const;
-  std::string Cell(int row, int column) const;  // as displayed
-  bool CanFocus() const override { return true; }
-};
-
-// The current row of a list that was read again: a row that came in is marked;
-// otherwise the mark stays where it was. Keys tell the rows; -1 when there are none.
-int PlaceAmong(const std::vector<std::int32_t>& before, int row, const std::vector<std::int32_t>& now);
-
-struct ListItem {
-  std::vector<std::string> cells;  // first the item's text, then its sub-items
-  bool checked = false;
-  std::int32_t tag = 0;
-};
-
-struct ListView : Control {
-  using Control::Control;
-
-  std::vector<GridColumn> layout;
-  bool check_boxes = false;
-  std::vector<ListItem> items;
-  int current_row = -1;
-  std::function<void(int row)> selected;
-  std::function<void(int row)> checked;  // after the mark changed
   bool CanFocus() const override { return true; }
 };
 

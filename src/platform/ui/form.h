@@ -19,6 +19,8 @@ struct StatusItem {
   bool large = false;  // to be read from where the customer stands
 };
 
+enum class ListPaper { Printer, Pdf };
+
 enum class Key { Enter, Tab, BackTab, Esc, F1, F4, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
 
 class Form {
@@ -59,6 +61,8 @@ class Form {
   void OpenMenu(Menu& menu) { open_menu = &menu; }
   Menu* open_menu = nullptr;
 
+  std::unique_ptr<Menu> list_menu;  // of the list that was last asked for its own
+
   // The date field whose calendar the operator asked for; a front end without
   // windows has none to show.
   TextBox* open_calendar = nullptr;
@@ -88,6 +92,10 @@ class Form {
   virtual void OnScanRefused(const std::string& /*code*/) {}
   // A code was scanned while a box that must be answered stands over the form.
   virtual void OnScanUnanswered() {}
+  // Whether lists can leave the form: as a file of a spreadsheet ("" asks which), on paper.
+  virtual bool GivesListsAway() const { return false; }
+  virtual void ExportList(List&, const std::string& /*path*/) {}
+  virtual void PrintList(List&, ListPaper) {}
   bool scanning = false;  // a scanned code is being entered
   // Asked for after each event; shown where the operator sees it at once.
   virtual std::vector<StatusItem> Status() const { return {}; }

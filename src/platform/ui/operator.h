@@ -48,6 +48,9 @@ class Operator {
   virtual void Select(Control& control, const std::string& row_or_entry) = 0;
   virtual void Tick(Control& control, int row, bool on) = 0;
   virtual void CellButton(Control& control, int row, int column) = 0;
+  // A click on a column's heading; a list's own menu.
+  virtual void Sort(List& list, int column) = 0;
+  virtual void OpenListMenu(List& list) = 0;
   virtual void ChooseMenu(std::string_view entry) = 0;
   virtual void Close() = 0;
 
@@ -55,6 +58,7 @@ class Operator {
   // The rows that the search dialog shows, their columns joined by " | ".
   virtual std::vector<std::string> Matches() = 0;
   virtual void Find(std::string_view text) = 0;
+  virtual void SortMatches(std::size_t column) = 0;
   virtual void PickRow(std::size_t visible_row) = 0;
   virtual void PickText(std::string_view text) = 0;
   virtual void PickNone() = 0;

@@ -1,0 +1,23 @@
+// How a list's rows stand when the operator sorts or narrows it.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "platform/ui/lists.h"
+
+namespace tpv::ui {
+
+// Rows in the order they are shown: numbers as numbers, dates as dates, texts with the
+// numbers in them, empty cells first; equal ones as their screen put them. Details go
+// with the row above them.
+std::vector<int> OrderOf(const List& list);
+
+// The rows so named, by their values and the same rules.
+std::vector<std::size_t> SortedBy(std::vector<std::size_t> rows, bool descending,
+                                  const std::function<const Variant&(std::size_t row)>& value);
+
+// Tells what OrderOf looked at: another print, another order.
+std::size_t PrintOf(const List& list);
+
+}  // namespace tpv::ui
