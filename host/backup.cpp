@@ -50,14 +50,6 @@ std::optional<DateTime> Moment(std::string_view stamp) {
 
 std::string Stem(const BackupPlan& plan) { return fs::path(plan.store).stem().string(); }
 
-std::optional<DateTime> MomentOf(const BackupPlan& plan, const std::string& path) {
-  const std::string name = fs::path(path).filename().string();
-  const std::string begin = Stem(plan) + "-";
-  if (!name.starts_with(begin) || !name.ends_with(kEnding)) return std::nullopt;
-  return Moment(std::string_view(name).substr(
-      begin.size(), name.size() - begin.size() - std::string_view(kEnding).size()));
-}
-
 // A file on the way to its name; what an interrupted program left of it goes first.
 class PartialFile {
  public:
@@ -169,11 +161,19 @@ BackupResult BackupStore(const BackupPlan& plan, const Clock& clock) {
   return result;
 }
 
+std::optional<DateTime> MadeAt(const BackupPlan& plan, const std::string& backup) {
+  const std::string name = fs::path(backup).filename().string();
+  const std::string begin = Stem(plan) + "-";
+  if (!name.starts_with(begin) || !name.ends_with(kEnding)) return std::nullopt;
+  return Moment(std::string_view(name).substr(
+      begin.size(), name.size() - begin.size() - std::string_view(kEnding).size()));
+}
+
 std::vector<std::string> Backups(const BackupPlan& plan) {
   std::vector<std::string> paths;
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(plan.folder, error)) {
-    if (MomentOf(plan, entry.path().string())) paths.push_back(entry.path().string());
+    if (MadeAt(plan, entry.path().string())) paths.push_back(entry.path().string());
   }
   std::sort(paths.begin(), paths.end(), std::greater<>());
   return paths;
@@ -181,7 +181,7 @@ std::vector<std::string> Backups(const BackupPlan& plan) {
 
 std::optional<DateTime> LastBackup(const BackupPlan& plan) {
   const std::vector<std::string> backups = Backups(plan);
-  return backups.empty() ? std::nullopt : MomentOf(plan, backups.front());
+  return backups.empty() ? std::nullopt : MadeAt(plan, backups.front());
 }
 
 std::string RestoreStore(const std::string& backup, const std::string& store, const Clock& clock) {

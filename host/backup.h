@@ -36,6 +36,8 @@ BackupResult BackupStore(const BackupPlan& plan, const Clock& clock);
 
 // The copies of that store in its folder, newest first.
 std::vector<std::string> Backups(const BackupPlan& plan);
+// When one of them was made, as its name says.
+std::optional<DateTime> MadeAt(const BackupPlan& plan, const std::string& backup);
 // When the newest was made; nullopt without one.
 std::optional<DateTime> LastBackup(const BackupPlan& plan);
 

@@ -8,7 +8,6 @@
 namespace tpv {
 
 class Machine;
-class Settings;
 
 // list, get, set, unset, printers, try-printer, try-mail (docs/paper.md). A value
 // that is not on the command line is the first line of `in`; a password is only
@@ -16,9 +15,5 @@ class Settings;
 // and whatever a trial or the file's writing ends in.
 int Config(Machine& machine, const std::vector<std::string>& words, std::istream& in,
            std::ostream& out);
-
-// What `set NAME VALUE` does. Throws UsageError for an unknown name or a value that
-// does not fit.
-void ChangeSetting(Settings& settings, const std::string& name, const std::string& value);
 
 }  // namespace tpv

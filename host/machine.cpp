@@ -48,6 +48,14 @@ class NoTables : public TableFiles {
 };
 #endif
 
+// "~/" is the user's home in what the operator types, too.
+template <typename Files>
+class FromHome : public Files {
+ public:
+  std::unique_ptr<TableReader> Open(const std::string& path) override { return Files::Open(ExpandHome(path)); }
+  std::unique_ptr<TableWriter> Create(const std::string& path) override { return Files::Create(ExpandHome(path)); }
+};
+
 #ifndef TPV_WITH_FISCAL
 class NoCodes : public CodeEncoder {
  public:
@@ -63,7 +71,7 @@ using Spreadsheets = CsvFiles;
 using Spreadsheets = NoTables;
 #endif
 
-class ShopTables : public Spreadsheets {
+class ShopTables : public FromHome<Spreadsheets> {
  public:
   explicit ShopTables(const Settings& settings) : settings_(settings) {}
   std::string PathOf(const std::string& name) const override {
@@ -122,6 +130,8 @@ std::string AgencyObstacle([[maybe_unused]] const Settings& settings) {
 #endif
 }
 
+std::unique_ptr<TableFiles> SpreadsheetFiles() { return std::make_unique<FromHome<Spreadsheets>>(); }
+
 Machine::Machine() : Machine(ConfigFolder() + "/tpv.conf") {}
 
 Machine::Machine(std::string settings_file)
@@ -142,6 +152,16 @@ Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& 
   ports.digest = digest.get();
   ports.tables = tables.get();
   return ports;
+}
+
+Program Machine::ProgramFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound) {
+  Program program{PortsFor(front_end, objects, sound), *tables};
+  try {
+    program.notice = settings.Protect();
+  } catch (const FileError& error) {
+    program.notice = error.what();
+  }
+  return program;
 }
 
 }  // namespace tpv

@@ -11,6 +11,7 @@
 #include "adapters/files/shop_printers.h"
 #include "adapters/files/system_clock.h"
 #include "platform/digest.h"
+#include "host/program.h"
 #include "platform/mailer.h"
 #include "platform/ports.h"
 #include "platform/sound.h"
@@ -23,6 +24,9 @@ namespace fiscal {
 class Agency;
 }
 
+// Files of spreadsheets; without the library for them each says so.
+std::unique_ptr<TableFiles> SpreadsheetFiles();
+
 class Machine {
  public:
   Machine();  // the user's settings
@@ -33,6 +37,8 @@ class Machine {
   // The machine and all arguments outlive what uses the ports. The front end is told what
   // goes wrong behind its back until the machine is gone or finished.
   Ports PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound);
+  // For the windows of the program; `objects` goes unused.
+  Program ProgramFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound);
   // Returns when what was to be printed is printed or its time is over.
   void Finish() { lines.Finish(); }
 

@@ -49,14 +49,11 @@ int ListPrinters(Machine& machine, std::ostream& out) {
   return trouble.empty() ? 0 : 1;
 }
 
-int TryPrinter(Machine& machine, const std::string& printer, std::ostream& out) {
-  std::string folder;
-  Told told(machine);
-  machine.printers.news.in_folder = [&folder](const std::string& path) { folder = path + "\n"; };
-  machine.printers.SetCurrent(printer);
+void PrintTrial(Printers& printers, const Settings& settings, const Clock& clock, const std::string& printer) {
+  printers.SetCurrent(printer);
   const std::string table =
-      machine.settings.Read(kTpv, kCodeTable, machine.printers.Current());
-  const auto document = machine.printers.Begin("Prueba de impresión");
+      settings.Read(kTpv, kCodeTable, printers.Current());
+  const auto document = printers.Begin("Prueba de impresión");
   document->SetFont("Courier New", 9, true);
   document->PrintLine("Prueba de impresión");
   document->SetFont("Courier New", 9, false);
@@ -65,8 +62,15 @@ int TryPrinter(Machine& machine, const std::string& printer, std::ostream& out) 
   document->PrintLine("áéíóúüñç ÁÉÍÓÚÜÑÇ ¿? ¡! ª º");
   document->PrintLine("àèòï ÀÈÒÏ Łódź");
   document->PrintLine("5,00 €");
-  document->PrintLine(ToDayFirstSeconds(machine.clock.Now()) + "\r\n");
+  document->PrintLine(ToDayFirstSeconds(clock.Now()) + "\r\n");
   document->End();
+}
+
+int TryPrinter(Machine& machine, const std::string& printer, std::ostream& out) {
+  std::string folder;
+  Told told(machine);
+  machine.printers.news.in_folder = [&folder](const std::string& path) { folder = path + "\n"; };
+  PrintTrial(machine.printers, machine.settings, machine.clock, printer);
   const std::string trouble = told.Finish();
   out << folder << trouble;
   return trouble.empty() ? 0 : 1;

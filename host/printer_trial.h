@@ -6,12 +6,17 @@
 
 namespace tpv {
 
+class Clock;
 class Machine;
+class Printers;
+class Settings;
 
 // Both return 1 when something went wrong, with the words of whoever said so behind the
 // operator's.
 int ListPrinters(Machine& machine, std::ostream& out);
-// A few lines on the printer so named, "" for the default. Says in which folder they lie
+// A few lines on the printer so named, "" for the default. Throws PrintError.
+void PrintTrial(Printers& printers, const Settings& settings, const Clock& clock, const std::string& printer);
+// The same. Says in which folder they lie
 // when that is where it prints. Throws PrintError.
 int TryPrinter(Machine& machine, const std::string& printer, std::ostream& out);
 

@@ -3,9 +3,12 @@
 #pragma once
 
 #include "adapters/headless/scenario/rig.h"
-#include "host/config.h"
-#include "host/machine.h"
+#include "host/chosen_store.h"
+#include "host/known_settings.h"
 #include "office/menu_screen.h"
+#include "host/machine.h"
+#include "host/own_home.h"
+#include "host/start_screen.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
 
@@ -49,7 +52,8 @@ class RecordedTill {
   const std::unique_ptr<Digest> digest = MakeDigest();
   Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound, nullptr, digest.get(),
               nullptr, &tables};
-  office::Tools tools;
+  std::unique_ptr<TableFiles> files = SpreadsheetFiles();
+  office::Tools tools{.tables = files.get()};
   std::optional<Zrtpve> component;
   scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}, &tables};
 
@@ -60,11 +64,29 @@ class RecordedTill {
       ChangeSetting(settings, name, value);
     };
     rig.premises.open_office = [this] { office::OpenOffice(component->context(), tools); };
+    rig.premises.write_file = [this](const std::string& name, const std::string& text) { Home().Write(name, text); };
+    rig.premises.start_program = [this] { OpenStartWindow(); };
     component.emplace(ports);
     component->context().MyBd =
         std::make_shared<suite::StoreDatabase>(connection, user_, front_end, clock, settings);
   }
 
+  const OwnHome& Home() {
+    if (!home_) home_.emplace();
+    return *home_;
+  }
+
+  // What a script asks of the store is asked of the shop that is open.
+  void OpenStartWindow() {
+    Home();
+    StartScreen screen({ports, *files, false, {}, [this](const std::string& store) {
+                          rig.premises.connect = [this, store] { return OpenChosenStore(store, clock); };
+                          connection.Renew(rig.premises.connect());
+                        }});
+    front_end.ShowModal(screen);
+  }
+
+  std::optional<OwnHome> home_;
   int user_;
 };
 

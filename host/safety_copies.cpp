@@ -1,19 +1,16 @@
 #include "host/safety_copies.h"
 
 #include <chrono>
+#include <utility>
 
 #include "base/mask.h"
-#include "data/codes.h"
-#include "data/sql_text.h"
 #include "platform/clock.h"
-#include "platform/database.h"
 
 namespace tpv {
 
 namespace {
 
 constexpr int kOldAfterDays = 7;
-constexpr std::int64_t kUnknown = -1;
 
 // What went wrong with a copy, "" when nothing did.
 std::string Make(const BackupPlan& plan, const Clock& clock) {
@@ -31,34 +28,14 @@ std::string Make(const BackupPlan& plan, const Clock& clock) {
 
 void SafetyCopies::Watch(const std::string& store) { store_ = store; }
 
-std::int64_t SafetyCopies::NewestClosure(Connection& connection, std::int32_t till) {
-  const auto newest = connection.Execute(
-      "SELECT MAX(DiaCaj_Id) FROM DiaCaj WHERE DiaCaj_Caja = " + sql::Number(std::int64_t{till}) +
-      " AND DiaCaj_Tipo = " + std::to_string(static_cast<int>(JournalEvent::Closure)));
-  return newest->Field(0).IntOr(0);
-}
-
-void SafetyCopies::Begin(Connection& connection, std::int32_t till) {
-  till_ = till;
-  closure_ = kUnknown;
+void SafetyCopies::Closed() {
   if (store_.empty()) return;
+  if (running_.valid()) failures_ += running_.get();
   try {
-    closure_ = NewestClosure(connection, till);
-  } catch (const DatabaseError&) {
-    // The screen that is about to open says what is wrong.
+    running_ = std::async(std::launch::async, Make, PlannedBackup(settings_, store_), std::cref(clock_));
+  } catch (const std::exception& error) {
+    failures_ += error.what();
   }
-}
-
-void SafetyCopies::End(Connection& connection) {
-  if (store_.empty() || closure_ == kUnknown) return;
-  try {
-    if (NewestClosure(connection, till_) == closure_) return;
-  } catch (const DatabaseError&) {
-    return;  // as above
-  }
-  if (running_.valid()) running_.wait();
-  running_ =
-      std::async(std::launch::async, Make, PlannedBackup(settings_, store_), std::cref(clock_));
 }
 
 std::string SafetyCopies::MakeNow() {
@@ -70,10 +47,10 @@ std::string SafetyCopies::MakeNow() {
 }
 
 std::optional<std::string> SafetyCopies::Failure(bool wait) {
-  if (!running_.valid()) return std::nullopt;
-  if (!wait && running_.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-    return std::nullopt;
-  const std::string failure = running_.get();
+  const bool ready = running_.valid() && (wait || running_.wait_for(std::chrono::seconds(0)) ==
+                                                      std::future_status::ready);
+  if (ready) failures_ += running_.get();
+  const std::string failure = std::exchange(failures_, {});
   return failure.empty() ? std::nullopt : std::optional(failure);
 }
 

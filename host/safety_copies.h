@@ -2,7 +2,6 @@
 // what there is to say about the last.
 #pragma once
 
-#include <cstdint>
 #include <future>
 #include <optional>
 #include <string>
@@ -10,8 +9,6 @@
 #include "host/backup.h"
 
 namespace tpv {
-
-class Connection;
 
 class SafetyCopies {
  public:
@@ -22,16 +19,14 @@ class SafetyCopies {
   // The embedded store that is open, "" for one that is not copied.
   void Watch(const std::string& store);
 
-  // Around a screen of the till: when it closed its cash meanwhile, a copy is begun,
-  // which goes on by itself. Neither throws: a store that does not answer has no copy.
-  void Begin(Connection& connection, std::int32_t till);
-  void End(Connection& connection);
+  // A till has closed: begins a copy, which goes on by itself. Throws nothing.
+  void Closed();
 
   // Makes one while the caller waits; what to tell the operator. Throws FileError and
   // DatabaseError.
   std::string MakeNow();
 
-  // Why the copy that was begun failed, once that is known; waits for it when asked to.
+  // Why copies that were begun failed, once that is known; waits for it when asked to.
   std::optional<std::string> Failure(bool wait);
 
   // A line about the last copy, "" without a store.
@@ -41,14 +36,12 @@ class SafetyCopies {
 
  private:
   std::optional<DateTime> Last() const;
-  static std::int64_t NewestClosure(Connection& connection, std::int32_t till);
 
   const Settings& settings_;
   const Clock& clock_;
   std::string store_;
-  std::int32_t till_ = 0;
-  std::int64_t closure_ = 0;  // the till's newest before the screen
   std::future<std::string> running_;
+  std::string failures_;  // of those before it
 };
 
 }  // namespace tpv

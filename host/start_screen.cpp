@@ -1,55 +1,48 @@
 #include "host/start_screen.h"
 
+#include <algorithm>
 #include <filesystem>
 
+#include "adapters/files/paper_delivery.h"
 #include "adapters/files/private_files.h"
 #include "adapters/files/setting_names.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/till_state.h"
 #include "host/chosen_store.h"
-#include "host/machine.h"
+#include "host/closed_shop_window.h"
+#include "host/new_shop.h"
+#include "host/settings_window.h"
 #include "host/store.h"
-#include "host/store_errands.h"
+#include "host/welcome_window.h"
 #include "office/menu_screen.h"
 #include "screen/unsent_item.h"
-#include "suite/store_database.h"
 #include "suite/till_settings.h"
 
 namespace tpv {
 
 namespace {
 
-constexpr std::int32_t kUser = 1;
+namespace fs = std::filesystem;
+
 constexpr std::int32_t kNoSale = -1;
 // Where the choices are kept from one start to the next.
-constexpr const char* kApplication = "TPV";
 constexpr const char* kSection = "Start";
-// A path as the operator reads it, the home folder as "~".
-std::string Shortened(const std::string& path) {
-  const std::string home = ExpandHome("~/");
-  return path.starts_with(home) ? "~/" + path.substr(home.size()) : path;
-}
 
 }  // namespace
 
-std::string UsualStore() { return DataFolder() + "/demo/tienda.db"; }
-
-StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound)
-    : Form("frmInicio"),
-      machine_(machine),
-      front_end_(front_end),
-      ports_(machine.PortsFor(front_end, objects_, sound)),
-      copies_(machine.settings, machine.clock) {
-  tools.tables = machine.tables.get();
-  objects_.SetPorts(ports_);
+StartScreen::StartScreen(Program program)
+    : Window(program.ports.ui, "frmInicio"),
+      program_(std::move(program)),
+      shops_(program_.ports.settings),
+      copies_(program_.ports.settings, program_.ports.clock) {
   caption = "Punto de venta";
   DeclareLayout();
-  Text1[0].left = [this] { OpenTyped(); };
-  cmdAlmacen.click = [this] { ChooseStore(); };
-  cmdAyuda.click = [this] { front_end_.ShowManual(""); };
+  cmdTienda.click = [this] { OfferShops(); };
+  cmdAyuda.click = [this] { front_end().ShowManual(""); };
   cmdAcercaDe.click = [this] { TellAbout(); };
   cmdCopia.click = [this] { MakeCopy(); };
+  cmdAjustes.click = [this] { OpenSettings(); };
   cmdSalir.click = [this] { Leave(); };
   cmdOficina.click = [this] { OpenOffice(); };
   const std::pair<ui::Button*, void (Zrtpve::*)()> screens[] = {
@@ -62,15 +55,17 @@ StartScreen::StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound
       {&cmdPendiente, &Zrtpve::zInfPendienteCobro},
       {&cmdProveedores, &Zrtpve::zFindByName}};
   for (const auto& [button, screen] : screens) {
-    button->click = [this, screen = screen] { Run([&] { (component_.get()->*screen)(); }); };
+    button->click = [this, screen = screen] { Run([&] { (shop_->component().*screen)(); }); };
   }
 }
 
-StartScreen::~StartScreen() = default;
+StartScreen::~StartScreen() { front_end().SetBanner(""); }
 
 void StartScreen::DeclareLayout() {
-  Text1.Add(0, "Almacén de la tienda").columns = 48;
+  Text1.Add(0, "Tienda").columns = 66;
   Text1[0].stretch = true;
+  Text1[0].locked = true;
+  Text1[0].tab_stop = false;
   ui::TextBox& till = Text1.Add(1, "Caja");
   till.columns = 6;
   till.max_length = 5;
@@ -78,50 +73,40 @@ void StartScreen::DeclareLayout() {
   till.align = ui::Align::Right;
   cboVendedor.columns = 28;
   cmdVenta.emphasis = ui::Emphasis::Strong;
-  Frame1.Rows({{&Text1[0], &cmdAlmacen}, {&Text1[1], &cboVendedor}});
+  Frame1.Rows({{&Text1[0], &cmdTienda}, {&Text1[1], &cboVendedor}});
   Frame2.Rows({{&cmdVenta},
                {&cmdMovimientos, &cmdCierre},
                {&cmdDiario, &cmdDiarioCaja},
                {&cmdFacturacion, &cmdPendiente},
                {&cmdProveedores, &cmdOficina},
-               {&cmdCopia},
+               {&cmdCopia, &cmdAjustes},
                {&cmdAyuda, &cmdAcercaDe},
                {&cmdSalir}});
-  for (const auto& row : Frame2.rows) {
-    for (ui::Control* button : row) button->stretch = true;
-  }
+  Spread(Frame2);
   rows = {{&Frame1}, {&Frame2}, {&lblImpresora}, {&lblCopia}};
 }
 
 void StartScreen::OnLoad() {
-  ProtectSettings();
   InheritTill();
-  const std::string kept = machine_.settings.Read(kApplication, kSection, "Store");
-  const bool usable = !kept.empty() && (IsServerStore(kept) || std::filesystem::exists(kept));
-  const bool open = Open(usable ? kept : UsualStore());
-  // A till of a server that does not answer must not sell on another store.
-  if (!open && usable && !IsServerStore(kept)) Open(UsualStore());
+  ShowShop();
+  if (const std::string chosen = shops_.Chosen(); !chosen.empty()) Open(chosen);
   ShowPrinter();
   SetFocus(cmdVenta);
 }
 
-void StartScreen::ProtectSettings() {
-  try {
-    const std::string notice = machine_.settings.Protect();
-    if (!notice.empty()) Tell(notice, ui::Icon::Exclamation);
-  } catch (const FileError& error) {
-    Tell(error.what(), ui::Icon::Exclamation);
-  }
+void StartScreen::OnFirstActivate() {
+  if (!program_.notice.empty()) Tell(program_.notice, ui::Icon::Exclamation);
+  if (!shop_) OfferShops();
 }
 
 // Without a printer the operator wants to know where the tickets go.
 void StartScreen::ShowPrinter() {
   try {
-    const std::string printer = machine_.printers.Current();
+    const std::string printer = program_.ports.printers.Current();
     lblImpresora.caption =
         printer.empty() ? "Impresora: el sistema de impresión no responde"
         : printer == kFolderPrinter
-            ? "Los tickets se guardan en " + Shortened(PaperFolder(machine_.settings, kTicketFolder))
+            ? "Los tickets se guardan en " + Shortened(PaperFolder(program_.ports.settings, kTicketFolder))
             : "Impresora: " + printer;
   } catch (const PrintError& error) {
     lblImpresora.caption = error.what();
@@ -138,7 +123,7 @@ void StartScreen::MakeCopy() {
   try {
     const std::string text = copies_.MakeNow();
     ShowCopies();
-    Tell(text, ui::Icon::Information);
+    Tell(text);
   } catch (const std::exception& error) {
     Tell(std::string("No se ha hecho la copia de seguridad.\r\n") + error.what(), ui::Icon::Critical);
   }
@@ -155,80 +140,106 @@ void StartScreen::Leave() {
   Close();
 }
 
-void StartScreen::OnKeyUp(ui::Key key) {
-  if (key == ui::Key::Esc) Leave();
-  if (key == ui::Key::F1) front_end_.ShowManual("");
-  if (key == ui::Key::Enter) tab_sent = true;
-}
-
-void StartScreen::ChooseStore() {
-  const std::string path = choose_file ? choose_file(opened_) : std::string();
-  if (!path.empty()) Open(path);
-}
-
-// A store is made only where a usual one is missing, never from a typing slip.
-void StartScreen::OpenTyped() {
-  const std::string path = ExpandHome(Trim(Text1[0].text));
-  if (path == opened_) return;
-  if (IsServerStore(path) || std::filesystem::exists(path) || path == UsualStore()) {
-    Open(path);
-  } else {
-    Tell("No existe el almacén «" + path + "»", ui::Icon::Exclamation);
-    Text1[0].text = Shortened(opened_);
-  }
-}
-
-std::unique_ptr<Connection> StartScreen::Connect(const std::string& path) {
-  if (IsServerStore(path)) return OpenChosenStore(path, machine_.clock);
-  if (path == UsualStore()) MakePrivateFolder(DataFolder() + "/demo");
-  return OpenStore(path, Contents::Demonstration, machine_.clock);
-}
-
 // The window's own till of versions that had no setting for the machine.
 void StartScreen::InheritTill() {
-  FileSettings& settings = machine_.settings;
-  const std::string kept = settings.Read(kApplication, kSection, "Till");
-  const bool stated = !settings.Read(kApplication, suite::kTill, suite::kTillNumber).empty();
-  if (!kept.empty() && !stated) settings.Write(kApplication, suite::kTill, suite::kTillNumber, kept);
+  Settings& settings = program_.ports.settings;
+  const std::string kept = settings.Read(kTpv, kSection, "Till");
+  const bool stated = !settings.Read(kTpv, suite::kTill, suite::kTillNumber).empty();
+  if (!kept.empty() && !stated) settings.Write(kTpv, suite::kTill, suite::kTillNumber, kept);
 }
 
-bool StartScreen::Open(const std::string& path) {
+// The shop that was open stays open when another one cannot be opened.
+bool StartScreen::Open(const std::string& store) {
   try {
-    auto connection = Connect(path);
-    auto database =
-        std::make_shared<suite::StoreDatabase>(*connection, kUser, front_end_, machine_.clock,
-                                               machine_.settings);
-    const std::string till = database->Parametro("Par_NumCaja").TextOr("");
-    auto component = std::make_unique<Zrtpve>(ports_);
-    component->context().MyBd = std::move(database);
-    component_ = std::move(component);  // the old one lets its connection go first
-    errands_ = std::make_unique<StoreErrands>(ports_, kUser, [this, path] { return Connect(path); });
-    ports_.errands = errands_.get();
-    connection_ = std::move(connection);
-    opened_ = path;
-    Text1[0].text = Shortened(path);
+    auto shop = std::make_unique<OpenShop>(program_.ports, store, program_.in_background);
+    const std::string till = shop->context().Parameter("Par_NumCaja").TextOr("");
+    TellFailedCopy(true);  // of the shop before
+    shop_ = std::move(shop);
+    shop_->context().till_closed = [this] { copies_.Closed(); };
+    refused_ = {};
     Text1[1].text = till;
-    FillAgents();
     // The demonstration can be made again; a server has its own copies.
-    copies_.Watch(IsServerStore(path) || path == UsualStore() ? "" : path);
-    ShowCopies();
-    if (const std::string missing = MissingLogOf(*connection_); !missing.empty()) Tell(missing, ui::Icon::Exclamation);
+    copies_.Watch(IsServerStore(store) || !shop_->banner().empty() ? "" : store);
+    FillAgents();
+    ShowShop();
+    if (program_.opened) program_.opened(store);
+    KeepChoice();
+    if (const std::string missing = MissingLogOf(shop_->connection()); !missing.empty()) {
+      Tell(missing, ui::Icon::Exclamation);
+    }
     return true;
   } catch (const std::exception& error) {
-    Text1[0].text = opened_.empty() && IsServerStore(path) ? path : Shortened(opened_);
-    Tell("No se puede abrir el almacén «" + path + "».\r\n" + error.what(), ui::Icon::Critical);
+    refused_ = {store, ""};
+    reason_ = error.what();
     return false;
   }
 }
 
+// A shop that cannot be remembered can sell.
+void StartScreen::KeepChoice() {
+  try {
+    shops_.Choose(shop_->about());
+  } catch (const FileError& error) {
+    Tell(std::string("La tienda está abierta, pero no se recordará.\r\n") + error.what(), ui::Icon::Exclamation);
+  }
+}
+
+// With no shop open nothing can be done but to choose one.
+void StartScreen::ShowShop() {
+  for (ui::Control* button : {&cmdVenta, &cmdMovimientos, &cmdCierre, &cmdDiario, &cmdDiarioCaja, &cmdFacturacion,
+                              &cmdPendiente, &cmdProveedores, &cmdOficina}) {
+    button->enabled = shop_ != nullptr;
+  }
+  ShowCopies();
+  front_end().SetBanner(shop_ ? shop_->banner() : "");
+  if (!shop_) {
+    Text1[0].text = "Ninguna abierta";
+    return;
+  }
+  const std::string where = Shortened(shop_->store());
+  Text1[0].text = shop_->about().name.empty() ? where : shop_->about().name + " — " + where;
+}
+
+// Until a shop is open, or the operator gives up. The one remembered stays so while no
+// other is opened by choice.
+void StartScreen::OfferShops() {
+  for (bool asked = false; !shop_ || !asked; asked = true) {
+    std::string store;
+    if (!shop_ && !refused_.store.empty()) {
+      for (const KnownShop& known : shops_.Known()) {
+        if (known.store == refused_.store) refused_ = known;
+      }
+      ClosedShopWindow window(front_end(), program_.ports.settings, program_.ports.clock, refused_, reason_);
+      front_end().ShowModal(window);
+      if (window.way() == ClosedShopWindow::Way::Leave) return;
+      store = window.way() == ClosedShopWindow::Way::Retry ? refused_.store : AskForShop();
+    } else {
+      store = AskForShop();
+      if (store.empty()) return;
+    }
+    if (!store.empty() && !Open(store) && shop_) {
+      Tell("No se puede abrir «" + Shortened(store) + "».\r\n" + reason_, ui::Icon::Critical);
+    }
+  }
+  SetFocus(cmdVenta);
+}
+
+std::string StartScreen::AskForShop() {
+  WelcomeWindow window(front_end(), shops_.Known(), shop_ != nullptr || !refused_.store.empty());
+  window.create_shop = [this] { return CreateShop(front_end(), program_.ports.clock); };
+  window.make_demonstration = [this] { return MakeDemonstration(program_.ports.clock); };
+  front_end().ShowModal(window);
+  return window.chosen();
+}
+
 void StartScreen::FillAgents() {
   std::vector<std::string> entries;
-  const auto agents = connection_->Execute("SELECT Age_Id, Age_Nom FROM Age ORDER BY Age_Id");
+  const auto agents = shop_->connection().Execute("SELECT Age_Id, Age_Nom FROM Age ORDER BY Age_Id");
   for (; !agents->Eof(); agents->MoveNext()) {
     entries.push_back(agents->Field(0).ToText() + " - " + agents->Field(1).TextOr(""));
   }
   cboVendedor.Offer(ui::Entries(std::move(entries)));
-  const std::string kept = machine_.settings.Read(kApplication, kSection, "Agent");
+  const std::string kept = program_.ports.settings.Read(kTpv, kSection, "Agent");
   if (kept.empty()) return;
   cboVendedor.SelectIf([&](std::string_view entry) { return entry.starts_with(kept + " - "); });
 }
@@ -240,41 +251,46 @@ std::int32_t StartScreen::Agent() const {
 
 bool StartScreen::CheckTill() {
   if (suite::IsTillNumber(Text1[1].text)) return true;
-  Tell("El número de caja no es válido", ui::Icon::Exclamation);
-  SetFocus(Text1[1]);
+  Refuse("El número de caja no es válido", Text1[1]);
   return false;
 }
 
 void StartScreen::Remember() {
   const auto keep = [this](std::string_view section, std::string_view key, const std::string& value) {
-    if (machine_.settings.Read(kApplication, section, key) == value) return;
-    machine_.settings.Write(kApplication, section, key, value);
+    if (program_.ports.settings.Read(kTpv, section, key) == value) return;
+    program_.ports.settings.Write(kTpv, section, key, value);
   };
   keep(suite::kTill, suite::kTillNumber, Text1[1].text);
-  keep(kSection, "Store", opened_);
   keep(kSection, "Agent", std::to_string(Agent()));
 }
 
 void StartScreen::OpenOffice() {
-  Run([this] { office::OpenOffice(component_->context(), tools); });
-  if (connection_) FillAgents();  // as the office has left them
+  const office::Tools tools{.tables = &program_.tables};
+  Run([&] { office::OpenOffice(shop_->context(), tools); });
+  if (shop_) FillAgents();  // as the office has left them
+}
+
+void StartScreen::OpenSettings() {
+  SettingsWindow window(program_.ports);
+  if (shop_) window.open_drawer = [this] { shop_->component().Abre_Cajon(); };
+  if (cmdCopia.enabled) window.make_copy = [this] { return copies_.MakeNow(); };
+  front_end().ShowModal(window);
+  if (shop_) Text1[1].text = shop_->context().Parameter("Par_NumCaja").TextOr("");
+  ShowPrinter();
+  ShowCopies();
 }
 
 void StartScreen::Run(const std::function<void()>& screen) {
-  const bool again = !component_ && IsServerStore(Text1[0].text);
-  if (again && !Open(Text1[0].text)) return;
-  if (!component_ || !CheckTill()) return;
+  if (!shop_ || !CheckTill()) return;
   try {
     Remember();
-    Context& context = component_->context();
+    Context& context = shop_->context();
     context.Caja = Variant(Text1[1].text).ToInt16();
     context.IdAgente = Agent();
     context.IdCliente = 0;
     context.IdAlbaran = kNoSale;
     TellFailedCopy(false);
-    copies_.Begin(*connection_, context.Caja);
     screen();
-    copies_.End(*connection_);
     ShowCopies();
   } catch (const std::exception& error) {
     Tell(error.what(), ui::Icon::Critical);
@@ -282,38 +298,29 @@ void StartScreen::Run(const std::function<void()>& screen) {
 }
 
 void StartScreen::TellAbout() {
-  Tell("tpv " + std::string(kVersion) + "\r\nAlmacén: " +
-           (opened_.empty() ? "ninguno abierto" : Shortened(opened_)),
-       ui::Icon::Information);
+  Tell("tpv " + std::string(kVersion) + "\r\nAlmacén: " + (shop_ ? Shortened(shop_->store()) : "ninguno abierto"));
 }
 
 std::vector<ui::StatusItem> StartScreen::Status() const {
   using Tone = ui::StatusItem::Tone;
-  if (!connection_) return {};
-  const std::string store =
-      IsServerStore(opened_) ? "Servidor" : std::filesystem::path(opened_).stem().string();
+  if (!shop_) return {{"Tienda", "cerrada", Tone::Missing}};
+  const std::string store = !shop_->about().name.empty()   ? shop_->about().name
+                            : IsServerStore(shop_->store()) ? "Servidor"
+                                                            : fs::path(shop_->store()).stem().string();
   try {
     const bool known = ParseInt32(Text1[1].text).has_value();
-    const bool open = known && TillIsOpen(*connection_, Text1[1].text);
+    const bool open = known && TillIsOpen(shop_->connection(), Text1[1].text);
     std::vector<ui::StatusItem> items{{"Tienda", store, Tone::Neutral},
                                       {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
                                        open ? Tone::Good : Tone::Missing},
                                       {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
-    AddUnsentRecords(ports_, items);
+    AddUnsentRecords(program_.ports, items);
     if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
     return items;
   } catch (const DatabaseError&) {
     // The line only informs; the next command reports what is wrong.
     return {{"Tienda", store + " · sin conexión", Tone::Missing}};
   }
-}
-
-void StartScreen::Tell(const std::string& text, ui::Icon icon) {
-  ui::MessageBox box;
-  box.text = text;
-  box.icon = icon;
-  box.title = "Punto de venta";
-  front_end_.Show(box);
 }
 
 }  // namespace tpv

@@ -1,50 +1,42 @@
-// The window that the program opens with: which store, till and agent, and the
+// The window that the program opens with: which shop, till and agent, and the
 // screens of the component. It is the host that the component is made for.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "component/zrtpve.h"
+#include "host/open_shop.h"
+#include "host/program.h"
 #include "host/safety_copies.h"
-#include "office/tools.h"
-#include "platform/ui/form.h"
-#include "platform/ui/front_end.h"
-#include "suite/suite_factory.h"
+#include "office/window.h"
 
 namespace tpv {
 
-class Machine;
-class StoreErrands;
-
-class StartScreen : public ui::Form {
+class StartScreen : public office::Window {
  public:
-  // All references outlive the screen.
-  StartScreen(Machine& machine, ui::FrontEnd& front_end, Sound& sound);
+  explicit StartScreen(Program program);
   ~StartScreen() override;
 
-  // Lets the operator point to a store's file; "" for none. Unset: the path is typed.
-  std::function<std::string(const std::string& current)> choose_file;
-  office::Tools tools;  // the office's
-
   void OnLoad() override;
-  void OnKeyUp(ui::Key key) override;
+  void OnFirstActivate() override;
   void OnCloseBox() override { Leave(); }
   std::vector<ui::StatusItem> Status() const override;
 
+ protected:
+  void OnEscape() override { Leave(); }
+
  private:
   void DeclareLayout();
-  void ChooseStore();
-  void OpenTyped();
   void InheritTill();
-  bool Open(const std::string& path);
-  std::unique_ptr<Connection> Connect(const std::string& path);
+  bool Open(const std::string& store);
+  void KeepChoice();
+  void ShowShop();
+  void OfferShops();
+  std::string AskForShop();
   void FillAgents();
   std::int32_t Agent() const;
   bool CheckTill();
   void Remember();
-  void ProtectSettings();
   void ShowPrinter();
   void ShowCopies();
   void MakeCopy();
@@ -52,23 +44,20 @@ class StartScreen : public ui::Form {
   void Leave();
   void Run(const std::function<void()>& screen);
   void OpenOffice();
+  void OpenSettings();
   void TellAbout();
-  void Tell(const std::string& text, ui::Icon icon);
 
-  Machine& machine_;
-  ui::FrontEnd& front_end_;
-  suite::SuiteFactory objects_;
-  Ports ports_;
-  std::unique_ptr<Connection> connection_;
-  std::unique_ptr<StoreErrands> errands_;
-  std::unique_ptr<Zrtpve> component_;
-  std::string opened_;  // the store's path
+  Program program_;
+  Shops shops_;
   SafetyCopies copies_;
-  std::string copy_warning_;  // short, "" for none
+  std::unique_ptr<OpenShop> shop_;  // null: the till is closed
+  KnownShop refused_;               // the one that could not be opened; no store for none
+  std::string reason_;              // why
+  std::string copy_warning_;        // short, "" for none
 
-  ui::TextBoxes Text1{*this, "Text1"};  // 0 the store, 1 the till
+  ui::TextBoxes Text1{*this, "Text1"};  // 0 the shop, 1 the till
   ui::ComboBox cboVendedor{*this, "cboVendedor", "Vendedor"};
-  ui::Button cmdAlmacen{*this, "cmdAlmacen", "&Buscar…"};
+  ui::Button cmdTienda{*this, "cmdTienda", "Otra &tienda…"};
   ui::Frame Frame1{*this, "Frame1"};
   ui::Frame Frame2{*this, "Frame2"};
   ui::Button cmdVenta{*this, "cmdVenta", "&Venta"};
@@ -84,11 +73,9 @@ class StartScreen : public ui::Form {
   ui::Button cmdAcercaDe{*this, "cmdAcercaDe", "&Acerca de"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
   ui::Button cmdCopia{*this, "cmdCopia", "Copia de se&guridad"};
+  ui::Button cmdAjustes{*this, "cmdAjustes", "A&justes de este equipo"};
   ui::Label lblImpresora{*this, "lblImpresora"};
   ui::Label lblCopia{*this, "lblCopia"};
 };
-
-// The store of a user who chose none: the demonstration shop, made on first start.
-std::string UsualStore();
 
 }  // namespace tpv

@@ -37,18 +37,21 @@ office::ShopSetup ReadShop(const std::string& path) {
 }
 
 int CreateShop(const StorePlace& place, const std::string& shop, std::ostream& out) {
-  const office::ShopSetup setup = ReadShop(shop);
-  if (place.server) {
-    MakeServerTables(*OpenServer(place.name));
-    Require(office::StoreShop(*OpenServer(place.name), setup), "No se ha creado la tienda");
-  } else {
-    MakeShop(place.name, setup, StepClock());
-  }
+  Require(StoreNewShop(place, ReadShop(shop), StepClock()), "No se ha creado la tienda");
   out << "Tienda creada en " << (place.server ? "el servidor" : place.name) << "\n";
   return 0;
 }
 
 }  // namespace
+
+office::Refusals StoreNewShop(const StorePlace& place, const office::ShopSetup& setup, const Clock& clock) {
+  if (place.server) {
+    MakeServerTables(*OpenServer(place.name));
+    return office::StoreShop(*OpenServer(place.name), setup);
+  }
+  MakeShop(place.name, setup, clock);
+  return {};
+}
 
 int CreateCommand(const Arguments& arguments, std::ostream& out) {
   std::size_t at = 1;

@@ -1,6 +1,8 @@
 #include "office/menu_screen.h"
 
 #include "office/articles/article_list.h"
+#include "office/export_window.h"
+#include "office/import/import_window.h"
 #include "office/fiscal/fiscal_settings.h"
 #include "office/fiscal/rejected_records.h"
 #include "office/warehouses.h"
@@ -34,6 +36,8 @@ constexpr Entry kEntries[] = {
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>, "Tienda"},
     {"cmdRegistros", "Re&gistros de facturación", MakeWithTools<FiscalSettings>, "Agencia Tributaria"},
     {"cmdRechazados", "Registros rec&hazados", Make<RejectedRecords>},
+    {"cmdImportar", "&Importar", MakeWithTools<ImportWindow>, "Hojas de cálculo"},
+    {"cmdExportar", "&Exportar", MakeWithTools<ExportWindow>},
 };
 
 constexpr std::size_t kInARow = 3;

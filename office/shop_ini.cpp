@@ -138,8 +138,9 @@ void EmptyList(ShopSetup& setup, const std::string& key) {
 
 }  // namespace
 
-ShopFile ReadShopFile(std::string_view text) {
-  const Ini ini = ReadIni(text);
+ShopFile ReadShopFile(std::string_view text) { return ReadShop(ReadIni(text)); }
+
+ShopFile ReadShop(const Ini& ini) {
   ShopFile file{{}, ini.refusals};
   std::map<std::string, long> lines;
   for (const IniEntry& entry : ini.entries) {

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "office/ini.h"
 #include "office/shop_setup.h"
 
 namespace tpv::office {
@@ -15,5 +16,7 @@ struct ShopFile {
 
 // What the file does not say stays as ShopSetup has it.
 ShopFile ReadShopFile(std::string_view text);
+// The same of entries that were typed elsewhere; their lines tell one of several apart.
+ShopFile ReadShop(const Ini& ini);
 
 }  // namespace tpv::office

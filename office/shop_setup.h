@@ -46,8 +46,9 @@ struct ShopSetup {
   std::string town;          // tienda.poblacion
   std::string telephone;     // tienda.telefono
   std::string closing_mail;  // tienda.correo_cierres, "" for none
-  // tienda.recargo_equivalencia: every price carries the surcharge. Otherwise it
-  // stays with its regime, 2, whose customers pay it.
+  // tienda.recargo_equivalencia: every sale charges the surcharge, for who sells to
+  // retailers of that regime alone. A retailer of it charges none: it stays with
+  // regime 2, and the till's screens sell by regime 1.
   bool surcharged = false;
 
   std::string ticket_series = "T";        // tickets.serie

@@ -76,10 +76,11 @@ TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
   config({"set", "printers.Barra 1.2", "escpos:10.0.0.5:9100"});
   config({"set", "Mail.password"}, "se creta=\n");
   config({"set", "mail.PORT", "587"});
+  config({"set", "sound.command", "aplay x.wav"});
   EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "se creta=");
   config({});
   EXPECT_EQ(shown, "# " + machine.settings.path() +
-                       "\nPrinters.Barra 1.2 = escpos:10.0.0.5:9100\n"
+                       "\nPrinters.Barra 1.2 = escpos:10.0.0.5:9100\nSound.Command = aplay x.wav\n"
                        "Mail.Password = (guardada)\nMail.Port = 587\n");
   config({"get", "Mail.Password"});
   EXPECT_EQ(shown, "(guardada)\n");

@@ -8,7 +8,7 @@
 
 #include "adapters/headless/scenario/headless_operator.h"
 #include "adapters/headless/scenario/player.h"
-#include "host/config.h"
+#include "host/known_settings.h"
 #include "host/store.h"
 #include "tests/test_shop.h"
 

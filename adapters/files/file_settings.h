@@ -26,8 +26,7 @@ class FileSettings : public Settings {
   // are. Throws FileError; the file is then as it was.
   void Write(std::string_view application, std::string_view section, std::string_view key,
              std::string_view value) override;
-  // The keys of a section, in the file's order.
-  std::vector<std::string> Keys(std::string_view application, std::string_view section) const;
+  std::vector<std::string> Keys(std::string_view application, std::string_view section) const override;
 
   // Keeps a file with a password from other users' eyes; what the operator should
   // read about that, "" when there was nothing to do. Throws FileError when it cannot.

@@ -23,6 +23,7 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   ui::Answer Show(const ui::MessageBox& box) override;
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
   void ShowManual(std::string_view) override {}
+  void SetBanner(std::string_view banner) override { engine_.SetBanner(banner); }
   void ProcessEvents() override {}
   bool ShowProgress(const ui::Progress& progress, std::chrono::milliseconds) override {
     return driver_ != nullptr && driver_->GivesUp(progress);

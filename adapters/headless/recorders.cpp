@@ -166,6 +166,15 @@ void MemorySettings::Write(std::string_view application, std::string_view sectio
   values_[SettingName(application, section, key)] = value;
 }
 
+std::vector<std::string> MemorySettings::Keys(std::string_view application, std::string_view section) const {
+  const std::string before = SettingName(application, section, "");
+  std::vector<std::string> keys;
+  for (const auto& [name, value] : values_) {
+    if (name.starts_with(before) && !value.empty()) keys.push_back(name.substr(before.size()));
+  }
+  return keys;
+}
+
 DateTime StepClock::Now() const {
   return fixed ? *fixed : ToLocal(std::chrono::system_clock::now());
 }

@@ -105,6 +105,7 @@ class MemorySettings : public Settings {
                    std::string_view key) const override;
   void Write(std::string_view application, std::string_view section, std::string_view key,
              std::string_view value) override;
+  std::vector<std::string> Keys(std::string_view application, std::string_view section) const override;
 
  private:
   std::map<std::string, std::string> values_;

@@ -77,6 +77,7 @@ class FieldView : public ControlView {
     const int pixels = PixelsOf(box);
     edit_->setFont(Type(pixels));
     edit_->setAlignment(AlignmentOf(box.align) | Qt::AlignVCenter);
+    if (box.secret) edit_->setEchoMode(QLineEdit::Password);
     edit_->setTextMargins(5, 0, 5, 0);
     edit_->setContextMenuPolicy(Qt::NoContextMenu);
     edit_->setAcceptDrops(false);

@@ -99,9 +99,9 @@ QSize FormWindow::PreferredSize(const QSize& room) const {
   const bool tall = std::any_of(views_.begin(), views_.end(),
                                 [](const auto& entry) { return entry.second->Tall(); });
   if (tall) return kUsualSize.boundedTo(room);
-  const int width = std::min(content.sizeHint().width(), room.width());
-  int above = band_->isHidden() ? 0 : band_->sizeHint().height();
-  if (!notices_->isHidden()) above += notices_->heightForWidth(width);
+  const QSize band = band_->isHidden() ? QSize(0, 0) : band_->sizeHint();
+  const int width = std::min(std::max(content.sizeHint().width(), band.width()), room.width());
+  const int above = band.height() + (notices_->isHidden() ? 0 : notices_->heightForWidth(width));
   return {width, std::min(content.heightForWidth(width) + above, room.height())};
 }
 
@@ -110,9 +110,9 @@ void FormWindow::Reveal(const ControlView& view) {
 }
 
 void FormWindow::Sync() {
-  const QString title = Text(form_.caption);
+  const QString title = Text(form_.Title());
   if (windowTitle() != title) setWindowTitle(title);
-  band_->Show(form_.Status(), form_.warning);
+  band_->Show(form_.Band(), form_.warning);
   notices_->Show(owner_.Notices().Text());
   SyncGround();
   for (const auto& [control, view] : views_) view->Sync();

@@ -48,7 +48,7 @@ QLabel* TextLabel(const std::string& text, QWidget* parent) {
 MessageDialog::MessageDialog(const ui::MessageBox& box, ui::Engine& engine, QWidget* parent)
     : QDialog(parent, Qt::Dialog), box_(box), engine_(engine) {
   setWindowModality(Qt::ApplicationModal);
-  setWindowTitle(Text(box.title.empty() ? "Punto de venta" : box.title));
+  setWindowTitle(Text(ui::Form::Titled(engine.banner(), box.title.empty() ? "Punto de venta" : box.title)));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(24, 22, 24, 20);
   layout->setSpacing(22);

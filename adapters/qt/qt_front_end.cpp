@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QFileDialog>
 #include <QPainter>
 #include <QPushButton>
 #include <utility>
@@ -119,6 +120,22 @@ std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) 
   BackFrom(dialog);
   engine_.BoxClosed(dialog.closed_by_key());
   return dialog.chosen();
+}
+
+std::string QtFrontEnd::ChooseFile(const ui::FileQuestion& question) {
+  using Kind = ui::FileQuestion::Kind;
+  if (driver_ != nullptr) return {};
+  const QString title = Text(question.title), begin = Text(question.current);
+  const QString kinds = Text((question.kinds.empty() ? "" : question.kinds + ";;") + "Todos los ficheros (*)");
+  QWidget* over = Uppermost();
+  switch (question.kind) {
+    case Kind::Folder:
+      return Utf8(QFileDialog::getExistingDirectory(over, title, begin));
+    case Kind::New:
+      return Utf8(QFileDialog::getSaveFileName(over, title, begin, kinds));
+    default:
+      return Utf8(QFileDialog::getOpenFileName(over, title, begin, kinds));
+  }
 }
 
 void QtFrontEnd::ShowManual(std::string_view page) {

@@ -38,6 +38,8 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   void Load(ui::Form& form) override { engine_.Load(form); }
   ui::Answer Show(const ui::MessageBox& box) override;
   std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  std::string ChooseFile(const ui::FileQuestion& question) override;
+  void SetBanner(std::string_view banner) override { engine_.SetBanner(banner); }
   void ShowManual(std::string_view page) override;
   void ProcessEvents() override;
   bool ShowProgress(const ui::Progress& progress, std::chrono::milliseconds lasted) override;

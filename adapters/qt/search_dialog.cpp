@@ -72,7 +72,7 @@ SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine,
       table_(new TillTable(this)),
       count_(new QLabel(this)) {
   setWindowModality(Qt::ApplicationModal);
-  setWindowTitle(Text(request.title.empty() ? "Buscar" : request.title));
+  setWindowTitle(Text(ui::Form::Titled(engine.banner(), request.title.empty() ? "Buscar" : request.title)));
   LayOut(request);
   connect(edit_, &QLineEdit::textChanged, this, [this](const QString& text) { Narrow(text); });
   connect(table_, &QTableView::doubleClicked, this,

@@ -41,7 +41,11 @@ StatusBand::StatusBand(QWidget* parent) : QWidget(parent) {
   hide();
 }
 
-QSize StatusBand::sizeHint() const { return {400, kHeight}; }
+QSize StatusBand::sizeHint() const {
+  int width = 2 * kMargin - kGap;
+  for (const ui::StatusItem& item : items_) width += WidthOf(item) + kGap;
+  return {std::max(width, kNarrowest), kHeight};
+}
 
 void StatusBand::Show(std::vector<ui::StatusItem> items, bool warning) {
   const bool same = std::equal(items.begin(), items.end(), items_.begin(), items_.end(), Same);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "adapters/files/private_files.h"
 #include "data/decimals.h"
 #include "host/demo/catalogue.h"
 #include "host/demo/fill.h"
@@ -18,6 +19,9 @@ constexpr int kDays = 14;
 constexpr int kTicketsInAll = 360;
 constexpr int kTills = 3;
 
+// A counter that counts nothing: the mark of a demonstration, in every copy of it too.
+constexpr const char* kMark = "DEMO";
+
 void FillParameters(Connection& connection) {
   Insert(connection, "Parametros",
          "Par_NumCaja, Par_CliCon, Par_SerTic, Par_SerTicFac, Par_Alma, Par_Rapida, par_decpre, "
@@ -25,6 +29,7 @@ void FillParameters(Connection& connection) {
          "Par_Cp, Par_Poblacion, Par_Telefono, Par_Doc, par_tpvemail",
          {1, 1, "T", "FT", 1, 1, kNewShopPriceDecimals, 2, 2, 0, "27,112,0,25,250", "ULTRAMARINOS LA ESQUINA", "CL",
           "Mayor 12", "30001", "Murcia", "968 123 456", "B30123452", ""});
+  Insert(connection, "Contadores", "cont_tipo, cont_serie, cont_numero", {kMark, "", 0});
 }
 
 struct Past {
@@ -62,6 +67,15 @@ void FillDemonstration(Connection& connection, const DateTime& now) {
   FillParameters(connection);
   FillPast(connection, {kDays, kTicketsInAll, demo::kArticles, 0, {}}, now);
 }
+
+bool IsDemonstration(Connection& connection) {
+  const std::string mark = "SELECT cont_numero FROM Contadores WHERE cont_tipo = '" + std::string(kMark) + "'";
+  return !connection.Execute(mark)->Eof();
+}
+
+std::string BannerOf(Connection& connection) { return IsDemonstration(connection) ? kDemonstration : ""; }
+
+std::string DemonstrationStore() { return DataFolder() + "/demo/tienda.db"; }
 
 void FillLarge(Connection& connection, const LargeStore& size, const DateTime& now) {
   demo::FillCatalogue(connection, size.articles);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "base/date_time.h"
 
@@ -12,6 +13,14 @@ class Connection;
 // Fills an empty store, always the same for the same moment. The connection
 // should be in a transaction. Ends with all tills closed.
 void FillDemonstration(Connection& connection, const DateTime& now);
+
+// Whether a store was filled so: its sales are nobody's.
+bool IsDemonstration(Connection& connection);
+// What stands in every title and band of one, and that; "" for a shop.
+inline constexpr const char* kDemonstration = "DEMOSTRACIÓN";
+std::string BannerOf(Connection& connection);
+// Where this machine keeps its demonstration.
+std::string DemonstrationStore();
 
 struct LargeStore {
   int tickets = 100000;

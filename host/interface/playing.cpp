@@ -4,7 +4,7 @@
 
 #include "adapters/headless/scenario/headless_operator.h"
 #include "adapters/headless/scenario/player.h"
-#include "host/config.h"
+#include "host/known_settings.h"
 #include "host/interface/handles.h"
 #include "host/interface/till_database.h"
 

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "component/dispatch.h"
+#include "host/demo/demonstration.h"
 #include "host/interface/handles.h"
 #include "host/interface/host_database.h"
 #include "host/interface/playing.h"
@@ -83,6 +84,7 @@ void OpenFile(zrtpv_till& till, const std::string& path, std::int32_t if_missing
       if_missing == ZRTPV_MAKE_EMPTY ? Contents::Empty : Contents::Demonstration;
   auto store = if_missing == ZRTPV_MUST_EXIST ? reopen() : OpenStore(path, contents, clock);
   const std::string missing = MissingLogOf(*store);
+  till.around->ports().ui.SetBanner(BannerOf(*store));
   Use(till, std::move(store), user, reopen);
   if (!missing.empty()) till.around->ports().ui.Notify({missing, {}});
 }

@@ -1,6 +1,5 @@
 #include "host/start.h"
 
-#include <QFileDialog>
 #include <stdexcept>
 
 #include "adapters/files/program.h"
@@ -8,7 +7,6 @@
 #include "adapters/qt/beep.h"
 #include "adapters/qt/native_input.h"
 #include "adapters/qt/qt_front_end.h"
-#include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -19,11 +17,6 @@
 namespace tpv {
 
 namespace {
-
-std::string ChooseFile(QWidget* over, const std::string& current) {
-  return qt::Utf8(QFileDialog::getOpenFileName(over, "Almacén de la tienda", qt::Text(current),
-                                               "Almacenes (*.db);;Todos los ficheros (*)"));
-}
 
 // Looks at the window once and leaves.
 class Onlooker : public ui::Driver {
@@ -58,13 +51,8 @@ int Start(const std::string& picture) {
     const std::string command = machine.settings.Read(kTpv, "Sound", "Command");
     return !command.empty() && LaunchProgram(Split(command, " "));
   });
-  StartScreen screen(machine, front_end, beep);
-  screen.choose_file = [&](const std::string& current) {
-    return ChooseFile(front_end.TopWindow(), current);
-  };
-  screen.tools.choose_file = [&](const std::string& title, const std::string& kind) {
-    return qt::Utf8(QFileDialog::getOpenFileName(front_end.TopWindow(), qt::Text(title), {}, qt::Text(kind)));
-  };
+  suite::SuiteFactory objects;
+  StartScreen screen(machine.ProgramFor(front_end, objects, beep));
   machine.printers.LookAhead();
   Onlooker onlooker(front_end);
   if (!picture.empty()) front_end.SetDriver(onlooker);

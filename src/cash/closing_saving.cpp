@@ -85,6 +85,7 @@ std::optional<std::int32_t> FrmTpvCierreCaja::Store() {
   try {
     const std::int32_t closure_id = StoreSayingSo();
     lblProceso.caption.clear();
+    if (context().till_closed) context().till_closed();
     return closure_id;
   } catch (const TillRefusal& refusal) {
     TellRefusal(refusal);

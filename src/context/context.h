@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -22,6 +23,8 @@ struct Context {
   std::shared_ptr<DatabaseObject> MyBd;
   Ports& ports;
   ChoiceLists choices{};
+  // The host's: called once a till's closure is stored. Throws nothing.
+  std::function<void()> till_closed{};
 
   Connection& Database() const { return MyBd->Conexion(); }
   Variant Parameter(std::string_view name) const { return MyBd->Parametro(name); }

@@ -147,7 +147,13 @@ void Engine::Run(Form& form, Handler handler) {
   Settle(form);
 }
 
+void Engine::SetBanner(std::string_view banner) {
+  banner_ = banner;
+  for (Form* form : forms_) form->banner = banner_;
+}
+
 void Engine::Load(Form& form) {
+  form.banner = banner_;
   if (form.loaded) return;
   form.loaded = true;
   form.OnLoad();
@@ -155,6 +161,7 @@ void Engine::Load(Form& form) {
 
 void Engine::Open(Form& form) {
   Load(form);
+  form.banner = banner_;  // which may have changed as it was loaded
   CountOpening();
   GiveAccessKeys(form);
   forms_.push_back(&form);

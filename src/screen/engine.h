@@ -34,6 +34,10 @@ class Engine {
   // Takes it off alone: the program that shows it is being killed.
   void Drop(Form& form);
 
+  // Of all forms, open or to come.
+  void SetBanner(std::string_view banner);
+  const std::string& banner() const { return banner_; }
+
   Form* Top() const { return forms_.empty() ? nullptr : forms_.back(); }
   std::size_t Depth() const { return forms_.size(); }
 
@@ -106,6 +110,7 @@ class Engine {
   };
 
   std::vector<Form*> forms_;
+  std::string banner_;
   std::size_t openings_ = 0;
   bool box_closed_by_key_ = false;
   ScanBurst burst_;

@@ -30,6 +30,13 @@ constexpr Page kPages[] = {
     {"frmAlmacen", "oficina"},
     {"frmRegistros", "registros"},
     {"frmRechazados", "registros"},
+    {"frmAjustes", "ajustes"},
+    {"frmImportar", "tienda-propia"},
+    {"frmExportar", "tienda-propia"},
+    {"frmCrearTienda", "tienda-propia"},
+    {"frmBienvenida", "tienda-propia"},
+    {"frmAbrirAlmacen", "tienda-propia"},
+    {"frmTiendaCerrada", "tienda-propia"},
 };
 
 }  // namespace

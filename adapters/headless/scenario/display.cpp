@@ -55,7 +55,7 @@ int CurrentRow(const ui::Control& control) {
 }
 
 std::string InBand(const ui::Form& form, std::string_view label) {
-  for (const ui::StatusItem& item : form.Status()) {
+  for (const ui::StatusItem& item : form.Band()) {
     if (item.label == label) return item.text;
   }
   return "none";

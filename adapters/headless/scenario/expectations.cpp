@@ -46,7 +46,7 @@ void Player::Expect(const Command& command) {
       {"matches", [&] { ExpectEqual(argument(1), std::to_string(hands_.Matches().size())); }},
       {"match",
        [&] { ExpectEqual(argument(2), hands_.Matches().at(Int32OrZero(argument(1)))); }},
-      {"title", [&] { ExpectEqual(argument(1), Screen().caption); }},
+      {"title", [&] { ExpectEqual(argument(1), Screen().Title()); }},
       {"sound", [&] { ExpectEqual(argument(1), rig_.sound.asked_for ? "error" : "none"); }},
       {"screen",
        [&] { ExpectEqual(argument(1), hands_.Top() != nullptr ? hands_.Top()->name : "none"); }},

@@ -183,7 +183,8 @@ bool Player::RunHostCommand(const Command& command) {
       {"call", &Player::Call},     {"sql", &Player::Sql},      {"param", &Player::Param},
       {"show", &Player::Show},     {"mail", &Player::Mail},    {"fail", &Player::Inject},
       {"expect", &Player::Expect}, {"fails", &Player::Fails},  {"other", &Player::Other},
-      {"kill", &Player::Kill},     {"config", &Player::Config}, {"office", &Player::Office}};
+      {"kill", &Player::Kill},     {"config", &Player::Config}, {"office", &Player::Office},
+      {"start", &Player::Start},   {"file", &Player::WriteFile}};
   if (const auto found = handlers.find(command.Verb()); found != handlers.end()) {
     (this->*found->second)(command);
     return true;
@@ -334,6 +335,16 @@ void Player::Config(const Command& command) {
 void Player::Office(const Command&) {
   if (!rig_.premises.open_office) throw Failure("aquí no se puede abrir la oficina", true);
   rig_.premises.open_office();
+}
+
+void Player::Start(const Command&) {
+  if (!rig_.premises.start_program) throw Failure("aquí no se puede abrir el programa", true);
+  rig_.premises.start_program();
+}
+
+void Player::WriteFile(const Command& command) {
+  if (!rig_.premises.write_file) throw Failure("aquí no hay carpeta en la que escribir", true);
+  rig_.premises.write_file(command.Argument(0), command.Argument(1));
 }
 
 void Player::Param(const Command& command) {

@@ -57,6 +57,8 @@ class Player : public ui::Driver {
   void Kill(const Command& command);
   void Config(const Command& command);
   void Office(const Command& command);
+  void Start(const Command& command);
+  void WriteFile(const Command& command);
   void Param(const Command& command);
   void Show(const Command& command);
   void Forget();

@@ -24,6 +24,10 @@ struct Premises {
   std::function<void(const std::string& name, const std::string& value)> configure;
   // Opens the office over the component's store; returns when it is closed.
   std::function<void()> open_office;
+  // The program's first window, in a home folder of its own; returns when it is closed.
+  std::function<void()> start_program;
+  // Writes a file into that folder.
+  std::function<void(const std::string& name, const std::string& text)> write_file;
 };
 
 // Everything outlives the player.

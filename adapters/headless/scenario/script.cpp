@@ -32,6 +32,7 @@ const std::map<std::string, Shape, std::less<>>& Commands() {
       {"sort", {2, 2}},       {"export", {2, 2}},    {"listmenu", {1, 1}},
       {"config", {2, 2}},    {"office", {0, 0}},  {"other", {1, kAny}},   {"scan", {1, 1}},        {"kill", {0, 0}},
       {"giveup", {1, 1}},
+      {"start", {0, 0}},     {"file", {2, 2}},
   };
   return commands;
 }

@@ -28,6 +28,7 @@ struct TextBox : Control {
   Align align = Align::Left;
   bool locked = false;  // shown, can have the focus, cannot be typed into
   bool large = false;   // larger bold type: totals, initial amount
+  bool secret = false;  // a password: nobody reads what is typed
   std::uint32_t back_colour = 16777215;  // 0xBBGGRR
   // Selection in characters; typing replaces it.
   std::size_t selection_start = 0;

@@ -24,6 +24,16 @@ Control* Form::Find(std::string_view control_name) const {
   return nullptr;
 }
 
+std::string Form::Titled(const std::string& banner, const std::string& caption) {
+  return banner.empty() ? caption : banner + " · " + caption;
+}
+
+std::vector<StatusItem> Form::Band() const {
+  std::vector<StatusItem> items = Status();
+  if (!banner.empty()) items.insert(items.begin(), {"Aviso", banner, StatusItem::Tone::Missing});
+  return items;
+}
+
 std::vector<Control*> Form::InLayoutOrder() const {
   std::vector<Control*> found;
   Collect(rows, found);

@@ -32,6 +32,10 @@ class Form {
 
   std::string name;     // "frmTpv"
   std::string caption;  // window title
+  std::string banner;   // what nobody may overlook in any window; the engine keeps it
+  // The caption behind the banner.
+  std::string Title() const { return Titled(banner, caption); }
+  static std::string Titled(const std::string& banner, const std::string& caption);
   std::vector<std::vector<Control*>> rows;  // the declared layout, top to bottom
 
   // By name regardless of case; null when there is none.
@@ -99,6 +103,8 @@ class Form {
   bool scanning = false;  // a scanned code is being entered
   // Asked for after each event; shown where the operator sees it at once.
   virtual std::vector<StatusItem> Status() const { return {}; }
+  // The banner, then the status.
+  std::vector<StatusItem> Band() const;
 
  private:
   friend struct Control;

@@ -47,6 +47,15 @@ struct SearchRequest {
   bool IsFigure(std::size_t column) const { return column < masks.size() && !masks[column].empty(); }
 };
 
+// A file or folder to point at.
+struct FileQuestion {
+  enum class Kind { Existing, New, Folder };
+  std::string title;
+  std::string kinds;    // "Almacenes (*.db)"
+  std::string current;  // where to begin
+  Kind kind = Kind::Existing;
+};
+
 class FrontEnd {
  public:
   virtual ~FrontEnd() = default;
@@ -60,6 +69,10 @@ class FrontEnd {
   virtual Answer Show(const MessageBox& box) = 0;
   // The chosen row's index in request.rows, nullopt when closed without one.
   virtual std::optional<std::size_t> Search(const SearchRequest& request) = 0;
+  // Its path, "" when nothing was chosen or there is nobody to point at one.
+  virtual std::string ChooseFile(const FileQuestion& /*question*/) { return {}; }
+  // Stands in every title and first in every band from now on; "" for nothing.
+  virtual void SetBanner(std::string_view banner) = 0;
   // Opens a page of the operator's manual ("venta"; "" for its contents) in a window of
   // its own and returns at once.
   virtual void ShowManual(std::string_view page) = 0;
