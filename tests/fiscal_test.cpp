@@ -219,6 +219,10 @@ TEST_F(Chain, IsMendedByANewRecord) {
   const auto mended = RecordsFrom(*store, 6, 2);
   EXPECT_TRUE(mended[0].mends && mended[0].refused == Refused::AndNeverHeld && mended[0].document.number == "K/1");
   EXPECT_TRUE(mended[1].mends && mended[1].refused == Refused::No);
+  // The agency holds another record of the number.
+  StoreReply(*store, 4, {State::Rejected, 3000, "Duplicado", "", true});
+  Mend(desk(), 4, {});
+  EXPECT_EQ(RecordsFrom(*store, 8, 1).at(0).refused, Refused::Before);
   EXPECT_EQ(FindingsText(CheckStore(*store)), "");
 }
 

@@ -35,11 +35,12 @@ Record ReadToMend(Connection& connection, std::int32_t position) {
 PastReplies RepliesTo(Connection& connection, Mode mode, const std::string& number) {
   PastReplies replies;
   const auto rows = connection.Execute(
-      "SELECT Fir_Estado FROM Fiscal INNER JOIN FiscalRespuestas ON Fir_IdFis = Fis_Id WHERE Fis_Modo = " +
+      "SELECT Fir_Estado, Fir_Duplicado FROM Fiscal INNER JOIN FiscalRespuestas ON Fir_IdFis = Fis_Id WHERE Fis_Modo = " +
       sql::Number(static_cast<std::int64_t>(mode)) + " AND Fis_Numero = " + sql::Quoted(number));
   for (; !rows->Eof(); rows->MoveNext()) {
     const bool rejected = rows->Field(0).IntOr(0) == static_cast<int>(State::Rejected);
-    (rejected ? replies.rejected : replies.accepted) = true;
+    const bool held = rows->Field(1).IntOr(0) != 0;  // another record of the number
+    (rejected && !held ? replies.rejected : replies.accepted) = true;
   }
   return replies;
 }

@@ -8,7 +8,7 @@ namespace tpv::fiscal {
 
 // What the agency said of the records of a number until now.
 struct PastReplies {
-  bool accepted = false;  // with errors or without
+  bool accepted = false;  // with errors or without, or it holds another one
   bool rejected = false;
 };
 PastReplies RepliesTo(Connection& connection, Mode mode, const std::string& number);
