@@ -1,10 +1,9 @@
 #include "host/fiscal_sending.h"
 
-#include <chrono>
-
 #include "fiscal/agency.h"
 #include "fiscal/moment.h"
 #include "fiscal/records.h"
+#include "fiscal/setup.h"
 #include "host/machine.h"
 #include "platform/clock.h"
 
@@ -13,6 +12,7 @@ namespace tpv {
 namespace {
 
 constexpr std::chrono::seconds kBetweenLooks{5};
+constexpr std::chrono::seconds kWhileOff{60};
 constexpr int kOverdueSeconds = 600;
 
 }  // namespace
@@ -37,24 +37,30 @@ void FiscalSending::Work() {
   const auto agency = MakeAgency(settings_, [this] { return stopping_.load(); });
   if (agency == nullptr) return;
   std::unique_lock lock(mutex_);
+  std::chrono::seconds pause{};
   do {
     lock.unlock();
-    Look(*agency);
+    pause = Look(*agency);
     lock.lock();
-  } while (!changed_.wait_for(lock, kBetweenLooks, [this] { return stopping_.load(); }));
+  } while (!changed_.wait_for(lock, pause, [this] { return stopping_.load(); }));
   lock.unlock();
   fiscal::LeaveTurn(connection_.get(), holder_);
 }
 
 // What fails now is tried again at the next look; what waits too long shows in the band.
-void FiscalSending::Look(fiscal::Agency& agency) {
+std::chrono::seconds FiscalSending::Look(fiscal::Agency& agency) {
   try {
     if (!connection_) connection_ = open_();
+    if (fiscal::ModeOf(fiscal::DeskOf(*connection_, nullptr)) == fiscal::Mode::Off) {
+      connection_.reset();
+      return kWhileOff;
+    }
     fiscal::SendWaiting(*connection_, agency, holder_, fiscal::When::InTurn);
     CountOverdue();
   } catch (const std::exception&) {
     connection_.reset();
   }
+  return kBetweenLooks;
 }
 
 void FiscalSending::CountOverdue() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -12,30 +13,32 @@
 
 #include "fiscal/sending.h"
 #include "platform/database.h"
-#include "platform/sending_watch.h"
 #include "platform/settings.h"
 
 namespace tpv {
 
 class Clock;
 
-class FiscalSending : public SendingWatch {
+class FiscalSending {
  public:
   // Runs in the sender's thread. Throws what opening a store throws.
   using Opener = std::function<std::unique_ptr<Connection>()>;
 
-  // Settings and clock outlive it.
+  // Settings and clock outlive it. A store that makes no records is asked once a minute
+  // whether it does.
   FiscalSending(const Settings& settings, const Clock& clock, Opener open);
   // Gives up an answer that is awaited; its records go out again another time.
-  ~FiscalSending() override;
+  ~FiscalSending();
   FiscalSending(const FiscalSending&) = delete;
   FiscalSending& operator=(const FiscalSending&) = delete;
 
-  long Overdue() const override { return overdue_; }
+  // Records that wait longer than ten minutes.
+  long Overdue() const { return overdue_; }
 
  private:
   void Work();
-  void Look(fiscal::Agency& agency);
+  // How long until the next look.
+  std::chrono::seconds Look(fiscal::Agency& agency);
   void CountOverdue();
 
   const Settings& settings_;

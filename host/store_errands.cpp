@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "context/context.h"
+#include "host/machine.h"
 #include "platform/ui/front_end.h"
 #include "suite/store_database.h"
 #include "suite/suite_factory.h"
@@ -15,6 +16,7 @@ StoreErrands::StoreErrands(const Ports& ports, std::int32_t user, Opener open)
 StoreErrands::~StoreErrands() { Stop(); }
 
 void StoreErrands::Stop() {
+  records_.reset();
   if (!thread_.joinable()) return;
   {
     const std::lock_guard lock(mutex_);
@@ -48,6 +50,14 @@ void StoreErrands::Settle(Context& context) {
     if (task.rest) task.rest(context);
   }
 }
+
+long StoreErrands::OverdueRecords() {
+  if (!open_) return 0;
+  if (!records_) records_ = std::make_unique<FiscalSending>(ports_.settings, ports_.clock, open_);
+  return records_->Overdue();
+}
+
+std::string StoreErrands::SendingObstacle() const { return AgencyObstacle(ports_.settings); }
 
 bool StoreErrands::Stopping() {
   const std::lock_guard lock(mutex_);

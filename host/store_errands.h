@@ -1,5 +1,6 @@
 // What a till does while the operator goes on: a thread with a connection, a database
-// object and components of its own for each errand on the store.
+// object and components of its own for each errand on the store; and the sending of invoice
+// records.
 #pragma once
 
 #include <condition_variable>
@@ -10,6 +11,7 @@
 #include <thread>
 
 #include "context/errands.h"
+#include "host/fiscal_sending.h"
 #include "platform/database.h"
 #include "platform/ports.h"
 
@@ -36,6 +38,9 @@ class StoreErrands : public Errands {
   void Settle(Context& context);
   // Lets the one under way come to its next stop and drops those behind it.
   void Stop();
+  // Invoice records are looked after from the first question on.
+  long OverdueRecords() override;
+  std::string SendingObstacle() const override;
 
  private:
   struct Task {
@@ -57,6 +62,7 @@ class StoreErrands : public Errands {
   std::deque<Task> done_;  // goes in the window's thread, with what it holds
   bool stopping_ = false;
   std::thread thread_;  // from the first errand on
+  std::unique_ptr<FiscalSending> records_;
 };
 
 }  // namespace tpv

@@ -34,7 +34,7 @@ struct Entry {
 constexpr Entry kEntries[] = {
     {"cmdArticulos", "&Artículos", Make<ArticleList>, "Artículos"},
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>, "Tienda"},
-    {"cmdRegistros", "Re&gistros de facturación", MakeWithTools<FiscalSettings>, "Agencia Tributaria"},
+    {"cmdRegistros", "Re&gistros de facturación", Make<FiscalSettings>, "Agencia Tributaria"},
     {"cmdRechazados", "Registros rec&hazados", Make<RejectedRecords>},
     {"cmdImportar", "&Importar", MakeWithTools<ImportWindow>, "Hojas de cálculo"},
     {"cmdExportar", "&Exportar", MakeWithTools<ExportWindow>},

@@ -14,10 +14,10 @@
 #include "fiscal/sending_turn.h"
 #include "fiscal/validation_code.h"
 #include "host/fiscal_export.h"
-#include "host/fiscal_sending.h"
 #include "host/machine.h"
 #include "host/play.h"
 #include "host/store.h"
+#include "host/store_errands.h"
 #include "screen/unsent_item.h"
 #include "tests/agency_fixture.h"
 #include "tests/read_code.h"
@@ -278,18 +278,21 @@ TEST_F(Sending, GoesOnBesideTheWindowsAndTellsWhatWaitsTooLong) {
     for (int i = 0; i < 600 && !settled(); ++i) ::usleep(50'000);
     return settled();
   };
-  const FiscalSending sending(settings, store.clock(), [this] { return store.Open(); });
+  store.connection().Execute("INSERT INTO Parametros (Par_Fiscal) VALUES (1)");
+  TestShop shop(store.connection(), store.clock());
+  Ports ports{shop.front_end, shop.printers, shop.devices, settings,    store.clock(),
+              shop.mailer,    shop.reports,  shop.objects, shop.sound};
+  StoreErrands errands(ports, 1, [this] { return store.Open(); });
   EXPECT_TRUE(settles([&] { return States() == "11"; }));
-  EXPECT_EQ(sending.Overdue(), 0);
+  EXPECT_EQ(errands.OverdueRecords(), 0);
   StopAgency();
   AddTickets(3);
-  EXPECT_TRUE(settles([&] { return sending.Overdue() == 3; }));
+  EXPECT_TRUE(settles([&] { return errands.OverdueRecords() == 3; }));
   std::vector<ui::StatusItem> band;
-  TestShop shop(store.connection(), store.clock());
-  AddUnsentRecords(shop.ports, band);
+  AddUnsentRecords(ports, band);
   EXPECT_TRUE(band.empty());
-  shop.ports.sending = &sending;
-  AddUnsentRecords(shop.ports, band);
+  ports.errands = &errands;
+  AddUnsentRecords(ports, band);
   ASSERT_EQ(band.size(), 1U);
   EXPECT_EQ(band[0].text, "3 sin enviar");
 }

@@ -1,6 +1,7 @@
 #include "office/fiscal/fiscal_settings.h"
 
 #include "base/text.h"
+#include "context/errands.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 
@@ -21,8 +22,7 @@ constexpr FormField kFields[] = {
 
 }  // namespace
 
-FiscalSettings::FiscalSettings(Context& context, const Tools& tools)
-    : FieldForm(context, "frmRegistros", kFields), tools_(tools) {
+FiscalSettings::FiscalSettings(Context& context) : FieldForm(context, "frmRegistros", kFields) {
   caption = "Registros de facturación";
   cmdPruebas.click = [this] { TurnOn(fiscal::Mode::Trial); };
   cmdReal.click = [this] { TurnOn(fiscal::Mode::Real); };
@@ -53,12 +53,13 @@ void FiscalSettings::TurnOn(fiscal::Mode mode) {
                                        "apagar. ¿Encenderlos?",
                                        ui::Icon::Exclamation, ui::Answer::No);
   if (!agreed) return;
-  Change([&] {
-    std::vector<std::string> of_machine;
-    const std::string trouble = tools_.agency_obstacle ? tools_.agency_obstacle() : std::string();
-    if (!trouble.empty()) of_machine.push_back(trouble);
-    fiscal::TurnOn(fiscal::DeskOf(context()), mode, of_machine);
-  });
+  Change([&] { fiscal::TurnOn(fiscal::DeskOf(context()), mode, OfMachine()); });
+}
+
+std::vector<std::string> FiscalSettings::OfMachine() const {
+  const Errands* const errands = context().ports.errands;
+  const std::string obstacle = errands == nullptr ? std::string() : errands->SendingObstacle();
+  return obstacle.empty() ? std::vector<std::string>() : std::vector<std::string>{obstacle};
 }
 
 void FiscalSettings::TurnOff() {
@@ -84,7 +85,7 @@ void FiscalSettings::ShowState() {
                       : mode == fiscal::Mode::Trial ? "Encendidos, en pruebas"
                                                     : "Apagados";
   std::vector<std::string> missing = fiscal::MissingOf(desk);
-  if (tools_.agency_obstacle && !tools_.agency_obstacle().empty()) missing.push_back(tools_.agency_obstacle());
+  for (std::string& obstacle : OfMachine()) missing.push_back(std::move(obstacle));
   lblFalta.caption = missing.empty() ? "No falta nada" : "Falta:";
   for (const std::string& what : missing) lblFalta.caption += std::string(kLineBreak) + what;
   cmdPruebas.enabled = mode == fiscal::Mode::Off;

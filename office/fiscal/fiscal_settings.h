@@ -4,14 +4,12 @@
 
 #include "fiscal/setup.h"
 #include "office/forms/field_form.h"
-#include "office/tools.h"
 
 namespace tpv::office {
 
 class FiscalSettings : public FieldForm {
  public:
-  // The tools outlive the form.
-  FiscalSettings(Context& context, const Tools& tools);
+  explicit FiscalSettings(Context& context);
 
  protected:
   void Fill() override;
@@ -21,9 +19,10 @@ class FiscalSettings : public FieldForm {
   void TurnOn(fiscal::Mode mode);
   void TurnOff();
   void Change(const std::function<void()>& change);
+  // What this machine lacks to send, if anything.
+  std::vector<std::string> OfMachine() const;
   void ShowState();
 
-  const Tools& tools_;
   ui::Label lblEstado{*this, "lblEstado"};
   ui::Label lblFalta{*this, "lblFalta"};
   ui::Button cmdPruebas{*this, "cmdPruebas", "Encender en &pruebas"};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace tpv {
 
@@ -26,6 +27,11 @@ class Errands {
   // The same for work without the store; `dropped` instead of its rest when the program
   // ends before. Neither throws.
   virtual void RunApart(Work work, Rest dropped) = 0;
+  // Invoice records that wait for the tax agency longer than ten minutes, as last counted
+  // outside of the window's thread, which asks. Answers at once.
+  virtual long OverdueRecords() { return 0; }
+  // What keeps this machine from sending them, in Spanish; "" when it can.
+  virtual std::string SendingObstacle() const { return {}; }
 };
 
 }  // namespace tpv
