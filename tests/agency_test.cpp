@@ -4,6 +4,7 @@
 #include <sstream>
 #include <thread>
 
+#include "adapters/fiscal/answer_reader.h"
 #include "adapters/fiscal/client_certificate.h"
 #include "adapters/fiscal/tax_agency.h"
 #include "data/insert_row.h"
@@ -68,6 +69,24 @@ TEST_F(AgencyFixture, ACertificateIsUsedOnlyWhenItIsWholeAndTheUsersAlone) {
     EXPECT_NE(found.find(trouble), std::string::npos) << certificate << " " << key_file << ": " << found;
     EXPECT_EQ(found.empty(), trouble.empty()) << certificate << " " << key_file << ": " << found;
     EXPECT_TRUE(password.empty() || found.find(password) == std::string::npos);
+  }
+}
+
+// Whoever answers, and whatever the settings say.
+TEST(Agency, RealRecordsGoToItAloneAndNothingElseIsTakenForItsAnswer) {
+  AgencySettings settings;
+  settings.test_server = "https://otro.es";
+  EXPECT_EQ(AgencyUrl(settings, false).find("https://otro.es/wlpl/"), 0U);
+  EXPECT_EQ(AgencyUrl(settings, true).find("https://www1.agenciatributaria.gob.es/wlpl/"), 0U);
+  settings.seal = true;
+  EXPECT_EQ(AgencyUrl(settings, true).find("https://www10.agenciatributaria.gob.es/wlpl/"), 0U);
+  settings.test_server.clear();
+  EXPECT_EQ(AgencyUrl(settings, false).find("https://prewww10.aeat.es/wlpl/"), 0U);
+  const std::string line = "<RespuestaRegFactuSistemaFacturacion><RespuestaLinea><EstadoRegistro>Quizá</EstadoRegistro>"
+                           "</RespuestaLinea></RespuestaRegFactuSistemaFacturacion>";
+  const std::string bomb = "<!DOCTYPE a [<!ENTITY b \"bbbb\"><!ENTITY c \"&b;&b;\">]><a>&c;</a>";
+  for (const std::string& other : {std::string(), std::string("Hola"), std::string("<a/>"), line, bomb}) {
+    EXPECT_THROW(ReadAnswer(other), NoAnswer) << other;
   }
 }
 
