@@ -29,7 +29,7 @@ class AgencyFixture : public ::testing::Test {
     return made;
   }
   void StartAgency() {
-    const std::string schemas = std::string(TPV_ENGINE_FOLDER) + "/../fiscal";
+    const std::string schemas = std::string(TPV_TEST_FOLDER) + "/../../shared/fiscal";
     const bool checked = std::filesystem::exists(schemas) && RunProgram({"xmllint", "--version"}).found;
     server_.emplace("agency.py", folder, " " + folder / "server.pem" + " " + folder / "server.key" + " " +
                                              folder / "shop.pem" + (checked ? " " + schemas : ""));

@@ -340,7 +340,7 @@ TEST_F(AgencyFixture, ADaysCodesAreReadFromPaperAndItsMessagesAreTheSchemas) {
   EXPECT_THROW(ExportRecords(*store, folder / "xml", {}, {}), FileError);
   const std::string file = folder / "xml/registros-0001.xml";
   EXPECT_EQ(ModeOf(file), 0600);
-  const std::string schemas = std::string(TPV_ENGINE_FOLDER) + "/../fiscal/SuministroLR.xsd";
+  const std::string schemas = std::string(TPV_TEST_FOLDER) + "/../../shared/fiscal/SuministroLR.xsd";
   if (std::filesystem::exists(schemas) && RunProgram({"xmllint", "--version"}).found) {
     const auto checked = RunProgram({"xmllint", "--nonet", "--noout", "--schema", schemas, file});
     EXPECT_TRUE(checked.done) << checked.output;
