@@ -44,7 +44,9 @@ int On(const Machine& machine, const Arguments& arguments, std::ostream& out) {
   if (at != arguments.size()) throw UsageError(kOnUsage);
   const auto connection = Open(machine, place);
   std::vector<std::string> missing;
-  if (const std::string obstacle = AgencyObstacle(machine.settings); !obstacle.empty()) missing.push_back(obstacle);
+  if (const std::string obstacle = AgencyObstacle(machine.settings); !obstacle.empty()) {
+    missing.push_back("un certificado que sirva. " + obstacle);
+  }
   fiscal::TurnOn(fiscal::DeskOf(*connection, machine.digest.get()), mode, missing);
   out << (mode == fiscal::Mode::Real ? "Registros de facturación encendidos: se envían a la agencia tributaria\n"
                                      : "Registros de facturación encendidos, en pruebas\n");

@@ -59,7 +59,7 @@ void FiscalSettings::TurnOn(fiscal::Mode mode) {
 std::vector<std::string> FiscalSettings::OfMachine() const {
   const Errands* const errands = context().ports.errands;
   const std::string obstacle = errands == nullptr ? std::string() : errands->SendingObstacle();
-  return obstacle.empty() ? std::vector<std::string>() : std::vector<std::string>{obstacle};
+  return obstacle.empty() ? std::vector<std::string>() : std::vector<std::string>{"un certificado que sirva. " + obstacle};
 }
 
 void FiscalSettings::TurnOff() {
