@@ -7,6 +7,8 @@
 
 namespace tpv::fiscal {
 
+void TaxAgency::RequireReady() { LoadCertificate(ReadAgencySettings(settings_)); }
+
 Answer TaxAgency::Send(std::span<const Record> records, bool outage) {
   const AgencySettings settings = ReadAgencySettings(settings_);
   const bool real = records.front().mode == Mode::Real;

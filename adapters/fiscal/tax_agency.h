@@ -15,6 +15,7 @@ class TaxAgency : public Agency {
   TaxAgency(const Settings& settings, std::function<bool()> stop)
       : settings_(settings), stop_(std::move(stop)) {}
 
+  void RequireReady() override;
   Answer Send(std::span<const Record> records, bool outage) override;
 
  private:

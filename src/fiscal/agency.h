@@ -51,6 +51,8 @@ class CannotSend : public std::runtime_error {
 class Agency {
  public:
   virtual ~Agency() = default;
+  // Throws CannotSend when nothing can be sent from here.
+  virtual void RequireReady() = 0;
   // Hands over records of one issuer in the order of the chain, 1,000 at most, at least one.
   // `outage`: sending was not possible meanwhile. Returns within a minute. Throws those above.
   virtual Answer Send(std::span<const Record> records, bool outage) = 0;

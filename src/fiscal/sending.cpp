@@ -40,13 +40,16 @@ class Attempt {
   SendingRound Make(When when) {
     if (const auto obstacle = Obstacle(when)) return *obstacle;
     try {
+      agency_.RequireReady();  // else the turn is another till's, which may be able to
       return Send();
     } catch (const MessageRefused& refusal) {
       return Fail(End::Refused, refusal.what());
     } catch (const NoAnswer& silence) {
       return Fail(End::NoAnswer, silence.what());
     } catch (const CannotSend& trouble) {
-      return Fail(End::CannotSend, trouble.what());
+      SendingRound round = Ended(End::CannotSend);
+      round.trouble = trouble.what();
+      return round;
     }
   }
 

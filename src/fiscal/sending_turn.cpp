@@ -76,7 +76,7 @@ void NoteFailed(Connection& connection, const std::string& holder, const std::st
   const DateTime next = AddSeconds(StoreTime(connection), PauseAfter(failures));
   Change(connection, holder,
          "Fit_Proximo = " + sql::Value(next).text + ", Fit_Fallos = " + sql::Value(failures).text +
-             ", Fit_Error = " + sql::Quoted(Left(trouble, kTroubleLength)));
+             ", Fit_Error = " + sql::Quoted(Left(trouble, kTroubleLength)) + ", Fit_Caja = NULL");
 }
 
 void GiveUpTurn(Connection& connection, const std::string& holder) {

@@ -36,7 +36,8 @@ bool HasOther(const SendingTurn& turn, const std::string& holder, const DateTime
 bool TakeTurn(Connection& connection, const std::string& holder);
 // Before records up to this position are handed over; a lower one when the agency took none.
 void NoteHanded(Connection& connection, const std::string& holder, std::int32_t position);
-// After an answer that wants so long a pause, and after a message without one.
+// After an answer that wants so long a pause, and after a message without one: then the turn
+// is for whichever till comes first, for this one's line may be the trouble.
 void NoteAnswered(Connection& connection, const std::string& holder, int wait_seconds);
 void NoteFailed(Connection& connection, const std::string& holder, const std::string& trouble);
 // Lets another till have it at once.
