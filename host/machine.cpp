@@ -155,7 +155,7 @@ Ports Machine::PortsFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& 
 }
 
 Program Machine::ProgramFor(ui::FrontEnd& front_end, ObjectFactory& objects, Sound& sound) {
-  Program program{PortsFor(front_end, objects, sound), *tables};
+  Program program{PortsFor(front_end, objects, sound), *tables, reports};
   try {
     program.notice = settings.Protect();
   } catch (const FileError& error) {

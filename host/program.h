@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/label_press.h"
 #include "platform/ports.h"
 #include "platform/table_file.h"
 
@@ -13,6 +14,7 @@ namespace tpv {
 struct Program {
   Ports ports;
   TableFiles& tables;
+  LabelPress& labels;
   bool in_background = true;  // mails go out while the operator goes on
   std::string notice{};       // for the operator, as the first window opens
   // Called with each store that is opened for work.

@@ -53,7 +53,8 @@ class RecordedTill {
   Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound, nullptr, digest.get(),
               nullptr, &tables};
   std::unique_ptr<TableFiles> files = SpreadsheetFiles();
-  office::Tools tools{.tables = files.get()};
+  RecordingLabels labels;
+  office::Tools tools{.tables = files.get(), .labels = &labels};
   std::optional<Zrtpve> component;
   scenario::Rig rig{connection, clock, printers, devices, settings, mail, reports, sound, component, {}, &tables};
 
@@ -63,6 +64,7 @@ class RecordedTill {
     rig.premises.configure = [this](const std::string& name, const std::string& value) {
       ChangeSetting(settings, name, value);
     };
+    rig.premises.labels = &labels;
     rig.premises.open_office = [this] { office::OpenOffice(component->context(), tools); };
     rig.premises.write_file = [this](const std::string& name, const std::string& text) { Home().Write(name, text); };
     rig.premises.start_program = [this] { OpenStartWindow(); };
@@ -79,7 +81,7 @@ class RecordedTill {
   // What a script asks of the store is asked of the shop that is open.
   void OpenStartWindow() {
     Home();
-    StartScreen screen({ports, *files, false, {}, [this](const std::string& store) {
+    StartScreen screen({ports, *files, labels, false, {}, [this](const std::string& store) {
                           rig.premises.connect = [this, store] { return OpenChosenStore(store, clock); };
                           connection.Renew(rig.premises.connect());
                         }});

@@ -265,7 +265,7 @@ void StartScreen::Remember() {
 }
 
 void StartScreen::OpenOffice() {
-  const office::Tools tools{.tables = &program_.tables};
+  const office::Tools tools{.tables = &program_.tables, .labels = &program_.labels};
   Run([&] { office::OpenOffice(shop_->context(), tools); });
   if (shop_) FillAgents();  // as the office has left them
 }

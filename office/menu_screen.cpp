@@ -1,10 +1,14 @@
 #include "office/menu_screen.h"
 
 #include "office/articles/article_list.h"
+#include "office/articles/label_screen.h"
+#include "office/articles/price_screen.h"
+#include "office/articles/quick_key_list.h"
 #include "office/export_window.h"
-#include "office/import/import_window.h"
 #include "office/fiscal/fiscal_settings.h"
 #include "office/fiscal/rejected_records.h"
+#include "office/import/import_window.h"
+#include "office/parameters.h"
 #include "office/warehouses.h"
 
 namespace tpv::office {
@@ -33,7 +37,11 @@ struct Entry {
 
 constexpr Entry kEntries[] = {
     {"cmdArticulos", "&Artículos", Make<ArticleList>, "Artículos"},
-    {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>, "Tienda"},
+    {"cmdPrecios", "Cambio de p&recios", Make<PriceScreen>},
+    {"cmdEtiquetas", "&Etiquetas", MakeWithTools<LabelScreen>},
+    {"cmdTeclas", "&Teclas rápidas", Make<QuickKeyList>},
+    {"cmdParametros", "&Parámetros", Make<ParametersForm>, "Tienda"},
+    {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>},
     {"cmdRegistros", "Re&gistros de facturación", Make<FiscalSettings>, "Agencia Tributaria"},
     {"cmdRechazados", "Registros rec&hazados", Make<RejectedRecords>},
     {"cmdImportar", "&Importar", MakeWithTools<ImportWindow>, "Hojas de cálculo"},

@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "data/schema.h"
+#include "office/drawer_codes.h"
 #include "office/shop_setup.h"
 #include "office/tax_number.h"
 
@@ -58,14 +59,6 @@ void CheckIdentity(Check& check, const ShopSetup& setup) {
              "tienda.correo_cierres", "se espera una dirección de correo, o nada");
 }
 
-// Codes as "27,112,0,25,250" where the method sends them (1 and 4).
-bool AreCodes(const std::string& text) {
-  for (const std::string& code : Split(text, ",")) {
-    if (code.empty() || code.size() > 3 || !AreDigits(code) || std::stoi(code) > 255) return false;
-  }
-  return true;
-}
-
 void CheckTill(Check& check, const ShopSetup& setup) {
   check.Text(setup.ticket_series, "tickets.serie", "Parametros", "Par_SerTic");
   check.Text(setup.invoice_series, "tickets.serie_facturas", "Parametros", "Par_SerTicFac");
@@ -78,11 +71,8 @@ void CheckTill(Check& check, const ShopSetup& setup) {
   check.Needed(setup.warehouse, "almacen.nombre", "alm", "alm_des");
   check.Between(setup.drawer, 0, 4, "cajon.metodo");
   check.Text(setup.drawer_codes, "cajon.codigos", "Parametros", "Par_SCajon");
-  const bool sends_codes = setup.drawer == 1 || setup.drawer == 4;
-  check.That(!sends_codes || AreCodes(setup.drawer_codes), "cajon.codigos",
-             "se esperan números de 0 a 255 separados por comas: 27,112,0,25,250");
-  check.That(setup.drawer != 2 || !setup.drawer_codes.empty(), "cajon.codigos",
-             "falta el nombre del dispositivo");
+  const std::string fault = DrawerFault(setup.drawer, setup.drawer_codes);
+  check.That(fault.empty(), "cajon.codigos", fault);
 }
 
 void CheckPeople(Check& check, const ShopSetup& setup) {

@@ -2,6 +2,7 @@
 #pragma once
 
 namespace tpv {
+class LabelPress;
 class TableFiles;
 }
 
@@ -9,6 +10,7 @@ namespace tpv::office {
 
 struct Tools {
   TableFiles* tables = nullptr;  // of spreadsheets; "~/" is understood
+  LabelPress* labels = nullptr;  // null where there is none
 };
 
 }  // namespace tpv::office

@@ -1,5 +1,6 @@
 #include "office/warehouses.h"
 
+#include "data/retired.h"
 #include "platform/database.h"
 
 namespace tpv::office {
@@ -14,6 +15,16 @@ constexpr FormField kFields[] = {
 constexpr RecordTable kWarehouse{"alm", "alm_id", "Almacén", kFields};
 
 }  // namespace
+
+ui::Entries WarehouseEntries(Connection& connection) {
+  std::vector<std::string> entries;
+  const auto rows =
+      connection.Execute("SELECT alm_id, alm_des FROM alm WHERE " + NotRetired("alm", "alm_id") + " ORDER BY alm_id");
+  for (; !rows->Eof(); rows->MoveNext()) {
+    entries.push_back(rows->Field(0).ToText() + " - " + rows->Field(1).TextOr(""));
+  }
+  return ui::Entries(std::move(entries));
+}
 
 WarehouseList::WarehouseList(Context& context)
     : RecordList(context, {"frmAlmacenes", "Almacenes", {{"Número", 1000}, {"Nombre", 5000}}, "alm"}) {}

@@ -3,7 +3,14 @@
 
 #include "office/forms/record_list.h"
 
+namespace tpv {
+class Connection;
+}
+
 namespace tpv::office {
+
+// "1 - Tienda", of those in use: for a choice.
+ui::Entries WarehouseEntries(Connection& connection);
 
 class WarehouseList : public RecordList {
  public:

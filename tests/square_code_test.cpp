@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "adapters/files/escpos.h"
-#include "adapters/files/program.h"
 #include "tests/paper_fixture.h"
 #include "tests/read_code.h"
 

@@ -10,6 +10,7 @@
 #include "adapters/headless/scenario/player.h"
 #include "host/known_settings.h"
 #include "host/store.h"
+#include "office/menu_screen.h"
 #include "tests/test_shop.h"
 
 namespace tpv {
@@ -32,6 +33,7 @@ class TestTill {
         player_(rig_, hands_, transcript_) {
     component_->context().MyBd = shop_.database;
     shop_.front_end.SetDriver(player_);
+    rig_.premises.open_office = [this] { office::OpenOffice(context(), tools_); };
     rig_.premises.configure = [this](const std::string& name, const std::string& value) {
       ChangeSetting(shop_.settings, name, value);
     };
@@ -49,6 +51,8 @@ class TestTill {
     return player_.Play(std::move(commands)) ? std::string() : transcript_.str();
   }
 
+  // What its script's `office` opens, if not its own: another till's.
+  void OpensOffice(std::function<void()> open) { rig_.premises.open_office = std::move(open); }
   Zrtpve& component() { return *component_; }
   Context& context() { return component_->context(); }
   TestShop& shop() { return shop_; }
@@ -60,6 +64,7 @@ class TestTill {
   RecordingConnection connection_;
   TestShop shop_;
   std::optional<Zrtpve> component_;
+  office::Tools tools_;
   scenario::Rig rig_;
   scenario::HeadlessOperator hands_;
   std::ostringstream transcript_;

@@ -156,7 +156,8 @@ TEST_P(WindowFitTest, EveryScreen) {
       "frmTpvFacturas", "frmTpvDiarioVentas", "frmTpvPendiente",     "frmNuevoCliente",
       "frmArqueo", "frmTpvCuenta",      "frmOficina",
       "frmAlmacenes",   "frmAlmacen",
-      "frmArticulos",   "frmArticulo",
+      "frmArticulos",   "frmArticulo",        "frmPrecios",          "frmEtiquetas",
+      "frmTeclas",      "frmTecla",           "frmParametros",
       "frmInicio",      "frmBienvenida",      "frmAbrirAlmacen",     "frmTiendaCerrada",
       "frmCrearTienda", "frmImportar",        "frmExportar",         "frmAjustes"};
   EXPECT_EQ(forms_, all) << "a screen without a script in docs/screens or tests/windows";

@@ -2,6 +2,10 @@
 
 namespace tpv {
 
+namespace {
+constexpr const char* kMissing = "Este programa se construyó sin la biblioteca que hace documentos PDF";
+}
+
 double LengthOnRoll(const TicketPage& page) { return page.length; }
 
 std::optional<std::string> TicketPdf(const TicketPage&, const RollPiece&) { return std::nullopt; }
@@ -10,8 +14,8 @@ std::optional<std::string> TicketSheetsPdf(const TicketPage&, std::string_view) 
   return std::nullopt;
 }
 
-std::string ReportPdf(const Report&, const CodeEncoder&) {
-  throw PrintError("Este programa se construyó sin la biblioteca que hace documentos PDF");
-}
+std::string ReportPdf(const Report&, const CodeEncoder&) { throw PrintError(kMissing); }
+
+std::string LabelPdf(const std::vector<Label>&, const LabelSheet&) { throw PrintError(kMissing); }
 
 }  // namespace tpv

@@ -19,10 +19,17 @@ void PdfReports::Print(const Report& report, std::string_view printer) {
 }
 
 std::string PdfReports::Show(const Report& report, std::string_view name) {
-  const std::string pdf = ReportPdf(report, codes_);
+  return Show(ReportPdf(report, codes_), name, report.title);
+}
+
+std::string PdfReports::Show(const std::vector<Label>& labels, const LabelSheet& sheet, std::string_view name) {
+  return Show(LabelPdf(labels, sheet), name, std::string(name));
+}
+
+std::string PdfReports::Show(const std::string& pdf, std::string_view name, const std::string& title) {
   const DocumentFolder folder(PaperFolder(settings_, kReportFolder), clock_);
   std::string path = folder.Save(name, {{".pdf", pdf}});
-  lines_.Add(kViewer, [this, path, title = report.title](const Deadline&) {
+  lines_.Add(kViewer, [this, path, title](const Deadline&) {
     if (HasDisplay() && LaunchProgram({"xdg-open", path}, kLook)) return;
     if (printers_.news.failed) {
       printers_.news.failed({"«" + title + "» no se puede mostrar. Está en " + path + ".", {}});

@@ -11,6 +11,7 @@
 
 #include "platform/clock.h"
 #include "platform/database.h"
+#include "platform/label_press.h"
 #include "platform/mailer.h"
 #include "platform/printer.h"
 #include "platform/report.h"
@@ -109,6 +110,19 @@ class MemorySettings : public Settings {
 
  private:
   std::map<std::string, std::string> values_;
+};
+
+// Keeps the labels instead of making a file of them.
+class RecordingLabels : public LabelPress {
+ public:
+  std::vector<Label> labels;
+  int used = 0;  // of the first sheet
+
+  std::string Show(const std::vector<Label>& made, const LabelSheet& sheet, std::string_view name) override {
+    labels = made;
+    used = sheet.used;
+    return std::string(name) + ".pdf";
+  }
 };
 
 // Stands still between commands when it was fixed; the machine's time otherwise.

@@ -1,14 +1,14 @@
 #include "office/articles/article_form.h"
 
-#include "base/number_text.h"
 #include "base/rounding.h"
 #include "context/context.h"
 #include "data/decimals.h"
-#include "data/retired.h"
 #include "data/sql_text.h"
+#include "office/articles/tax_entries.h"
 #include "office/bar_code.h"
 #include "office/import/stored_articles.h"
 #include "office/price.h"
+#include "office/warehouses.h"
 #include "platform/database.h"
 
 namespace tpv::office {
@@ -47,25 +47,6 @@ constexpr FormField kFields[] = {
 };
 
 constexpr RecordTable kArticle{"ART", "art_id", "Artículo", kFields};
-
-ui::Entries TaxEntries(const TaxKinds& taxes) {
-  std::vector<std::string> entries;
-  for (const auto& [number, tax] : taxes) {
-    const std::string surcharge = tax.surcharge != 0 ? " + " + ToSpanish(tax.surcharge) + " % de recargo" : "";
-    entries.push_back(std::to_string(number) + " - " + ToSpanish(tax.rate) + " %" + surcharge);
-  }
-  return ui::Entries(std::move(entries));
-}
-
-ui::Entries WarehouseEntries(Connection& connection) {
-  std::vector<std::string> entries;
-  const auto rows =
-      connection.Execute("SELECT alm_id, alm_des FROM alm WHERE " + NotRetired("alm", "alm_id") + " ORDER BY alm_id");
-  for (; !rows->Eof(); rows->MoveNext()) {
-    entries.push_back(rows->Field(0).ToText() + " - " + rows->Field(1).TextOr(""));
-  }
-  return ui::Entries(std::move(entries));
-}
 
 }  // namespace
 

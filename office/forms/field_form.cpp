@@ -70,7 +70,7 @@ std::unique_ptr<ui::Control> FieldForm::Make(std::size_t index) {
   }
   ui::TextBox& box = Text1.Add(static_cast<int>(index), field.caption);
   box.max_length = field.width;
-  box.columns = std::min(field.width, kWidestField);
+  box.columns = field.shown > 0 ? field.shown : std::min(field.width, kWidestField);
   const bool number_asked = field.asks == Asks::Whole || field.asks == Asks::Amount;
   if (number_asked) box.align = ui::Align::Right;
   if (number_asked && field.least >= 0) box.input = ui::Input::Number;  // no key for a sign

@@ -28,6 +28,7 @@ struct FormField {
   double most = 99'999'999;
   bool beside = false;  // stands in the row of the field before it
   const char* frame = nullptr;  // the frame's caption, on the first field of it
+  int shown = 0;                // characters of a long text that are seen at once; 0: up to 50
 };
 
 // A field that does not hold what it must.

@@ -23,7 +23,8 @@ bool HoldsText(const schema::Table& table, const char* column) {
 
 RecordForm::RecordForm(Context& context, std::string form_name, const RecordTable& table, std::int32_t id)
     : FieldForm(context, std::move(form_name), table.fields), table_(table), id_(id) {
-  caption = std::string(table.subject) + (id == 0 ? " · alta" : " · cambio");
+  caption = table.subject;
+  if (table.id != nullptr) caption += IsNew() ? " · alta" : " · cambio";
 }
 
 bool RecordForm::InTable(const FormField& field) const { return Described(table_.table).Find(field.column) >= 0; }
@@ -33,8 +34,12 @@ std::string RecordForm::Select() const {
   for (const FormField& field : fields()) {
     if (InTable(field)) columns += std::string(columns.empty() ? "" : ", ") + field.column;
   }
-  return "SELECT TOP 1 " + columns + " FROM " + table_.table + " WHERE " + table_.id + " = " +
-         sql::Number(std::int64_t{id_});
+  return "SELECT TOP 1 " + columns + " FROM " + table_.table + Where();
+}
+
+std::string RecordForm::Where() const {
+  if (table_.id == nullptr) return {};
+  return " WHERE " + std::string(table_.id) + " = " + sql::Number(std::int64_t{id_});
 }
 
 void RecordForm::Fill() {
@@ -113,7 +118,7 @@ void RecordForm::Insert() {
   for (const FormField& field : fields()) {
     if (InTable(field)) add(field.column, Literal(field));
   }
-  for (const auto& [column, value] : OfNew()) add(column, sql::Number(std::int64_t{value}));
+  for (const auto& [column, value] : Own()) add(column, sql::Number(std::int64_t{value}));
   Database().Execute("INSERT INTO " + std::string(table_.table) + " (" + columns + ") VALUES (" + values + ")");
   const auto last = Database().Execute("SELECT MAX(" + std::string(table_.id) + ") FROM " + table_.table);
   id_ = last->Field(0).ToInt32();
@@ -125,9 +130,11 @@ void RecordForm::Update() {
     if (!InTable(field) || !IsChanged(field.column)) continue;
     changes.append(changes.empty() ? "" : ", ").append(field.column).append(" = ").append(Literal(field));
   }
+  for (const auto& [column, value] : Own()) {
+    changes.append(changes.empty() ? "" : ", ").append(column + " = " + sql::Number(std::int64_t{value}));
+  }
   if (changes.empty()) return;
-  Database().Execute("UPDATE " + std::string(table_.table) + " SET " + changes + " WHERE " + table_.id + " = " +
-                     sql::Number(std::int64_t{id_}));
+  Database().Execute("UPDATE " + std::string(table_.table) + " SET " + changes + Where());
 }
 
 }  // namespace tpv::office

@@ -16,7 +16,7 @@ namespace tpv::office {
 
 struct RecordTable {
   const char* table;    // as statements name it: "ART", "zrcomun.dbo.tivas"
-  const char* id;       // the column that the store numbers
+  const char* id;       // the column that the store numbers; null for a table of one row
   const char* subject;  // what stands in the window's title: "Artículo"
   std::span<const FormField> fields;  // those without a column of the table are the screen's own
 };
@@ -28,7 +28,7 @@ class RecordForm : public FieldForm {
 
   // 0 while a new one is not stored.
   std::int32_t Id() const { return id_; }
-  bool IsNew() const { return id_ == 0; }
+  bool IsNew() const { return id_ == 0 && table_.id != nullptr; }
 
  protected:
   // Reads the record, or proposes values for a new one.
@@ -38,12 +38,14 @@ class RecordForm : public FieldForm {
   // value is another's, the changed columns are written, then what is the screen's own.
   void Store() override;
   virtual void StoreOwn() {}
-  // A column of the record that no field shows.
-  virtual std::vector<std::pair<std::string, std::int32_t>> OfNew() const { return {}; }
+  // Numbers for columns of the record that no field shows, asked within the transaction
+  // of a new record and of a changed one. Throws FieldFault.
+  virtual std::vector<std::pair<std::string, std::int32_t>> Own() const { return {}; }
 
  private:
   bool InTable(const FormField& field) const;
   std::string Select() const;
+  std::string Where() const;
   std::vector<std::string> Read();
   void RequireUnchanged();
   void RequireUnique();

@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "data/retired.h"
+#include "office/forms/counted.h"
 #include "platform/database.h"
 
 namespace tpv::office {
@@ -115,7 +116,7 @@ void RecordList::Fill(std::int32_t marked) {
   lblCuenta.caption = count > kShownAtOnce
                           ? "Se ven " + std::to_string(kShownAtOnce) + " de " + std::to_string(count) +
                                 ": escriba para buscar"
-                          : std::to_string(count) + (count == 1 ? " registro" : " registros");
+                          : Counted(count, "registro", "registros");
   cmdCambiar.enabled = cmdRetirar.enabled = count > 0;
   ShowRetirement();
 }

@@ -219,6 +219,11 @@ std::vector<Table> Describe() {
        {Required("cont_tipo", Text, 10), Required("cont_serie", Text, 5), {"cont_numero", Int}},
        {{{"cont_tipo", "cont_serie"}, true}}},
       SalesInProgress(), DeletedTickets(), Invoices(),
+      // The sale screen's keys for goods without a bar code, in pages by name.
+      {"Teclas", kStore, true, false,
+       {{"tec_id", Int}, Required("tec_pagina", Text, 20), {"tec_orden", Int}, {"tec_texto", Text, 20},
+        Required("tec_idart", Int)},
+       {}},
       // Records that are offered no more: the table's name and the record's number.
       {"Bajas", kStore, false, false,
        {Required("baja_tabla", Text, 20), Required("baja_idreg", Int),

@@ -22,6 +22,11 @@ namespace tpv {
 using ui::Answer;
 using ui::Icon;
 
+void FrmTpv::OnLoad() {
+  SaleEntry::OnLoad();
+  keys_.Read(Database());
+}
+
 void FrmTpv::OnFirstActivate() {
   if (bSoloConsulta) Frame3.enabled = false;
   SendQueuedMailsOrTell(context(), Doubtful::Leave);
@@ -78,8 +83,18 @@ void FrmTpv::Start() {
   cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
   cmdFinalizar.enabled = cmdBuscar.enabled = true;
   finished_.reset();
+  keys_.Read(Database());  // as the office has them by now
   SetFocus(Text1[19]);
   ShowReference(context().IdAlbaran);
+}
+
+void FrmTpv::PressKey(const std::string& code) {
+  ui::TextBox* field = FieldForScan();
+  if (field == nullptr) return;
+  field->text = code;
+  ArticleKey key;
+  key.code = code;
+  LookUpArticle(key);
 }
 
 void FrmTpv::ShowReference(std::int32_t sale_id) {
@@ -168,6 +183,7 @@ void FrmTpv::msPintaVenta(std::int32_t id) {
     button->enabled = false;
   }
   dbgVenta.read_only = true;
+  keys_.frame.visible = false;
   context().IdAlbaran = id;
   ShowLinesAndTotals();
   ShowReference(id);

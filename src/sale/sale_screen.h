@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "sale/payment.h"
+#include "sale/quick_keys.h"
 #include "sale/sale_entry.h"
 
 namespace tpv {
@@ -23,6 +24,7 @@ class FrmTpv : public SaleEntry {
   // Set before showing: the till's operations are disabled at first activation.
   bool bSoloConsulta = false;
 
+  void OnLoad() override;
   void OnFirstActivate() override;
   bool OnKeyDown(ui::Key key) override;
   void OnCloseBox() override { Exit(); }
@@ -62,6 +64,9 @@ class FrmTpv : public SaleEntry {
   void EndLine();
   void EditLine(int row, int column);
 
+  // What a quick key does: as its article's code were scanned.
+  void PressKey(const std::string& code);
+
   // the till's operations
   void Reprint();
   void OpenTill();
@@ -94,6 +99,7 @@ class FrmTpv : public SaleEntry {
   ui::Button cmdAbreCajon{*this, "cmdAbreCajon", "A&brir cajón"};
   ui::Button cmdBuscar{*this, "cmdBuscar", "B&uscar"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
+  QuickKeys keys_{*this, [this](const std::string& code) { PressKey(code); }};
 };
 
 // Opens a sale screen on a stored sale, read-only, and waits until it is closed.

@@ -34,7 +34,7 @@ void FrmTpv::DeclareLayout() {
                 &cmdAbreCajon, &cmdBuscar}});
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
   maximised = true;
-  rows = {{&Frame1}, {&Frame2}, {&dbgVenta}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
+  rows = {{&Frame1}, {&Frame2}, {&dbgVenta, &keys_.frame}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
 }
 
 void FrmTpv::ConnectFields() {

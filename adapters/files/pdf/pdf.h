@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "adapters/files/ticket_page.h"
+#include "platform/label_press.h"
 #include "platform/report.h"
 
 namespace tpv {
@@ -29,5 +30,8 @@ std::optional<std::string> TicketSheetsPdf(const TicketPage& page, std::string_v
 
 // A report on A4 pages. Throws PrintError, also without the library.
 std::string ReportPdf(const Report& report, const CodeEncoder& codes);
+
+// Labels on A4 pages. Throws as ReportPdf.
+std::string LabelPdf(const std::vector<Label>& labels, const LabelSheet& sheet);
 
 }  // namespace tpv

@@ -15,6 +15,21 @@ namespace {
 
 std::string Truth(bool value) { return value ? "True" : "False"; }
 
+// "3 from 2: Leche | 0,96 € | 8436210000011 95, …": how many modules the bars have.
+std::string LabelsOf(const Rig& rig) {
+  if (rig.premises.labels == nullptr) throw Failure("aquí no se hacen etiquetas", true);
+  const RecordingLabels& made = *rig.premises.labels;
+  std::string text = std::to_string(made.labels.size()) + " from " + std::to_string(made.used + 1);
+  const Label* last = nullptr;
+  for (const Label& label : made.labels) {
+    const bool again = last != nullptr && label == *last;
+    last = &label;
+    if (again) continue;
+    text += " | " + label.name + " | " + label.price + " | " + label.code + " | " + std::to_string(label.bars.size());
+  }
+  return text;
+}
+
 }  // namespace
 
 void Player::ExpectEqual(const std::string& expected, const std::string& found) {
@@ -65,6 +80,7 @@ void Player::Expect(const Command& command) {
       {"mails", [&] { ExpectEqual(argument(1), std::to_string(rig_.mail.mails.size())); }},
       {"mail", [&] { ExpectMail(argument(1)); }},
       {"exported", [&] { ExpectExported(argument(1)); }},
+      {"labels", [&] { ExpectEqual(argument(1), LabelsOf(rig_)); }},
       {"setting",
        [&] { ExpectEqual(argument(1), rig_.settings.Read("OKRA", "Printer", "Spool")); }},
       {"printer", [&] { ExpectEqual(argument(1), rig_.printers.last_printer); }},

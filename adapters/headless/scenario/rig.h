@@ -28,6 +28,7 @@ struct Premises {
   std::function<void()> start_program;
   // Writes a file into that folder.
   std::function<void(const std::string& name, const std::string& text)> write_file;
+  RecordingLabels* labels = nullptr;  // that the office has made
 };
 
 // Everything outlives the player.
