@@ -9,7 +9,6 @@ namespace {
 
 constexpr std::size_t kInARow = 3;
 
-// Buttons in rows of three.
 void AddRows(std::vector<std::vector<ui::Control*>>& rows, const std::vector<std::unique_ptr<ui::Button>>& buttons) {
   for (std::size_t i = 0; i < buttons.size(); ++i) {
     if (i % kInARow == 0) rows.emplace_back();
@@ -21,9 +20,9 @@ void AddRows(std::vector<std::vector<ui::Control*>>& rows, const std::vector<std
 
 QuickKeys::QuickKeys(ui::Form& form, std::function<void(const std::string& code)> press)
     : frame(form, "FrameTeclas"), form_(form), press_(std::move(press)) {
-  for (std::size_t i = 0; i < kKeyPages; ++i) {
+  for (std::size_t i = 0; i < kInARow; ++i) {
     page_buttons_.push_back(MakeButton("cmdPagina", i));
-    page_buttons_.back()->click = [this, i] { ShowPage(i); };
+    page_buttons_.back()->click = [this, i] { ChoosePage(i); };
   }
   for (std::size_t i = 0; i < kKeysOfPage; ++i) {
     key_buttons_.push_back(MakeButton("cmdTecla", i));
@@ -65,14 +64,25 @@ void QuickKeys::Read(Connection& connection) {
   ShowPage(page);
 }
 
+std::size_t QuickKeys::PagesAtOnce() const { return pages_.size() > kInARow ? kInARow - 1 : kInARow; }
+
+void QuickKeys::ChoosePage(std::size_t button) {
+  const std::size_t first = page_ / PagesAtOnce() * PagesAtOnce();
+  const std::size_t page = first + button;
+  const bool goes_on = button == PagesAtOnce();
+  ShowPage(goes_on && page >= pages_.size() ? 0 : page);
+}
+
 void QuickKeys::ShowPage(std::size_t page) {
   page_ = page;
-  // One page alone needs no name.
+  const std::size_t first = page_ / PagesAtOnce() * PagesAtOnce();
   for (std::size_t i = 0; i < page_buttons_.size(); ++i) {
     ui::Button& button = *page_buttons_[i];
-    button.visible = i < pages_.size() && pages_.size() > 1;
-    button.emphasis = i == page_ ? ui::Emphasis::Strong : ui::Emphasis::Normal;
-    if (i < pages_.size()) button.caption = pages_[i].name;
+    const bool goes_on = i == PagesAtOnce();
+    // One page alone needs no name.
+    button.visible = pages_.size() > 1 && (goes_on || first + i < pages_.size());
+    button.emphasis = !goes_on && first + i == page_ ? ui::Emphasis::Strong : ui::Emphasis::Normal;
+    if (button.visible) button.caption = goes_on ? "Más páginas" : pages_[first + i].name;
   }
   for (std::size_t i = 0; i < key_buttons_.size(); ++i) {
     ui::Button& button = *key_buttons_[i];

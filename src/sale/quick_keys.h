@@ -13,8 +13,8 @@ namespace tpv {
 
 class Connection;
 
-inline constexpr std::size_t kKeyPages = 6;
-inline constexpr std::size_t kKeysOfPage = 12;
+inline constexpr std::size_t kKeyPages = 12;
+inline constexpr std::size_t kKeysOfPage = 9;
 inline constexpr int kKeyText = 12;  // characters
 
 class QuickKeys {
@@ -39,6 +39,9 @@ class QuickKeys {
   };
 
   std::unique_ptr<ui::Button> MakeButton(const char* name, std::size_t number);
+  // Pages that have a button at once; the last button goes on to the others.
+  std::size_t PagesAtOnce() const;
+  void ChoosePage(std::size_t button);
   void ShowPage(std::size_t page);
   void Press(std::size_t key);
 
