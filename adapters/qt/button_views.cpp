@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <algorithm>
 
 #include "adapters/qt/control_view.h"
 #include "adapters/qt/text.h"
@@ -130,7 +131,8 @@ class LabelView : public ControlView {
     }
     if (!label.stretch) return;
     widget_->setWordWrap(true);
-    widget_->setMinimumWidth(kWrapped);
+    const int asked = label.columns * widget_->fontMetrics().averageCharWidth();
+    widget_->setMinimumWidth(std::max(kWrapped, asked));
   }
   QWidget* Outer() override { return widget_; }
   void Sync() override {

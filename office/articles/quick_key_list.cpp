@@ -23,7 +23,7 @@ constexpr FormField kFields[] = {
     {.column = "tec_orden", .caption = "Orden", .asks = Asks::Whole, .width = 3,
      .help = "El lugar en su página: las de número menor, primero.", .required = true, .most = 999, .beside = true},
     {.column = kCode, .caption = "Código del artículo (F1)", .asks = Asks::Text, .width = 20,
-     .help = "El artículo que se vende al pulsarla. F1 lo busca por su nombre.", .required = true},
+     .help = "El artículo que se vende al pulsarla. F1 lo busca por su nombre.", .required = true, .beside = true},
     {.column = kText, .caption = "Texto", .asks = Asks::Text, .width = kKeyText,
      .help = "Lo que se lee en la tecla, en pocas letras.", .required = true, .beside = true},
 };

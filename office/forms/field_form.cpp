@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kWidestField = 50;  // characters that are shown at once
 constexpr int kHelpLines = 2;
+constexpr int kHelpColumns = 60;  // that a line of the help has at least
 constexpr const char* kTitle = "Atención";
 
 std::string Limits(const FormField& field) {
@@ -52,6 +53,7 @@ FieldForm::FieldForm(Context& context, std::string form_name, std::span<const Fo
   }
   lblAyuda.stretch = true;
   lblAyuda.lines = kHelpLines;
+  lblAyuda.columns = kHelpColumns;
   cmdAceptar.emphasis = ui::Emphasis::Strong;
   cmdAceptar.click = [this] { Accept(); };
   cmdCancelar.click = [this] { Leave(); };
