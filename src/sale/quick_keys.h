@@ -14,7 +14,7 @@ namespace tpv {
 class Connection;
 
 inline constexpr std::size_t kKeyPages = 12;
-inline constexpr std::size_t kKeysOfPage = 9;
+inline constexpr std::size_t kKeysOfPage = 6;
 inline constexpr int kKeyText = 12;  // characters
 
 class QuickKeys {
