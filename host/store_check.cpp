@@ -88,9 +88,11 @@ std::vector<Rule> TicketRules() {
 // a program that died.
 std::vector<Rule> SaleInProgressRules() {
   return {
-      {"Ventas en curso (si su caja no está vendiendo, quedaron a medias: elimínelas en el diario de "
-       "ventas, o déjelas como tickets pendientes con «tpv store release»)",
-       "SELECT Vec_IdCav FROM VentasEnCurso INNER JOIN Cav ON Cav_Id = Vec_IdCav", false},
+      {"Ventas en curso (si su caja no está vendiendo, quedaron a medias: recupérelas en su pantalla "
+       "de venta, o déjelas como tickets pendientes con «tpv store release»)",
+       "SELECT Vec_IdCav FROM VentasEnCurso INNER JOIN Cav ON Cav_Id = Vec_IdCav WHERE Vec_Caja <> 0", false},
+      {"Ventas en curso de otra caja que su ticket, o aparcadas que aún son de una",
+       "SELECT Vec_IdCav FROM VentasEnCurso INNER JOIN Cav ON Cav_Id = Vec_IdCav WHERE Vec_Caja <> Cav_Caja"},
       {"Ventas en curso que no existen, o ya están cobradas o facturadas",
        "SELECT Vec_IdCav FROM VentasEnCurso LEFT JOIN Cav ON Cav_Id = Vec_IdCav "
        "WHERE Cav_Id IS NULL OR Cav_Cobrado = 1 OR Cav_Situa = 2"},

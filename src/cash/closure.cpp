@@ -62,8 +62,8 @@ void RequireNoSaleInProgress(Context& context) {
   const auto sales = SalesInProgress(context.Database(), context.Caja);
   if (sales.empty()) return;
   throw PeriodChanged("La caja tiene una venta sin terminar (" + Described(sales.front()) +
-                      "). Termínela o cancélela antes de cerrar. Si quedó de un programa que se "
-                      "apagó a medias, elimínela en el diario de ventas");
+                      "). Termínela, apárquela o cancélela antes de cerrar. Si quedó de un programa que "
+                      "se apagó a medias, recupérela en la pantalla de venta");
 }
 
 void StampCollection(Context& context, std::int32_t entry, std::int32_t closure_id) {

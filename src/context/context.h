@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 
+#include "base/date_time.h"
 #include "context/choice_lists.h"
 #include "context/database_object.h"
 #include "platform/ports.h"
@@ -25,6 +27,7 @@ struct Context {
   ChoiceLists choices{};
   // The host's: called once a till's closure is stored. Throws nothing.
   std::function<void()> till_closed{};
+  std::optional<DateTime> keyed_since{};  // of the sale being keyed here, as the register has it
 
   Connection& Database() const { return MyBd->Conexion(); }
   Variant Parameter(std::string_view name) const { return MyBd->Parametro(name); }

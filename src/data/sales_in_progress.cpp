@@ -1,5 +1,7 @@
 #include "data/sales_in_progress.h"
 
+#include <algorithm>
+
 #include "base/mask.h"
 #include "data/sql_text.h"
 #include "data/statements.h"
@@ -48,6 +50,23 @@ void RegisterSale(Connection& connection, std::int32_t sale_id, const std::strin
 void UnregisterSale(Connection& connection, std::int32_t sale_id) {
   connection.Execute("DELETE FROM VentasEnCurso WHERE Vec_IdCav = " +
                      sql::Number(std::int64_t{sale_id}));
+}
+
+void HandSaleTo(Connection& connection, const SaleInProgress& sale, std::int32_t till) {
+  const std::string number = sql::Number(std::int64_t{till});
+  const std::string of_sale = " = " + sql::Number(std::int64_t{sale.sale});
+  const DateTime now = connection.Execute("SELECT Getdate()")->Field(0).ToDate();
+  const DateTime since = std::max(now, AddSeconds(sale.since, 1));
+  connection.Execute("UPDATE VentasEnCurso SET Vec_Caja = " + number + ", Vec_Inicio = '" +
+                     ToDayFirstSeconds(since) + "' WHERE Vec_IdCav" + of_sale);
+  // The reference goes on saying which till had a parked sale.
+  const std::string reference = till == SaleInProgress::kNoTill ? "" : ", Cav_Ref = '" + number + "'";
+  connection.Execute("UPDATE Cav SET Cav_Caja = " + number + reference + " WHERE Cav_Id" + of_sale);
+}
+
+std::optional<SaleInProgress> SaleInProgressOf(Connection& connection, std::int32_t sale_id) {
+  const auto sales = Read(connection, " WHERE Cav_Id = " + sql::Number(std::int64_t{sale_id}));
+  return sales.empty() ? std::nullopt : std::optional(sales.front());
 }
 
 std::vector<SaleInProgress> SalesInProgress(Connection& connection, std::int32_t till) {

@@ -22,6 +22,10 @@ void RequireAsSeen(Connection& connection, const std::string& tickets, const std
   const auto in_progress = SalesInProgressAmong(connection, tickets);
   if (!in_progress.empty()) {
     const SaleInProgress& sale = in_progress.front();
+    if (sale.Parked()) {
+      throw InvoiceRefused("Hay una venta aparcada en ese periodo (" + Described(sale) +
+                           "). Recupérela y termínela o cancélela antes de facturar");
+    }
     throw InvoiceRefused("La caja " + std::to_string(sale.till) +
                          " tiene una venta en curso en ese periodo (" + Described(sale) +
                          "). Termínela o cancélela antes de facturar");

@@ -5,6 +5,7 @@
 #include "base/date_time.h"
 #include "base/mask.h"
 #include "base/text.h"
+#include "data/sales_in_progress.h"
 #include "data/statements.h"
 #include "output/sales_ticket.h"
 #include "platform/clock.h"
@@ -243,8 +244,11 @@ bool FrmTpvDiarioVentas::AcceptWhatRelies(std::int32_t sale_id, const std::strin
 bool FrmTpvDiarioVentas::DeleteInStore(std::int32_t sale_id, std::string& refusal) {
   try {
     Transaction transaction(Database());
+    const auto in_progress = SaleInProgressOf(Database(), sale_id);
     const std::string entry = SharedCollection(Database(), sale_id);
-    if (BooksRelyingOn(Database(), sale_id) != accepted_) {
+    if (in_progress && in_progress->Parked()) {
+      refusal = "La venta está aparcada. Elimínela con «Recuperar», en la pantalla de venta";
+    } else if (BooksRelyingOn(Database(), sale_id) != accepted_) {
       refusal = "La venta se ha facturado o cerrado mientras tanto. Búsquela otra vez";
     } else if (entry.empty()) {
       TraceDeletion(context(), sale_id);

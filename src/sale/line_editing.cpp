@@ -16,7 +16,7 @@ void FrmTpv::Drop() {
 }
 
 void FrmTpv::EndLine() {
-  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = true;
+  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = cmdAparcar.enabled = true;
   cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
   SetFocus(Text1[19]);
 }
@@ -40,7 +40,7 @@ void FrmTpv::EditLine(int row, int column) {
   Text1[7].text = FormatNumber(value("Lav_DTo1").NumberOr(0), mask);
   Text1[17].text = FormatNumber(value("Precio").NumberOr(0), mask);
   cmdGuardar.enabled = cmdCancelar.enabled = true;
-  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = false;
+  Frame4.enabled = cmdSalir.enabled = cmdNueva.enabled = cmdAparcar.enabled = false;
   SetFocus(Text1[21]);
 }
 

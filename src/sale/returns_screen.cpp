@@ -114,7 +114,16 @@ void FrmTpvDevoluciones::StartOrCancel() {
 }
 
 void FrmTpvDevoluciones::Start() {
-  if (!CreateHeader()) return;
+  if (CreateHeader()) ShowReturnInProgress();
+}
+
+void FrmTpvDevoluciones::GoOn(std::int32_t sale_id) {
+  context().IdAlbaran = sale_id;
+  ShowHeadOfSale();
+  ShowReturnInProgress();
+}
+
+void FrmTpvDevoluciones::ShowReturnInProgress() {
   originals_.clear();
   sale_in_progress_ = true;
   OfferToCancel();

@@ -10,6 +10,9 @@ class FrmTpvDevoluciones : public SaleEntry {
  public:
   explicit FrmTpvDevoluciones(Context& ctx);
 
+  // Goes on with a return that was taken up. The screen must be loaded.
+  void GoOn(std::int32_t sale_id);
+
   void OnKeyUp(ui::Key key) override;
   // Units may be typed with their sign.
   char32_t OnCharacter(ui::TextBox& box, char32_t character) override;
@@ -32,6 +35,7 @@ class FrmTpvDevoluciones : public SaleEntry {
 
   void LeaveTill();
   void Start();
+  void ShowReturnInProgress();
   void Leave();
   void ShowOpenTicket(bool open);
   void ShowLines(std::int32_t sale_id, bool checked);

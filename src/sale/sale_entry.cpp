@@ -2,8 +2,10 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "data/sql_text.h"
 #include "data/till_clock.h"
 #include "data/till_state.h"
+#include "platform/database.h"
 #include "sale/payment_methods.h"
 #include "sale/sale_storage.h"
 
@@ -117,6 +119,25 @@ void SaleEntry::ShowCounterCustomer() {
   std::int32_t code = Parameter("Par_CliCon").IntOr(0);
   std::int32_t id = 0;
   if (code != 0) msBuscarClientes(code, id);
+}
+
+void SaleEntry::ShowCustomer(std::int32_t id) {
+  ForgetCustomer();
+  std::int32_t any_code = 0;
+  if (id != 0) msBuscarClientes(any_code, id);
+  if (!customer_) ShowCounterCustomer();
+}
+
+void SaleEntry::ShowHeadOfSale() {
+  const auto sale = Database().Execute("SELECT Cav_IdCli, Cav_Agente, Cav_Fecha FROM Cav WHERE Cav_Id = " +
+                                       sql::Number(std::int64_t{context().IdAlbaran}));
+  const std::int32_t agent = sale->Field("Cav_Agente").IntOr(0);
+  if (agent != 0) ShowAgent(agent);
+  ShowCustomer(sale->Field("Cav_IdCli").IntOr(0));
+  const DateTime date = sale->Field("Cav_Fecha").ToDate();
+  AskTill();
+  Check1.checked = StartOfDay(date) == StartOfDay(TillClock(Database(), context().Caja).now());
+  Text1[4].text = Check1.checked ? std::string() : ToDayFirst(date);
 }
 
 // What was sold to one customer has no say in the next sale, also when the store

@@ -74,6 +74,12 @@ class SaleEntry : public Screen {
   // Its customer too: ShowCounterCustomer follows.
   void ForgetSale();
   void ShowCounterCustomer();
+  // This one, or the counter's when there is none with this id.
+  void ShowCustomer(std::int32_t id);
+  // Customer, seller and date of the context's sale, which was taken up.
+  void ShowHeadOfSale();
+  // With 0 through the search dialog.
+  void ShowAgent(std::int32_t id);
   // cmdNueva starts a sale, or gives up the one in progress.
   void OfferNewSale();
   void OfferToCancel();
@@ -100,7 +106,6 @@ class SaleEntry : public Screen {
   int price_decimals_ = 2;  // of its price without tax, as when it was looked up
 
  private:
-  void ShowAgent(std::int32_t id);
   void ForgetCustomer();
   void LeaveAgent();
   void LeaveCustomer();

@@ -30,6 +30,7 @@ void FrmTpv::OnLoad() {
 void FrmTpv::OnFirstActivate() {
   if (bSoloConsulta) Frame3.enabled = false;
   SendQueuedMailsOrTell(context(), Doubtful::Leave);
+  OfferLeftSales();
 }
 
 bool FrmTpv::OnKeyDown(ui::Key key) {
@@ -53,6 +54,7 @@ void FrmTpv::OnEscape() {
 void FrmTpv::LeaveTill() {
   const std::string& till = Text1[6].text;
   if (NumberOrZero(till) > 0) AskTill();
+  OfferLeftSales();
 }
 
 bool FrmTpv::AskTill() {
@@ -75,13 +77,18 @@ void FrmTpv::Start() {
   const std::int16_t till = Variant(Text1[6].text).ToInt16();
   if (!CreateHeader()) return;
   context().Caja = till;
+  ShowSaleInProgress();
+}
+
+void FrmTpv::ShowSaleInProgress() {
   sale_in_progress_ = true;
   Frame2.enabled = true;
   OfferToCancel();
   Frame1.enabled = false;
   Text1[21].text = FormatNumber(1, "0.00");
   cmdGuardar.enabled = cmdCancelar.enabled = !Quick();
-  cmdFinalizar.enabled = cmdBuscar.enabled = true;
+  cmdFinalizar.enabled = cmdBuscar.enabled = cmdAparcar.visible = true;
+  cmdRecuperar.visible = false;
   finished_.reset();
   keys_.Read(Database());  // as the office has them by now
   SetFocus(Text1[19]);
@@ -135,9 +142,10 @@ void FrmTpv::Open(FrmTpv1& checkout) {
 
 void FrmTpv::EmptyAfterSale() {
   ForgetSale();
+  ShowOwnHead();
   Frame2.enabled = false;
-  cmdNueva.enabled = true;
-  cmdCancelar.enabled = cmdFinalizar.enabled = cmdBuscar.enabled = false;
+  cmdNueva.enabled = cmdRecuperar.visible = true;
+  cmdCancelar.enabled = cmdFinalizar.enabled = cmdBuscar.enabled = cmdAparcar.visible = false;
   Text1[9].text.clear();
   Text1[11].text.clear();
   Frame1.enabled = true;
@@ -179,7 +187,8 @@ void FrmTpv::ShowTotals() {
 
 void FrmTpv::msPintaVenta(std::int32_t id) {
   Frame1.enabled = Frame2.enabled = Frame4.enabled = false;
-  for (ui::Button* button : {&cmdAbreCajon, &cmdCancelar, &cmdGuardar, &cmdNueva, &cmdFinalizar}) {
+  for (ui::Button* button : {&cmdAbreCajon, &cmdCancelar, &cmdGuardar, &cmdNueva, &cmdFinalizar,
+                             &cmdRecuperar}) {
     button->enabled = false;
   }
   dbgVenta.read_only = true;
@@ -221,6 +230,7 @@ void FrmTpv::Reprint() {
       "Select max(Cav_ID) from Cav Where Cav_Ticket = 1 and Cav_Caja = " +
       sql::WholeNumber(Text1[6].text));
   if (last->Eof() || last->Field(0).IsNull()) return;
+  if (IsUnfinished(last->Field(0).ToInt32())) return;
   context().IdAlbaran = last->Field(0).ToInt32();
   PrintSalesTicket(context());
   context().IdAlbaran = 0;

@@ -32,6 +32,7 @@ class FrmTpv : public SaleEntry {
 
  protected:
   void OnEscape() override;
+  void OnF5() override;
   void ShowLinesAndTotals() override;
   void StartOrCancel() override;
   void Accept() override;
@@ -53,12 +54,24 @@ class FrmTpv : public SaleEntry {
 
   // the sale
   void Start();
+  void ShowSaleInProgress();
   void Cancel();
   void Finish();
   void ShowReference(std::int32_t sale_id);
   void Open(FrmTpv1& checkout);
   void EmptyAfterSale();
   void ShowTotals();
+
+  // sales put aside
+  void OfferLeftSales();
+  void CountParked();
+  void ChooseLeftSale(std::int16_t till);
+  void TakeUp();
+  void GoOn();
+  void GoOnReturning();
+  void ShowOwnHead();
+  void Park();
+  bool IsUnfinished(std::int32_t sale_id);
 
   // the line being entered
   void EndLine();
@@ -83,6 +96,18 @@ class FrmTpv : public SaleEntry {
   };
   std::optional<Finished> finished_;
 
+  // The operator's seller and date, while a sale with its own is gone on with.
+  struct Head {
+    std::string agent;
+    std::string agent_name;
+    std::int32_t agent_id = 0;
+    bool system_date = true;
+    std::string date;
+  };
+  std::optional<Head> head_;
+  std::optional<std::int16_t> offered_till_;  // whose unfinished sales were offered
+  std::size_t parked_ = 0;                    // sales, of all tills, when last asked
+
   ui::Grid dbgVenta{*this, "dbgVenta"};
   ui::Frame Frame1{*this, "Frame1"};                       // head
   ui::Frame Frame2{*this, "Frame2"};                       // line
@@ -98,6 +123,8 @@ class FrmTpv : public SaleEntry {
   ui::Button cmdReImprimir{*this, "cmdReImprimir", "Re&imprimir"};
   ui::Button cmdAbreCajon{*this, "cmdAbreCajon", "A&brir cajón"};
   ui::Button cmdBuscar{*this, "cmdBuscar", "B&uscar"};
+  ui::Button cmdAparcar{*this, "cmdAparcar", "Aparcar (F5)"};
+  ui::Button cmdRecuperar{*this, "cmdRecuperar", "Recuperar (F5)"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
   QuickKeys keys_{*this, [this](const std::string& code) { PressKey(code); }};
 };

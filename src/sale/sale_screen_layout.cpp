@@ -10,7 +10,7 @@ FrmTpv::FrmTpv(Context& ctx) : SaleEntry(ctx, "frmTpv") {
   ConnectButtons();
   Frame2.enabled = false;
   cmdGuardar.enabled = cmdCancelar.enabled = cmdFinalizar.enabled = false;
-  cmdCierre.enabled = cmdBuscar.enabled = false;
+  cmdCierre.enabled = cmdBuscar.enabled = cmdAparcar.visible = false;
 }
 
 void FrmTpv::DeclareFields() {
@@ -33,8 +33,9 @@ void FrmTpv::DeclareLayout() {
   Frame3.Rows({{&cmdApertura, &cmdCierre, &cmdPagos, &cmdDevoluciones, &cmdReImprimir,
                 &cmdAbreCajon, &cmdBuscar}});
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
+  cmdAparcar.tab_stop = cmdRecuperar.tab_stop = false;  // Enter goes from field to field
   maximised = true;
-  rows = {{&Frame1}, {&Frame2}, {&dbgVenta, &keys_.frame}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
+  rows = {{&Frame1, &cmdAparcar, &cmdRecuperar}, {&Frame2}, {&dbgVenta, &keys_.frame}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
 }
 
 void FrmTpv::ConnectFields() {
@@ -54,6 +55,8 @@ void FrmTpv::ConnectButtons() {
   cmdPagos.click = [this] { MoveCash(); };
   cmdReImprimir.click = [this] { Reprint(); };
   cmdAbreCajon.click = [this] { OpenDrawer(context()); };
+  cmdAparcar.click = [this] { Park(); };
+  cmdRecuperar.click = [this] { TakeUp(); };
   cmdSalir.click = [this] { Exit(); };
   cmdBuscar.click = [this] {
     SetFocus(Text1[19]);

@@ -35,7 +35,11 @@ std::vector<StatusItem> SaleEntry::Status() const {
 // What the customer asks for once more is in sight until the next sale begins.
 std::vector<StatusItem> FrmTpv::Status() const {
   using Tone = StatusItem::Tone;
-  if (!finished_) return SaleEntry::Status();
+  if (!finished_) {
+    std::vector<StatusItem> items = SaleEntry::Status();
+    if (parked_ > 0) items.push_back({"Aparcadas", std::to_string(parked_), Tone::Missing});
+    return items;
+  }
   const auto euros = [](double amount) { return FormatNumber(amount, "#,##0.00"); };
   const Payment& paid = finished_->payment;
   std::vector<StatusItem> items = {SaleEntry::Status().front(),

@@ -91,6 +91,8 @@ void PutLine(Object& notes, const SaleLine& line, std::int32_t warehouse) {
   notes.Put("IdDoc", Variant(0));
 }
 
+}  // namespace
+
 void DeleteSale(Context& context, std::int32_t sale_id) {
   fiscal::RecordDeletion(fiscal::DeskOf(context), sale_id);
   DeleteLines(context, LinesOf(context, sale_id));
@@ -98,8 +100,6 @@ void DeleteSale(Context& context, std::int32_t sale_id) {
                              sql::Number(std::int64_t{sale_id}));
   UnregisterSale(context.Database(), sale_id);
 }
-
-}  // namespace
 
 std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id) {
   std::vector<std::int32_t> lines;
@@ -129,8 +129,10 @@ void CreateSaleHeader(Context& context, const CustomerRecord& customer, const st
                              sql::WholeNumber(till) +
                              " WHERE Cav_Id = " + sql::Number(std::int64_t{sale}));
   RegisterSale(context.Database(), sale, till, context.IdAgente);
+  const auto registered = SaleInProgressOf(context.Database(), sale);
   transaction.Commit();
   context.IdAlbaran = sale;
+  context.keyed_since = registered->since;
 }
 
 double NetPrice(double price_with_tax, double tax_rate, int decimals) {
@@ -181,13 +183,20 @@ void CancelSale(Context& context, std::int32_t sale_id) {
 
 namespace {
 
+// Whether the register says that somebody else keys the context's sale, or nobody.
+bool IsElsewhere(Context& context, const Variant& since) {
+  return context.keyed_since && !since.IsNull() && since.ToDate() != *context.keyed_since;
+}
+
 // Whether the context's sale is there; throws SaleTaken when another till did
 // something with it.
 bool IsThere(Context& context) {
-  const auto sale = context.Database().Execute("SELECT Cav_Situa, " + std::string(kAmountCollected) +
-                                               " AS Cobrado FROM Cav WHERE Cav_Id = " +
-                                               sql::Number(std::int64_t{context.IdAlbaran}));
+  const auto sale = context.Database().Execute(
+      "SELECT Cav_Situa, " + std::string(kAmountCollected) +
+      " AS Cobrado, Vec_Inicio FROM Cav LEFT JOIN VentasEnCurso ON Vec_IdCav = Cav_Id WHERE Cav_Id = " +
+      sql::Number(std::int64_t{context.IdAlbaran}));
   if (sale->Eof()) return false;
+  if (IsElsewhere(context, sale->Field("Vec_Inicio"))) throw SaleTaken(kSaleElsewhere);
   const auto invoiced = static_cast<std::int32_t>(InvoicingState::Invoiced);
   if (sale->Field("Cav_Situa").IntOr(0) == invoiced) throw SaleTaken(kSaleInvoiced);
   const double collected = sale->Field("Cobrado").NumberOr(0);
@@ -204,6 +213,9 @@ void RequireOwnSale(Context& context) {
 
 void LeaveSalePending(Context& context, const std::vector<std::int32_t>& originals) {
   Transaction transaction(context.Database());
+  const auto registered = SaleInProgressOf(context.Database(), context.IdAlbaran);
+  const bool elsewhere = registered && IsElsewhere(context, Variant(registered->since));
+  if (elsewhere) return;
   UnregisterSale(context.Database(), context.IdAlbaran);
   fiscal::RecordTicket(fiscal::DeskOf(context), context.IdAlbaran, originals);
   transaction.Commit();

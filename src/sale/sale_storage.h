@@ -52,23 +52,30 @@ std::vector<std::int32_t> LinesOf(Context& context, std::int32_t sale_id);
 // Inside the caller's transaction.
 void DeleteLines(Context& context, const std::vector<std::int32_t>& lines);
 
+// Deletes a sale, its lines first, and its row in the register. Inside the caller's
+// transaction.
+void DeleteSale(Context& context, std::int32_t sale_id);
+
 // Deletes a stored sale, its lines first, all or nothing. Throws SaleTaken for one
 // that has payments.
 void CancelSale(Context& context, std::int32_t sale_id);
 
-// Another till deleted the sale in progress, collected it with the customer's pending
-// tickets or invoiced it. what() is for the operator.
+// Another till deleted the sale in progress, took it up, collected it with the
+// customer's pending tickets or invoiced it. what() is for the operator.
 class SaleTaken : public DatabaseError {
  public:
   using DatabaseError::DatabaseError;
 };
 
 inline constexpr const char* kSaleInvoiced = "La venta ya está incluida en una factura";
+inline constexpr const char* kSaleElsewhere =
+    "La venta ya no está en este puesto: otro la ha recuperado o la ha aparcado";
 
 // Throws SaleTaken when that happened. Inside the caller's transaction.
 void RequireOwnSale(Context& context);
-// The context's sale stays as a pending ticket and is no longer in progress. `originals`
-// are the tickets that it takes lines back from. Throws fiscal::RecordRefused.
+// The context's sale stays as a pending ticket and is no longer in progress, unless
+// another till took it up. `originals` are the tickets that it takes lines back from.
+// Throws fiscal::RecordRefused.
 void LeaveSalePending(Context& context, const std::vector<std::int32_t>& originals = {});
 // Cancels the context's sale in progress; throws SaleTaken for one that another
 // till collected or invoiced. One that is gone already is no error.

@@ -14,6 +14,7 @@ struct Page {
 
 constexpr Page kPages[] = {
     {"frmTpv", "venta"},
+    {"frmVentasAparcadas", "venta"},
     {"frmTpv1", "cobro"},
     {"frmTpvDevoluciones", "devoluciones"},
     {"frmTpvMovCaja", "movimientos"},
