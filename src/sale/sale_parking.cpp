@@ -1,5 +1,6 @@
 // Sales that are put aside and gone on with: what a till left unfinished is offered
 // when its screen opens, and a customer who forgot his purse lets the next one pay.
+#include "base/text.h"
 #include "context/kept_sale.h"
 #include "data/sales_in_progress.h"
 #include "data/till_state.h"
@@ -18,8 +19,13 @@ void FrmTpv::OfferLeftSales() {
   const auto till = TillNumber(Text1[6].text);
   if (!till || till == offered_till_ || sale_in_progress_ || !cmdNueva.enabled) return;
   offered_till_ = till;
-  CountParked();
-  if (!SalesInProgress(Database(), *till).empty()) ChooseLeftSale(*till);
+  try {
+    CountParked();
+    if (!SalesInProgress(Database(), *till).empty()) ChooseLeftSale(*till);
+  } catch (const DatabaseError& error) {  // the screen is open for all else
+    Refuse("No se han podido recuperar las ventas sin terminar. " + std::string(kLineBreak) + error.what(), nullptr,
+           Icon::Critical);
+  }
 }
 
 // For the operator's eye alone.
