@@ -45,7 +45,7 @@ constexpr Entry kEntries[] = {
     {"cmdRegistros", "Re&gistros de facturación", Make<FiscalSettings>, "Agencia Tributaria"},
     {"cmdRechazados", "Registros rec&hazados", Make<RejectedRecords>},
     {"cmdImportar", "&Importar", MakeWithTools<ImportWindow>, "Hojas de cálculo"},
-    {"cmdExportar", "&Exportar", MakeWithTools<ExportWindow>},
+    {"cmdExportar", "E&xportar", MakeWithTools<ExportWindow>},
 };
 
 constexpr std::size_t kInARow = 3;
