@@ -89,9 +89,7 @@ Variant Invoices::ComputeTotals() {
   OwnTransaction transaction(Database());
   const std::string id = std::to_string(Whole("IdFactU"));
   GatherLines(id);
-  const auto total =
-      Database().Execute("SELECT SUM(Fal_Total) FROM Fal WHERE Fal_IdFav = " + id);
-  Set("TotalFactura", Variant(total->Field(0).NumberOr(0)));
+  Set("TotalFactura", Variant(StoreRates(id)));
   transaction.Commit();
   return {};
 }
@@ -111,8 +109,8 @@ void Invoices::GatherLines(const std::string& invoice) {
 }
 
 // Base and tax of a rate come from its total, once: rounded line by line they would
-// drift apart from each other over a month.
-void Invoices::StoreRates(const std::string& invoice) {
+// drift apart from each other over a month. Returns the invoice's total.
+double Invoices::StoreRates(const std::string& invoice) {
   Database().Execute("DELETE FROM Fai WHERE Fai_IdFav = " + invoice);
   std::vector<std::pair<double, double>> totals;
   {
@@ -122,18 +120,20 @@ void Invoices::StoreRates(const std::string& invoice) {
       totals.emplace_back(rates->Field(0).NumberOr(0), rates->Field(1).NumberOr(0));
     }
   }
+  double all = 0;
   for (const auto& [rate, total] : totals) {
+    all += total;
     const double base = BaseOf(total, rate);
     Database().Execute("INSERT INTO Fai (Fai_IdFav, Fai_Iva, Fai_Base, Fai_Cuota) VALUES (" + invoice +
                        ", " + sql::Number(rate) + ", " + sql::Number(base) + ", " +
                        sql::Number(RoundHalfAway(total - base, 2)) + ")");
   }
+  return RoundHalfAway(all, 2);
 }
 
 Variant Invoices::Store() {
   OwnTransaction transaction(Database());
   const std::string id = std::to_string(Whole("IdFactU"));
-  StoreRates(id);
   const std::string of_invoice = " FROM Fai WHERE Fai_IdFav = " + id + ")";
   Database().Execute("UPDATE Fav SET Fav_Base = (SELECT SUM(Fai_Base)" + of_invoice +
                      ", Fav_Impuestos = (SELECT SUM(Fai_Cuota)" + of_invoice + ", Fav_Total = " +

@@ -21,7 +21,7 @@ class Invoices : public LateBound {
   std::int32_t InsertHeader();
   Variant ComputeTotals();
   void GatherLines(const std::string& invoice);
-  void StoreRates(const std::string& invoice);
+  double StoreRates(const std::string& invoice);
   Variant Store();
   Variant Issue(std::int32_t copies);
 

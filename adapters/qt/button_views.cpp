@@ -39,7 +39,7 @@ class PressView : public ControlView {
   QWidget* Outer() override { return widget_; }
   void Sync() override {
     ControlView::Sync();
-    SyncCaption(*widget_, control);
+    if (HasNewCaption()) SyncCaption(*widget_, control);
   }
   std::string Shown() const override { return Utf8(widget_->text()); }
   std::string Expected() const override { return ui::MarkedCaption(control); }
@@ -75,8 +75,10 @@ class ButtonView : public PressView<Command> {
   }
   void Sync() override {
     ControlView::Sync();
-    const QString text = Heading() + Text(ui::MarkedCaption(control));
-    if (widget_->text() != text) widget_->setText(text);
+    if (HasNewCaption() || heading_ != button_.heading) {
+      heading_ = button_.heading;
+      widget_->setText(Heading() + Text(ui::MarkedCaption(control)));
+    }
     SyncEmphasis();
   }
   std::string Shown() const override { return Utf8(widget_->text().mid(Heading().size())); }
@@ -96,6 +98,7 @@ class ButtonView : public PressView<Command> {
   }
 
   ui::Button& button_;
+  std::string heading_;  // as shown
   ui::Emphasis emphasis_ = ui::Emphasis::Normal;
 };
 
@@ -137,7 +140,7 @@ class LabelView : public ControlView {
   QWidget* Outer() override { return widget_; }
   void Sync() override {
     ControlView::Sync();
-    SyncCaption(*widget_, control);
+    if (HasNewCaption()) SyncCaption(*widget_, control);
   }
   std::string Shown() const override { return Utf8(widget_->text()); }
   std::string Expected() const override { return control.caption; }

@@ -38,7 +38,7 @@ class ComboView : public ControlView {
 
   void Sync() override {
     ControlView::Sync();
-    outer_->SetCaption(Text(combo_.caption), Text(ui::MarkedCaption(combo_)));
+    if (HasNewCaption()) outer_->SetCaption(Text(combo_.caption), Text(ui::MarkedCaption(combo_)));
     const QSignalBlocker quiet(widget_);
     if (entries_ != combo_.items) {
       entries_ = combo_.items;

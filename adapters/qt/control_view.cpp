@@ -11,4 +11,11 @@ void ControlView::Sync() {
   if (Target()->isEnabled() != enabled) outer->setEnabled(enabled);
 }
 
+bool ControlView::HasNewCaption() {
+  if (caption_ == control.caption && access_key_ == control.access_key) return false;
+  caption_ = control.caption;
+  access_key_ = control.access_key;
+  return true;
+}
+
 }  // namespace tpv::qt

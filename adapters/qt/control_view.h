@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "adapters/qt/window_memory.h"
@@ -48,6 +49,14 @@ class ControlView {
   virtual QPoint MenuPoint() { return {}; }
   // Whether the window is taller for it: grids and lists.
   virtual bool Tall() const { return false; }
+
+ protected:
+  // Whether the caption or its access key is another than when last asked.
+  bool HasNewCaption();
+
+ private:
+  std::optional<std::string> caption_;  // as last asked
+  char32_t access_key_ = 0;
 };
 
 // Where a view's widgets come to life and send what happens to them.

@@ -95,7 +95,7 @@ class FieldView : public ControlView {
   void Sync() override {
     ControlView::Sync();
     syncing_ = true;
-    outer_->SetCaption(Text(box_.caption), Text(ui::MarkedCaption(box_)));
+    if (HasNewCaption()) outer_->SetCaption(Text(box_.caption), Text(ui::MarkedCaption(box_)));
     const QString text = Text(box_.text);
     if (edit_->text() != text) edit_->setText(text);
     if (edit_->isReadOnly() != box_.locked) edit_->setReadOnly(box_.locked);

@@ -10,6 +10,7 @@
 #include "adapters/files/temporary_folder.h"
 #include "adapters/qt/search_dialog.h"
 #include "bench/harness.h"
+#include "bench/till.h"
 #include "bench/windows/window_till.h"
 #include "host/demo/catalogue.h"
 #include "host/store.h"
@@ -29,6 +30,9 @@ void EnterAgent(WindowTill& till) {
 std::vector<Row> MeasureKeys(const std::string& path) {
   std::vector<Row> rows;
   WindowTill till(path);
+  const StepClock clock;
+  SqliteConnection connection(path, clock);
+  Till unseen(connection, 2);
   till.Sell([&] {
     auto& form = till.form();
     EnterAgent(till);
@@ -49,11 +53,16 @@ std::vector<Row> MeasureKeys(const std::string& path) {
                            {back, [] { TypeAndPaint("8"); }},
                            {[&] { empty.Raise(); }, [] { TypeAndPaint("8"); }}));
     if (field.text != "8") throw std::runtime_error("the field has not its key");
-    const auto burst = [] {
-      for (int i = 0; i < 20; ++i) Scan();
+    const auto twenty = [](const auto& scan) {
+      return [scan] {
+        for (int i = 0; i < 20; ++i) scan();
+      };
     };
-    rows.push_back(Compare({"20 codes scanned to 20 stored and painted lines"}, 5, {back, burst},
-                           {[&] { empty.Raise(); }, burst}));
+    const auto scan = [&] { unseen.Scan(kCode); };
+    unseen.StartSale();
+    for (std::size_t line = 0; line < kLines; ++line) scan();
+    rows.push_back(Compare({"20 codes scanned to 20 stored and painted lines, beside a till without a window", 2.5},
+                           40, {back, twenty([] { Scan(); })}, {{}, twenty(scan)}));
   });
   return rows;
 }

@@ -127,8 +127,10 @@ inline void Press(ui::Key key) {
   Paint();
 }
 
+inline constexpr const char* kCode = "8436210000011";
+
 inline void Scan() {
-  qt::SendText("8436210000011");
+  qt::SendText(kCode);
   Press(ui::Key::Enter);
 }
 

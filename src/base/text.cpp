@@ -161,6 +161,10 @@ std::string FoldForSearch(std::string_view utf8) {
   std::string result;
   result.reserve(utf8.size());
   for (std::size_t position = 0; position < utf8.size();) {
+    if (static_cast<unsigned char>(utf8[position]) < 0x80) {  // nearly all there is
+      result += LowerAscii(utf8[position++]);
+      continue;
+    }
     const char32_t character = Lower(NextCharacter(utf8, position));
     if (!IsCombiningAccent(character)) AppendCharacter(result, BaseLetter(character));
   }
