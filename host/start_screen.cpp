@@ -314,7 +314,7 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
                                       {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
                                        open ? Tone::Good : Tone::Missing},
                                       {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
-    AddUnsentRecords(program_.ports, items);
+    AddUnsentRecords(shop_->context().ports, items);
     if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
     return items;
   } catch (const DatabaseError&) {
