@@ -31,13 +31,13 @@ class Shop:
 
     async def handle_DATA(self, server, session, envelope):
         self.count += 1
-        (folder / f"{self.count}.eml").write_bytes(envelope.original_content)
         mail = email.message_from_bytes(envelope.original_content, policy=email.policy.default)
         shown = [f"envelope: {envelope.mail_from} > {','.join(envelope.rcpt_tos)}",
                  f"tls: {session.ssl is not None}", f"headers: {' '.join(mail.keys())}"]
         shown += [f"{name}: {mail[name]}" for name in ("From", "To", "Subject", "Message-ID")]
         shown += [f"Date: {mail['Date'].datetime:%d/%m/%Y %H:%M:%S}", f"defects: {mail.defects}"]
         (folder / f"{self.count}.txt").write_text("\n".join(shown) + "\n\n" + mail.get_content().replace("\r\n", "\n"))
+        (folder / f"{self.count}.eml").write_bytes(envelope.original_content)
         return await behave(server, mail["Subject"])
 
 
