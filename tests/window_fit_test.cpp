@@ -159,7 +159,8 @@ TEST_P(WindowFitTest, EveryScreen) {
       "frmArticulos",   "frmArticulo",        "frmPrecios",          "frmEtiquetas",
       "frmTeclas",      "frmTecla",           "frmParametros",
       "frmInicio",      "frmBienvenida",      "frmAbrirAlmacen",     "frmTiendaCerrada",
-      "frmCrearTienda", "frmImportar",        "frmExportar",         "frmAjustes"};
+      "frmCrearTienda", "frmImportar",        "frmExportar",         "frmAjustes",
+      "frmExportarLista"};
   EXPECT_EQ(forms_, all) << "a screen without a script in docs/screens or tests/windows";
 }
 

@@ -6,7 +6,7 @@
 namespace tpv {
 
 FrmExportar::FrmExportar(Context& context, TableFiles& files, std::string usual_name)
-    : Screen(context, "frmExportar"), files_(files) {
+    : Screen(context, "frmExportarLista"), files_(files) {
   caption = "Exportar lista";
   Text1.Add(0, "Fichero").columns = 60;
   Text1[0].text = files.PathOf(usual_name);
