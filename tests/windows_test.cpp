@@ -2,7 +2,6 @@
 // without windows there is nothing like it.
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
@@ -15,8 +14,6 @@
 #include <QToolButton>
 #include <QWindow>
 #include <chrono>
-#include <deque>
-#include <set>
 #include <thread>
 
 #include "adapters/headless/recorders.h"
@@ -24,92 +21,10 @@
 #include "adapters/qt/qt_operator.h"
 #include "adapters/qt/rows_view.h"
 #include "adapters/qt/text.h"
-#include "host/windows/application.h"
+#include "tests/windows_till.h"
 
 namespace tpv::qt {
 namespace {
-
-class Till : public ui::Form {
- public:
-  explicit Till(ui::FrontEnd& ui) : Form("frmPrueba"), front_end(ui) {
-    goods.layout = {{"Id", "", 0, ui::Align::Left, true, false},
-                    {"Articulo", "", 3000, ui::Align::Left, false, true}};
-    goods.fields = {"Id", "Articulo"};
-    for (int i = 0; i < 300; ++i) {
-      goods.rows.push_back({Variant(i), Variant("Articulo " + std::to_string(i))});
-    }
-    goods.cell_button = [this](int row, int) { pressed.push_back("cell " + std::to_string(row)); };
-    marks.layout = {{"Ticket", "", 3000, ui::Align::Left, false, false}};
-    marks.check_boxes = true;
-    marks.items = {{{"T/1"}, false, 1}, {{"T/2"}, false, 2}};
-    price.max_length = 6;
-    refuse.click = [this] {
-      ui::MessageBox box;
-      box.text = "No ha indicado el importe";
-      front_end.Show(box);
-      SetFocus(price);
-    };
-    fail.click = [] { throw std::runtime_error("se ha roto"); };
-    rows = {{&price, &units}, {&goods}, {&marks}, {&refuse, &fail}};
-  }
-  void OnKeyUp(ui::Key key) override {
-    if (key == ui::Key::Enter) tab_sent = true;
-  }
-  void OnBoxClosedByKey() override { ++closed_by_key; }
-  char32_t OnCharacter(ui::TextBox&, char32_t character) override {
-    return character == U'.' ? U',' : character;
-  }
-
-  ui::FrontEnd& front_end;
-  ui::TextBoxes fields{*this, "Text1"};
-  ui::TextBox &price = fields.Add(0, "Precio"), &units = fields.Add(1, "Unidades");
-  ui::Grid goods{*this, "dbgVenta"};
-  ui::ListView marks{*this, "ListView1"};
-  ui::Button refuse{*this, "cmdGrabar", "&Grabar"};
-  ui::Button fail{*this, "cmdFalla", "&Fallar"};
-  std::vector<std::string> pressed;
-  int closed_by_key = 0;
-};
-
-// Runs its steps one by one, whatever is on top.
-class Steps : public ui::Driver {
- public:
-  std::deque<std::function<void()>> steps;
-  bool Step() override {
-    if (steps.empty()) return false;
-    const auto step = std::move(steps.front());
-    steps.pop_front();
-    SettleWindows();
-    step();
-    return true;
-  }
-  void OnBox(const ui::MessageBox&) override {}
-};
-
-class WindowsTest : public testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    application = new Application;
-  }
-  static void TearDownTestSuite() { delete std::exchange(application, nullptr); }
-
-  // Shows the form and plays the steps on it.
-  void Play(std::deque<std::function<void()>> steps) {
-    driver.steps = std::move(steps);
-    windows.SetDriver(driver);
-    windows.ShowModal(form);
-  }
-  void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const char* text = "") {
-    SendStroke({key, modifiers, text});
-  }
-
-  static inline Application* application = nullptr;
-  QtFrontEnd windows;
-  QtOperator hands{windows};
-  Till form{windows};
-  Steps driver;
-};
 
 TEST_F(WindowsTest, CaretSelectionAndClipboardReachTheModel) {
   Play({[&] {
@@ -403,79 +318,6 @@ TEST_F(WindowsTest, AHundredThousandRowsAreSearchedAsOneTypes) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
   driver.steps = {[&] { Press(Qt::Key_Escape, Qt::NoModifier, "\x1B"); }};
   EXPECT_EQ(windows.Search(request), std::nullopt);
-}
-
-class Counter : public ui::Form {
- public:
-  Counter() : Form("frmCaja") {
-    caption = "Cobro";
-    rows = {{&code, &name, &mode}};
-  }
-  std::vector<ui::StatusItem> Status() const override {
-    return {{"Caja", "2 · abierta", ui::StatusItem::Tone::Good}};
-  }
-  ui::TextBoxes fields{*this, "Text1"};
-  ui::TextBox &code = fields.Add(0, "Cliente"), &name = fields.Add(1, "");
-  ui::ComboBox mode{*this, "cboModo", "Modo de cobro"};
-};
-
-// "role/name" of everything in the tree.
-void Tell(QAccessibleInterface* found, std::set<std::string>& told) {
-  if (found == nullptr) return;
-  told.insert(std::to_string(found->role()) + "/" + Utf8(found->text(QAccessible::Name)));
-  for (int i = 0; i < found->childCount(); ++i) Tell(found->child(i), told);
-}
-
-TEST_F(WindowsTest, AScreenReaderFindsWhatTheEyeFinds) {
-  Counter counter;
-  std::set<std::string> told;
-  driver.steps = {[&] {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-      if (window->isVisible()) Tell(QAccessible::queryAccessibleInterface(window), told);
-    }
-  }};
-  windows.SetDriver(driver);
-  windows.ShowModal(counter);
-  const auto has = [&](QAccessible::Role role, const char* name) {
-    return told.contains(std::to_string(role) + "/" + name);
-  };
-  EXPECT_TRUE(has(QAccessible::Window, "Cobro"));
-  EXPECT_TRUE(has(QAccessible::StatusBar, "Caja: 2 · abierta"));
-  EXPECT_TRUE(has(QAccessible::EditableText, "Cliente"));
-  EXPECT_TRUE(has(QAccessible::EditableText, "Cliente: nombre"));
-  EXPECT_TRUE(has(QAccessible::ComboBox, "Modo de cobro"));
-}
-
-TEST_F(WindowsTest, AScreenReaderWalksTheColumnsThatTheEyeSees) {
-  Play({[&] {
-    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(windows.TopWindow()->ViewOf(form.goods)->Target());
-    QAccessibleTableInterface* table = list->tableInterface();
-    ASSERT_NE(table, nullptr);
-    EXPECT_EQ(table->columnCount(), 1);  // the id is hidden
-    EXPECT_EQ(table->rowCount(), 300);
-    EXPECT_EQ(list->childCount(), 301);
-    EXPECT_EQ(Utf8(list->child(0)->text(QAccessible::Name)), "Articulo");
-    EXPECT_EQ(list->child(0)->role(), QAccessible::ColumnHeader);
-    QAccessibleInterface* cell = table->cellAt(7, 0);
-    EXPECT_EQ(list->child(8), cell);
-    EXPECT_EQ(list->indexOfChild(cell), 8);
-    EXPECT_EQ(Utf8(cell->text(QAccessible::Name)), "Articulo 7");
-    ASSERT_EQ(cell->childCount(), 1);
-    EXPECT_EQ(cell->child(0)->role(), QAccessible::Button);
-    EXPECT_EQ(Utf8(cell->child(0)->text(QAccessible::Name)), "Articulo Articulo 7: abrir");
-    cell->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_EQ(form.pressed, std::vector<std::string>{"cell 7"});
-    EXPECT_TRUE(cell->state().selected);
-    EXPECT_EQ(table->selectedRows(), QList<int>{7});
-    QAccessibleInterface* mark = QAccessible::queryAccessibleInterface(windows.TopWindow()->ViewOf(form.marks)->Target());
-    mark->tableInterface()->cellAt(1, 0)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    EXPECT_TRUE(form.marks.items[1].checked);
-    EXPECT_TRUE(mark->tableInterface()->cellAt(1, 0)->state().checked);
-    form.goods.rows.resize(3);
-    windows.Refresh();
-    EXPECT_FALSE(cell->isValid());
-    EXPECT_EQ(table->cellAt(3, 0), nullptr);
-  }});
 }
 
 }  // namespace
