@@ -84,14 +84,21 @@ Pair FromPem(const std::string& certificates, const std::string& key, std::strin
 }
 
 // Files exported by older systems are encrypted in ways that the library knows on demand.
-void KnowOlderCiphers() {
-  static const bool done = OSSL_PROVIDER_load(nullptr, "legacy") != nullptr &&
-                           OSSL_PROVIDER_load(nullptr, "default") != nullptr;
-  static_cast<void>(done);
-}
+class OlderCiphers {
+ public:
+  OlderCiphers() : legacy_(OSSL_PROVIDER_try_load(nullptr, "legacy", 1)) {}
+  ~OlderCiphers() {
+    if (legacy_ != nullptr) OSSL_PROVIDER_unload(legacy_);
+  }
+  OlderCiphers(const OlderCiphers&) = delete;
+  OlderCiphers& operator=(const OlderCiphers&) = delete;
+
+ private:
+  OSSL_PROVIDER* legacy_;
+};
 
 Pair FromPkcs12(const std::string& bytes, const std::string& password) {
-  KnowOlderCiphers();
+  const OlderCiphers known;
   const Owned<PKCS12> store(d2i_PKCS12_bio(Over(bytes).get(), nullptr));
   X509* certificate = nullptr;
   EVP_PKEY* key = nullptr;
