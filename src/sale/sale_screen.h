@@ -123,8 +123,8 @@ class FrmTpv : public SaleEntry {
   ui::Button cmdReImprimir{*this, "cmdReImprimir", "Re&imprimir"};
   ui::Button cmdAbreCajon{*this, "cmdAbreCajon", "A&brir cajón"};
   ui::Button cmdBuscar{*this, "cmdBuscar", "B&uscar"};
-  ui::Button cmdAparcar{*this, "cmdAparcar", "Aparcar (F5)"};
-  ui::Button cmdRecuperar{*this, "cmdRecuperar", "Recuperar (F5)"};
+  ui::Button cmdAparcar{*this, "cmdAparcar", "Aparcar"};
+  ui::Button cmdRecuperar{*this, "cmdRecuperar", "Recuperar"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};
   QuickKeys keys_{*this, [this](const std::string& code) { PressKey(code); }};
 };

@@ -35,7 +35,7 @@ void FrmTpv::DeclareLayout() {
   cmdFinalizar.emphasis = ui::Emphasis::Strong;
   cmdAparcar.tab_stop = cmdRecuperar.tab_stop = false;  // Enter goes from field to field
   maximised = true;
-  rows = {{&Frame1, &cmdAparcar, &cmdRecuperar}, {&Frame2}, {&dbgVenta, &keys_.frame}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
+  rows = {{&Frame1}, {&Frame2}, {&dbgVenta, &keys_.frame, &cmdAparcar, &cmdRecuperar}, {&Frame4, &cmdNueva, &cmdSalir}, {&Frame3}};
 }
 
 void FrmTpv::ConnectFields() {
