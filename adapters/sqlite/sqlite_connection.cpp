@@ -103,7 +103,7 @@ void SqliteConnection::TakeOver(const Clock& clock) {
   // Stores of older versions were left without a log and nothing was missing.
   const bool missing = lacks_log_ && sqlite::VersionOf(handle_.get()) == sqlite::kVersion;
   sqlite::LayLog(handle_.get());
-  Run("PRAGMA main.journal_mode = WAL");
+  sqlite::SwitchLogOn(handle_.get());
   sqlite::KeepLog(handle_.get(), true);
   lacks_log_ = false;
   sqlite::BringUpToDate(handle_.get());

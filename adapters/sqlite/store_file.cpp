@@ -124,6 +124,17 @@ void LayLog(sqlite3* handle) {
   if (!given) ::unlink(LogOf(handle).c_str());
 }
 
+void SwitchLogOn(sqlite3* handle) {
+  using namespace std::chrono_literals;
+  const auto end = std::chrono::steady_clock::now() + 5s;
+  for (;;) {
+    const int result = sqlite3_exec(handle, "PRAGMA main.journal_mode = WAL", nullptr, nullptr, nullptr);
+    if (result == SQLITE_OK) return;
+    if ((result & 0xFF) != SQLITE_BUSY || std::chrono::steady_clock::now() > end) ThrowLastError(handle);
+    std::this_thread::sleep_for(2ms);
+  }
+}
+
 void KeepLog(sqlite3* handle, bool keep) {
   int value = keep ? 1 : 0;
   sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &value);

@@ -48,6 +48,8 @@ bool LacksItsLog(sqlite3* handle);
 // An empty log with the store's own rights where there is none, before the file is
 // marked: so nobody who is killed in between leaves a mark without its log.
 void LayLog(sqlite3* handle);
+// Waits for others that switch it at the same moment: the engine sends one of two away at once.
+void SwitchLogOn(sqlite3* handle);
 // The log stays where it is, whoever closes last, unless it is settled.
 void KeepLog(sqlite3* handle, bool keep);
 // At the end of a connection: the last of a store takes the log into the file.
