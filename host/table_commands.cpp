@@ -3,9 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <istream>
+#include <iostream>
 #include <map>
-#include <ostream>
 
 #include "base/text.h"
 #include "host/chosen_store.h"
@@ -14,6 +13,7 @@
 #include "host/play.h"
 #include "office/export.h"
 #include "office/import/import.h"
+#include "platform/pulse.h"
 #include "platform/table_file.h"
 
 namespace tpv {
@@ -39,15 +39,17 @@ Kind KindOf(const Arguments& arguments, const std::map<std::string, Kind>& kinds
   return kind->second;
 }
 
-// A line of numbers that grows, where somebody looks at it.
-bool Tell(long rows, double share) {
-  if (::isatty(STDERR_FILENO) == 1) {
-    const std::string text = "\r" + std::to_string(static_cast<int>(share * 100)) + " % (" +
-                             std::to_string(rows) + ")   ";
-    if (::write(STDERR_FILENO, text.data(), text.size()) < 0) return true;
+// A number that grows, where somebody looks at it.
+class Percentage : public PulseListener {
+  void OnPulse(double share) override {
+    const int percent = static_cast<int>(share * 100);
+    if (share < 0 || percent == shown_ || ::isatty(STDERR_FILENO) != 1) return;
+    shown_ = percent;
+    std::cerr << "\r" << (percent < 100 ? std::to_string(percent) + " % " : "      \r") << std::flush;
   }
-  return true;
-}
+
+  int shown_ = -1;
+};
 
 void Show(const office::ImportReport& report, std::ostream& out) {
   out << "Nuevos: " << report.added << ", cambiados: " << report.changed
@@ -85,7 +87,8 @@ int ImportCommand(Machine& machine, Arguments arguments, std::istream& in, std::
       kImportUsage);
   const office::ImportOrder order{kind, arguments[1]};
   const auto connection = OpenChosenStore(store, machine.clock);
-  office::ImportReport report = office::PreviewImport(*connection, *machine.tables, order, Tell);
+  const Percentage percentage;
+  office::ImportReport report = office::PreviewImport(*connection, *machine.tables, order);
   Show(report, out);
   if (report.refused > 0) {
     out << "No se ha importado nada\n";
@@ -93,7 +96,7 @@ int ImportCommand(Machine& machine, Arguments arguments, std::istream& in, std::
   }
   if (report.added + report.changed == 0 || only_look) return 0;
   if (!agreed && !Agrees(in, out)) return 0;
-  report = office::StoreImport(*connection, *machine.tables, order, Tell);
+  report = office::StoreImport(*connection, *machine.tables, order);
   if (!report.stored) Show(report, out);
   out << (report.stored ? "Importado\n" : "No se ha importado nada\n");
   return report.stored ? 0 : 1;

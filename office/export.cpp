@@ -7,13 +7,12 @@
 #include "office/fields.h"
 #include "office/shop_parameters.h"
 #include "platform/database.h"
+#include "platform/pulse.h"
 #include "platform/table_file.h"
 
 namespace tpv::office {
 
 namespace {
-
-constexpr long kToldEvery = 500;
 
 struct Column {
   std::string heading;
@@ -191,8 +190,7 @@ bool IsDated(ExportKind kind) {
   return kind != ExportKind::Articles && kind != ExportKind::Customers && kind != ExportKind::Stock;
 }
 
-long ExportTable(Connection& connection, TableFiles& files, const ExportOrder& order,
-                 const ExportProgress& progress) {
+long ExportTable(Connection& connection, TableFiles& files, const ExportOrder& order) {
   const auto file = files.Create(order.path);
   const Statement statement = StatementOf(connection, order);
   std::vector<std::string> cells;
@@ -203,7 +201,8 @@ long ExportTable(Connection& connection, TableFiles& files, const ExportOrder& o
   for (; !row->Eof(); row->MoveNext()) {
     for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = CellText(row->Field(i));
     file->Write(cells);
-    if (++rows % kToldEvery == 0 && progress && !progress(rows)) return -1;
+    ++rows;
+    Pulse();
   }
   file->Finish();
   return rows;

@@ -1,7 +1,6 @@
 // Writes what a shop has into files for spreadsheets.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,13 +25,9 @@ struct ExportOrder {
 // Whether its rows have a date to choose by.
 bool IsDated(ExportKind kind);
 
-// Called now and then with the rows written; false stops it and leaves no file.
-using ExportProgress = std::function<bool(long rows)>;
-
-// Writes the file and returns its rows, -1 when it was stopped. Articles, customers and
-// stocks can be imported again. Throws TableError and DatabaseError, and then a file
-// that was there is as it was.
-long ExportTable(Connection& connection, TableFiles& files, const ExportOrder& order,
-                 const ExportProgress& progress = {});
+// Writes the file and returns its rows. Articles, customers and stocks can be imported
+// again. Throws TableError, DatabaseError and what a pulse throws, and then a file that
+// was there is as it was.
+long ExportTable(Connection& connection, TableFiles& files, const ExportOrder& order);
 
 }  // namespace tpv::office

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "platform/clock.h"
 #include "platform/table_file.h"
+#include "platform/ui/long_work.h"
 
 namespace tpv::office {
 
@@ -49,15 +50,13 @@ void ExportWindow::Export() {
     order.from = ParseDayFirst(Text1[1].text);
     order.to = ParseDayFirst(Text1[2].text);
   }
-  const ui::WaitCursor waiting(*this);
-  const auto telling = [this](long rows_written) {
-    lblProceso.caption = FormatNumber(static_cast<double>(rows_written), "#,##0") + " filas";
-    context().ports.ui.ProcessEvents();
-    return true;
-  };
   try {
-    const long written = ExportTable(Database(), *tools_.tables, order, telling);
-    ShowDates();
+    long written = 0;
+    const bool finished = Finishes(caption, [&](ui::LongWork& work) {
+      work.Stage("Escribiendo el fichero");
+      written = ExportTable(Database(), *tools_.tables, order);
+    });
+    if (!finished) return;
     Message("Exportado: " + FormatNumber(static_cast<double>(written), "#,##0") + " filas en " + Text1[0].text,
             ui::Icon::Information);
   } catch (const TableError& error) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 
 #include "adapters/csv/encoding.h"
 
@@ -29,6 +30,10 @@ void AppendQuoted(std::string& line, const std::string& cell) {
 }  // namespace
 
 CsvWriter::CsvWriter(const std::string& path) : path_(path), partial_(path + ".parcial") {
+  std::error_code error;
+  if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
+    throw TableError("«" + path + "» no es un fichero: escriba el nombre de uno");
+  }
   ::unlink(partial_.c_str());  // what an interrupted export left
   const int file = ::open(partial_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (file < 0) Fail();

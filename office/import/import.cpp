@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "office/import/target.h"
 #include "platform/database.h"
+#include "platform/pulse.h"
 
 namespace tpv::office {
 
@@ -41,10 +42,8 @@ std::unique_ptr<ImportTarget> TargetOf(ImportKind kind) {
 
 class Run {
  public:
-  Run(Connection& connection, TableFiles& files, const ImportOrder& order,
-      const ImportProgress& progress)
+  Run(Connection& connection, TableFiles& files, const ImportOrder& order)
       : connection_(connection),
-        progress_(progress),
         target_(TargetOf(order.kind)),
         reader_(files.Open(order.path)) {}
 
@@ -53,10 +52,12 @@ class Run {
     return Report();
   }
 
-  ImportReport Store() {
+  ImportReport Store(const std::function<void()>& before_commit) {
     if (!LookThrough()) return Report();
     Transaction transaction(connection_);
-    if (Take(true) && report_.refused == 0) {
+    Take(true);
+    if (report_.refused == 0) {
+      if (before_commit) before_commit();
       transaction.Commit();
       report_.stored = true;
     }
@@ -64,8 +65,7 @@ class Run {
   }
 
  private:
-  // The heading, the decimal mark and the repeated keys; false when the file is
-  // refused or the work is stopped.
+  // The heading, the decimal mark and the repeated keys; false when the file is refused.
   bool LookThrough() {
     TableRow row;
     if (!reader_->Next(row)) return RefuseFile({{0, "", "el fichero está vacío"}});
@@ -81,16 +81,14 @@ class Run {
         if (target_->IsNumber(column)) file_->mark.Learn(file_->heading.Cell(row, column));
       }
       for (const std::string& key : target_->Keys(file_->heading, row)) file_->repeated.Note(key);
-      if (++rows % static_cast<long>(kBatch) == 0 && !Tell(rows, reader_->Share() * kLookingShare))
-        return false;
+      if (++rows % static_cast<long>(kBatch) == 0) Pulse(reader_->Share() * kLookingShare);
     }
     file_->repeated.Close();
     reader_->Rewind();
     return reader_->Next(row);
   }
 
-  // False when the work is stopped.
-  bool Take(bool write) {
+  void Take(bool write) {
     target_->Begin(connection_);
     Batch batch;
     TableRow row;
@@ -100,11 +98,9 @@ class Run {
         if (Readable(row)) batch.push_back(std::move(row));
       }
       if (!batch.empty()) target_->Take(connection_, *file_, batch, write, findings_);
-      if (!Tell(report_.Rows(), kLookingShare + reader_->Share() * (1 - kLookingShare)))
-        return false;
-      if (write && report_.refused > 0) return true;  // nothing will be stored
+      Pulse(kLookingShare + reader_->Share() * (1 - kLookingShare));
+      if (write && report_.refused > 0) return;  // nothing will be stored
     }
-    return true;
   }
 
   bool Readable(const TableRow& row) {
@@ -144,13 +140,7 @@ class Run {
     return std::move(report_);
   }
 
-  bool Tell(long rows, double share) {
-    report_.stopped = progress_ && !progress_(rows, share);
-    return !report_.stopped;
-  }
-
   Connection& connection_;
-  const ImportProgress& progress_;
   std::unique_ptr<ImportTarget> target_;
   std::unique_ptr<TableReader> reader_;
   std::unique_ptr<ImportFile> file_;
@@ -173,14 +163,13 @@ ImportReport RefusingUnreadable(Work work) {
 
 }  // namespace
 
-ImportReport PreviewImport(Connection& connection, TableFiles& files, const ImportOrder& order,
-                           const ImportProgress& progress) {
-  return RefusingUnreadable([&] { return Run(connection, files, order, progress).Preview(); });
+ImportReport PreviewImport(Connection& connection, TableFiles& files, const ImportOrder& order) {
+  return RefusingUnreadable([&] { return Run(connection, files, order).Preview(); });
 }
 
 ImportReport StoreImport(Connection& connection, TableFiles& files, const ImportOrder& order,
-                         const ImportProgress& progress) {
-  return RefusingUnreadable([&] { return Run(connection, files, order, progress).Store(); });
+                         const std::function<void()>& before_commit) {
+  return RefusingUnreadable([&] { return Run(connection, files, order).Store(before_commit); });
 }
 
 }  // namespace tpv::office

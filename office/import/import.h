@@ -38,25 +38,19 @@ struct ImportReport {
   std::vector<ImportLine> lines;  // the first of those added and changed
   Refusals refusals;              // the first of them
   bool stored = false;
-  bool stopped = false;  // by the progress
-
-  long Rows() const { return added + changed + same + refused; }
 };
 
 inline constexpr std::size_t kLinesReported = 1000;
 
-// Called now and then with the rows done and the share of the work, 0 to 1; false
-// stops it, and nothing is stored.
-using ImportProgress = std::function<bool(long rows, double share)>;
-
-// What StoreImport would do; changes nothing and keeps no till waiting. Throws DatabaseError.
-ImportReport PreviewImport(Connection& connection, TableFiles& files, const ImportOrder& order,
-                           const ImportProgress& progress = {});
+// What StoreImport would do; changes nothing and keeps no till waiting. Both tell how far
+// they are as pulses, and leave the store as it was when one throws. Throws DatabaseError.
+ImportReport PreviewImport(Connection& connection, TableFiles& files, const ImportOrder& order);
 
 // Stores the file in one transaction, all of it or nothing: every line is checked in
 // it against what the store holds then. Other tills' writing waits meanwhile.
-// Throws DatabaseError, and then nothing is stored.
+// `before_commit` is called when no way leads back. Throws DatabaseError, and then
+// nothing is stored.
 ImportReport StoreImport(Connection& connection, TableFiles& files, const ImportOrder& order,
-                         const ImportProgress& progress = {});
+                         const std::function<void()>& before_commit = {});
 
 }  // namespace tpv::office

@@ -3,21 +3,25 @@
 #include "base/mask.h"
 #include "base/text.h"
 #include "platform/table_file.h"
+#include "platform/ui/long_work.h"
 
 namespace tpv::office {
 
 namespace {
 
-constexpr const char* kWaiting =
-    "Elija el fichero y mire qué cambiaría: hasta que pulse Importar no se toca nada.";
+// In the order of ImportKind: what a first file needs.
+constexpr const char* kColumns[] = {
+    "codigo, descripcion, precio_con_iva (o precio) y tipo_iva; si quiere, codigo_barras, existencias y almacen",
+    "codigo y nombre; si quiere, nif, via, poblacion y las demás que dice la ayuda (F1)",
+    "codigo y existencias; si quiere, almacen"};
 
-std::string Count(long number, const char* what) {
-  return FormatNumber(static_cast<double>(number), "#,##0") + " " + what;
+std::string Count(long number, const char* one, const char* more) {
+  return FormatNumber(static_cast<double>(number), "#,##0") + " " + (number == 1 ? one : more);
 }
 
 std::string Summary(const ImportReport& report) {
-  return Count(report.added, "nuevos") + ", " + Count(report.changed, "cambiados") + ", " +
-         Count(report.same, "iguales") + ", " + Count(report.refused, "rechazados");
+  return Count(report.added, "nuevo", "nuevos") + ", " + Count(report.changed, "cambiado", "cambiados") + ", " +
+         Count(report.same, "igual", "iguales") + ", " + Count(report.refused, "rechazado", "rechazados");
 }
 
 // What is shown of a file that has more to say.
@@ -30,6 +34,7 @@ ImportWindow::ImportWindow(Context& ctx, const Tools& tools) : Screen(ctx, "frmI
   Text1.Add(0, "Fichero CSV").columns = 50;
   Text1[0].stretch = true;
   lblResumen.stretch = true;
+  lblResumen.lines = 2;
   cboTipo.Offer(ui::Entries({"Artículos", "Clientes", "Existencias"}));
   lstFilas.layout = {{"Línea", "", 1000, ui::Align::Right}, {"Código", "", 2200}, {"Qué pasa", "", 1600},
                      {"Detalle", "", 7000}};
@@ -47,8 +52,7 @@ ImportWindow::ImportWindow(Context& ctx, const Tools& tools) : Screen(ctx, "frmI
 
 void ImportWindow::OnLoad() {
   Screen::OnLoad();
-  cmdImportar.enabled = false;
-  lblResumen.caption = kWaiting;
+  Forget();
 }
 
 void ImportWindow::Browse() {
@@ -67,19 +71,8 @@ ImportOrder ImportWindow::Order() const {
 void ImportWindow::Forget() {
   cmdImportar.enabled = false;
   lstFilas.items.clear();
-  lblResumen.caption = kWaiting;
-}
-
-// Painted once a hundredth.
-ImportProgress ImportWindow::Telling(const char* doing) {
-  return [this, doing, painted = -1](long done, double share) mutable {
-    const int percent = static_cast<int>(share * 100);
-    if (percent == painted) return true;
-    painted = percent;
-    lblResumen.caption = std::string(doing) + ": " + std::to_string(percent) + " % (" + Count(done, "filas)");
-    context().ports.ui.ProcessEvents();
-    return true;
-  };
+  lblResumen.caption = "La primera fila del fichero dice sus columnas: " + std::string(kColumns[cboTipo.index]) +
+                       ". Hasta que pulse Importar no se toca nada.";
 }
 
 void ImportWindow::Show(const ImportReport& report) {
@@ -103,8 +96,14 @@ void ImportWindow::Preview() {
   Forget();
   const ImportOrder order = Order();
   if (order.path.empty()) return Refuse("Elija el fichero que importar", &Text1[0], ui::Icon::Exclamation);
-  const ui::WaitCursor waiting(*this);
-  const ImportReport report = PreviewImport(Database(), *tools_.tables, order, Telling("Comprobando"));
+  ImportReport report;
+  const auto began = std::chrono::steady_clock::now();
+  const bool finished = Finishes(caption, [&](ui::LongWork& work) {
+    work.Stage("Mirando qué cambiaría");
+    report = PreviewImport(Database(), *tools_.tables, order);
+  });
+  if (!finished) return;
+  looking_ = std::chrono::steady_clock::now() - began;
   Show(report);
   if (report.refused > 0) {
     lblResumen.caption += ". No se importa nada mientras haya líneas rechazadas: corrija el fichero y vuelva a verlo.";
@@ -112,19 +111,30 @@ void ImportWindow::Preview() {
   }
   cmdImportar.enabled = report.added + report.changed > 0;
   if (cmdImportar.enabled) return SetFocus(cmdImportar);
-  lblResumen.caption += ". Todo está ya como en el fichero.";
+  lblResumen.caption += report.same > 0 ? ". Todo está ya como en el fichero."
+                                        : ". Detrás de la fila de las columnas no hay ninguna más.";
+}
+
+// What the other tills will notice of it: storing takes about as long as looking.
+std::string ImportWindow::Waiting() const {
+  constexpr std::chrono::seconds kPatienceOfASale{4};
+  if (looking_ < kPatienceOfASale) return "Mientras se graba, las demás cajas esperan.";
+  const auto seconds = std::chrono::ceil<std::chrono::seconds>(looking_).count();
+  return "Se tarda unos " + std::to_string(seconds) +
+         " segundos en grabar. Mientras tanto las demás cajas no pueden vender: dirán que el almacén está ocupado. Mejor "
+         "con la tienda cerrada.";
 }
 
 // Everything is checked again where it is stored.
 void ImportWindow::Import() {
-  if (!Confirm("¿Importar lo que se ve? " + lblResumen.caption +
-                   ".\r\nMientras se graba, las demás cajas esperan.",
-               ui::Icon::Question)) {
-    return;
-  }
-  const ui::WaitCursor waiting(*this);
+  if (!Confirm("¿Importar lo que se ve? " + lblResumen.caption + ".\r\n" + Waiting(), ui::Icon::Question)) return;
+  ImportReport report;
+  const bool finished = Finishes(caption, [&](ui::LongWork& work) {
+    work.Stage("Grabando");
+    report = StoreImport(Database(), *tools_.tables, Order(), [&] { work.LastStage("Terminando de grabar"); });
+  });
+  if (!finished) return Message("No se ha importado nada", ui::Icon::Information);
   cmdImportar.enabled = false;
-  const ImportReport report = StoreImport(Database(), *tools_.tables, Order(), Telling("Grabando"));
   Show(report);
   if (report.stored) return Message("Importado: " + Summary(report), ui::Icon::Information);
   Message("No se ha importado nada: el fichero o la tienda han cambiado. Vuelva a verlo", ui::Icon::Exclamation);

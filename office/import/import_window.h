@@ -2,6 +2,9 @@
 // new, changed and refused, then all of it or nothing.
 #pragma once
 
+#include <chrono>
+#include <string>
+
 #include "office/import/import.h"
 #include "office/tools.h"
 #include "screen/screen.h"
@@ -18,14 +21,14 @@ class ImportWindow : public Screen {
  private:
   void Browse();
   ImportOrder Order() const;
-  ImportProgress Telling(const char* doing);
   void Preview();
   void Import();
   void Show(const ImportReport& report);
   void Forget();
+  std::string Waiting() const;
 
   const Tools& tools_;
-  ImportReport report_;  // of the last preview
+  std::chrono::steady_clock::duration looking_{};  // how long the last preview took
 
   ui::TextBoxes Text1{*this, "Text1"};
   ui::ComboBox cboTipo{*this, "cboTipo", "Qué trae"};
