@@ -26,6 +26,7 @@ bool IsCount(const std::string& value) {
 }
 bool IsYesOrNo(const std::string& value) { return value == "yes" || value == "no"; }
 bool IsFile(const std::string& value) { return value.starts_with('/'); }
+bool IsAddress(const std::string& value) { return value.find('@') != std::string::npos; }
 bool IsHttps(const std::string& value) { return value.starts_with("https://"); }
 bool IsSecurity(const std::string& value) {
   return value == "none" || value == "starttls" || value == "tls";
@@ -84,9 +85,9 @@ constexpr Known kKnown[] = {
     {"Mail", "Security", IsSecurity, "none, starttls o tls"},
     {"Mail", "User", IsAnything, "el usuario"},
     {"Mail", "Password", IsAnything, "la contraseña"},
-    {"Mail", "From", IsAnything, "la dirección del remitente"},
-    {"Mail", "CaFile", IsAnything, "el certificado de quien responde por el servidor"},
-    {"Mail", "Support", IsAnything, "la dirección de soporte"},
+    {"Mail", "From", IsAddress, "la dirección del remitente: caja@tienda.es"},
+    {"Mail", "CaFile", IsFile, "el fichero del certificado de quien responde por el servidor: /ruta"},
+    {"Mail", "Support", IsAddress, "la dirección de soporte: soporte@empresa.es"},
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "adapters/files/private_files.h"
+#include "base/text.h"
 #include "host/chosen_store.h"
 #include "host/demo/demonstration.h"
 #include "host/shops.h"
@@ -22,10 +23,26 @@ StorePlace PlaceOf(const std::string& typed) {
   return {false, fs::absolute(ExpandHome(typed)).lexically_normal().string()};
 }
 
+// Nobody finds again what lies in the folder that the program happened to start in.
+std::string PlaceFault(const std::string& typed) {
+  if (IsServerStore(typed)) {
+    return Trim(typed.substr(kServerStore.size())).empty() ? "falta la conexión con el servidor detrás de odbc:" : "";
+  }
+  if (!typed.starts_with('/') && !typed.starts_with("~/")) {
+    return "se espera un fichero con su carpeta, como ~/tienda.db, o una conexión, como odbc:Tienda";
+  }
+  std::error_code ignored;
+  if (!fs::path(typed).has_filename() || fs::is_directory(PlaceOf(typed).name, ignored)) {
+    return "«" + typed + "» es una carpeta: escriba también el nombre del fichero";
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string CreateShop(ui::FrontEnd& front_end, const Clock& clock) {
   const auto make = [&](const std::string& typed, const office::ShopSetup& setup) {
+    if (const std::string fault = PlaceFault(typed); !fault.empty()) return office::Refusals{{0, "", fault}};
     const StorePlace place = PlaceOf(typed);
     if (!place.server) MakePrivateFolder(fs::path(place.name).parent_path().string());
     return StoreNewShop(place, setup, clock);

@@ -78,6 +78,16 @@ constexpr const char* kDrawer = "Till.DrawerMethod";
 constexpr const char* kSecurity = "Mail.Security";
 constexpr const char* kDefault = "Paper.Default";
 
+// Why a list is not what the operator means; "" when it is.
+std::string ListFault(const office::ListEditor& list) {
+  for (const auto& row : list.Get()) {
+    const auto said = [](const std::string& cell) { return !cell.empty(); };
+    if (std::any_of(row.begin() + 1, row.end(), said)) continue;
+    return "de «" + row.front() + "» falta lo demás: escríbalo y pulse Cambiar, o quítelo de la lista";
+  }
+  return list.Unadded();
+}
+
 std::string NameOf(const char* section, const std::string& key) { return std::string(section) + "." + key; }
 
 }  // namespace
@@ -210,10 +220,11 @@ void SettingsWindow::AddListChanges(const char* section, const office::ListEdito
     if (!row.at(column).empty()) wanted[row.at(0)] = row.at(column);
   }
   for (const std::string& key : ports_.settings.Keys(kTpv, section)) {
-    if (!wanted.contains(key)) changes.push_back({NameOf(section, key), "", control});
+    if (!wanted.contains(key)) changes.push_back({NameOf(section, key), "", control, ""});
   }
   for (const auto& [key, value] : wanted) {
-    if (ports_.settings.Read(kTpv, section, key) != value) changes.push_back({NameOf(section, key), value, control});
+    if (ports_.settings.Read(kTpv, section, key) == value) continue;
+    changes.push_back({NameOf(section, key), value, control, list.Label() + " «" + key + "»"});
   }
 }
 
@@ -222,7 +233,7 @@ std::vector<SettingsWindow::Change> SettingsWindow::Changes() const {
   for (const auto& [setting, control] : controls_) {
     const std::string typed = Typed(setting);
     const bool kept = control == &Text1[kPassword] && typed.empty();
-    if (!kept && typed != ReadSetting(ports_.settings, setting)) changes.push_back({setting, typed, control});
+    if (!kept && typed != ReadSetting(ports_.settings, setting)) changes.push_back({setting, typed, control, control->caption});
   }
   AddListChanges("Devices", devices_, 1, changes);
   AddListChanges("Printers", printers_, 1, changes);
@@ -240,7 +251,13 @@ bool SettingsWindow::Store() {
     const std::string fault = SettingFault(change.setting, change.value);
     if (fault.empty()) continue;
     if (first == nullptr) first = change.control;
-    text += "\r\n" + (change.control->caption.empty() ? change.setting : change.control->caption) + ": " + fault;
+    text += "\r\n" + change.label + ": " + fault;
+  }
+  for (office::ListEditor* list : {&devices_, &printers_}) {
+    const std::string fault = ListFault(*list);
+    if (fault.empty()) continue;
+    if (first == nullptr) first = &list->list();
+    text += "\r\n" + list->Label() + ": " + fault;
   }
   if (first != nullptr) {
     Tell("No se ha guardado nada:" + text, ui::Icon::Exclamation);

@@ -30,6 +30,7 @@ class SettingsWindow : public office::PagedWindow {
     std::string setting;
     std::string value;  // "" takes it away
     ui::Control* control;
+    std::string label;  // as the operator reads it
   };
 
   void DeclareFields();

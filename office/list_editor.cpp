@@ -104,13 +104,25 @@ void ListEditor::Select(std::size_t row) {
   ShowRow(list_.current_row);
 }
 
+std::string ListEditor::Unadded() const {
+  const std::vector<Cells> rows = Get();
+  if (std::find(rows.begin(), rows.end(), Typed()) != rows.end()) return {};
+  for (const auto& field : fields_) {
+    if (dynamic_cast<const ui::TextBox*>(field.get()) == nullptr || TextOf(*field).empty()) continue;
+    return "«" + TextOf(*field) + "» está escrito, pero no en la lista: pulse Añadir o Cambiar, o bórrelo";
+  }
+  return {};
+}
+
 void ListEditor::ShowRow(int row) {
   if (row < 0 || row >= static_cast<int>(list_.items.size())) return;
   const auto& cells = list_.items[static_cast<std::size_t>(row)].cells;
   for (std::size_t i = 0; i < fields_.size(); ++i) SetText(*fields_[i], cells[i]);
 }
 
+// The next one is written where the last one was.
 void ListEditor::Add() {
+  list_.form.SetFocus(*fields_.front());
   if (Typed().front().empty()) return;
   list_.items.push_back({Typed()});
   list_.current_row = static_cast<int>(list_.items.size()) - 1;

@@ -24,6 +24,7 @@ class ListEditor {
   // For the layout, top to bottom.
   std::vector<std::vector<ui::Control*>> Rows();
   ui::Control& list() { return list_; }
+  const std::string& Label() const { return list_.layout.front().caption; }
   using Cells = std::vector<std::string>;
   void Set(std::vector<Cells> rows);
   // What is typed and was not added counts for a list that would be empty.
@@ -32,6 +33,9 @@ class ListEditor {
   void SetJoined(const std::vector<std::string>& rows);
   std::vector<std::string> GetJoined() const;
   void Select(std::size_t row);
+  // Why the list is not what the operator means: something is typed that no row holds.
+  // "" when nothing is.
+  std::string Unadded() const;
 
  private:
   std::vector<std::string> Typed() const;

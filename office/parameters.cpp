@@ -112,9 +112,8 @@ void ParametersForm::Check() {
 }
 
 void ParametersForm::CheckShop() const {
-  if (IsChanged("Par_Doc") && !TaxNumber(Plain("Par_Doc"))) {
-    throw FieldFault("Par_Doc", "no es un NIF, NIE o CIF: la letra o la cifra de control no corresponde");
-  }
+  const std::string fault = IsChanged("Par_Doc") ? TaxNumberFault(Plain("Par_Doc")) : std::string();
+  if (!fault.empty()) throw FieldFault("Par_Doc", fault);
   const std::string post_code = Plain("Par_Cp");
   const bool five_digits = post_code.size() == 5 && AreDigits(post_code);
   if (IsChanged("Par_Cp") && !five_digits) throw FieldFault("Par_Cp", "se esperan cinco cifras");

@@ -17,7 +17,16 @@ class Check {
   explicit Check(Refusals& refusals) : refusals_(refusals) {}
 
   void That(bool right, const char* field, const std::string& reason) {
-    if (!right) refusals_.push_back({0, field, reason});
+    if (!right) refusals_.push_back({entry_, field, reason});
+  }
+  // What is refused of an entry says which one it is.
+  template <typename Entries, typename CheckEntry>
+  void Each(const Entries& entries, CheckEntry check) {
+    for (const auto& entry : entries) {
+      ++entry_;
+      check(entry);
+    }
+    entry_ = 0;
   }
   // As long as its column takes.
   void Text(const std::string& value, const char* field, const char* table, const char* column) {
@@ -38,6 +47,7 @@ class Check {
 
  private:
   Refusals& refusals_;
+  long entry_ = 0;
 };
 
 bool AreDigits(const std::string& text) {
@@ -46,8 +56,8 @@ bool AreDigits(const std::string& text) {
 
 void CheckIdentity(Check& check, const ShopSetup& setup) {
   check.Needed(setup.name, "tienda.nombre", "Parametros", "Par_Nombre");
-  check.That(TaxNumber(setup.tax_number).has_value(), "tienda.nif",
-             "no es un NIF, NIE o CIF: la letra o la cifra de control no corresponde");
+  const std::string tax_number_fault = TaxNumberFault(setup.tax_number);
+  check.That(tax_number_fault.empty(), "tienda.nif", tax_number_fault);
   check.Text(setup.street_type, "tienda.tipo_via", "Parametros", "Par_Sg");
   check.Needed(setup.street, "tienda.via", "Parametros", "Par_NombreVia");
   check.That(setup.post_code.size() == 5 && AreDigits(setup.post_code), "tienda.codigo_postal",
@@ -79,34 +89,33 @@ void CheckPeople(Check& check, const ShopSetup& setup) {
   check.Needed(setup.counter_customer, "clientes.contado", "Cli", "CLI_NOM");
   check.That(!setup.sellers.empty(), "vendedores.vendedor",
              "falta: hace falta un vendedor al menos");
-  for (const std::string& seller : setup.sellers) {
+  check.Each(setup.sellers, [&](const std::string& seller) {
     check.Needed(seller, "vendedores.vendedor", "Age", "Age_NOM");
-  }
+  });
   check.That(!setup.payment_methods.empty(), "formas_de_pago.forma",
              "falta: hace falta una forma de pago al menos");
-  for (const PaymentMethod& method : setup.payment_methods) {
+  check.Each(setup.payment_methods, [&](const PaymentMethod& method) {
     check.Needed(method.name, "formas_de_pago.forma", "Fco", "Fco_Des");
     const bool dated =
         !method.days.empty() && std::all_of(method.days.begin(), method.days.end(),
                                             [](int days) { return days >= 0 && days <= 3650; });
     check.That(dated, "formas_de_pago.forma", "los días van de 0 a 3650");
-  }
-  for (const std::string& bank : setup.banks) {
-    check.Needed(bank, "formas_de_pago.banco", "BANCOS", "Ban_CCC");
-  }
+  });
+  check.Each(setup.banks,
+             [&](const std::string& bank) { check.Needed(bank, "formas_de_pago.banco", "BANCOS", "Ban_CCC"); });
 }
 
 void CheckTaxes(Check& check, const ShopSetup& setup) {
   check.That(!setup.tax_rates.empty(), "iva.tipo", "falta: hace falta un tipo de IVA al menos");
   std::set<std::pair<int, DateTime>> known;
-  for (const TaxRate& rate : setup.tax_rates) {
+  check.Each(setup.tax_rates, [&](const TaxRate& rate) {
     check.Between(rate.kind, 1, 99, "iva.tipo");
     check.That(rate.rate >= 0 && rate.rate <= 100 && rate.surcharge >= 0 && rate.surcharge <= 100,
                "iva.tipo", "los porcentajes van de 0 a 100");
     check.That(IsValid(rate.from), "iva.tipo", "la fecha no existe");
     check.That(known.insert({rate.kind, rate.from}).second, "iva.tipo",
                "el tipo " + std::to_string(rate.kind) + " está dos veces desde la misma fecha");
-  }
+  });
 }
 
 }  // namespace

@@ -142,15 +142,16 @@ ShopFile ReadShopFile(std::string_view text) { return ReadShop(ReadIni(text)); }
 
 ShopFile ReadShop(const Ini& ini) {
   ShopFile file{{}, ini.refusals};
-  std::map<std::string, long> lines;
+  std::map<std::string, std::vector<long>> lines;
   for (const IniEntry& entry : ini.entries) {
     const auto key = Keys().find(entry.key);
-    const bool first = lines.emplace(entry.key, entry.line).second;
+    lines[entry.key].push_back(entry.line);
+    const bool first = lines[entry.key].size() == 1;
     std::string reason;
     if (key == Keys().end()) {
       reason = "clave desconocida";
     } else if (!first && !IsList(entry.key)) {
-      reason = "ya estaba en la línea " + std::to_string(lines[entry.key]);
+      reason = "ya estaba en la línea " + std::to_string(lines[entry.key].front());
     } else {
       if (first) EmptyList(file.setup, entry.key);
       reason = key->second(file.setup, entry.value);
@@ -160,8 +161,9 @@ ShopFile ReadShop(const Ini& ini) {
   if (file.refusals.empty()) {
     file.refusals = CheckShop(file.setup);
     for (Refusal& refusal : file.refusals) {
-      const auto line = lines.find(refusal.field);
-      if (line != lines.end()) refusal.line = line->second;
+      const auto found = lines.find(refusal.field);
+      const auto entry = static_cast<std::size_t>(std::max(refusal.line - 1, 0L));
+      refusal.line = found == lines.end() ? 0 : found->second.at(entry);
     }
   }
   std::stable_sort(

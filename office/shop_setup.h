@@ -70,7 +70,8 @@ struct ShopSetup {
   std::vector<TaxRate> tax_rates = TaxRatesInForce();  // iva.tipo
 };
 
-// All that is wrong with it; nothing for a shop that can begin.
+// All that is wrong with it; nothing for a shop that can begin. The line of a refusal is
+// which entry of its list it is about, from 1.
 Refusals CheckShop(const ShopSetup& setup);
 
 // Fills a store without rows in the caller's transaction. CheckShop accepts the set-up.

@@ -151,7 +151,7 @@ void ShopWindow::DeclarePages() {
   AddPage("&3 Vendedores").Rows(with({{&Text1[kCounter]}}, sellers_));
   AddPage("&4 Formas de pago").Rows(with(methods_.Rows(), banks_));
   AddPage("&5 IVA").Rows(taxes_.Rows());
-  LayOutPages({&cmdAceptar, &cmdCancelar});
+  LayOutPages({&cmdAceptar, &cmdCancelar, &lblFalta});
   cmdAceptar.emphasis = ui::Emphasis::Strong;
 }
 
@@ -208,6 +208,13 @@ void ShopWindow::TellRefusals(const Refusals& refusals) {
 void ShopWindow::Accept() {
   const ShopFile shop = ReadShop(Typed());
   Refusals refusals = shop.refusals;
+  const std::pair<const char*, const ListEditor*> lists[] = {{"vendedores.vendedor", &sellers_},
+                                                             {"formas_de_pago.forma", &methods_},
+                                                             {"formas_de_pago.banco", &banks_},
+                                                             {"iva.tipo", &taxes_}};
+  for (const auto& [key, list] : lists) {
+    if (const std::string reason = list->Unadded(); !reason.empty()) refusals.push_back({0, key, reason});
+  }
   const std::string place = Trim(Text1[kPlace].text);
   if (place.empty()) refusals.push_back({0, "", "falta"});
   try {

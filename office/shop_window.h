@@ -52,6 +52,7 @@ class ShopWindow : public PagedWindow {
   ui::Button cmdBuscar{*this, "cmdBuscar", "&Buscar…"};
   ui::Button cmdAceptar{*this, "cmdAceptar", "&Crear la tienda"};
   ui::Button cmdCancelar{*this, "cmdCancelar", "C&ancelar"};
+  ui::Label lblFalta{*this, "lblFalta", "Hacen falta los datos de 1 y un vendedor en 3: lo demás ya vale para empezar."};
   // Which control has what shop.ini calls so.
   std::map<std::string, ui::Control*> controls_;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/text.h"
+
 namespace tpv::office {
 
 namespace {
@@ -51,6 +53,12 @@ std::optional<std::string> TaxNumber(std::string_view text) {
   }
   if (number.size() != 9 || !(IsPerson(number) || IsCompany(number))) return std::nullopt;
   return number;
+}
+
+std::string TaxNumberFault(std::string_view text) {
+  if (Trim(text).empty()) return "falta";
+  if (TaxNumber(text)) return {};
+  return "no es un NIF (12345678Z), un NIE (X1234567L) ni un CIF (A12345674): la letra o la cifra de control no corresponde";
 }
 
 }  // namespace tpv::office

@@ -94,15 +94,16 @@ TEST(ShopFile, EveryWrongLineIsNamed) {
   EXPECT_EQ(Lines(ReadShopFile(
                       "[tienda]\nnombre = " + std::string(101, 'x') +
                       "\nnif = B30123452\nvia = Mayor\ncodigo_postal = 3001\n[cajon]\nmetodo = 1\n"
-                      "[vendedores]\nvendedor = Ana\n[tickets]\nserie = LARGAS\n")
+                      "[vendedores]\nvendedor = Ana\nvendedor =\n[tickets]\nserie = LARGAS\n")
                       .refusals),
             "tienda.poblacion: falta\n"
             "cajon.codigos: se esperan números de 0 a 255 separados por comas: 27,112,0,25,250\n"
             "Línea 2, tienda.nombre: caben 100 caracteres\n"
-            "Línea 3, tienda.nif: no es un NIF, NIE o CIF: la letra o la cifra de control no "
-            "corresponde\n"
+            "Línea 3, tienda.nif: no es un NIF (12345678Z), un NIE (X1234567L) ni un CIF (A12345674): la letra o la "
+            "cifra de control no corresponde\n"
             "Línea 5, tienda.codigo_postal: se esperan cinco cifras\n"
-            "Línea 11, tickets.serie: caben 5 caracteres\n");
+            "Línea 10, vendedores.vendedor: falta\n"
+            "Línea 12, tickets.serie: caben 5 caracteres\n");
 }
 
 TEST(ShopSetup, IsStoredWholeOrNotAtAll) {

@@ -63,7 +63,7 @@ void PriceScreen::OnLoad() {
 std::optional<PriceRule> PriceScreen::Rule() {
   const auto percent = ParseNumber(Trim(Text1[kPercent].text));
   if (!percent || *percent < kLeastPercent || *percent > kMostPercent) {
-    Refuse("% de cambio: se admite de " + ToSpanish(kLeastPercent) + " a " + ToSpanish(kMostPercent),
+    Refuse("% de cambio: " + std::string(percent ? "" : "no es un número; ") + "se admite de " + ToSpanish(kLeastPercent) + " a " + ToSpanish(kMostPercent),
            &Text1[kPercent], ui::Icon::Exclamation, "Atención");
     return std::nullopt;
   }
