@@ -4,8 +4,11 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstring>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -31,7 +34,24 @@ SQLRETURN Lock(SQLHSTMT statement) {
   return Run(statement, locked ? "SELECT 0 AS resultado" : "SELECT -1 AS resultado");
 }
 
+std::atomic<bool> cancelled = false;
+
+// Three tenths of a second, or until another thread cancels it.
+SQLRETURN Delay(SQLHSTMT statement) {
+  cancelled = false;
+  for (int step = 0; step < 30; ++step) {
+    if (cancelled) return Run(statement, "cancelled");  // an error
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return Run(statement, "SELECT 1 AS hecho");
+}
+
 }  // namespace
+
+extern "C" SQLRETURN SQLCancel(SQLHSTMT) {
+  cancelled = true;
+  return SQL_SUCCESS;
+}
 
 extern "C" SQLRETURN SQLGetInfo(SQLHDBC connection, SQLUSMALLINT what, SQLPOINTER answer, SQLSMALLINT room,
                                 SQLSMALLINT* length) {
@@ -45,6 +65,7 @@ extern "C" SQLRETURN SQLExecDirect(SQLHSTMT statement, SQLCHAR* text, SQLINTEGER
   if (Holds(sql, "sp_getapplock")) return Lock(statement);
   if (sql.starts_with("SET ")) return Run(statement, "SELECT 1");
   if (Holds(sql, "CAST('02/03/2026'")) return Run(statement, "SELECT 2 AS dia");
+  if (Holds(sql, "WAITFOR")) return Delay(statement);
   if (Holds(sql, "@@VERSION")) return Run(statement, "SELECT 'Babelfish for PostgreSQL' AS version");
   if (Holds(sql, "INFORMATION_SCHEMA")) return Run(statement, "SELECT name AS TABLE_NAME FROM sqlite_master");
   if (Holds(sql, "XACT_STATE")) return Run(statement, "SELECT 1 AS abierta");

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "adapters/odbc/beside.h"
 #include "adapters/odbc/encryption.h"
 #include "base/text.h"
 
@@ -110,12 +111,25 @@ void Link::Check(SQLRETURN result, SQLSMALLINT kind, SQLHANDLE handle) {
   Fail(reports);
 }
 
-StatementHandle Link::Execute(std::string_view sql) {
+// One that was given up counts as failed: the server may have ended its transaction.
+SQLRETURN Link::Send(const StatementHandle& statement, std::string_view sql, Waiting waiting) {
+  const auto send = [&] {
+    return SQLExecDirect(statement.get(), Characters(sql), static_cast<SQLINTEGER>(sql.size()));
+  };
+  if (waiting == Waiting::Silent) return send();
+  try {
+    return RunBeside(statement.get(), send);
+  } catch (...) {
+    failed_ = true;
+    throw;
+  }
+}
+
+StatementHandle Link::Execute(std::string_view sql, Waiting waiting) {
   MeetFault(Call::Execute, Moment::Before, sql);
   StatementHandle statement(connection_.get());
   SQLSetStmtAttr(statement.get(), SQL_ATTR_QUERY_TIMEOUT, Number(limits_.query_seconds), 0);
-  const SQLRETURN result =
-      SQLExecDirect(statement.get(), Characters(sql), static_cast<SQLINTEGER>(sql.size()));
+  const SQLRETURN result = Send(statement, sql, waiting);
   // SQL_NO_DATA: an update that touched no row.
   if (result != SQL_NO_DATA) Check(result, SQL_HANDLE_STMT, statement.get());
   if (!SkipToRows(statement)) statement = {};

@@ -27,8 +27,9 @@ class Link {
   Link& operator=(const Link&) = delete;
 
   // Runs one statement up to its first result with rows; without one, to its
-  // end, and the handle is empty.
-  StatementHandle Execute(std::string_view sql);
+  // end, and the handle is empty. One that pulses while it runs may be given up.
+  enum class Waiting { Silent, Pulsing };
+  StatementHandle Execute(std::string_view sql, Waiting waiting = Waiting::Silent);
   // The next row; false behind the last, when later results held no error.
   bool Fetch(StatementHandle& statement);
   void Run(std::string_view sql) { Execute(sql); }
@@ -46,6 +47,7 @@ class Link {
   void MeetFault(Call call, Moment moment, std::string_view sql = {});
   [[noreturn]] void Fail(const std::vector<Report>& reports);
   void NoticeLoss();
+  SQLRETURN Send(const StatementHandle& statement, std::string_view sql, Waiting waiting);
   bool NextResult(StatementHandle& statement);
   bool SkipToRows(StatementHandle& statement);
   void FindOutServer();

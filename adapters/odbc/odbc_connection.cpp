@@ -124,9 +124,10 @@ auto OdbcConnection::OnceMore(Work work) {
   return work();
 }
 
-std::unique_ptr<Recordset> OdbcConnection::Run(std::string_view sql) {
+std::unique_ptr<Recordset> OdbcConnection::Run(std::string_view sql, bool pulsing) {
   const std::string with_blanks = open_server_ ? odbc::WithBlanksBehindNumbers(sql) : std::string();
-  auto reader = std::make_unique<odbc::RowReader>(*link_, link_->Execute(open_server_ ? with_blanks : sql));
+  const auto waiting = pulsing ? odbc::Link::Waiting::Pulsing : odbc::Link::Waiting::Silent;
+  auto reader = std::make_unique<odbc::RowReader>(*link_, link_->Execute(open_server_ ? with_blanks : sql, waiting));
   return std::make_unique<odbc::OdbcRecordset>(std::move(reader), *active_);
 }
 
@@ -140,11 +141,11 @@ std::unique_ptr<Recordset> OdbcConnection::Execute(std::string_view sql) {
   ReadAhead();
   if (state_ != State::None) {
     RequireTransaction();
-    return Run(sql);
+    return Run(sql, true);
   }
-  if (OnlyReads(sql)) return OnceMore([&] { return Run(sql); });
+  if (OnlyReads(sql)) return OnceMore([&] { return Run(sql, true); });
   // A write whose answer is lost must not be sent again, so the session is
-  // tried with something harmless first.
+  // tried with something harmless first. Nor can it be given up: it is stored at once.
   OnceMore([this] { return First("SELECT 1 AS vivo"); });
   return Run(sql);
 }

@@ -67,7 +67,7 @@ class OdbcConnection : public Connection {
   void Probe();
   template <typename Work>
   auto OnceMore(Work work);
-  std::unique_ptr<Recordset> Run(std::string_view sql);
+  std::unique_ptr<Recordset> Run(std::string_view sql, bool pulsing = false);
   std::optional<Variant> First(std::string_view sql);
   void Begin(const std::vector<std::string>& mark);
   void Undo();

@@ -9,6 +9,8 @@ thread_local PulseListener* listener = nullptr;
 PulseListener::PulseListener() : before_(listener) { listener = this; }
 PulseListener::~PulseListener() { listener = before_; }
 
+bool IsPulseHeard() { return listener != nullptr; }
+
 void Pulse(double share) {
   if (listener != nullptr) listener->OnPulse(share);
 }

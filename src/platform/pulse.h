@@ -24,6 +24,9 @@ class PulseListener {
   PulseListener* before_;
 };
 
+// Whether anybody hears this thread's.
+bool IsPulseHeard();
+
 // Costs nothing where nobody listens. Throws what the listener throws.
 void Pulse(double share = -1);
 
