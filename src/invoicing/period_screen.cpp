@@ -135,9 +135,7 @@ std::string FrmTpvFacturas::StoreAndIssue(Object& invoicing, TicketInvoice invoi
   const IssuedInvoice issued = IssueInvoice(invoicing);
   const std::string reference = InvoiceReference(invoicing);
   if (!issued.error.empty()) return issued.error + "\r\nFactura " + reference;
-  context().ports.ui.Notify({"La factura " + reference + (issued.file.empty() ? " se ha enviado a la impresora"
-                                                                              : " está en " + issued.file),
-                             {}});
+  context().ports.ui.Notify({PaperNotice(reference, issued), {}});
   return {};
 }
 

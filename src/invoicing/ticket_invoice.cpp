@@ -196,4 +196,8 @@ IssuedInvoice IssueInvoice(Object& invoicing) {
   }
 }
 
+std::string PaperNotice(const std::string& reference, const IssuedInvoice& issued) {
+  return "La factura " + reference + (issued.file.empty() ? " se ha enviado a la impresora" : " está en " + issued.file);
+}
+
 }  // namespace tpv

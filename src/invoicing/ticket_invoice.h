@@ -90,6 +90,8 @@ struct IssuedInvoice {
 
 // Prints the stored invoice.
 IssuedInvoice IssueInvoice(Object& invoicing);
+// Where the paper of an invoice went, for the operator.
+std::string PaperNotice(const std::string& reference, const IssuedInvoice& issued);
 
 inline constexpr const char* kInvoiceFailed = "Error generando factura, proceso cancelado";
 

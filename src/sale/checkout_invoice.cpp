@@ -46,8 +46,10 @@ void FrmTpv1::Issue(const TicketInvoice& invoice) {
   if (invoiced) invoice_ = InvoiceReference(*invoicing);
   Complete();
   if (!invoiced) return;
-  const std::string error = IssueInvoice(*invoicing).error;
-  if (!error.empty()) Refuse(error, nullptr, Icon::Critical);
+  const IssuedInvoice issued = IssueInvoice(*invoicing);
+  if (!issued.error.empty()) return Refuse(issued.error, nullptr, Icon::Critical);
+  // From a printer it comes out before the customer's eyes.
+  if (!issued.file.empty()) context().ports.ui.Notify({PaperNotice(invoice_, issued), {}});
 }
 
 // It was taken although the store did not say so; with an invoice if there is one.
