@@ -129,7 +129,8 @@ void ListEditor::Add() {
 }
 
 void ListEditor::Change() {
-  if (list_.current_row >= 0) list_.items.at(static_cast<std::size_t>(list_.current_row)).cells = Typed();
+  if (list_.current_row < 0) return;
+  list_.items.Alter(static_cast<std::size_t>(list_.current_row), [this](ui::ListItem& row) { row.cells = Typed(); });
 }
 
 void ListEditor::Remove() {

@@ -7,12 +7,6 @@ namespace tpv::qt {
 
 namespace {
 
-bool Same(const ui::GridColumn& left, const ui::GridColumn& right) {
-  return left.caption == right.caption && left.width == right.width &&
-         left.align == right.align && left.hidden == right.hidden &&
-         left.cell_button == right.cell_button;
-}
-
 Qt::Alignment AlignmentOf(ui::Align align) {
   if (align == ui::Align::Right) return Qt::AlignRight | Qt::AlignVCenter;
   return (align == ui::Align::Centre ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter;
@@ -25,7 +19,7 @@ RowsModel::RowsModel(const RowSource& source, QObject* parent)
 
 bool RowsModel::Update() {
   const auto& now = source_.Columns();
-  if (!std::equal(now.begin(), now.end(), columns_.begin(), columns_.end(), Same)) {
+  if (now != columns_) {
     beginResetModel();
     columns_ = now;
     rows_ = source_.Count();
@@ -43,6 +37,14 @@ bool RowsModel::Update() {
     endRemoveRows();
   }
   return false;
+}
+
+// Cell by cell: a view paints all it shows when it hears of several at once.
+void RowsModel::Tell(int row) {
+  for (int column = 0; column < columnCount(); ++column) {
+    const QModelIndex cell = index(row, column);
+    emit dataChanged(cell, cell);
+  }
 }
 
 bool RowsModel::HasButton(int column) const {

@@ -21,6 +21,7 @@ class RowSource {
   int Count() const { return list_.ShownCount(); }
   int CurrentRow() const { return list_.PlaceOf(list_.current_row); }
   const std::vector<ui::GridColumn>& Columns() const { return list_.layout; }
+  std::pair<std::uint64_t, std::uint64_t> Stamp() const { return list_.Stamp(); }
   std::string Cell(int row, int column) const { return list_.Cell(list_.RowAt(row), column); }
   bool HasChecks() const { return items_ != nullptr && items_->check_boxes; }
   bool Checked(int row) const {
@@ -39,8 +40,11 @@ class RowsModel : public QAbstractTableModel {
  public:
   RowsModel(const RowSource& source, QObject* parent);
 
-  // Takes over how many rows there are now; true when columns changed as well.
+  // Takes over how many rows there are now; true when columns changed as well. Rows come
+  // and go at the end, as all are read where they stand; see Tell.
   bool Update();
+  // A row shows something else.
+  void Tell(int row);
   bool HasButton(int column) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -19,11 +19,16 @@ class Table : public TillTable {
  public:
   using TillTable::TillTable;
   std::function<void()> resized;
+  std::function<void()> painted;
 
  protected:
   void resizeEvent(QResizeEvent* event) override {
     QTableView::resizeEvent(event);
     if (resized) resized();
+  }
+  void paintEvent(QPaintEvent* event) override {
+    QTableView::paintEvent(event);
+    if (painted) painted();
   }
   void focusInEvent(QFocusEvent* event) override {
     QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
@@ -51,6 +56,10 @@ RowsView::RowsView(ui::List& shown, Surroundings around)
   static_cast<Table*>(table_)->resized = [this] {
     if (table_->viewport()->width() != room_) SetWidths();
   };
+  // Painted in the middle of an event, while rows are read again: seen half changed.
+  static_cast<Table*>(table_)->painted = [this] {
+    if (seen_ && (seen_->stamp != source_.Stamp() || seen_->read_only != source_.ReadOnly())) seen_.reset();
+  };
   own_widths_ = actions_.Memory().ColumnsOf(Key());
   table_->setModel(model_);
   table_->setItemDelegate(new CellDelegate(*table_, *table_));
@@ -59,6 +68,7 @@ RowsView::RowsView(ui::List& shown, Surroundings around)
 // The table goes with its window, after this; it must not ask for rows any more.
 RowsView::~RowsView() {
   static_cast<Table*>(table_)->resized = nullptr;
+  static_cast<Table*>(table_)->painted = nullptr;
   table_->setModel(nullptr);
 }
 
@@ -69,14 +79,12 @@ void RowsView::Sync() {
   SyncOrder();
   const int before = model_->rowCount();
   const bool other_columns = model_->Update();
+  if (other_columns) seen_.reset();
   if (other_columns || (before == 0 && model_->rowCount() > 0)) SetWidths();
   SyncCurrentRow();
   const bool other_rows = before != model_->rowCount();
   if (other_rows && table_->currentIndex().isValid()) table_->scrollTo(table_->currentIndex());
-  std::string now = PaintedText();
-  if (now == painted_) return;
-  painted_ = std::move(now);
-  table_->viewport()->update();
+  TellWhatChanged();
 }
 
 void RowsView::SyncOrder() {
@@ -97,19 +105,34 @@ void RowsView::SyncCurrentRow() {
   }
 }
 
-// Everything that the visible rows show, marks included.
-std::string RowsView::PaintedText() const {
-  const int first = std::max(table_->rowAt(0), 0);
+// Rows that came into sight since are told as changed.
+void RowsView::TellWhatChanged() {
   const int last = table_->rowAt(table_->viewport()->height() - 1);
-  const int end = last < 0 ? source_.Count() : last + 1;
-  std::string text;
-  for (int row = first; row < std::min(end, source_.Count()); ++row) {
-    text += source_.Checked(row) ? '\2' : '\1';
-    for (int column = 0; column < model_->columnCount(); ++column) {
-      if (!source_.Columns()[column].hidden) text += source_.Cell(row, column) + '\1';
-    }
+  const int end = last < 0 ? source_.Count() : std::min(last + 1, source_.Count());
+  RowsInSight now{source_.Stamp(), source_.ReadOnly(), std::clamp(table_->rowAt(0), 0, end), {}};
+  const int count = end - now.first;
+  if (seen_ && seen_->stamp == now.stamp && seen_->read_only == now.read_only && seen_->first == now.first &&
+      static_cast<int>(seen_->texts.size()) == count) {
+    return;
   }
-  return text + (source_.ReadOnly() ? 'r' : 'w');
+  const bool all = !seen_ || seen_->read_only != now.read_only;
+  if (all) table_->viewport()->update();
+  for (int row = now.first; row < end; ++row) {
+    now.texts.push_back(TextOf(row));
+    if (all) continue;
+    const auto before = static_cast<std::size_t>(row - seen_->first);  // far beyond the end for one above
+    if (before >= seen_->texts.size() || seen_->texts[before] != now.texts.back()) model_->Tell(row);
+  }
+  seen_ = std::move(now);
+}
+
+// All that a row shows, its mark included.
+std::string RowsView::TextOf(int row) const {
+  std::string text(1, source_.Checked(row) ? '\2' : '\1');
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    if (!source_.Columns()[column].hidden) text += source_.Cell(row, column) + '\1';
+  }
+  return text;
 }
 
 QModelIndex RowsView::Visible(int row) const {

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QTableView>
+#include <optional>
+#include <utility>
 
 class QMouseEvent;
 
@@ -12,6 +14,14 @@ class QMouseEvent;
 #include "adapters/qt/rows_model.h"
 
 namespace tpv::qt {
+
+// What the eye saw: rows of a stamp, from `first` on.
+struct RowsInSight {
+  std::pair<std::uint64_t, std::uint64_t> stamp;
+  bool read_only = false;
+  int first = 0;
+  std::vector<std::string> texts = {};
+};
 
 class RowsView : public ControlView {
  public:
@@ -55,7 +65,8 @@ class RowsView : public ControlView {
   void PreferOwnWidths(const std::vector<int>& columns, std::vector<ColumnNeed>& needs) const;
   std::vector<int> AllWidths() const;
   QModelIndex Visible(int row) const;
-  std::string PaintedText() const;
+  void TellWhatChanged();
+  std::string TextOf(int row) const;
 
   ui::List& list_;
   const RowSource source_;
@@ -68,7 +79,7 @@ class RowsView : public ControlView {
   int room_ = -1;                  // that the widths were last set for
   std::vector<int> own_widths_;    // the operator's, of all columns; empty for none
   std::vector<int> shown_widths_;  // as they were last set
-  std::string painted_;  // what the visible rows held when last painted
+  std::optional<RowsInSight> seen_;  // as last told to be painted; null: all is painted anew
 };
 
 }  // namespace tpv::qt

@@ -105,7 +105,7 @@ void PriceScreen::ForgetPlan() {
 
 void PriceScreen::Tick(int row) {
   const auto at = static_cast<std::size_t>(row);
-  if (!plan_.at(at).fault.empty()) lstPrecios.items[at].checked = false;
+  if (!plan_.at(at).fault.empty()) lstPrecios.Mark(at, false);
   Count();
 }
 

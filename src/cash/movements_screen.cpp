@@ -120,8 +120,9 @@ double FrmTpvMovCaja::Change() const {
 
 void FrmTpvMovCaja::ShowSums() {
   if (Check2.checked) {
-    for (ui::ListItem& item : ListView1.items) item.checked = false;
-    for (const Share& share : Shares()) ListView1.items[share.ticket].checked = true;
+    std::vector<bool> reached(tickets_.size());
+    for (const Share& share : Shares()) reached[share.ticket] = true;
+    for (std::size_t i = 0; i < reached.size(); ++i) ListView1.Mark(i, reached[i]);
   }
   Text1[7].text = FormatNumber(Selected(), "#,##0.00");
   Text1[4].text = FormatNumber(Change(), "#,##0.00");

@@ -48,8 +48,9 @@ void Collect(std::map<std::int32_t, Sums>& by_code, const ui::Grid& grid, std::s
 
 void WeaveLines(ui::Grid& tickets, Recordset& lines) {
   auto by_ticket = RowsByTicket(tickets, lines);
+  std::vector<Row> rows = tickets.rows.Take();
   std::vector<Row> woven;
-  for (Row& ticket : tickets.rows) {
+  for (Row& ticket : rows) {
     const std::int32_t id = ticket.front().IntOr(0);
     woven.push_back(std::move(ticket));
     for (Row& line : by_ticket[id]) woven.push_back(std::move(line));

@@ -399,7 +399,7 @@ void Engine::SetCheck(ListView& list, int row, bool checked) {
   if (at < 0) throw ActionRefused(list.name + " no tiene la fila " + std::to_string(row));
   if (list.items[at].checked == checked) return;
   Run(list.form, [&] {
-    list.items[at].checked = checked;
+    list.Mark(static_cast<std::size_t>(at), checked);
     if (list.checked) list.checked(at);
   });
 }

@@ -144,13 +144,4 @@ std::vector<std::size_t> SortedBy(std::vector<std::size_t> rows, bool descending
   return rows;
 }
 
-std::size_t PrintOf(const List& list) {
-  const std::hash<std::string> hash;
-  std::size_t print = hash(list.filter) + static_cast<std::size_t>(list.sorted_by * 2 + list.descending);
-  for (int row = 0; row < list.RowCount(); ++row) {
-    print = print * 31 + hash(TextOf(list, row)) + static_cast<std::size_t>(list.IsDetail(row));
-  }
-  return print;
-}
-
 }  // namespace tpv::ui

@@ -17,7 +17,4 @@ std::vector<int> OrderOf(const List& list);
 std::vector<std::size_t> SortedBy(std::vector<std::size_t> rows, bool descending,
                                   const std::function<const Variant&(std::size_t row)>& value);
 
-// Tells what OrderOf looked at: another print, another order.
-std::size_t PrintOf(const List& list);
-
 }  // namespace tpv::ui

@@ -13,23 +13,27 @@ namespace tpv::ui {
 
 int List::RowAt(int place) const {
   if (place < 0 || place >= ShownCount()) return -1;
-  const int row = plain_ ? place : places_[static_cast<std::size_t>(place)];
+  const int row = !arranged_ ? place : places_[static_cast<std::size_t>(place)];
   return row < RowCount() ? row : -1;  // it may have gone since
 }
 
 int List::PlaceOf(int row) const {
-  if (plain_) return row >= 0 && row < RowCount() ? row : -1;
+  if (!arranged_) return row >= 0 && row < RowCount() ? row : -1;
   const auto found = std::find(places_.begin(), places_.end(), row);
   return found == places_.end() ? -1 : static_cast<int>(found - places_.begin());
 }
 
 void List::Arrange() {
-  plain_ = sorted_by < 0 && filter.empty();
-  if (plain_) return places_.clear();
-  const std::size_t print = PrintOf(*this);
-  if (!places_.empty() && print == seen_) return;
+  if (sorted_by < 0 && filter.empty()) {
+    if (arranged_) ++arrangements_;
+    arranged_.reset();
+    return places_.clear();
+  }
+  Look look{Revision(), sorted_by, descending, filter, layout};
+  if (arranged_ == look) return;
   places_ = OrderOf(*this);
-  seen_ = print;
+  ++arrangements_;
+  arranged_ = std::move(look);
 }
 
 void Grid::Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show) {

@@ -3,12 +3,15 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/variant.h"
 #include "platform/ui/control.h"
+#include "platform/ui/rows.h"
 
 namespace tpv {
 class Recordset;
@@ -24,6 +27,8 @@ struct GridColumn {
   bool hidden = false;
   bool cell_button = false;
   bool adds_up = false;  // its amounts make a sum worth printing
+
+  bool operator==(const GridColumn&) const = default;
 };
 
 // Rows stay as their screen put them, and what it does with them is about these. How the
@@ -43,6 +48,7 @@ struct List : Control {
   std::string filter;        // words that each shown row holds
 
   virtual int RowCount() const = 0;
+  virtual std::uint64_t Revision() const = 0;  // another one with every change of the rows
   virtual std::string Cell(int row, int column) const = 0;  // as displayed; "" where there is none
   virtual const Variant* Content(int /*row*/, int /*column*/) const { return nullptr; }
   // A detail of the row above it: goes where that one goes.
@@ -51,16 +57,28 @@ struct List : Control {
   virtual bool Narrows() const { return arrangeable && narrowable; }
 
   bool CanFocus() const override { return true; }
-  int ShownCount() const { return plain_ ? RowCount() : static_cast<int>(places_.size()); }
+  int ShownCount() const { return !arranged_ ? RowCount() : static_cast<int>(places_.size()); }
   int RowAt(int place) const;  // -1 for none
   int PlaceOf(int row) const;  // -1 for a row out of sight
+  // Another one whenever a row may have changed or stand elsewhere.
+  std::pair<std::uint64_t, std::uint64_t> Stamp() const { return {Revision(), arrangements_}; }
   // Finds the places of rows that may have changed.
   void Arrange();
 
  private:
+  // What an order is found for.
+  struct Look {
+    std::uint64_t revision;
+    int sorted_by;
+    bool descending;
+    std::string filter;
+    std::vector<GridColumn> layout;
+    bool operator==(const Look&) const = default;
+  };
+
   std::vector<int> places_;
-  bool plain_ = true;       // every row stands at its own
-  std::size_t seen_ = 0;    // what they were found for
+  std::optional<Look> arranged_;  // null: every row stands at its own place
+  std::uint64_t arrangements_ = 0;
 };
 
 // A grid over the rows of a record set, read whole when bound.
@@ -68,7 +86,7 @@ struct Grid : List {
   using List::List;
 
   std::vector<std::string> fields;  // column names of the statement
-  std::vector<std::vector<Variant>> rows;
+  Rows<std::vector<Variant>> rows;
   bool read_only = false;
   std::string detail_field;  // null in rows that are details of the one above; "" for none
   std::function<void(int row, int column)> cell_button;
@@ -83,6 +101,7 @@ struct Grid : List {
   const Variant& Value(int row, std::string_view field) const;
 
   int RowCount() const override { return static_cast<int>(rows.size()); }
+  std::uint64_t Revision() const override { return rows.Revision(); }
   std::string Cell(int row, int column) const override;
   const Variant* Content(int row, int column) const override;
   bool IsDetail(int row) const override;
@@ -96,17 +115,24 @@ struct ListItem {
   std::vector<std::string> cells;  // first the item's text, then its sub-items
   bool checked = false;
   std::int32_t tag = 0;
+
+  bool operator==(const ListItem&) const = default;
 };
 
 struct ListView : List {
   using List::List;
 
   bool check_boxes = false;
-  std::vector<ListItem> items;
+  Rows<ListItem> items;
   std::function<void(int row)> selected;
   std::function<void(int row)> checked;  // after the mark changed
 
+  void Mark(std::size_t row, bool on) {
+    items.Alter(row, [on](ListItem& item) { item.checked = on; });
+  }
+
   int RowCount() const override { return static_cast<int>(items.size()); }
+  std::uint64_t Revision() const override { return items.Revision(); }
   std::string Cell(int row, int column) const override;
   bool Narrows() const override { return !check_boxes && List::Narrows(); }
 };
