@@ -116,8 +116,11 @@ int Config(Machine& machine, const Words& words, std::istream& in, std::ostream&
     RemoveSetting(machine.settings, words[1]);
   } else if (is("printers", 1, 1)) {
     return ListPrinters(machine, out);
-  } else if (is("try-printer", 1, 2)) {
-    return TryPrinter(machine, words.size() == 2 ? words[1] : "", out);
+  } else if (is("try-printer", 1, 3)) {
+    Words named(words.begin() + 1, words.end());
+    const bool with_code = std::erase(named, "--qr") > 0;
+    if (named.size() > 1) throw UsageError("config try-printer [--qr] [IMPRESORA]");
+    return TryPrinter(machine, named.empty() ? "" : named[0], with_code, out);
   } else if (is("try-mail", 2, 2)) {
     if (const std::string missing = MissingMailSetting(machine.settings); !missing.empty()) {
       throw std::runtime_error("falta el ajuste " + missing + ": tpv config set " + missing);

@@ -30,7 +30,7 @@ std::string Writable(std::string store) {
 OpenShop::OpenShop(const Ports& ports, std::string store, bool in_background)
     : ports_{ports.ui,     ports.printers, ports.devices, ports.settings, ports.clock,
              ports.mailer, ports.reports,  objects_,      ports.sound,
-             nullptr,      ports.digest,   ports.sending, ports.tables},
+             nullptr,      ports.digest,   ports.tables},
       about_{Writable(std::move(store)), ""},
       connection_(OpenChosenStore(about_.store, ports.clock)),
       component_(ports_) {

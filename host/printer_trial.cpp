@@ -4,7 +4,9 @@
 #include <ostream>
 
 #include "adapters/files/setting_names.h"
+#include "fiscal/validation_code.h"
 #include "host/machine.h"
+#include "output/record_code.h"
 
 namespace tpv {
 
@@ -37,6 +39,19 @@ class Told {
   std::string text_;
 };
 
+bool MayPrintCodes(const Settings& settings, const std::string& printer) {
+  return !settings.Read(kTpv, kSquareCode, printer).empty() || !settings.Read(kTpv, "Fiscal", "Certificate").empty();
+}
+
+// As long as a ticket's, and of nobody's.
+std::string SampleUrl(const DateTime& now) {
+  fiscal::Record sample;
+  sample.issuer = "00000000T";
+  sample.document = {"PRUEBA/12345", now};
+  sample.total = 1234;
+  return fiscal::ValidationUrl(sample);
+}
+
 }  // namespace
 
 int ListPrinters(Machine& machine, std::ostream& out) {
@@ -49,11 +64,13 @@ int ListPrinters(Machine& machine, std::ostream& out) {
   return trouble.empty() ? 0 : 1;
 }
 
-void PrintTrial(Printers& printers, const Settings& settings, const Clock& clock, const std::string& printer) {
+void PrintTrial(Printers& printers, const Settings& settings, const Clock& clock, const std::string& printer,
+                bool with_code) {
   printers.SetCurrent(printer);
   const std::string table =
       settings.Read(kTpv, kCodeTable, printers.Current());
   const auto document = printers.Begin("Prueba de impresión");
+  if (with_code || MayPrintCodes(settings, printers.Current())) PrintRecordCode(*document, SampleUrl(clock.Now()));
   document->SetFont("Courier New", 9, true);
   document->PrintLine("Prueba de impresión");
   document->SetFont("Courier New", 9, false);
@@ -66,11 +83,11 @@ void PrintTrial(Printers& printers, const Settings& settings, const Clock& clock
   document->End();
 }
 
-int TryPrinter(Machine& machine, const std::string& printer, std::ostream& out) {
+int TryPrinter(Machine& machine, const std::string& printer, bool with_code, std::ostream& out) {
   std::string folder;
   Told told(machine);
   machine.printers.news.in_folder = [&folder](const std::string& path) { folder = path + "\n"; };
-  PrintTrial(machine.printers, machine.settings, machine.clock, printer);
+  PrintTrial(machine.printers, machine.settings, machine.clock, printer, with_code);
   const std::string trouble = told.Finish();
   out << folder << trouble;
   return trouble.empty() ? 0 : 1;

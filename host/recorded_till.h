@@ -51,7 +51,7 @@ class RecordedTill {
   suite::SuiteFactory objects;
   const std::unique_ptr<Digest> digest = MakeDigest();
   Ports ports{front_end, printers, devices, settings, clock, mail, reports, objects, sound, nullptr, digest.get(),
-              nullptr, &tables};
+              &tables};
   std::unique_ptr<TableFiles> files = SpreadsheetFiles();
   RecordingLabels labels;
   office::Tools tools{.tables = files.get(), .labels = &labels};

@@ -68,8 +68,7 @@ std::string Between(const char* column, const ExportOrder& order) {
 
 const std::string kTicket(kTicketReference);
 const std::string kSeller = "(SELECT Age_NOM FROM Age WHERE Age_ID = ";
-const std::string kInvoice =
-    "((case when len(Fav_Serie)>0 then Fav_Serie + '/' else '' end) + cast(Fav_Numero as varchar))";
+const std::string kInvoice(kInvoiceReference);
 
 Statement Tickets(const ExportOrder& order) {
   return {

@@ -6,7 +6,7 @@
 #include "office/articles/quick_key_list.h"
 #include "office/export_window.h"
 #include "office/fiscal/fiscal_settings.h"
-#include "office/fiscal/rejected_records.h"
+#include "office/fiscal/records_to_mend.h"
 #include "office/import/import_window.h"
 #include "office/parameters.h"
 #include "office/warehouses.h"
@@ -43,7 +43,7 @@ constexpr Entry kEntries[] = {
     {"cmdParametros", "&Parámetros", Make<ParametersForm>, "Tienda"},
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>},
     {"cmdRegistros", "Re&gistros de facturación", Make<FiscalSettings>, "Agencia Tributaria"},
-    {"cmdRechazados", "Registros rec&hazados", Make<RejectedRecords>},
+    {"cmdSubsanar", "Registros por s&ubsanar", Make<RecordsToMend>},
     {"cmdImportar", "&Importar", MakeWithTools<ImportWindow>, "Hojas de cálculo"},
     {"cmdExportar", "E&xportar", MakeWithTools<ExportWindow>},
 };

@@ -25,6 +25,7 @@ _tpv_words() {
         "Sound.Command Mail.Server Mail.Port Mail.Security Mail.User Mail.Password Mail.From" \
         "Mail.CaFile Mail.Support Windows.TypeSize Backup.Folder Backup.Keep" \
         "Fiscal.Certificate Fiscal.Key Fiscal.Password Fiscal.Seal Fiscal.CaFile Fiscal.TestServer" ;;
+    "config try-printer") echo "--qr" ;;
     "config "*) echo "list set get unset printers try-printer try-mail --help" ;;
     "help "*) echo "play store sql import export fiscal config" ;;
   esac

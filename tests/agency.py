@@ -148,7 +148,10 @@ class Agency(http.server.BaseHTTPRequestHandler):
     def do_POST(self):
         content = self.rfile.read(int(self.headers["Content-Length"]))
         with lock:
-            self.take(content)
+            quiet = self.take(content)
+        if quiet:  # whoever asks next is answered meanwhile
+            time.sleep(60)
+            self.connection.close()
 
     def take(self, content):
         verb, rest = next_order()
@@ -170,10 +173,10 @@ class Agency(http.server.BaseHTTPRequestHandler):
         whole, states = answer(message, rest if verb == "wait" else 0, orders)
         self.log(f"{report}: {' '.join(sorted(set(states)))}", errors)
         if verb == "silent":
-            time.sleep(60)
-        if verb in ("silent", "lose"):
+            return True
+        if verb == "lose":
             return self.connection.close()
-        self.send(200, whole)
+        return self.send(200, whole)
 
     def log(self, report, errors):
         with open(folder / "log", "a") as file:

@@ -1,5 +1,8 @@
 // Messages to the tax agency over TLS, and what comes of its answers.
+#include <sys/wait.h>
+
 #include <atomic>
+#include <csignal>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -14,7 +17,8 @@
 #include "fiscal/sending.h"
 #include "fiscal/sending_turn.h"
 #include "fiscal/validation_code.h"
-#include "host/fiscal_export.h"
+#include "host/fiscal_check.h"
+#include "host/fiscal_commands.h"
 #include "host/machine.h"
 #include "host/play.h"
 #include "host/store.h"
@@ -115,7 +119,7 @@ class Sending : public AgencyFixture {
       record.tax = 252;
       record.total = 1152;
     }
-    if (kind == Kind::Invoice || kind == Kind::InvoiceOfTickets) {
+    if (NamesBuyer(kind)) {
       record.buyer_name = "Ana Núñez";
       record.buyer_document = "12345678Z";
     }
@@ -162,17 +166,17 @@ class Sending : public AgencyFixture {
 TEST_F(Sending, TakesEveryKindOfRecordAndKeepsEachAnswer) {
   EXPECT_EQ(Send(), "No hay registros que enviar");
   AddTickets(1);
-  for (const Kind kind : {Kind::Invoice, Kind::InvoiceOfTickets, Kind::Return}) {
+  for (const Kind kind : {Kind::Invoice, Kind::InvoiceOfTickets, Kind::Return, Kind::InvoiceOfReturn}) {
     Add(Chained(kind, "F/" + std::to_string(static_cast<int>(kind))));
   }
   Add(Chained(Kind::Cancellation, "T/1"));
-  EXPECT_EQ(Send(), "Registros enviados: 5. Aceptados: 5");
-  EXPECT_EQ(Log(), "5 ok: Correcto\n");
+  EXPECT_EQ(Send(), "Registros enviados: 6. Aceptados: 6");
+  EXPECT_EQ(Log(), "6 ok: Correcto\n");
 
   AddTickets(3);
   Order("reject 2 El NIF no está identificado\nerrors 1\n");
   EXPECT_EQ(Send(), "Registros enviados: 3. Aceptados: 2, rechazados: 1");
-  const std::vector<Record> rejected = RejectedRecords(store.connection());
+  const std::vector<Record> rejected = RecordsToMend(store.connection());
   ASSERT_EQ(rejected.size(), 1U);
   EXPECT_EQ(rejected[0].reply.code, 1100);
   EXPECT_EQ(rejected[0].reply.text, "El NIF no está identificado");
@@ -182,9 +186,9 @@ TEST_F(Sending, TakesEveryKindOfRecordAndKeepsEachAnswer) {
   mended.refused = Refused::AndNeverHeld;
   Add(mended);
   EXPECT_EQ(Send(), "Registros enviados: 1. Aceptados: 0, aceptados con errores: 1");
-  EXPECT_EQ(States(), "111111312");
+  EXPECT_EQ(States(), "1111111312");
   EXPECT_EQ(Log(), "3 reject: Correcto Incorrecto\n1 errors: AceptadoConErrores\n");
-  EXPECT_EQ(store.Value("SELECT COUNT(*) FROM FiscalRespuestas WHERE Fir_Csv = 'A-1234'"), "9");
+  EXPECT_EQ(store.Value("SELECT COUNT(*) FROM FiscalRespuestas WHERE Fir_Csv = 'A-1234'"), "10");
 }
 
 TEST_F(Sending, ALostAnswerNeverMakesTwoOfARecord) {
@@ -227,6 +231,39 @@ TEST_F(Sending, OnlyOneTillSendsAndWaitsAsLongAsItIsAsked) {
   EXPECT_EQ(Send(), "Registros enviados: 1. Aceptados: 1");
 }
 
+TEST_F(Sending, OneProcessOfTheShopSendsAndAnotherTakesOverWhenItDies) {
+  const auto in_a_process = [&](const std::string& told) {
+    const pid_t child = ::fork();
+    if (child != 0) return child;
+    const auto own = store.Open();
+    std::ofstream(folder / told) << Told(SendOnce(*own, agency));
+    ::_exit(0);
+  };
+  for (int round = 1; round <= 3; ++round) {
+    AddTickets(20);
+    std::vector<pid_t> tills;
+    for (const char* name : {"a", "b", "c", "d"}) tills.push_back(in_a_process(name));
+    for (const pid_t till : tills) ::waitpid(till, nullptr, 0);
+    int sent = 0;
+    for (const char* name : {"a", "b", "c", "d"}) sent += folder.Text(name) == "Registros enviados: 20. Aceptados: 20";
+    EXPECT_EQ(sent, 1);
+    EXPECT_EQ(Log(), "20 ok: Correcto\n");
+  }
+  AddTickets(5);
+  Order("silent\n");
+  const pid_t dying = in_a_process("e");
+  for (int i = 0; i < 500 && !std::filesystem::exists(folder / "log"); ++i) ::usleep(20'000);
+  EXPECT_EQ(Send(When::AtOnce), "Está enviando otra caja de la tienda");
+  ::kill(dying, SIGKILL);
+  ::waitpid(dying, nullptr, 0);
+  Pass(149);
+  EXPECT_EQ(Send(), "Está enviando otra caja de la tienda");
+  Pass(2);
+  EXPECT_EQ(Send(), "Registros enviados: 5. Aceptados: 5, que la Agencia ya tenía: 5");
+  EXPECT_EQ(Log(), "5 silent: Correcto\n5 ok: Incorrecto\n");
+  EXPECT_EQ(States(), std::string(65, '1'));
+}
+
 TEST_F(Sending, FaultsAndSilenceAreTriedAgainWithGrowingPauses) {
   AddTickets(2);
   Order("fault El titular no está\nfault El titular no está\nfault El titular no está\nhtml\n");
@@ -259,7 +296,7 @@ TEST_F(Sending, ARecordThatIsRefusedWithItsMessageHoldsNobodyUp) {
   EXPECT_EQ(Send(), "Registros enviados: 2. Aceptados: 1, rechazados: 1");
   EXPECT_EQ(Send(), "Registros enviados: 2. Aceptados: 2");
   EXPECT_EQ(States(), "3111");
-  EXPECT_EQ(RejectedRecords(store.connection()).at(0).reply.text, "No cumple");
+  EXPECT_EQ(RecordsToMend(store.connection()).at(0).reply.text, "No cumple");
 }
 
 TEST_F(Sending, AThousandGoInAMessageAndNobodyWaitsWhileThereAreMore) {
@@ -297,6 +334,7 @@ TEST_F(Sending, NobodyButTheAgencyGetsRecordsAndItKnowsTheShop) {
 
 TEST_F(Sending, GoesOnBesideTheWindowsAndTellsWhatWaitsTooLong) {
   AddTickets(2);
+  store.clock().now = {2026, 11, 24, 9, 40};  // universal time: they are ten minutes old
   const auto settles = [](const std::function<bool()>& settled) {
     for (int i = 0; i < 600 && !settled(); ++i) ::usleep(50'000);
     return settled();
@@ -305,23 +343,31 @@ TEST_F(Sending, GoesOnBesideTheWindowsAndTellsWhatWaitsTooLong) {
   TestShop shop(store.connection(), store.clock());
   Ports ports{shop.front_end, shop.printers, shop.devices, settings,    store.clock(),
               shop.mailer,    shop.reports,  shop.objects, shop.sound};
-  StoreErrands errands(ports, 1, [this] { return store.Open(); });
-  EXPECT_EQ(errands.OverdueRecords(), 0);  // from now on it looks after them
+  std::optional<StoreErrands> errands(std::in_place, ports, 1, [this] { return store.Open(); });
+  EXPECT_EQ(errands->OverdueRecords(), 0);  // from now on it looks after them
   EXPECT_TRUE(settles([&] { return States() == "11"; }));
   StopAgency();
   AddTickets(3);
-  EXPECT_TRUE(settles([&] { return errands.OverdueRecords() == 3; }));
+  EXPECT_TRUE(settles([&] { return ReadTurn(store.connection())->failures == 1; }));
+  ::usleep(300'000);
+  EXPECT_EQ(errands->OverdueRecords(), 0);
+  errands.reset();
+  Pass(1);
+  errands.emplace(ports, 1, [this] { return store.Open(); });
+  EXPECT_TRUE(settles([&] { return errands->OverdueRecords() == 3; }));
   std::vector<ui::StatusItem> band;
   AddUnsentRecords(ports, band);
   EXPECT_TRUE(band.empty());
-  ports.errands = &errands;
+  ports.errands = &*errands;
   AddUnsentRecords(ports, band);
   ASSERT_EQ(band.size(), 1U);
   EXPECT_EQ(band[0].text, "3 sin enviar");
 }
 
-// A day at the till with records on: what is printed, and what an inspector gets.
+// A day at the till with records on: what is printed, what an inspector gets, what the agency says of it.
 TEST_F(AgencyFixture, ADaysCodesAreReadFromPaperAndItsMessagesAreTheSchemas) {
+  if (!MakeCertificates()) GTEST_SKIP() << "no openssl program";
+  StartAgency();
   PlayOptions day;
   day.store = folder / "tienda.db";
   day.now = DateTime{2026, 11, 24, 10, 30, 0, 0};
@@ -337,11 +383,33 @@ TEST_F(AgencyFixture, ADaysCodesAreReadFromPaperAndItsMessagesAreTheSchemas) {
     urls.push_back(ValidationUrl(record));
     if (record.kind == Kind::Invoice) invoice = urls.back();
   });
-  ASSERT_GE(urls.size(), 5U);
   EXPECT_NE(transcript.str().find("QR tributario:\n[" + invoice + "]\nFactura verificable en la sede"), std::string::npos);
-  EXPECT_EQ(ExportRecords(*store, folder / "xml", {}, {}), static_cast<long>(urls.size()));
-  EXPECT_EQ(ExportRecords(*store, folder / "later", DateTime{2026, 11, 25}, {}), 0);
-  EXPECT_THROW(ExportRecords(*store, folder / "xml", {}, {}), FileError);
+
+  Machine machine(folder / "tpv.conf");
+  const auto order = [&](const std::vector<std::string>& words) -> std::string {
+    std::ostringstream out;
+    try {
+      FiscalCommand(machine, words, out);
+    } catch (const std::exception& error) {
+      return error.what();
+    }
+    return out.str();
+  };
+  const auto exported = [&](const char* to, std::vector<std::string> days = {}) {
+    days.insert(days.begin(), {"export", folder / to, "--store", day.store});
+    return order(days);
+  };
+  EXPECT_EQ(order({"check", day.store}), "9 registros: la cadena está entera y dice lo que los tickets y las facturas\n");
+  {
+    const Transaction undone(*store);
+    store->Execute("UPDATE Fav SET Fav_Total = Fav_Total + 1 WHERE Fav_Serie = 'FT' AND Fav_Numero = 1");
+    EXPECT_EQ(FindingsText(CheckFiscal(*store).findings),
+              "ROTO  Registros de facturación cuya factura falta o dice otra cosa: 1 (3)\n");
+  }
+  EXPECT_EQ(exported("xml"), "Exportado: 9 registros en " + folder / "xml" + "\n");
+  EXPECT_EQ(exported("day", {"--from", "24/11/2026", "--to", "24/11/2026"}), "Exportado: 9 registros en " + folder / "day" + "\n");
+  EXPECT_EQ(exported("later", {"--from", "25/11/2026"}), "Exportado: 0 registros en " + folder / "later" + "\n");
+  EXPECT_NE(exported("xml").find("Ya existe"), std::string::npos);
   const std::string file = folder / "xml/registros-0001.xml";
   EXPECT_EQ(ModeOf(file), 0600);
   const std::string schemas = std::string(TPV_TEST_FOLDER) + "/../../shared/fiscal/SuministroLR.xsd";
@@ -349,6 +417,18 @@ TEST_F(AgencyFixture, ADaysCodesAreReadFromPaperAndItsMessagesAreTheSchemas) {
     const auto checked = RunProgram({"xmllint", "--nonet", "--noout", "--schema", schemas, file});
     EXPECT_TRUE(checked.done) << checked.output;
   }
+
+  EXPECT_EQ(order({"off", day.store}), "Registros de facturación apagados\n");
+  Set("Certificate", "");
+  EXPECT_EQ(order({"on", "real", day.store}), "No se pueden encender los registros de facturación. Falta:\n  un certificado que "
+                                              "sirva. Falta el certificado (ajuste Fiscal.Certificate)");
+  Set("Certificate", folder / "shop.pem");
+  EXPECT_EQ(order({"set", day.store, "zona", "canarias"}), "zona = canarias\n");
+  EXPECT_EQ(order({"on", "pruebas", day.store}), "Registros de facturación encendidos, en pruebas\n");
+  EXPECT_EQ(order({"send", "--store", day.store}), "Registros enviados: 9. Aceptados: 9\n");
+  EXPECT_EQ(order({"send", "--store", day.store}), "No hay registros que enviar\n");
+  EXPECT_EQ(Log(), "9 ok: Correcto\n");
+
   if (!RunProgram({"zbarimg", "--version"}).found) GTEST_SKIP() << "no zbarimg";
   std::set<std::string> read;
   for (const std::string& pdf : folder.Files(".pdf")) read.insert(ReadBack(folder, pdf));

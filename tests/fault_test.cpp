@@ -86,10 +86,12 @@ class Stubborn : public ui::Driver {
       if (words.size() < 2) return;  // the line break at the end
       if (words[0] == "key") return hands_.Press(words[1] == "Add" ? ui::Key::Add : ui::Key::Enter);
       if (words[0] == "type") return hands_.Type(words[1]);
+      if (words[0] == "menu") return hands_.ChooseMenu(words[1]);
       ui::Control* control = hands_.Top()->Find(words[1]);
       if (control == nullptr) return;  // its screen did not open
       if (words[0] == "click") return hands_.Click(*control);
       if (words[0] == "select") return hands_.Select(*control, words[2]);
+      if (words[0] == "cellbutton") return hands_.CellButton(*control, 0, 2);
       hands_.Focus(*control);
       hands_.Clear();
       hands_.Type(words[2]);
@@ -120,7 +122,7 @@ class Faults : public testing::Test {
     till.component->context().Caja = 1;
     Sql("UPDATE Parametros SET Par_Impre = 2, Par_SerTicFac = 'FT', par_tpvemail = NULL");
   }
-  void Work(const std::string& steps, int calls = 0) {
+  void Work(const std::string& steps, int calls = 0, void (Zrtpve::*open)() = &Zrtpve::zTpv) {
     Stubborn stubborn(hands);
     stubborn.on_fault = [&] {
       faults.calls_left = calls;
@@ -129,7 +131,7 @@ class Faults : public testing::Test {
     stubborn.on_step = [&] { clock.Step(); };
     front_end.SetDriver(stubborn);
     stubborn.Begin(steps);
-    till.component->zTpv();
+    ((*till.component).*open)();
     told = stubborn.told;
   }
   // What an earlier script left would be offered before anything else.
@@ -163,7 +165,9 @@ TEST_F(Faults, EveryStatementFailingInTurnLeavesAllOrNothing) {
     const char* name;
     std::string before;
     std::string steps;
+    void (Zrtpve::*screen)() = &Zrtpve::zTpv;
   };
+  const std::string today = "enter Text1(5) 25/11/2026\nenter Text1(2) 25/11/2026\nclick cmdInforme\n";
   const Operation operations[] = {
       {"opening", kOpen, "enter Text1(14) 100\nclick cmdGrabar"},
       {"line", kSale, "type 0001\nkey Enter"}, {"cancellation", kSale, "click cmdNueva"},
@@ -177,9 +181,12 @@ TEST_F(Faults, EveryStatementFailingInTurnLeavesAllOrNothing) {
       {"return", kOpened + "click cmdDevoluciones\nenter Text1(2) 22\nclick cmdNueva\nenter Text1(21) -1\n"
                  "enter Text1(19) 0121\n", "click cmdSalir"},
       {"payment out", kOpened + "click cmdPagos\nenter Text1(0) 1\nclick Option1(1)\n"
-                      "enter Text1(3) Bolsas\nenter Text1(6) 3\n", "click cmdTicket"}};
+                      "enter Text1(3) Bolsas\nenter Text1(6) 3\n", "click cmdTicket"},
+      {"deletion", today, "cellbutton DbgDiario\nmenu mnu03", &Zrtpve::zDiario},
+      {"invoice of a period", today + "click cmdFacturar\n", "click cmdFacturar", &Zrtpve::zFacturacion}};
 
   MakeRecords(faults);
+  Sql("UPDATE Cli SET cli_doc = '22000000J' WHERE CLI_COD = 1");
   constexpr int kMostStatements = 150;
   for (const Operation& operation : operations) {
     int call = 1;
@@ -188,7 +195,7 @@ TEST_F(Faults, EveryStatementFailingInTurnLeavesAllOrNothing) {
       Sql("UPDATE Cav SET Cav_Cobrado = 0 WHERE Cav_IdCli = 22 AND Cav_Id NOT IN "
           "(SELECT Tco_IdCav FROM Tco)");  // what nobody paid is pending
       ParkWhatIsLeft();
-      Work(operation.before + "fault\n" + operation.steps, call);
+      Work(operation.before + "fault\n" + operation.steps, call, operation.screen);
       reached = faults.calls_left == 0;
       ExpectSound(operation.name + (" " + std::to_string(call)));
       EXPECT_TRUE(!reached || !told.empty()) << operation.name << " " << call;

@@ -14,6 +14,7 @@
 #include "tests/fiscal_ground.h"
 #include "tests/test_machine.h"
 #include "tests/test_store.h"
+#include "tests/test_till.h"
 
 namespace tpv::fiscal {
 namespace {
@@ -84,6 +85,32 @@ TEST(Amounts, OfARateAreItsTotalToTheCent) {
       const double base = static_cast<double>(amounts.base);
       EXPECT_LE(std::abs(static_cast<double>(amounts.tax) - base / 100 * rate), 1.5) << rate << " " << total;
       EXPECT_LE(std::abs(static_cast<double>(amounts.surcharge_tax) - base / 100 * surcharge), 0.51);
+    }
+  }
+}
+
+// A store made before there were records has none of their tables.
+TEST(Off, ATillAsksNothingAboutRecords) {
+  const TestFolder folder;
+  StepClock clock;
+  clock.fixed = DateTime{2026, 11, 24, 10, 30};
+  TestTill till(folder / "tienda.db", clock);
+  EXPECT_EQ(till.Play("param Par_SerTicFac FT\nset Caja 2\ncall zTpv\nenter Text1(6) 2\nenter Text1(0) 2\n"
+                      "click cmdApertura\nenter Text1(14) 100\nclick cmdGrabar\nanswer Yes\n"
+                      "key Add\ntype 0121\nkey Enter\nkey Subtract\nclick cmdTicket\n"
+                      "key Add\ntype 0121\nkey Enter\nkey Subtract\nclick cmdFinalizar\n"
+                      "key Add\ntype 0121\nkey Enter\nkey Subtract\nenter Text1(2) 24\nselect cboFpago 04\n"
+                      "click cmdFactura\nclick cmdFacturar\nclick cmdReImprimir\n"
+                      "click cmdDevoluciones\nclick cmdNueva\nenter Text1(21) -1\nenter Text1(19) 0121\n"
+                      "click cmdSalir\nexpect screen frmTpv\nclose\n"
+                      "call zDiario\nenter Text1(5) 24/11/2026\nenter Text1(2) 24/11/2026\nclick cmdInforme\n"
+                      "cellbutton DbgDiario 0 2\nmenu mnu03\nanswer Yes\nanswer Yes\nclose\n"
+                      "call zFacturacion\nenter Text1(5) 24/11/2026\nenter Text1(2) 24/11/2026\nclick cmdInforme\n"
+                      "click cmdFacturar\nclick cmdFacturar\nexpect screen none\n"), "");
+  EXPECT_GT(till.connection().sent.size(), 100U);
+  for (const std::string& statement : till.connection().sent) {
+    for (const char* of_records : {" Fiscal", "Fis_", "Fir_", "Fit_", "Par_Fis"}) {
+      EXPECT_EQ(statement.find(of_records), std::string::npos) << statement;
     }
   }
 }
@@ -211,10 +238,12 @@ TEST_F(Chain, IsMendedByANewRecord) {
   reply(2, State::AcceptedWithErrors);
   reply(3, State::Accepted);
   EXPECT_EQ(CountWaiting(*store).count, 2);
-  EXPECT_EQ(RejectedRecords(*store).at(0).position, 1);
+  const auto to_mend = RecordsToMend(*store);
+  ASSERT_EQ(to_mend.size(), 2U);
+  EXPECT_TRUE(to_mend[0].position == 1 && to_mend[1].position == 2);
   Mend(desk(), 1, {});
   Mend(desk(), 2, {});
-  EXPECT_TRUE(RejectedRecords(*store).empty());
+  EXPECT_TRUE(RecordsToMend(*store).empty());
   for (const std::int32_t other : {1, 3, 99}) EXPECT_THROW(Mend(desk(), other, {}), RecordRefused);
   const auto mended = RecordsFrom(*store, 6, 2);
   EXPECT_TRUE(mended[0].mends && mended[0].refused == Refused::AndNeverHeld && mended[0].document.number == "K/1");

@@ -75,20 +75,23 @@ TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
   };
   config({"set", "printers.Barra 1.2", "escpos:10.0.0.5:9100"});
   config({"set", "Mail.password"}, "se creta=\n");
+  config({"set", "Fiscal.Password"}, "otra\n");
   config({"set", "mail.PORT", "587"});
   config({"set", "sound.command", "aplay x.wav"});
   EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "se creta=");
   config({});
   EXPECT_EQ(shown, "# " + machine.settings.path() +
                        "\nPrinters.Barra 1.2 = escpos:10.0.0.5:9100\nSound.Command = aplay x.wav\n"
-                       "Mail.Password = (guardada)\nMail.Port = 587\n");
-  config({"get", "Mail.Password"});
-  EXPECT_EQ(shown, "(guardada)\n");
+                       "Fiscal.Password = (guardada)\nMail.Password = (guardada)\nMail.Port = 587\n");
+  for (const char* password : {"Mail.Password", "Fiscal.Password"}) {
+    config({"get", password});
+    EXPECT_EQ(shown, "(guardada)\n");
+    EXPECT_THROW(config({"set", password, "x"}), UsageError);
+  }
   config({"printers"});
   EXPECT_EQ(shown, "* Barra 1.2\n  Carpeta de tickets\n");
   for (const std::vector<std::string>& wrong :
-       std::vector<std::vector<std::string>>{{"set", "Mail.Password", "x"},
-                                             {"set", "Mail.Port", "0"},
+       std::vector<std::vector<std::string>>{{"set", "Mail.Port", "0"},
                                              {"set", "Mail.Security", "ssl"},
                                              {"set", "Printers.", "page"},
                                              {"set", "Printers.x", "escpos:"},
@@ -101,6 +104,7 @@ TEST_F(PaperSettings, ATechnicianChangesThemAndNeverSeesThePassword) {
   }
   config({"try-printer", "Carpeta de tickets"});
   EXPECT_EQ(shown, folder / "data/tpv/tickets" + "\n");
+  EXPECT_THROW(config({"try-printer", "--qr", "a", "b"}), UsageError);
   config({"unset", "Mail.Password"});
   EXPECT_EQ(machine.settings.Read("TPV", "Mail", "Password"), "");
   const auto missing = [&] {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "adapters/files/escpos.h"
+#include "host/printer_trial.h"
 #include "tests/paper_fixture.h"
 #include "tests/read_code.h"
 
@@ -67,6 +68,17 @@ TEST_F(SquareCodes, GoToReceiptPrintersAsTheirOwnCommandOrAsAnImage) {
   const std::string stored = std::string("\x1D(k") + static_cast<char>(kUrl.size() + 3) + '\0' + "1P0" + kUrl;
   EXPECT_NE(own.find(std::string("\x1D(k\x03\0" "1E1", 8) + stored), std::string::npos);
 
+  // A technician's trial has one when it is asked for, or where codes are set up.
+  const auto on_trial = [&](bool asked) {
+    std::ofstream(folder / "lp0", std::ios::trunc).flush();
+    PrintTrial(machine.printers, machine.settings, machine.clock, "Barra", asked);
+    EXPECT_EQ(Told(), "");
+    return folder.Text("lp0").find("ValidarQR?nif=00000000T") != std::string::npos;
+  };
+  EXPECT_FALSE(on_trial(false));
+  EXPECT_TRUE(on_trial(true));
+  machine.settings.Write("TPV", "SquareCode", "Barra", "own");
+  EXPECT_TRUE(on_trial(false));
 
   machine.settings.Write("TPV", "SquareCode", "Barra", "image");
   std::ofstream(folder / "lp0", std::ios::trunc).flush();

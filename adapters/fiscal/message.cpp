@@ -81,7 +81,7 @@ class Message {
       xml_.Element("sf:RechazoPrevio", std::string(1, static_cast<char>(record.refused)));
     }
     xml_.Element("sf:TipoFactura", std::string(CodeOf(record.kind)));
-    if (record.kind == Kind::Return) {
+    if (Rectifies(record.kind)) {
       xml_.Element("sf:TipoRectificativa", "I");
       WriteRelated(record, "sf:FacturasRectificadas", "sf:IDFacturaRectificada");
     }
@@ -89,7 +89,7 @@ class Message {
       WriteRelated(record, "sf:FacturasSustituidas", "sf:IDFacturaSustituida");
     }
     xml_.Element("sf:DescripcionOperacion",
-                 record.kind == Kind::Return ? "Devolución de artículos" : "Venta de artículos");
+                 Rectifies(record.kind) ? "Devolución de artículos" : "Venta de artículos");
     WriteBuyer(record);
     xml_.Open("sf:Desglose");
     for (const RateAmounts& amounts : record.rates) WriteRate(amounts);
@@ -135,7 +135,7 @@ class Message {
 
   // A ticket names nobody.
   void WriteBuyer(const Record& record) {
-    if (record.kind != Kind::Invoice && record.kind != Kind::InvoiceOfTickets) return;
+    if (!NamesBuyer(record.kind)) return;
     xml_.Open("sf:Destinatarios");
     xml_.Open("sf:IDDestinatario");
     WritePerson(record.buyer_name, record.buyer_document);

@@ -33,7 +33,7 @@ struct Rehearsal {
   HostComponents objects;
   Ports ports{
       *around->headless(), printers, devices, settings, clock, mail, reports, objects, sound, nullptr, nullptr,
-      nullptr,                 &tables};
+      &tables};
 };
 
 // The host's context goes in, what the scenario made of it comes out.

@@ -27,6 +27,7 @@ FiscalSettings::FiscalSettings(Context& context) : FieldForm(context, "frmRegist
   cmdPruebas.click = [this] { TurnOn(fiscal::Mode::Trial); };
   cmdReal.click = [this] { TurnOn(fiscal::Mode::Real); };
   cmdApagar.click = [this] { TurnOff(); };
+  lblFalta.stretch = true;
   AddRows({{&lblEstado}, {&lblFalta}, {&cmdPruebas, &cmdReal, &cmdApagar}});
 }
 

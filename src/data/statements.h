@@ -15,6 +15,11 @@ inline constexpr std::string_view kTicketReference =
     "((case when len(Cav_Serie)>0 then Cav_Serie + '/' else '' end) "
     "+ cast(Cav_Numero as varchar))";
 
+// The same of an invoice.
+inline constexpr std::string_view kInvoiceReference =
+    "((case when len(Fav_Serie)>0 then Fav_Serie + '/' else '' end) "
+    "+ cast(Fav_Numero as varchar))";
+
 // Amount of a ticket with tax, over its lines joined to their tax rates.
 inline constexpr std::string_view kAmountWithTax =
     "ROUND(cast(sum(lav_Importe + (lav_Importe /100 * Tiva_iva)) as money),2)";

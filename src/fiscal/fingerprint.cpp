@@ -13,10 +13,11 @@ namespace tpv::fiscal {
 
 namespace {
 
-constexpr std::array<std::pair<Kind, std::string_view>, 5> kCodes = {{{Kind::Ticket, "F2"},
+constexpr std::array<std::pair<Kind, std::string_view>, 6> kCodes = {{{Kind::Ticket, "F2"},
                                                                       {Kind::Invoice, "F1"},
                                                                       {Kind::InvoiceOfTickets, "F3"},
                                                                       {Kind::Return, "R5"},
+                                                                      {Kind::InvoiceOfReturn, "R1"},
                                                                       {Kind::Cancellation, "AN"}}};
 
 void Append(std::string& text, std::string_view name, std::string_view value) {

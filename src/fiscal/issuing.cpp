@@ -1,5 +1,6 @@
 #include "fiscal/issuing.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "base/text.h"
@@ -88,12 +89,19 @@ std::vector<DocumentId> RegisteredOf(Connection& connection, Mode mode, std::int
   return tickets;
 }
 
-std::vector<DocumentId> Numbers(Connection& connection, const std::vector<std::int32_t>& tickets) {
-  std::vector<DocumentId> numbers;
+// What the customer has of the tickets that are taken back: the invoice where there is one.
+std::vector<DocumentId> Originals(Connection& connection, const std::vector<std::int32_t>& tickets) {
+  std::vector<DocumentId> originals;
   for (const std::int32_t ticket : tickets) {
-    if (const auto head = ReadTicket(connection, ticket)) numbers.push_back(head->document);
+    const auto row = connection.Execute(
+        "SELECT " + std::string(kTicketReference) + " AS Ticket, Cav_Fecha, " + std::string(kInvoiceReference) +
+        " AS Factura, Fav_Fecha FROM Cav LEFT JOIN Fav ON Fav_Id = Cav_IdFactura WHERE Cav_Id = " + Id(ticket));
+    if (row->Eof()) continue;
+    const std::size_t at = row->Field(3).IsNull() ? 0 : 2;
+    const DocumentId original{row->Field(at).TextOr(""), StartOfDay(row->Field(at + 1).ToDate())};
+    if (std::find(originals.begin(), originals.end(), original) == originals.end()) originals.push_back(original);
   }
-  return numbers;
+  return originals;
 }
 
 }  // namespace
@@ -116,7 +124,7 @@ void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::
   if (!IsNewNumber(desk, setup.mode, head->document.number, ticket)) return;
   if (record.total > kMostWithoutBuyer) throw RecordRefused(kTooMuch);
   record.kind = record.total < 0 ? Kind::Return : Kind::Ticket;
-  if (record.kind == Kind::Return) record.related = Numbers(desk.connection, originals);
+  if (record.kind == Kind::Return) record.related = Originals(desk.connection, originals);
   record.document = head->document;
   record.ticket = ticket;
   Append(desk, setup, record);
@@ -128,11 +136,13 @@ void RecordInvoice(const Desk& desk, const IssuedInvoice& invoice) {
   IsNewNumber(desk, setup.mode, invoice.number, 0);
   Record record;
   SetBuyer(record, invoice.buyer);
+  SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_IdFactura = " + Id(invoice.id)));
   record.related = RegisteredOf(desk.connection, setup.mode, invoice.id);
-  record.kind = record.related.empty() ? Kind::Invoice : Kind::InvoiceOfTickets;
+  record.kind = !record.related.empty() ? Kind::InvoiceOfTickets
+                : record.total < 0      ? Kind::InvoiceOfReturn
+                                        : Kind::Invoice;
   record.document = {invoice.number, StartOfDay(Variant(invoice.date).ToDate())};
   record.invoice = invoice.id;
-  SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_IdFactura = " + Id(invoice.id)));
   Append(desk, setup, record);
 }
 
@@ -145,7 +155,7 @@ void RecordDeletion(const Desk& desk, std::int32_t ticket) {
   record.kind = Kind::Cancellation;
   record.document = registered->document;
   record.ticket = ticket;
-  const PastReplies replies = RepliesTo(desk.connection, setup.mode, registered->document.number);
+  const PastReplies replies = RepliesTo(desk.connection, setup, registered->document.number);
   if (replies.rejected && !replies.accepted) record.refused = Refused::AndNeverHeld;
   Append(desk, setup, record);
 }

@@ -28,7 +28,7 @@ void SetBuyer(Record& record, const Buyer& buyer);
 void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::int32_t>& originals = {});
 
 // An invoice (Fav_Id) of the tickets that are marked with it: F3 when some of them are
-// registered, else F1.
+// registered, else F1, or R1 when it gives money back.
 struct IssuedInvoice {
   std::int32_t id = 0;
   std::string number;  // series, "/" and number

@@ -6,12 +6,13 @@
 
 namespace tpv::fiscal {
 
-// What the agency said of the records of a number until now.
+// What the agency said of the shop's records of a number until now; a shop whose tax number
+// was wrong is another one to it.
 struct PastReplies {
   bool accepted = false;  // with errors or without, or it holds another one
   bool rejected = false;
 };
-PastReplies RepliesTo(Connection& connection, Mode mode, const std::string& number);
+PastReplies RepliesTo(Connection& connection, const Setup& setup, const std::string& number);
 
 // A new record of the same document, with the shop's name and tax number as they are now
 // and this buyer where it names one, in a transaction of its own. Throws RecordRefused for

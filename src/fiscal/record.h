@@ -23,11 +23,16 @@ enum class Kind {
   Ticket,            // F2
   Invoice,           // F1
   InvoiceOfTickets,  // F3: of tickets that have records of their own
-  Return,            // R5, by difference
+  Return,            // R5, by difference: what a ticket gives back
+  InvoiceOfReturn,   // R1, by difference: the same to a buyer with name and number
   Cancellation,      // of a number that was registered
 };
+constexpr bool Rectifies(Kind kind) { return kind == Kind::Return || kind == Kind::InvoiceOfReturn; }
+constexpr bool NamesBuyer(Kind kind) {
+  return kind == Kind::Invoice || kind == Kind::InvoiceOfTickets || kind == Kind::InvoiceOfReturn;
+}
 
-// "F2", "F1", "F3", "R5" as the agency writes them, "AN" for a cancellation.
+// "F2", "F1", "F3", "R5", "R1" as the agency writes them, "AN" for a cancellation.
 std::string_view CodeOf(Kind kind);
 // Throws std::invalid_argument for another code.
 Kind KindOf(std::string_view code);
@@ -95,7 +100,7 @@ struct Record {
   std::string buyer_name;      // "" for none
   std::string buyer_document;
   std::vector<RateAmounts> rates;   // none in a cancellation
-  std::vector<DocumentId> related;  // the tickets that an F3 replaces, or what an R5 takes back
+  std::vector<DocumentId> related;  // the tickets that an F3 replaces, or what a return takes back
   Cents tax = 0;                    // CuotaTotal, surcharges with it
   Cents total = 0;                  // ImporteTotal
   std::string moment;               // of making: "2026-11-24T10:30:00+01:00"

@@ -153,11 +153,11 @@ std::vector<Record> NextToSend(Connection& connection, std::size_t most) {
   return records;
 }
 
-std::vector<Record> RejectedRecords(Connection& connection) {
-  constexpr auto kRejected = static_cast<std::int64_t>(State::Rejected);
+std::vector<Record> RecordsToMend(Connection& connection) {
+  const auto state = [](State of) { return sql::Number(static_cast<std::int64_t>(of)); };
   return ReadAll(connection, "",
-                 "WHERE Fir_Estado = " + sql::Number(kRejected) +
-                     " AND NOT EXISTS (SELECT * FROM Fiscal AS m WHERE m.Fis_Numero = r.Fis_Numero AND "
+                 "WHERE Fir_Estado IN (" + state(State::AcceptedWithErrors) + "," + state(State::Rejected) +
+                     ") AND NOT EXISTS (SELECT * FROM Fiscal AS m WHERE m.Fis_Numero = r.Fis_Numero AND "
                      "m.Fis_Id > r.Fis_Id) ORDER BY r.Fis_Id");
 }
 

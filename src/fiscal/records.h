@@ -36,8 +36,8 @@ Waiting CountWaiting(Connection& connection);
 // The first that wait, all for one agency and of one issuer: what one message may hold.
 std::vector<Record> NextToSend(Connection& connection, std::size_t most);
 
-// Rejected, and not mended since, oldest first.
-std::vector<Record> RejectedRecords(Connection& connection);
+// Rejected or accepted with errors, and without a later record of the number, oldest first.
+std::vector<Record> RecordsToMend(Connection& connection);
 
 // Keeps the agency's answer to the first record that waits, in the caller's transaction.
 // Throws DatabaseError for any other record: answers come in the order of the chain.

@@ -17,7 +17,6 @@ class ReportPress;
 class Sound;
 class Errands;
 class Digest;
-class SendingWatch;
 class TableFiles;
 
 struct Ports {
@@ -32,7 +31,6 @@ struct Ports {
   Sound& sound;
   Errands* errands = nullptr;  // null: everything is done at once
   const Digest* digest = nullptr;  // null: this build makes no invoice records
-  const SendingWatch* sending = nullptr;  // null: nobody sends invoice records here
   TableFiles* tables = nullptr;  // null: no file of a spreadsheet is written
 };
 

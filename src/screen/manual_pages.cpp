@@ -35,7 +35,7 @@ constexpr Page kPages[] = {
     {"frmAlmacenes", "oficina"},
     {"frmAlmacen", "oficina"},
     {"frmRegistros", "registros"},
-    {"frmRechazados", "registros"},
+    {"frmSubsanar", "registros"},
     {"frmAjustes", "ajustes"},
     {"frmImportar", "tienda-propia"},
     {"frmExportar", "tienda-propia"},

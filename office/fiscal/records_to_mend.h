@@ -1,5 +1,5 @@
-// The records that the tax agency refused: why, what to mend, and the button that registers
-// them anew.
+// The records that the tax agency refused or took with errors: why, what to mend, and the
+// button that registers them anew.
 #pragma once
 
 #include <string>
@@ -10,20 +10,22 @@
 
 namespace tpv::office {
 
-class RejectedRecords : public Screen {
+class RecordsToMend : public Screen {
  public:
-  explicit RejectedRecords(Context& context);
+  explicit RecordsToMend(Context& context);
 
   void OnLoad() override;
   void OnF5() override { Read(); }
 
  private:
+  const fiscal::Record* Current() const;
   void Read();
   void ShowReason();
   void Mend();
 
   std::vector<fiscal::Record> records_;
-  ui::ListView lstRechazados{*this, "lstRechazados"};
+  ui::ListView lstRegistros{*this, "lstRegistros"};
+  ui::Frame Frame1{*this, "Frame1", "Registros"};
   ui::Label lblMotivo{*this, "lblMotivo"};
   ui::Label lblArreglo{*this, "lblArreglo"};
   ui::TextBoxes Text1{*this, "Text1"};  // 0 the buyer, 1 the buyer's tax number
