@@ -10,6 +10,7 @@
 #include "host/store.h"
 #include "host/store_making.h"
 #include "office/shop_window.h"
+#include "platform/database.h"
 
 namespace tpv {
 
@@ -45,7 +46,12 @@ std::string CreateShop(ui::FrontEnd& front_end, const Clock& clock) {
     if (const std::string fault = PlaceFault(typed); !fault.empty()) return office::Refusals{{0, "", fault}};
     const StorePlace place = PlaceOf(typed);
     if (!place.server) MakePrivateFolder(fs::path(place.name).parent_path().string());
-    return StoreNewShop(place, setup, clock);
+    try {
+      return StoreNewShop(place, setup, clock);
+    } catch (const DatabaseError& error) {
+      if (!place.server) throw;
+      throw DatabaseError(std::string("no se puede crear en el servidor. ") + error.what());
+    }
   };
   const auto propose = [](const std::string& name) {
     return Shortened(DataFolder() + "/tiendas/" + FileNamePiece(name) + ".db");

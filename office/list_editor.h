@@ -33,6 +33,8 @@ class ListEditor {
   void SetJoined(const std::vector<std::string>& rows);
   std::vector<std::string> GetJoined() const;
   void Select(std::size_t row);
+  // Where the operator goes on when the list is not right.
+  ui::Control& Place() { return list_.items.empty() ? *fields_.front() : list_; }
   // Why the list is not what the operator means: something is typed that no row holds.
   // "" when nothing is.
   std::string Unadded() const;

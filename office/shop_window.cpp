@@ -188,6 +188,13 @@ Ini ShopWindow::Typed() const {
   return ini;
 }
 
+std::vector<std::pair<const char*, ListEditor*>> ShopWindow::Lists() {
+  return {{"vendedores.vendedor", &sellers_},
+          {"formas_de_pago.forma", &methods_},
+          {"formas_de_pago.banco", &banks_},
+          {"iva.tipo", &taxes_}};
+}
+
 // All of them; the focus goes to the first.
 void ShopWindow::TellRefusals(const Refusals& refusals) {
   std::string text = "La tienda no se ha creado:";
@@ -202,17 +209,16 @@ void ShopWindow::TellRefusals(const Refusals& refusals) {
     text += "\r\n" + (label.empty() ? refusal.reason : label + row + ": " + refusal.reason);
   }
   Tell(text, ui::Icon::Exclamation);
+  for (const auto& [key, list] : Lists()) {
+    if (first == &list->list()) first = &list->Place();
+  }
   if (first != nullptr) GoTo(*first);
 }
 
 void ShopWindow::Accept() {
   const ShopFile shop = ReadShop(Typed());
   Refusals refusals = shop.refusals;
-  const std::pair<const char*, const ListEditor*> lists[] = {{"vendedores.vendedor", &sellers_},
-                                                             {"formas_de_pago.forma", &methods_},
-                                                             {"formas_de_pago.banco", &banks_},
-                                                             {"iva.tipo", &taxes_}};
-  for (const auto& [key, list] : lists) {
+  for (const auto& [key, list] : Lists()) {
     if (const std::string reason = list->Unadded(); !reason.empty()) refusals.push_back({0, key, reason});
   }
   const std::string place = Trim(Text1[kPlace].text);

@@ -5,6 +5,8 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "office/ini.h"
 #include "office/list_editor.h"
@@ -30,6 +32,7 @@ class ShopWindow : public PagedWindow {
   ui::TextBox& Box(int index);
   Ini Typed() const;
   void ProposePlace();
+  std::vector<std::pair<const char*, ListEditor*>> Lists();
   void TellRefusals(const Refusals& refusals);
   void Accept();
 

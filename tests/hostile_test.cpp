@@ -161,7 +161,13 @@ TEST_F(Hostile, NoFieldOfAnyScreenLetsATextBecomeMore) {
       {"frmTpvDiarioVentas", sale + kPaid + "close\ncall zDiario", "cmdInforme"},
       {"frmTpvDiarioCierres", "call zDiarioCaja", "cmdInforme"},
       {"frmTpvFacturas", "call zFacturacion", "cmdInforme"},
-      {"frmTpvPendiente", "call zInfPendienteCobro", "cmdInforme"}};
+      {"frmTpvPendiente", "call zInfPendienteCobro", "cmdInforme"},
+      {"frmArticulo", "office\nclick cmdArticulos\nclick cmdNuevo", ""},
+      {"frmPrecios", "office\nclick cmdPrecios", "cmdCalcular"},
+      {"frmEtiquetas", "office\nclick cmdEtiquetas", ""},
+      {"frmTecla", "office\nclick cmdTeclas\nclick cmdNuevo", ""},
+      {"frmParametros", "office\nclick cmdParametros", ""},
+      {"frmImportar", "office\nclick cmdImportar", "cmdVer"}};
   for (const auto& [screen, way, button] : ways) {
     SetUpTill();
     scenario::HeadlessOperator hands(*front_end);

@@ -85,8 +85,12 @@ void PriceScreen::ShowPlan() {
   for (const PriceChange& change : plan_) {
     const bool possible = change.fault.empty();
     const std::string now = change.price == 0 ? "" : FormatNumber(change.price, kAmount);
+    const bool down = rule_.percent > 0 && change.new_price < change.price;
+    const bool up = rule_.percent < 0 && change.new_price > change.price;
+    const char* surprise = down ? "baja por el redondeo" : up ? "sube por el redondeo" : "";
     lstPrecios.items.push_back({{change.code, change.description, now,
-                                 possible ? FormatNumber(change.new_price, kAmount) : "", change.fault},
+                                 possible ? FormatNumber(change.new_price, kAmount) : "",
+                                 possible ? surprise : change.fault},
                                 possible,
                                 change.id});
   }

@@ -191,9 +191,11 @@ void FieldForm::CheckField(std::size_t index) const {
   const auto* box = dynamic_cast<const ui::TextBox*>(controls_[index]);
   const std::string text = box != nullptr ? Trim(box->text) : Plain(field.column);
   if (text.empty()) {
-    const bool choice = field.asks == Asks::Choice;
-    if (field.required) throw FieldFault(field.column, choice ? "falta: elija una entrada de la lista" : "falta");
-    return;
+    if (!field.required) return;
+    const bool number = field.asks == Asks::Whole || field.asks == Asks::Amount;
+    throw FieldFault(field.column, number                        ? "falta; " + Limits(field)
+                                   : field.asks == Asks::Choice ? "falta: elija una entrada de la lista"
+                                                                : "falta");
   }
   if (field.asks == Asks::Whole) ReadWhole(field, text);
   if (field.asks == Asks::Amount) ReadAmount(field, text);

@@ -74,6 +74,7 @@ class Articles : public ImportTarget {
         findings.Same();
         continue;
       }
+      if (article == nullptr) changes = file.heading.CellsBeside(row, "codigo");
       findings.Took(row.line, file.heading.Cell(row, "codigo"), article == nullptr, changes);
       if (!write) continue;
       if (article == nullptr) {

@@ -115,17 +115,19 @@ class CustomersImport : public ImportTarget {
         codes.push_back(static_cast<std::int64_t>(NumberOf(*rows.back().values[0])));
     }
     const Customers stored = ReadCustomers(connection, codes);
-    for (WantedRecord& wanted : rows) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      WantedRecord& wanted = rows[i];
       if (wanted.refused) continue;
       const auto found = stored.find(*wanted.values[0]);
       const Customer* customer = found == stored.end() ? nullptr : &found->second;
       Check(wanted, customer, findings);
       if (wanted.refused) continue;
-      const std::string changes = Changes(CustomerFields(), wanted, customer);
+      std::string changes = Changes(CustomerFields(), wanted, customer);
       if (customer != nullptr && changes.empty()) {
         findings.Same();
         continue;
       }
+      if (customer == nullptr) changes = file.heading.CellsBeside(batch[i], "codigo");
       findings.Took(wanted.line, *wanted.values[0], customer == nullptr, changes);
       if (write) Store(connection, wanted, customer);
     }

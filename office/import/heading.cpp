@@ -6,6 +6,10 @@
 
 namespace tpv::office {
 
+namespace {
+constexpr std::size_t kMostShown = 200;  // characters of a row's cells
+}
+
 Heading::Heading(const TableRow& row, std::span<const std::string> known, Refusals& refusals) {
   for (const std::string& cell : row.cells) {
     const std::string name = ReplaceAll(Trim(FoldForSearch(cell)), " ", "_");
@@ -19,6 +23,16 @@ Heading::Heading(const TableRow& row, std::span<const std::string> known, Refusa
     }
     names_.push_back(name);
   }
+}
+
+std::string Heading::CellsBeside(const TableRow& row, const std::string& name) const {
+  const int own = IndexOf(name);
+  std::string text;
+  for (int i = 0; i < static_cast<int>(row.cells.size()); ++i) {
+    const std::string& cell = row.cells[static_cast<std::size_t>(i)];
+    if (i != own && !cell.empty()) text += (text.empty() ? "" : " · ") + cell;
+  }
+  return Left(text, kMostShown);
 }
 
 int Heading::IndexOf(const std::string& name) const {

@@ -19,6 +19,8 @@ class Heading {
   bool Has(const std::string& name) const { return IndexOf(name) >= 0; }
   // The cell of that column; "" where the column or the row's end is missing.
   const std::string& Cell(const TableRow& row, const std::string& name) const;
+  // The beginning of all other cells that are not empty: "Pan de pueblo · 2,40 · 20".
+  std::string CellsBeside(const TableRow& row, const std::string& name) const;
   std::size_t size() const { return names_.size(); }
 
  private:

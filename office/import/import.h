@@ -27,7 +27,7 @@ struct ImportLine {
   long line = 0;
   std::string key;      // the code, as the file writes it
   bool added = false;   // else changed
-  std::string changes;  // the columns that change: "precio, existencias"
+  std::string changes;  // the columns that change: "precio, existencias"; if added, its cells
 };
 
 struct ImportReport {

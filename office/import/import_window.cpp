@@ -85,7 +85,7 @@ void ImportWindow::Show(const ImportReport& report) {
   if (static_cast<std::size_t>(report.refused) > report.refusals.size()) lstFilas.items.push_back(More());
   for (const ImportLine& line : report.lines) {
     lstFilas.items.push_back({{std::to_string(line.line), OneLine(line.key), line.added ? "Nueva" : "Cambia",
-                               line.added ? "" : line.changes}});
+                               OneLine(line.changes)}});
   }
   if (static_cast<std::size_t>(report.added + report.changed) > report.lines.size()) lstFilas.items.push_back(More());
   lstFilas.current_row = lstFilas.items.empty() ? -1 : 0;
@@ -115,12 +115,12 @@ void ImportWindow::Preview() {
                                         : ". Detrás de la fila de las columnas no hay ninguna más.";
 }
 
-// What the other tills will notice of it: storing takes about as long as looking.
+// What the other tills will notice of it: storing takes about twice as long as looking.
 std::string ImportWindow::Waiting() const {
   constexpr std::chrono::seconds kPatienceOfASale{4};
-  if (looking_ < kPatienceOfASale) return "Mientras se graba, las demás cajas esperan.";
-  const auto seconds = std::chrono::ceil<std::chrono::seconds>(looking_).count();
-  return "Se tarda unos " + std::to_string(seconds) +
+  const auto storing = std::chrono::ceil<std::chrono::seconds>(2 * looking_);
+  if (storing <= kPatienceOfASale) return "Mientras se graba, las demás cajas esperan.";
+  return "Se tarda unos " + std::to_string(storing.count()) +
          " segundos en grabar. Mientras tanto las demás cajas no pueden vender: dirán que el almacén está ocupado. Mejor "
          "con la tienda cerrada.";
 }
