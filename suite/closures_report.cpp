@@ -77,8 +77,8 @@ class ClosuresReader {
     return table;
   }
 
-  BarChart Days() const {
-    BarChart chart;
+  ChartData Days() const {
+    ChartData chart;
     chart.caption = "Cobros por día";
     chart.series = {"Metálico", "Tarjeta"};
     chart.values.resize(2);

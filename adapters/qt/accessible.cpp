@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 #include <QComboBox>
 
+#include "adapters/qt/chart_view.h"
 #include "adapters/qt/form_window.h"
 #include "adapters/qt/status_band.h"
 #include "adapters/qt/table_access.h"
@@ -39,6 +40,7 @@ QAccessibleInterface* AccessOf(const QString&, QObject* object) {
   if (auto* band = dynamic_cast<StatusBand*>(object)) {
     return new QAccessibleWidget(band, QAccessible::StatusBar);
   }
+  if (auto* chart = dynamic_cast<ChartWidget*>(object)) return new QAccessibleWidget(chart, QAccessible::Chart);
   if (auto* table = dynamic_cast<TillTable*>(object)) return new TableAccess(*table);
   if (auto* combo = qobject_cast<QComboBox*>(object)) return new ComboAccess(*combo);
   return nullptr;

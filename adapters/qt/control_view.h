@@ -47,7 +47,7 @@ class ControlView {
   virtual std::string Expected() const { return {}; }
   // Where on the screen a menu about it opens; null: where the mouse is.
   virtual QPoint MenuPoint() { return {}; }
-  // Whether the window is taller for it: grids and lists.
+  // Whether the window is taller for it: grids, lists and charts.
   virtual bool Tall() const { return false; }
 
  protected:
@@ -72,6 +72,7 @@ std::unique_ptr<ControlView> MakeCheckView(ui::CheckBox& check, Surroundings aro
 std::unique_ptr<ControlView> MakeOptionView(ui::OptionButton& option, Surroundings around);
 std::unique_ptr<ControlView> MakeComboView(ui::ComboBox& combo, Surroundings around);
 std::unique_ptr<ControlView> MakeGridView(ui::Grid& grid, Surroundings around);
+std::unique_ptr<ControlView> MakeChartView(ui::Chart& chart, Surroundings around);
 std::unique_ptr<ControlView> MakeListView(ui::ListView& list, Surroundings around);
 
 }  // namespace tpv::qt

@@ -11,6 +11,7 @@
 
 #include "adapters/qt/captioned.h"
 #include "adapters/qt/cell_delegate.h"
+#include "adapters/qt/chart_view.h"
 #include "adapters/qt/status_band.h"
 #include "adapters/qt/text.h"
 
@@ -71,6 +72,7 @@ bool IsPart(const QWidget& widget) {
          qobject_cast<const QTableView*>(&widget) != nullptr ||
          qobject_cast<const QLineEdit*>(&widget) != nullptr ||
          dynamic_cast<const Captioned*>(&widget) != nullptr ||
+         dynamic_cast<const ChartWidget*>(&widget) != nullptr ||
          dynamic_cast<const StatusBand*>(&widget) != nullptr;
 }
 

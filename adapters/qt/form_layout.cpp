@@ -73,6 +73,7 @@ std::unique_ptr<ControlView> MakeView(ui::Control& control, Surroundings around)
   if (auto view = Try<ui::ComboBox>(control, around, MakeComboView)) return view;
   if (auto view = Try<ui::Grid>(control, around, MakeGridView)) return view;
   if (auto view = Try<ui::ListView>(control, around, MakeListView)) return view;
+  if (auto view = Try<ui::Chart>(control, around, MakeChartView)) return view;
   if (auto view = Try<ui::Label>(control, around, MakeLabelView)) return view;
   return nullptr;  // menus stand in no row
 }
@@ -88,7 +89,8 @@ bool AnyTall(const std::vector<Row>& rows);
 bool IsTall(const ui::Control* control) {
   if (const auto* frame = dynamic_cast<const ui::Frame*>(control)) return AnyTall(frame->rows);
   return dynamic_cast<const ui::Grid*>(control) != nullptr ||
-         dynamic_cast<const ui::ListView*>(control) != nullptr;
+         dynamic_cast<const ui::ListView*>(control) != nullptr ||
+         dynamic_cast<const ui::Chart*>(control) != nullptr;
 }
 
 bool AnyTall(const std::vector<Row>& rows) {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/chart.h"
+
 namespace tpv {
 
 struct ReportColumn {
@@ -25,14 +27,6 @@ struct ReportTable {
   std::vector<ReportRow> rows;
 };
 
-// One group of bars a label, one bar a series in it.
-struct BarChart {
-  std::string caption;
-  std::vector<std::string> series;
-  std::vector<std::string> labels;
-  std::vector<std::vector<double>> values;  // by series, then label
-};
-
 // A square code (square_code.h) between two lines of text.
 struct ReportCode {
   std::string above;
@@ -45,7 +39,7 @@ struct Report {
   std::vector<std::string> left;   // lines below the title: who it is from
   std::vector<std::string> right;  // and whom it is for
   std::vector<ReportTable> tables;
-  std::vector<BarChart> charts;
+  std::vector<ChartData> charts;
   std::optional<ReportCode> code{};  // at the top of the first page
 };
 

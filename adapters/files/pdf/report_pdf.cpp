@@ -1,7 +1,7 @@
-// Draws a report: title, who it is from and for, tables, bar charts.
+// Draws a report: title, who it is from and for, tables, charts.
 #include <algorithm>
 
-#include "adapters/files/pdf/bar_chart.h"
+#include "adapters/files/pdf/chart_page.h"
 #include "adapters/files/pdf/code_drawing.h"
 #include "adapters/files/pdf/pdf.h"
 #include "adapters/files/pdf/sheet.h"
@@ -149,7 +149,7 @@ void Draw(Sheet& sheet, const Report& report, const SquareCode& code) {
   DrawTitle(sheet, report);
   DrawHeadings(sheet, report);
   for (const ReportTable& table : report.tables) TablePainter(sheet, table).Draw();
-  for (const BarChart& chart : report.charts) DrawBarChart(sheet, chart);
+  for (const ChartData& chart : report.charts) DrawChart(sheet, chart);
 }
 
 }  // namespace

@@ -46,6 +46,15 @@ void Sheet::Box(double x, double top, double width, double height, const Colour&
   cairo_fill(canvas_.get());
 }
 
+void Sheet::Line(double from_x, double from_y, double to_x, double to_y, double width, const Colour& colour) {
+  if (IsDraft()) return;
+  cairo_set_source_rgb(canvas_.get(), colour.red, colour.green, colour.blue);
+  cairo_set_line_width(canvas_.get(), width);
+  cairo_move_to(canvas_.get(), from_x, from_y);
+  cairo_line_to(canvas_.get(), to_x, to_y);
+  cairo_stroke(canvas_.get());
+}
+
 std::vector<std::string> Sheet::Wrapped(std::string_view text, double width,
                                         const TextStyle& style) {
   const std::string whole = OneLine(text);

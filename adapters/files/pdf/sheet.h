@@ -46,6 +46,7 @@ class Sheet {
   std::vector<std::string> Wrapped(std::string_view text, double width, const TextStyle& style);
   double WidthOf(const std::string& text, const TextStyle& style);
   void Box(double x, double top, double width, double height, const Colour& colour);
+  void Line(double from_x, double from_y, double to_x, double to_y, double width, const Colour& colour);
 
   // Only measured: what is drawn on it nobody sees.
   bool IsDraft() const { return pages_ == 0; }

@@ -39,12 +39,16 @@ std::string TextOf(const ui::Control& control) {
   if (const auto* option = dynamic_cast<const ui::OptionButton*>(&control)) {
     return option->checked ? "True" : "False";
   }
+  if (const auto* chart = dynamic_cast<const ui::Chart*>(&control)) return chart->data.caption;
   return control.caption;
 }
 
-bool HasRows(const ui::Control& control) { return dynamic_cast<const ui::List*>(&control) != nullptr; }
+bool HasRows(const ui::Control& control) {
+  return dynamic_cast<const ui::List*>(&control) != nullptr || dynamic_cast<const ui::Chart*>(&control) != nullptr;
+}
 
 std::size_t RowCount(const ui::Control& control) {
+  if (const auto* chart = dynamic_cast<const ui::Chart*>(&control)) return chart->data.labels.size();
   const auto* list = dynamic_cast<const ui::List*>(&control);
   return list != nullptr ? static_cast<std::size_t>(list->ShownCount()) : 0;
 }
@@ -61,7 +65,23 @@ std::string InBand(const ui::Form& form, std::string_view label) {
   return "none";
 }
 
+std::string ChartText(const ChartData& chart) {
+  std::string text = chart.caption;
+  for (const std::string& name : chart.series) text += " | " + name;
+  text += "\n";
+  for (std::size_t label = 0; label < chart.labels.size(); ++label) text += ChartRow(chart, label) + "\n";
+  return text;
+}
+
+std::string ValueOf(const ChartData& chart, std::string_view label) {
+  for (std::size_t i = 0; i < chart.labels.size(); ++i) {
+    if (chart.labels[i] == label) return ChartRow(chart, i).substr(label.size() + 3);
+  }
+  return "none";
+}
+
 std::string RowsOf(const ui::Control& control) {
+  if (const auto* chart = dynamic_cast<const ui::Chart*>(&control)) return ChartText(chart->data);
   std::string text;
   const auto& list = dynamic_cast<const ui::List&>(control);
   for (int place = 0; place < list.ShownCount(); ++place) text += RowText(list, list.RowAt(place)) + "\n";
@@ -94,6 +114,7 @@ std::string ReportText(const Report& report) {
       text += line + "\n";
     }
   }
+  for (const ChartData& chart : report.charts) text += ChartText(chart);
   return text + "---\n";
 }
 

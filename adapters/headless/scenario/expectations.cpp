@@ -53,6 +53,8 @@ void Player::Expect(const Command& command) {
       {"current", [&] { ExpectEqual(argument(2), std::to_string(CurrentRow(Find(argument(1))))); }},
       {"band", [&] { ExpectEqual(argument(2), InBand(Screen(), argument(1))); }},
       {"cell", [&] { ExpectCell(command); }},
+      {"value",
+       [&] { ExpectEqual(argument(3), ValueOf(FindAs<ui::Chart>(argument(1)).data, argument(2))); }},
       {"property",
        [&] {
          const std::uint32_t id = DispatchId(argument(1));

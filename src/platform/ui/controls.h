@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/chart.h"
 #include "platform/ui/control.h"
 #include "platform/ui/entries.h"
 #include "platform/ui/lists.h"
@@ -99,6 +100,12 @@ struct ComboBox : Control {
   // The first entry that `matches`, if any, becomes the selected one.
   void SelectIf(const std::function<bool(std::string_view)>& matches);
   bool CanFocus() const override { return true; }
+};
+
+// A picture of figures; nobody types or clicks there.
+struct Chart : Control {
+  using Control::Control;
+  ChartData data;
 };
 
 struct MenuEntry {
