@@ -16,6 +16,7 @@
 #include "host/store.h"
 #include "host/welcome_window.h"
 #include "office/menu_screen.h"
+#include "panel/panel_screen.h"
 #include "screen/unsent_item.h"
 #include "suite/till_settings.h"
 
@@ -45,6 +46,7 @@ StartScreen::StartScreen(Program program)
   cmdAjustes.click = [this] { OpenSettings(); };
   cmdSalir.click = [this] { Leave(); };
   cmdOficina.click = [this] { OpenOffice(); };
+  cmdPanel.click = [this] { OpenPanel(); };
   const std::pair<ui::Button*, void (Zrtpve::*)()> screens[] = {
       {&cmdVenta, &Zrtpve::zTpv},
       {&cmdMovimientos, &Zrtpve::zMovCaja},
@@ -78,7 +80,7 @@ void StartScreen::DeclareLayout() {
                {&cmdMovimientos, &cmdCierre},
                {&cmdDiario, &cmdDiarioCaja},
                {&cmdFacturacion, &cmdPendiente},
-               {&cmdProveedores, &cmdOficina},
+               {&cmdProveedores, &cmdOficina, &cmdPanel},
                {&cmdCopia, &cmdAjustes},
                {&cmdAyuda, &cmdAcercaDe},
                {&cmdSalir}});
@@ -187,7 +189,7 @@ void StartScreen::KeepChoice() {
 // With no shop open nothing can be done but to choose one.
 void StartScreen::ShowShop() {
   for (ui::Control* button : {&cmdVenta, &cmdMovimientos, &cmdCierre, &cmdDiario, &cmdDiarioCaja, &cmdFacturacion,
-                              &cmdPendiente, &cmdProveedores, &cmdOficina}) {
+                              &cmdPendiente, &cmdProveedores, &cmdOficina, &cmdPanel}) {
     button->enabled = shop_ != nullptr;
   }
   ShowCopies();
@@ -268,6 +270,13 @@ void StartScreen::OpenOffice() {
   const office::Tools tools{.tables = &program_.tables, .labels = &program_.labels};
   Run([&] { office::OpenOffice(shop_->context(), tools); });
   if (shop_) FillAgents();  // as the office has left them
+}
+
+void StartScreen::OpenPanel() {
+  Run([&] {
+    FrmPanel panel(shop_->context());
+    front_end().ShowModal(panel);
+  });
 }
 
 void StartScreen::OpenSettings() {

@@ -44,6 +44,7 @@ class StartScreen : public office::Window {
   void Leave();
   void Run(const std::function<void()>& screen);
   void OpenOffice();
+  void OpenPanel();
   void OpenSettings();
   void TellAbout();
 
@@ -69,6 +70,7 @@ class StartScreen : public office::Window {
   ui::Button cmdPendiente{*this, "cmdPendiente", "&Pendiente de cobro"};
   ui::Button cmdProveedores{*this, "cmdProveedores", "Pr&oveedores"};
   ui::Button cmdOficina{*this, "cmdOficina", "Ofici&na"};
+  ui::Button cmdPanel{*this, "cmdPanel", "Pane&l"};
   ui::Button cmdAyuda{*this, "cmdAyuda", "A&yuda"};
   ui::Button cmdAcercaDe{*this, "cmdAcercaDe", "&Acerca de"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};

@@ -10,6 +10,7 @@
 #include "office/import/import_window.h"
 #include "office/parameters.h"
 #include "office/warehouses.h"
+#include "panel/panel_screen.h"
 
 namespace tpv::office {
 
@@ -42,6 +43,7 @@ constexpr Entry kEntries[] = {
     {"cmdTeclas", "&Teclas rápidas", Make<QuickKeyList>},
     {"cmdParametros", "&Parámetros", Make<ParametersForm>, "Tienda"},
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>},
+    {"cmdPanel", "Pa&nel", Make<FrmPanel>},
     {"cmdRegistros", "Re&gistros de facturación", Make<FiscalSettings>, "Agencia Tributaria"},
     {"cmdSubsanar", "Registros por s&ubsanar", Make<RecordsToMend>},
     {"cmdImportar", "&Importar", MakeWithTools<ImportWindow>, "Hojas de cálculo"},

@@ -37,6 +37,13 @@ std::string SoldLines(const std::string& days) {
          days + "AND Cav_Ticket = 1";
 }
 
+std::map<std::int32_t, std::string> AgentNames(Connection& connection) {
+  std::map<std::int32_t, std::string> names;
+  const auto rows = connection.Execute("SELECT Age_ID,Age_NOM FROM Age");
+  for (; !rows->Eof(); rows->MoveNext()) names[rows->Field(0).ToInt32()] = rows->Field(1).TextOr("");
+  return names;
+}
+
 std::string OfCustomer(std::int32_t customer_id) {
   return " AND Cav_IdCli = " + sql::Number(std::int64_t{customer_id});
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -46,6 +47,9 @@ std::string BetweenDays(std::string_view from, std::string_view to);
 // The select over the lines of all tickets of those days (made by BetweenDays).
 // Columns: Lav_Importe (euros without tax), Tiva_Iva (percent).
 std::string SoldLines(const std::string& days);
+
+// The agents' names by Age_ID.
+std::map<std::int32_t, std::string> AgentNames(Connection& connection);
 
 // " AND Cav_IdCli = " and the id.
 std::string OfCustomer(std::int32_t customer_id);

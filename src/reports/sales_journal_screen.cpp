@@ -1,7 +1,5 @@
 #include "reports/sales_journal_screen.h"
 
-#include <map>
-
 #include "base/date_time.h"
 #include "base/mask.h"
 #include "base/text.h"
@@ -36,13 +34,6 @@ std::vector<ui::GridColumn> ListColumns(bool cell_button) {
           {"Caja", "", 600, Centre, false, false},
           {"Vendedor", "", 600, Centre, false, false},
           {"Cliente", "", 4500, Left, false, false}};
-}
-
-std::map<std::int32_t, std::string> AgentNames(Connection& connection) {
-  std::map<std::int32_t, std::string> names;
-  const auto rows = connection.Execute("SELECT Age_ID,Age_NOM FROM Age");
-  for (; !rows->Eof(); rows->MoveNext()) names[rows->Field(0).ToInt32()] = rows->Field(1).TextOr("");
-  return names;
 }
 
 }  // namespace

@@ -36,6 +36,7 @@ constexpr Page kPages[] = {
     {"frmAlmacen", "oficina"},
     {"frmRegistros", "registros"},
     {"frmSubsanar", "registros"},
+    {"frmPanel", "panel"},
     {"frmAjustes", "ajustes"},
     {"frmImportar", "tienda-propia"},
     {"frmExportar", "tienda-propia"},
