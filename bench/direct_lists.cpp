@@ -17,6 +17,17 @@ void DirectLists::Journal() {
   collections_(from_, to_);
 }
 
+void DirectLists::Panel(const DateTime& first_before, const DateTime& last_before) {
+  const std::string from = ToIso(first_before);
+  const std::string to = ToIso(last_before).substr(0, 10) + " 23:59:59.000";
+  sold_(from_, to_);
+  sold_(from, to);
+  collected_(from_, to_);
+  collected_(from, to);
+  owed_();
+  stock_(from_, to_);
+}
+
 void DirectLists::SearchPeriod() {
   pending_count_(from_, to_);
   lines_(from_, to_);

@@ -14,6 +14,8 @@ class DirectLists {
   void Closures();
   void Journal();
   void SearchPeriod();
+  // The days of the list beside those.
+  void Panel(const DateTime& first_before, const DateTime& last_before);
   void InvoicePeriod();
   // What was invoiced since the start is pending again.
   void Forget();
@@ -67,6 +69,17 @@ class DirectLists {
                         "DiaCaj_Devolucion, 2), round(DiaCaj_Tarjeta, 2), round(DiaCaj_Descuento, 2) FROM "
                         "DiaCaj WHERE DiaCaj_Fecha BETWEEN ? AND ? AND DiaCaj_Tipo IN (1, 2) ORDER BY "
                         "DiaCaj_Fecha"};
+  Prepared sold_{store_,
+                 "SELECT Cav_Id, Cav_Fecha, Cav_Caja, Cav_Agente, Lav_Idart, Lav_Uni, Lav_Importe, Tiva_iva FROM Cav "
+                 "JOIN Lav ON Lav_IdCav = Cav_Id JOIN tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Fecha BETWEEN ? AND ? AND "
+                 "Cav_Ticket = 1 ORDER BY Cav_Fecha, Cav_Id, Lav_Id"};
+  Prepared owed_{store_,
+                 "SELECT Cav_Fecha, round(SUM(Lav_Importe + Lav_Importe / 100 * Tiva_iva), 2) - ifnull((SELECT "
+                 "SUM(Tco_Importe) FROM Tco WHERE Tco_IdCav = Cav_Id), 0) FROM Cav JOIN Lav ON Lav_IdCav = Cav_Id "
+                 "JOIN tivas ON Tiva_Id = Lav_Tiva WHERE Cav_Ticket = 1 AND Cav_Cobrado = 0 GROUP BY Cav_Id"};
+  Prepared stock_{store_,
+                  "SELECT exis_idart, SUM(exis_uni) FROM Exis WHERE exis_idart IN (SELECT Lav_Idart FROM Cav JOIN Lav "
+                  "ON Lav_IdCav = Cav_Id WHERE Cav_Fecha BETWEEN ? AND ?) GROUP BY exis_idart"};
   Prepared pending_count_{store_, "SELECT COUNT(*) FROM Cav WHERE Cav_Fecha BETWEEN ? AND ? AND "
                                   "Cav_Ticket = 1 AND Cav_Situa = 1"};
   Prepared pending_{store_,

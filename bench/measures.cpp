@@ -67,6 +67,8 @@ class StoreMeasures {
   Row MonthJournal() {
     return Journal({"a month's sales journal (30,000 tickets)", 1.3, 1.3}, MonthDays(), 1, 200);
   }
+  Row DayPanel() { return Panel({"the panel of a day (1,000 tickets)", 1.5, 1.3, 50000}, 3, 3, 20); }
+  Row WholePanel() { return Panel({"the panel of all tickets", 1.5, 1.3, 2e6}, size_.days, 1, 200); }
   Row Closures() {
     const DateTime from = *ParseIso(kClosuresFrom);
     const DateTime to = *ParseIso(kClosuresTo);
@@ -169,6 +171,19 @@ class StoreMeasures {
     return row;
   }
 
+  Row Panel(Subject subject, int first, int last, int part) {
+    const DateTime from = Day(first);
+    const DateTime to = Day(last);
+    const int days = first - last + 1;
+    DirectLists direct(store_, from, to);
+    office_.OpenPanel(ToDayFirst(from), ToDayFirst(to));
+    Row row = Compare(std::move(subject), Runs(part), {{}, [&] { office_.ShowPanel(); }},
+                      {{}, [&] { direct.Panel(AddDays(from, -days), AddDays(to, -days)); }});
+    office_.ClosePanel();
+    row.items = days;
+    return row;
+  }
+
   Row Invoicing(Subject subject, bool make_invoice) {
     const DateTime from = Day(MonthDays());
     const DateTime to = Day(1);
@@ -220,6 +235,7 @@ constexpr Row (StoreMeasures::*kRows[])() = {
     &StoreMeasures::Finish,       &StoreMeasures::State,
     &StoreMeasures::Debt,         &StoreMeasures::Pending,
     &StoreMeasures::DayJournal,   &StoreMeasures::MonthJournal,
+    &StoreMeasures::DayPanel,     &StoreMeasures::WholePanel,
     &StoreMeasures::Closures,     &StoreMeasures::SearchMonth,
     &StoreMeasures::InvoiceMonth, &StoreMeasures::Closing,
     &StoreMeasures::Ready,        &StoreMeasures::SaleScreen,

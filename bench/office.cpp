@@ -40,6 +40,24 @@ void Office::Closures(const std::string& from, const std::string& to) {
   engine().Unload(screen);
 }
 
+void Office::OpenPanel(const std::string& from, const std::string& to) {
+  panel_ = std::make_unique<FrmPanel>(context_);
+  engine().Open(*panel_);
+  engine().SelectEntry(dynamic_cast<ui::ComboBox&>(*panel_->Find("cboPeriodo")), "Entre dos fechas");
+  panel_->Text1[5].text = from;
+  panel_->Text1[2].text = to;
+}
+
+void Office::ShowPanel() {
+  engine().Click(*panel_->Find("cmdVer"));
+  if (panel_->Text1[20].text == "0,00 €") throw std::runtime_error("frmPanel shows nothing");
+}
+
+void Office::ClosePanel() {
+  engine().Unload(*panel_);
+  panel_.reset();
+}
+
 void Office::Invoicing(const std::string& from, const std::string& to, bool make_invoice) {
   FrmTpvFacturas screen(context_);
   Search(screen, screen.Text1[5], from, screen.Text1[2], to);

@@ -1,10 +1,12 @@
 // A shop on which one screen after the other is opened and worked.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "adapters/sqlite/sqlite_connection.h"
 #include "context/context.h"
+#include "panel/panel_screen.h"
 #include "tests/test_shop.h"
 
 namespace tpv::bench {
@@ -18,6 +20,10 @@ class Office : private ui::Driver {
   void Pending();     // of all customers
   void Journal(const std::string& from, const std::string& to);
   void Closures(const std::string& from, const std::string& to);
+  // Opened with those days asked for; shown again and again; left.
+  void OpenPanel(const std::string& from, const std::string& to);
+  void ShowPanel();
+  void ClosePanel();
   void Invoicing(const std::string& from, const std::string& to, bool make_invoice);
 
  private:
@@ -31,6 +37,7 @@ class Office : private ui::Driver {
   SqliteConnection connection_;
   TestShop shop_;
   Context context_{0, 1, 1, 0, shop_.database, shop_.ports};
+  std::unique_ptr<FrmPanel> panel_;
 };
 
 }  // namespace tpv::bench
