@@ -11,6 +11,9 @@
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "panel/board.h"
+#include "panel/monthly_sums.h"
+#include "panel/sums_text.h"
+#include "platform/month_memory.h"
 #include "reports/sales_journal_statements.h"
 #include "tests/test_till.h"
 
@@ -161,6 +164,61 @@ TEST(Panel, EveryChartComesToTheJournalsTotal) {
       Compare(board, 1, before);
       EXPECT_EQ(Sum(Pictures(board)[static_cast<std::size_t>(Picture::Pending)], 0), CentsOf(owed));
     }
+  }
+}
+
+// Whoever changes what a kept month was made from, and whenever.
+TEST(Panel, AKeptMonthIsForgottenWithWhateverChangesIt) {
+  TestStore store;
+  const auto panel = store.Open();
+  Connection& other = store.connection();
+  const DateTime today = store.clock().now;
+  RandomShop shop(other, 1, today);
+  other.Execute("INSERT INTO Cav (Cav_Id,Cav_Fecha,Cav_Ticket) VALUES (900,'10/03/2026 10:00',1)");
+  other.Execute("INSERT INTO Lav (Lav_IdCav,Lav_Idart,Lav_Uni,Lav_Importe,Lav_Tiva) VALUES (900,1,1,333.33,1)");
+  other.Execute("INSERT INTO DiaCaj (DiaCaj_Id,DiaCaj_Fecha,DiaCaj_Tipo,DiaCaj_Tarjeta) VALUES (900,'10/03/2026',1,5)");
+  const Days year = PeriodsOf(Span::Year, today).now;
+  const LineTax plain = [](double amount, double rate) { return RoundHalfAway(amount * (rate / 100), 2); };
+  const auto read = [&](const LineTax& tax) {
+    MonthlySums months(*panel, today);
+    months.Announce(year);
+    const Sums sums = months.Read(year, tax);
+    months.Keep();
+    return sums;
+  };
+  const auto kept = [&] { return panel->Months()->Recall("2026-03"); };
+  EXPECT_TRUE(read(plain) == ReadSums(other, year, plain));
+  for (const char* change :
+       {"INSERT INTO Lav (Lav_IdCav,Lav_Idart,Lav_Uni,Lav_Importe,Lav_Tiva) VALUES (900,1,1,3,1)",
+        "UPDATE Lav SET Lav_Uni = 7 WHERE Lav_IdCav = 900", "UPDATE Lav SET Lav_Tiva = 2 WHERE Lav_IdCav = 900",
+        "UPDATE Cav SET Cav_Caja = 9 WHERE Cav_Id = 900", "UPDATE Cav SET Cav_Ticket = 0 WHERE Cav_Id = 900",
+        "UPDATE Cav SET Cav_Ticket = 1 WHERE Cav_Id = 900", "UPDATE Cav SET Cav_Fecha = '10/02/2026' WHERE Cav_Id = 900",
+        "UPDATE Cav SET Cav_Fecha = '10/03/2026' WHERE Cav_Id = 900",
+        "INSERT INTO DiaCaj (DiaCaj_Fecha,DiaCaj_Tipo,DiaCaj_Entrega) VALUES ('31/03/2026 23:59:59',2,9)",
+        "UPDATE DiaCaj SET DiaCaj_Tarjeta = 6 WHERE DiaCaj_Id = 900", "DELETE FROM DiaCaj WHERE DiaCaj_Id = 900",
+        "UPDATE zrcomun.dbo.tivas SET Tiva_iva = 20 WHERE Tiva_Id = 1"}) {
+    EXPECT_NE(kept(), "") << change;
+    other.Execute(change);
+    EXPECT_EQ(kept(), "") << change;
+    EXPECT_TRUE(read(plain) == ReadSums(other, year, plain)) << change;
+  }
+  other.Execute("UPDATE Cav SET Cav_Cobrado = 1");  // not in the sums
+  EXPECT_NE(kept(), "");
+  // Changed while it is being read.
+  other.Execute("UPDATE Lav SET Lav_Uni = 8 WHERE Lav_IdCav = 900");
+  bool changed = false;
+  read([&](double amount, double rate) {
+    if (amount == 333.33 && !std::exchange(changed, true)) other.Execute("DELETE FROM Lav WHERE Lav_IdCav = 900");
+    return plain(amount, rate);
+  });
+  EXPECT_TRUE(changed);
+  EXPECT_EQ(kept(), "");
+  EXPECT_TRUE(read(plain) == ReadSums(other, year, plain));
+  // A text that is not whole counts for nothing.
+  const std::string text = ToText(ReadSums(other, year, plain));
+  EXPECT_TRUE(SumsFrom(text) == ReadSums(other, year, plain));
+  for (const std::size_t length : {std::size_t{0}, text.size() / 2, text.size() - 1}) {
+    EXPECT_FALSE(SumsFrom(text.substr(0, length)).has_value()) << length;
   }
 }
 

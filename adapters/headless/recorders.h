@@ -164,6 +164,7 @@ class RecordingConnection : public Connection {
   bool InTransaction() const override { return inner_->InTransaction(); }
   void BeginSnapshot() override { inner_->BeginSnapshot(); }
   void EndSnapshot() noexcept override { inner_->EndSnapshot(); }
+  MonthMemory* Months() override { return inner_->Months(); }
 
  private:
   void RequireAllowed(std::string_view sql) const;

@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "adapters/sqlite/kept_months.h"
 #include "adapters/sqlite/store_file.h"
 #include "data/schema.h"
 
@@ -22,6 +23,7 @@ std::map<std::string, std::string> Triggers() {
                        "Cambios = Cambios + 1; END";
     }
   }
+  triggers.merge(KeptMonthsTriggers());
   return triggers;
 }
 
@@ -37,6 +39,7 @@ bool CountsListChanges(sqlite3* handle) {
 
 void CountListChanges(sqlite3* handle) {
   Run(handle, "CREATE TABLE IF NOT EXISTS main.TpvCambios (Id INTEGER PRIMARY KEY, Cambios INTEGER)");
+  Run(handle, kKeptMonthsTable);
   for (const auto& [name, text] : Triggers()) Run(handle, "DROP TRIGGER IF EXISTS main." + name + "; " + text);
 }
 

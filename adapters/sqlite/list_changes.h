@@ -8,9 +8,10 @@
 
 namespace tpv::sqlite {
 
-// Whether the store counts, as this program wants it done.
+// Whether the store counts, and forgets months that have changed (kept_months.h), as this
+// program wants it done.
 bool CountsListChanges(sqlite3* handle);
-// Makes it count from now on; in the caller's transaction.
+// Makes it do so from now on; in the caller's transaction.
 void CountListChanges(sqlite3* handle);
 
 class ListChanges {

@@ -6,6 +6,8 @@
 
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/functions.h"
+#include "adapters/sqlite/kept_months.h"
+#include "adapters/sqlite/list_changes.h"
 #include "adapters/sqlite/reference_rows.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/step_recordset.h"
@@ -86,6 +88,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
   SetSynchronous(true);
   if (opening == OpenMode::ToSell) {
     TakeOver(clock);
+    months_ = std::make_unique<sqlite::KeptMonths>(handle_.get());
   } else {
     RequireCurrent(handle_.get(), path);
   }
@@ -280,6 +283,10 @@ void SqliteConnection::RollbackTrans() {
 void SqliteConnection::EndTrans() {
   in_transaction_ = false;
   turns_->Leave();
+}
+
+MonthMemory* SqliteConnection::Months() {
+  return months_ != nullptr && sqlite::CountsListChanges(handle_.get()) ? months_.get() : nullptr;
 }
 
 void SqliteConnection::BeginSnapshot() {

@@ -18,6 +18,7 @@ class Clock;
 
 namespace sqlite {
 struct Control;
+class KeptMonths;
 class ReferenceRows;
 class StatementCache;
 class StepRecordset;
@@ -46,6 +47,7 @@ class SqliteConnection : public Connection {
   bool InTransaction() const override { return in_transaction_; }
   void BeginSnapshot() override;
   void EndSnapshot() noexcept override;
+  MonthMemory* Months() override;
 
   // For a copy of an older store in which a customer code was given twice.
   void LetCodesRepeat();
@@ -88,6 +90,7 @@ class SqliteConnection : public Connection {
   sqlite::Handle handle_;
   std::unique_ptr<sqlite::StatementCache> cache_;
   std::unique_ptr<sqlite::ReferenceRows> references_;
+  std::unique_ptr<sqlite::KeptMonths> months_;  // of a store that is open to sell
   std::unique_ptr<sqlite::Control> control_;
   bool lacks_log_ = false;       // the file was left with a log that is not there
   bool in_transaction_ = false;  // though the engine may have undone it

@@ -6,8 +6,10 @@
 #include <numeric>
 
 #include "base/mask.h"
+#include "base/rounding.h"
 #include "context/context.h"
 #include "data/statements.h"
+#include "panel/monthly_sums.h"
 #include "platform/clock.h"
 #include "platform/database.h"
 
@@ -29,6 +31,8 @@ constexpr double kMicrosInEuro = 1e6;
 
 double Euros(Cents cents) { return static_cast<double>(cents) / kCentsInEuro; }
 double FromMicros(Micros micros) { return static_cast<double>(micros) / kMicrosInEuro; }
+
+double InCents(Micros micros) { return RoundHalfAway(FromMicros(micros), 2); }
 
 Amounts InEuros(const std::map<std::int32_t, Cents>& cents) {
   Amounts euros;
@@ -141,8 +145,8 @@ ChartData HoursOf(const Board& board) {
 
 ChartData MeansOf(const Board& board) {
   ChartData chart = Empty("Cobros", Kind::Columns);
-  AddValues(chart, "Metálico", Euros(board.now.cash), Euros(board.before.cash));
-  AddValues(chart, "Tarjeta", Euros(board.now.card), Euros(board.before.card));
+  AddValues(chart, "Metálico", InCents(board.now.cash), InCents(board.before.cash));
+  AddValues(chart, "Tarjeta", InCents(board.now.card), InCents(board.before.card));
   return chart;
 }
 
@@ -188,21 +192,32 @@ double Mean(const Sums& sums) {
   return sums.tickets == 0 ? 0 : Euros(sums.sold) / static_cast<double>(sums.tickets);
 }
 
-}  // namespace
-
-Board ReadBoard(Context& context, const Periods& periods, const LineTax& tax_of) {
-  Connection& connection = context.Database();
+Board ReadOneState(Connection& connection, const Periods& periods, const LineTax& tax_of, MonthlySums& months,
+                   const DateTime& today) {
   const Snapshot snapshot(connection);
   Board board;
   board.periods = periods;
-  board.now = ReadSums(connection, periods.now, tax_of);
-  board.before = ReadSums(connection, periods.before, tax_of);
-  board.pending = ReadPending(connection, StartOfDay(context.ports.clock.Now()));
+  board.now = months.Read(periods.now, tax_of);
+  board.before = months.Read(periods.before, tax_of);
+  board.pending = ReadPending(connection, today);
   board.shortages = ReadShortages(connection, board.now, periods.now.Count(), kSoon, kMostShortages);
   board.sellers = AgentNames(connection);
   Ids named = Greatest(ArticleAmounts(board.now));
   for (const Shortage& shortage : board.shortages) named.push_back(shortage.article);
   board.articles = ArticleNames(connection, named);
+  return board;
+}
+
+}  // namespace
+
+Board ReadBoard(Context& context, const Periods& periods, const LineTax& tax_of) {
+  Connection& connection = context.Database();
+  const DateTime today = StartOfDay(context.ports.clock.Now());
+  MonthlySums months(connection, today);
+  months.Announce(periods.now);
+  months.Announce(periods.before);
+  Board board = ReadOneState(connection, periods, tax_of, months, today);
+  months.Keep();
   return board;
 }
 
@@ -231,7 +246,7 @@ std::array<Figure, kFigures> Figures(const Board& board) {
            WithChange(static_cast<double>(now.tickets), static_cast<double>(before.tickets), tickets(before))},
           Amount("Ticket medio", Mean(now), Mean(before)),
           Amount("Devoluciones", FromMicros(now.returned), FromMicros(before.returned)),
-          Amount("Descuentos al cobrar", Euros(now.discounts), Euros(before.discounts)),
+          Amount("Descuentos al cobrar", InCents(now.discounts), InCents(before.discounts)),
           {"Pendiente de cobro", FormatNumber(Euros(owed), kEuros), ""}};
 }
 

@@ -24,6 +24,7 @@ using Micros = std::int64_t;
 struct SoldArticle {
   Micros sold = 0;  // with tax
   double units = 0;
+  bool operator==(const SoldArticle&) const = default;
 };
 
 struct Sums {
@@ -42,9 +43,12 @@ struct Sums {
   Micros returned = 0;  // what was taken back: negative
 
   // What was collected.
-  Cents cash = 0;
-  Cents card = 0;
-  Cents discounts = 0;
+  Micros cash = 0;
+  Micros card = 0;
+  Micros discounts = 0;
+
+  Sums& operator+=(const Sums& more);
+  bool operator==(const Sums&) const = default;
 };
 
 // Throws DatabaseError, and GivenUp where somebody listens.

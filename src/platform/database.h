@@ -38,6 +38,8 @@ class CommitUnknown : public DatabaseError {
             loss.sqlstate(), loss.native()) {}
 };
 
+class MonthMemory;  // month_memory.h
+
 // The rows of one statement, read forward only. It stays readable while other
 // statements run on its connection; a rollback may end it (then it is at EOF).
 // It must not outlive its connection. Statements without rows give a record set
@@ -90,6 +92,10 @@ class Connection {
   // Engines that gain nothing by it take no notice. Nests.
   virtual void BeginSnapshot() {}
   virtual void EndSnapshot() noexcept {}
+
+  // Where sums of whole months are kept; null where the store would not notice that they
+  // no longer hold.
+  virtual MonthMemory* Months() { return nullptr; }
 };
 
 // One state of the store for the statements of a scope. Short: nothing that waits
