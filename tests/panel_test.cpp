@@ -73,7 +73,7 @@ class RandomShop {
     store_.Execute("INSERT INTO DiaCaj (DiaCaj_Fecha,DiaCaj_Caja,DiaCaj_Tipo,DiaCaj_Entrega,DiaCaj_Tarjeta,"
                    "DiaCaj_Devolucion,DiaCaj_Descuento,DiaCaj_Cobrado) VALUES ('" + when + "',1," + type + "," +
                    Euros() + "," + Euros() + "," + Euros() + "," + Euros() + "," + Euros() + ")");
-    store_.Execute("INSERT INTO Tco (Tco_IdDiaCaj,Tco_IdCav,Tco_Importe) VALUES (1," + std::to_string(ticket) + "," +
+    store_.Execute("INSERT INTO Tco (Tco_IdDiaCaj,Tco_IdCav,Tco_Importe) VALUES (0," + std::to_string(ticket) + "," +
                    Euros() + ")");
   }
   std::string Code(int end) { return Below(20) == 0 ? "NULL" : std::to_string(Below(end) + 1); }

@@ -154,7 +154,7 @@ TEST_P(WindowFitTest, EveryScreen) {
       "frmTpv",         "frmTpv1",            "frmTpvDevoluciones",  "frmTpvAperturaCaja",
       "frmTpvMovCaja",  "frmTpvCierreCaja",   "frmFactuTicket",      "frmTpvDiarioCierres",
       "frmTpvFacturas", "frmTpvDiarioVentas", "frmTpvPendiente",     "frmNuevoCliente",
-      "frmArqueo", "frmTpvCuenta",      "frmOficina",          "frmRegistros",       "frmSubsanar",
+      "frmArqueo", "frmTpvCuenta",      "frmOficina",          "frmPanel",           "frmRegistros",       "frmSubsanar",
       "frmAlmacenes",   "frmAlmacen",
       "frmArticulos",   "frmArticulo",        "frmPrecios",          "frmEtiquetas",
       "frmTeclas",      "frmTecla",           "frmParametros",
