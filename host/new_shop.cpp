@@ -59,6 +59,14 @@ std::string CreateShop(ui::FrontEnd& front_end, const Clock& clock) {
   office::ShopWindow window(front_end, make, propose);
   front_end.ShowModal(window);
   const std::string& stored = window.stored();
+  if (!stored.empty()) {
+    ui::MessageBox next;
+    next.text = "La tienda está creada. Ahora, sus artículos: en Oficina, con Importar, de una hoja de cálculo, o con Artículos, "
+                "uno a uno.\r\nDespués, Venta.";
+    next.title = window.caption;
+    next.icon = ui::Icon::Information;
+    front_end.Show(next);
+  }
   return stored.empty() || IsServerStore(stored) ? stored : PlaceOf(stored).name;
 }
 
