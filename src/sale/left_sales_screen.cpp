@@ -50,6 +50,7 @@ void FrmVentasAparcadas::DeclareLayout() {
   ListView1.stretch = true;
   cmdRecuperar.emphasis = ui::Emphasis::Strong;
   cmdEliminar.emphasis = ui::Emphasis::Warning;
+  lblAviso.stretch = true;
   rows = {{&ListView1}, {&lblAviso}, {&cmdRecuperar, &cmdAparcar, &cmdEliminar, &cmdSalir}};
 }
 
