@@ -2,6 +2,9 @@
 // and a current row that shows whether the table has the focus.
 #pragma once
 
+#include <QCache>
+#include <QFont>
+#include <QStaticText>
 #include <QStyledItemDelegate>
 
 class QAbstractItemView;
@@ -30,10 +33,15 @@ class CellDelegate : public QStyledItemDelegate {
 
  private:
   void DrawCheck(QPainter& painter, const QStyleOptionViewItem& option, bool checked) const;
-  void DrawButton(QPainter& painter, const QRect& cell, bool enabled) const;
+  void DrawButton(QPainter& painter, const QStyleOptionViewItem& option, bool enabled) const;
+  void DrawText(QPainter& painter, const QRect& place, const QStyleOptionViewItem& option, QString text,
+                Qt::Alignment alignment) const;
+  QStaticText LaidOut(const QString& text, const QFont& font) const;
 
   QAbstractItemView& table_;
   const QWidget& focus_;
+  mutable QCache<QString, QStaticText> texts_{1000};  // in font_
+  mutable QFont font_;
 };
 
 }  // namespace tpv::qt
