@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <optional>
 #include <random>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -155,18 +156,24 @@ class Attempt {
     return {state, line.code, line.text, answer.receipt, line.duplicate};
   }
 
-  SendingRound Keep(const Replies& replies, int wait_seconds) {
+  // Some at a time: sales go on between them. What is not kept goes out again.
+  SendingRound Keep(std::span<const std::pair<std::int32_t, Reply>> replies, int wait_seconds) {
+    constexpr std::size_t kAtOnce = 50;
     SendingRound round = Ended(End::Answered);
-    Transaction transaction(connection_);
-    const Records waiting = NextToSend(connection_, 1);
-    for (const auto& [position, reply] : replies) {
-      // Another till that took the turn over may have kept the answer meanwhile.
-      if (waiting.empty() || position < waiting.front().position) continue;
-      StoreReply(connection_, position, reply);
-      Count(reply, round);
+    while (!replies.empty()) {
+      const auto some = replies.first(std::min(kAtOnce, replies.size()));
+      replies = replies.subspan(some.size());
+      Transaction transaction(connection_);
+      const Records waiting = NextToSend(connection_, 1);
+      for (const auto& [position, reply] : some) {
+        // Another till that took the turn over may have kept the answer meanwhile.
+        if (waiting.empty() || position < waiting.front().position) continue;
+        StoreReply(connection_, position, reply);
+        Count(reply, round);
+      }
+      if (replies.empty()) NoteAnswered(connection_, holder_, wait_seconds);
+      transaction.Commit();
     }
-    NoteAnswered(connection_, holder_, wait_seconds);
-    transaction.Commit();
     return round;
   }
 
