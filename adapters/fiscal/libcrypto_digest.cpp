@@ -7,10 +7,12 @@
 
 namespace tpv {
 
+LibcryptoDigest::LibcryptoDigest() : sha256_(EVP_MD_fetch(nullptr, "SHA256", nullptr), &EVP_MD_free) {}
+
 std::string LibcryptoDigest::Sha256(std::string_view bytes) const {
   std::array<unsigned char, EVP_MAX_MD_SIZE> digest;
   unsigned int length = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1) {
+  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, sha256_.get(), nullptr) != 1) {
     throw std::runtime_error("No se puede calcular la huella del registro de facturación");
   }
   constexpr char kDigits[] = "0123456789ABCDEF";

@@ -101,11 +101,23 @@ std::vector<Record> ReadAll(Connection& connection, const std::string& top, cons
 
 std::string Top(std::size_t most) { return "TOP " + std::to_string(most) + " "; }
 
+// Asked while a customer waits for the ticket.
 std::optional<Record> InForce(Connection& connection, const std::string& column, std::int32_t id) {
-  const auto last = ReadAll(connection, Top(1), "WHERE r." + column + " = " + sql::Number(std::int64_t{id}) +
-                                                    " ORDER BY r.Fis_Id DESC");
-  if (last.empty() || last[0].kind == Kind::Cancellation) return std::nullopt;
-  return last[0];
+  const auto last = connection.Execute(
+      "SELECT TOP 1 Fis_Tipo, Fis_Modo, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Total, Fis_Momento FROM Fiscal WHERE " +
+      column + " = " + sql::Number(std::int64_t{id}) + " ORDER BY Fis_Id DESC");
+  if (last->Eof()) return std::nullopt;
+  Row row(*last);
+  Record record;
+  record.kind = KindOf(row.Text());
+  if (record.kind == Kind::Cancellation) return std::nullopt;
+  record.mode = static_cast<Mode>(row.Whole());
+  record.issuer = row.Text();
+  record.document.number = row.Text();
+  record.document.date = row.Day();
+  record.total = row.Amount();
+  record.moment = row.Text();
+  return record;
 }
 
 std::int32_t LastAnswered(Connection& connection) {

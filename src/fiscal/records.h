@@ -23,7 +23,8 @@ void ForEachRecord(Connection& connection, const std::optional<DateTime>& from,
                    const std::optional<DateTime>& to, const std::function<void(const Record&)>& visit);
 
 // The registration of a ticket (Cav_Id) or an invoice (Fav_Id) that is in force, a
-// mended one last; nullopt when there is none or it is cancelled.
+// mended one last; nullopt when there is none or it is cancelled. Only what it is of whom, when
+// and how much: what its code on paper says.
 std::optional<Record> RecordOfTicket(Connection& connection, std::int32_t ticket);
 std::optional<Record> RecordOfInvoice(Connection& connection, std::int32_t invoice);
 
