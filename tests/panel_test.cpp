@@ -42,10 +42,12 @@ TEST(PanelPeriods, StandBesideTheSamePeriodBefore) {
 class RandomShop {
  public:
   RandomShop(Connection& store, unsigned seed, const DateTime& today) : store_(store), random_(seed), today_(today) {
+    Transaction transaction(store);
     for (const char* rate : {"21", "10", "4", "5.5", "0"}) {
       store.Execute("INSERT INTO zrcomun.dbo.tivas (Tiva_iva,tiva_reg) VALUES (" + std::string(rate) + ",1)");
     }
     for (int ticket = 1; ticket <= 250; ++ticket) AddTicket(ticket);
+    transaction.Commit();
   }
 
   DateTime Day() { return StartOfDay(AddDays(today_, -(Below(2) != 0 ? Below(40) : Below(730)))); }

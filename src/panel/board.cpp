@@ -241,13 +241,15 @@ std::array<Figure, kFigures> Figures(const Board& board) {
   const Sums& before = board.before;
   const auto tickets = [](const Sums& sums) { return FormatNumber(static_cast<double>(sums.tickets), "#,##0"); };
   const Cents owed = std::accumulate(board.pending.begin(), board.pending.end(), Cents{0});
+  const Cents owed_long = std::accumulate(board.pending.begin() + 2, board.pending.end(), Cents{0});
   return {Amount("Ventas", Euros(now.sold), Euros(before.sold)),
           {"Tickets", tickets(now),
            WithChange(static_cast<double>(now.tickets), static_cast<double>(before.tickets), tickets(before))},
           Amount("Ticket medio", Mean(now), Mean(before)),
           Amount("Devoluciones", FromMicros(now.returned), FromMicros(before.returned)),
           Amount("Descuentos al cobrar", InCents(now.discounts), InCents(before.discounts)),
-          {"Pendiente de cobro", FormatNumber(Euros(owed), kEuros), ""}};
+          {"Pendiente de cobro", FormatNumber(Euros(owed), kEuros), FormatNumber(Euros(owed_long), kEuros),
+           "Más de 30 días"}};
 }
 
 }  // namespace tpv::panel

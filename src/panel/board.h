@@ -39,7 +39,8 @@ std::array<ChartData, kPictures> Pictures(const Board& board);
 struct Figure {
   std::string caption;
   std::string now;
-  std::string before;  // "980,00 (+12 %)"; "" where there is none
+  std::string before;  // "980,00 (+12 %)"
+  std::string caption_before = "Antes";
 };
 inline constexpr std::size_t kFigures = 6;
 std::array<Figure, kFigures> Figures(const Board& board);

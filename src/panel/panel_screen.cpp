@@ -45,7 +45,7 @@ void FrmPanel::DeclareFields() {
   for (const int index : {kFirst, kLast}) Text1[index].columns = 12;
   for (int figure = 0; figure < static_cast<int>(panel::kFigures); ++figure) {
     for (const int index : {kFigures + figure, kFiguresBefore + figure}) {
-      ui::TextBox& box = Text1.Add(index, "Antes");
+      ui::TextBox& box = Text1.Add(index);
       box.locked = box.stretch = true;
       box.tab_stop = false;
       box.align = ui::Align::Right;
@@ -61,7 +61,7 @@ void FrmPanel::DeclareLayout() {
   std::vector<ui::Control*> before;
   for (int figure = 0; figure < static_cast<int>(panel::kFigures); ++figure) {
     now.push_back(&Text1[kFigures + figure]);
-    if (figure + 1 < static_cast<int>(panel::kFigures)) before.push_back(&Text1[kFiguresBefore + figure]);
+    before.push_back(&Text1[kFiguresBefore + figure]);
   }
   Frame2.Rows({now, before});
   const auto chart = [this](Picture picture) -> ui::Control* { return &charts_[IndexOf(picture)]; };
@@ -135,7 +135,9 @@ void FrmPanel::ShowBoard() {
     ui::TextBox& now = Text1[kFigures + static_cast<int>(i)];
     now.caption = figures[i].caption;
     now.text = figures[i].now;
-    Text1[kFiguresBefore + static_cast<int>(i)].text = figures[i].before;
+    ui::TextBox& before = Text1[kFiguresBefore + static_cast<int>(i)];
+    before.caption = figures[i].caption_before;
+    before.text = figures[i].before;
   }
   auto pictures = panel::Pictures(*board_);
   for (std::size_t i = 0; i < pictures.size(); ++i) charts_[i].data = std::move(pictures[i]);

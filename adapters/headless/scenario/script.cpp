@@ -41,7 +41,7 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
   static const std::map<std::string, Shape, std::less<>> expectations = {
       {"enabled", {2, 2}}, {"visible", {2, 2}},  {"focus", {1, 1}},     {"rows", {2, 2}},
       {"cell", {4, 4}},    {"property", {2, 2}}, {"screen", {1, 1}},    {"sql", {2, kAny}},
-      {"labels", {1, 1}},
+      {"labels", {1, 1}},  {"value", {3, 3}},
       {"call", {2, kAny}}, {"printed", {1, 1}},  {"documents", {1, 1}}, {"device", {2, 2}},
       {"raw", {1, 1}},     {"mails", {1, 1}},    {"mail", {1, 1}},      {"setting", {1, 1}},
       {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
