@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "host/play.h"
+#include "output/sales_ticket.h"
 #include "platform/settings.h"
 #include "sale/weighed_code.h"
 #include "suite/till_settings.h"
@@ -46,6 +47,7 @@ bool IsCodePrinting(const std::string& value) { return ParseCodePrinting(value).
 bool IsTill(const std::string& value) { return suite::IsTillNumber(value); }
 bool IsDrawer(const std::string& value) { return suite::IsDrawerMethod(value); }
 bool IsSwitch(const std::string& value) { return ReadSwitch(value).has_value(); }
+bool IsShopCopy(const std::string& value) { return IsShopCopySetting(value); }
 bool IsAnything(const std::string&) { return true; }
 
 struct Known {
@@ -64,6 +66,8 @@ constexpr Known kKnown[] = {
     {"Paper", "Tickets", IsFolder, "una carpeta: /ruta o ~/ruta"},
     {"Paper", "Reports", IsFolder, "una carpeta: /ruta o ~/ruta"},
     {"Paper", "Receipts", IsSwitch, "si o no: un recibo de cada cobro o pago de caja"},
+    {"Paper", "MarkReprints", IsSwitch, "si o no: un ticket que se imprime otra vez lo dice"},
+    {"Paper", "ShopCopy", IsShopCopy, "si, no o descuentos: otra copia de cada ticket para la tienda, o de los que llevan descuento"},
     {"Printers", "", IsMode,
      "folder[:/ruta], escpos:DESTINO, page[:COLA], roll[:COLA] o sheets[:COLA]"},
     {"CodeTable", "", IsCodeTable, kCodeTables},

@@ -60,6 +60,7 @@ class RecordedTill {
 
  private:
   void StartProgram() {
+    printers.clock = &clock;
     objects.SetPorts(ports);
     rig.premises.configure = [this](const std::string& name, const std::string& value) {
       ChangeSetting(settings, name, value);

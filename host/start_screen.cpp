@@ -17,7 +17,9 @@
 #include "host/welcome_window.h"
 #include "office/menu_screen.h"
 #include "panel/panel_screen.h"
-#include "screen/unsent_item.h"
+#include "screen/list_exits.h"
+#include "screen/unprinted_screen.h"
+#include "screen/waiting_items.h"
 #include "suite/till_settings.h"
 
 namespace tpv {
@@ -100,6 +102,17 @@ void StartScreen::OnFirstActivate() {
   if (!program_.notice.empty()) Tell(program_.notice, ui::Icon::Exclamation);
   if (!shop_) OfferShops();
 }
+
+void StartScreen::OnKeyUp(ui::Key key) {
+  if (key == ui::Key::F8 && shop_) return Run([this] { ShowUnprinted(shop_->context()); });
+  Window::OnKeyUp(key);
+}
+
+void StartScreen::ExportList(ui::List& list, const std::string& path) {
+  tpv::ExportList(shop_->context(), list, path);
+}
+
+void StartScreen::PrintList(ui::List& list, ui::ListPaper paper) { tpv::PrintList(shop_->context(), list, paper); }
 
 // Without a printer the operator wants to know where the tickets go.
 void StartScreen::ShowPrinter() {
@@ -323,7 +336,7 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
                                       {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
                                        open ? Tone::Good : Tone::Missing},
                                       {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
-    AddUnsentRecords(shop_->context().ports, items);
+    AddWaiting(shop_->context().ports, items);
     if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
     return items;
   } catch (const DatabaseError&) {

@@ -20,6 +20,11 @@ class StartScreen : public office::Window {
   void OnLoad() override;
   void OnFirstActivate() override;
   void OnCloseBox() override { Leave(); }
+  void OnKeyUp(ui::Key key) override;
+  // The shop's: of the searches that are opened from here.
+  bool GivesListsAway() const override { return shop_ != nullptr; }
+  void ExportList(ui::List& list, const std::string& path) override;
+  void PrintList(ui::List& list, ui::ListPaper paper) override;
   std::vector<ui::StatusItem> Status() const override;
 
  protected:

@@ -23,7 +23,7 @@
 #include "host/play.h"
 #include "host/store.h"
 #include "host/store_errands.h"
-#include "screen/unsent_item.h"
+#include "screen/waiting_items.h"
 #include "tests/agency_fixture.h"
 #include "tests/read_code.h"
 #include "tests/test_shop.h"
@@ -356,10 +356,10 @@ TEST_F(Sending, GoesOnBesideTheWindowsAndTellsWhatWaitsTooLong) {
   errands.emplace(ports, 1, [this] { return store.Open(); });
   EXPECT_TRUE(settles([&] { return errands->OverdueRecords() == 3; }));
   std::vector<ui::StatusItem> band;
-  AddUnsentRecords(ports, band);
+  AddWaiting(ports, band);
   EXPECT_TRUE(band.empty());
   ports.errands = &*errands;
-  AddUnsentRecords(ports, band);
+  AddWaiting(ports, band);
   ASSERT_EQ(band.size(), 1U);
   EXPECT_EQ(band[0].text, "3 sin enviar");
 }

@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "debt/collection.h"
+#include "cash/difference_search.h"
 #include "cash/mail_queue.h"
 #include "tests/test_machine.h"
 #include "tests/test_till.h"
@@ -67,6 +68,43 @@ constexpr const char* kOpenAndChoose =
     "call zTpv\n"
     "enter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 100\nclick cmdGrabar\nanswer Yes\n"
     "click cmdCierre\nenter Text1(11) 1\nclick cmdProceso\nselect ListView1 0\nenter Text1(4) 0\n";
+
+// What explains a difference of so many cents, the proposal that something is not booked aside.
+std::string Explained(std::int64_t difference, const DrawerEntry& entry, std::int64_t initial = 0) {
+  std::string reasons;
+  for (const Proposal& proposal : ExplainDifference(difference, initial, {entry})) {
+    if (!proposal.what.empty()) reasons += proposal.what + ": " + proposal.reason + "\n";
+  }
+  return reasons;
+}
+
+TEST(DrawerDifference, EachKindOfMistakeIsProposedAndNoOther) {
+  const DrawerEntry sale{"C", false, 2000, 800, 0};  // 12,00 in cash, change of 20,00
+  const DrawerEntry card{"C", false, 0, 0, 3000};
+  const DrawerEntry back{"C", false, -500, 0, 0};
+  const DrawerEntry paid{"P", true, 5400, 0, 0};
+  const std::tuple<std::int64_t, DrawerEntry, std::int64_t, const char*> cases[] = {
+      {-1200, sale, 0, "C: Un cobro de ese importe: ¿se pagó con tarjeta y se apuntó en metálico?\n"},
+      {1200, sale, 0, "C: Un cobro de ese importe: ¿entró el dinero dos veces?\n"},
+      {-2400, sale, 0, "C: La mitad de la diferencia: ¿se devolvió y se apuntó como cobro?\n"},
+      {900, sale, 0, "C: Dos cifras cambiadas de sitio: 12,00 por 21,00\n"},
+      {-3000, sale, 0, "C: Entregado 20,00: ¿se dio el cambio de 50,00?\n"},
+      {3000, card, 0, "C: Un cobro con tarjeta de ese importe: ¿se pagó en metálico?\n"},
+      {-3000, card, 0, ""},
+      {1000, back, 0, "C: La mitad de la diferencia: ¿se cobró y se apuntó como devolución?\n"},
+      {-5400, paid, 0, "P: Un pago de ese importe: ¿se pagó dos veces?\n"},
+      {5400, paid, 0, "P: Un pago de ese importe: ¿se apuntó y no salió del cajón?\n"},
+      {10800, paid, 0, "P: La mitad de la diferencia: ¿era un cobro y se apuntó como pago?\n"},
+      {900, paid, 0, "P: Dos cifras cambiadas de sitio: 54,00 por 45,00\n"},
+      {-1800, card, 8600, "Saldo inicial: Dos cifras cambiadas de sitio: 86,00 por 68,00\n"},
+      {-700, sale, 0, ""},
+  };
+  for (const auto& [difference, entry, initial, reasons] : cases) {
+    EXPECT_EQ(Explained(difference, entry, initial), reasons) << difference;
+  }
+  EXPECT_EQ(ExplainDifference(-700, 0, {}).at(0).reason, "Un pago de 7,00 sin apuntar en movimientos de caja");
+  EXPECT_EQ(ExplainDifference(700, 0, {}).at(0).reason, "Un cobro de 7,00 sin apuntar, o cambio que no se dio");
+}
 
 TEST_F(Day, AFailedClosureIsToldToSupport) {
   TestTill till(path, clock);

@@ -34,6 +34,12 @@ constexpr std::string_view kSocket = "socket://";
   throw PrintError("Impresora o dispositivo «" + target + "»: " + why);
 }
 
+// When some bytes were taken, something may have come out.
+[[noreturn]] void FailMidway(const std::string& target, int error, bool taken) {
+  if (!taken) Fail(target, Reason(error));
+  throw UnsurePrint("Impresora o dispositivo «" + target + "»: " + Reason(error));
+}
+
 struct Address {
   std::string host;
   std::string port;
@@ -77,9 +83,10 @@ int WaitUntil(int file, short event, const Patience& patience) {
   return ready == 0 ? ETIMEDOUT : ready < 0 ? errno : 0;
 }
 
-// `write_some` writes like write(2) to a file that does not block.
+// `write_some` writes like write(2) to a file that does not block; what is taken goes off
+// `bytes`.
 template <typename WriteSome>
-int WriteAll(int file, std::string_view bytes, const Patience& patience, WriteSome write_some) {
+int WriteAll(int file, std::string_view& bytes, const Patience& patience, WriteSome write_some) {
   while (!bytes.empty()) {
     const ssize_t written = write_some(bytes);
     if (written >= 0) {
@@ -134,11 +141,12 @@ void WriteToDevice(const std::string& path, std::string_view bytes, Accept accep
                               (accept == Accept::PortsAndFiles && S_ISREG(about.st_mode)));
   if (!fits) Fail(path, "no es un dispositivo en el que se pueda escribir");
   MakeRaw(device.get());
+  const std::size_t all = bytes.size();
   int error = WriteAll(device.get(), bytes, patience, [&](std::string_view rest) {
     return ::write(device.get(), rest.data(), rest.size());
   });
   if (error == 0) error = WaitUntilTaken(device.get(), patience);
-  if (error != 0) Fail(path, Reason(error));
+  if (error != 0) FailMidway(path, error, bytes.size() < all);
 }
 
 int ConnectTo(int file, const addrinfo& address, const Patience& patience) {
@@ -201,10 +209,11 @@ void Finish(const Descriptor& connection) {
 void WriteToNetwork(const std::string& target, const Address& address, std::string_view bytes,
                     const Patience& patience) {
   const Descriptor connection = Connected(target, address, patience);
+  const std::size_t all = bytes.size();
   const int error = WriteAll(connection.get(), bytes, patience, [&](std::string_view rest) {
     return ::send(connection.get(), rest.data(), rest.size(), MSG_NOSIGNAL);
   });
-  if (error != 0) Fail(target, Reason(error));
+  if (error != 0) FailMidway(target, error, bytes.size() < all);
   Finish(connection);
 }
 

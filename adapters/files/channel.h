@@ -18,7 +18,7 @@ std::string QueueOf(std::string_view target);
 
 // All bytes, in order, as one job. A printer that takes nothing until the deadline is
 // given up; one that is slow, as on a serial line, has a second more for each 500 bytes.
-// Throws PrintError when any of it fails.
+// Throws PrintError when any of it fails, UnsurePrint when some of it was taken.
 void SendBytes(const std::string& target, std::string_view bytes, const Deadline& deadline);
 
 // The same for a place that the machine's settings do not name: a character device

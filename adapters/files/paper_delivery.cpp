@@ -60,31 +60,38 @@ std::string PaperFolder(const Settings& settings, std::string_view key) {
   }
 }
 
-void PaperDelivery::Deliver(const std::string& name, const PaperDocument& document,
+void PaperDelivery::Deliver(const std::string& name, const PaperDocument& document, HeldPaper* held,
                             const Deadline& deadline) const {
   std::string printer = name;
+  const auto fail = [&](const std::exception& error, const std::string& detail, bool maybe_printed) {
+    if (held != nullptr) held->Failed(printer, error.what(), maybe_printed);
+    TellFailure(printer, document, error.what(), detail, held != nullptr);
+  };
   try {
     const PrinterSetup found = Find(name, deadline);
     printer = found.name;
-    const std::string waits = Print(found, document, deadline);
+    const std::string waits = Print(found, document, held, deadline);
+    if (held != nullptr) held->Done();
     if (waits.empty() || document.title.empty() || !news_.failed) return;
     news_.failed({"«" + document.title + "» espera en la cola de «" + printer +
                       "»: la impresora " + waits + ".", {}});
+  } catch (const UnsurePrint& error) {
+    fail(error, error.detail(), true);
   } catch (const PrintError& error) {
-    TellFailure(printer, document, error.what(), error.detail());
+    fail(error, error.detail(), false);
   } catch (const std::exception& error) {
-    TellFailure(printer, document, error.what(), {});
+    fail(error, {}, false);
   }
 }
 
 void PaperDelivery::TellFailure(const std::string& printer, const PaperDocument& document,
-                                const std::string& why, const std::string& detail) const {
+                                const std::string& why, const std::string& detail, bool kept) const {
   if (document.title.empty() || !news_.failed) return;
   std::string text = "«" + document.title + "» no se ha impreso";
   if (!printer.empty()) text += " en «" + printer + "»";
   text += ". " + why + ". ";
   try {
-    text += "Está guardado en " + Keep(document) + ".";
+    text += kept ? "Está en «Sin imprimir» (F8)." : "Está guardado en " + Keep(document) + ".";
   } catch (const std::exception& error) {
     text += "Tampoco se ha podido guardar. " + std::string(error.what()) + ".";
   }
@@ -98,16 +105,19 @@ PrinterSetup PaperDelivery::Find(const std::string& name, const Deadline& deadli
 }
 
 std::string PaperDelivery::Print(const PrinterSetup& printer, const PaperDocument& document,
-                                 const Deadline& deadline) const {
+                                 HeldPaper* held, const Deadline& deadline) const {
   if (printer.mode == PrinterMode::Folder) {
+    if (held != nullptr) held->Sending();
     const std::string folder = Save(printer, document);
     if (news_.in_folder) news_.in_folder(folder);
     return {};
   }
   RequireUnderstood(printer);
   if (deadline.Passed()) throw PrintError("El programa se ha cerrado antes de imprimirlo");
-  if (printer.mode != PrinterMode::Receipt) return PrintPages(printer, document, deadline);
-  return SendToTarget(printer.target, document.title, BytesFor(printer, document), deadline);
+  if (printer.mode != PrinterMode::Receipt) return PrintPages(printer, document, held, deadline);
+  const std::string bytes = BytesFor(printer, document);
+  if (held != nullptr) held->Sending();
+  return SendToTarget(printer.target, document.title, bytes, deadline);
 }
 
 std::string PaperDelivery::BytesFor(const PrinterSetup& printer,
@@ -125,9 +135,10 @@ std::string PaperDelivery::BytesFor(const PrinterSetup& printer,
 }
 
 std::string PaperDelivery::PrintPages(const PrinterSetup& printer, const PaperDocument& document,
-                                      const Deadline& deadline) const {
+                                      HeldPaper* held, const Deadline& deadline) const {
   const SystemQueue queue = AwaitQueue(printer.target, deadline);
   RefuseToWait(queue, document.title);
+  if (held != nullptr) held->Sending();
   if (queue.raw || std::holds_alternative<RawBytes>(document.content)) {
     SendToQueue(queue.name, document.title, {"raw"}, BytesFor(printer, document), deadline);
   } else {

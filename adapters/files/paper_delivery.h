@@ -3,29 +3,17 @@
 
 #include <functional>
 #include <string>
-#include <variant>
 
 #include "adapters/files/deadline.h"
 #include "adapters/files/document_folder.h"
 #include "adapters/files/file_settings.h"
+#include "adapters/files/outbox_folder.h"
+#include "adapters/files/paper_document.h"
 #include "adapters/files/printer_setup.h"
 #include "adapters/files/queue_watch.h"
-#include "adapters/files/ticket_page.h"
 #include "platform/notice.h"
 
 namespace tpv {
-
-struct SheetsPdf {
-  std::string bytes;
-};
-struct RawBytes {
-  std::string bytes;
-};
-
-struct PaperDocument {
-  std::string title;  // what the operator knows it by; "" when nobody misses it
-  std::variant<TicketPage, SheetsPdf, RawBytes> content;
-};
 
 // Who hears of it; called from whichever thread delivers.
 struct PaperNews {
@@ -41,24 +29,25 @@ class PaperDelivery {
                 const PaperNews& news)
       : settings_(settings.path()), clock_(clock), watch_(watch), news_(news) {}
 
-  // To the printer so named, "" for the default. What a printer does not take is kept in
-  // a folder, and a document with a title told of. Throws nothing.
-  void Deliver(const std::string& printer, const PaperDocument& document,
+  // To the printer so named, "" for the default. What a printer does not take stays in
+  // hand of the outbox, in a folder where that has not kept it (null), and a document with
+  // a title is told of. Throws nothing.
+  void Deliver(const std::string& printer, const PaperDocument& document, HeldPaper* held,
                const Deadline& deadline) const;
 
  private:
   PrinterSetup Find(const std::string& name, const Deadline& deadline) const;
   // Returns why the document waits in the printer's queue, "" when it does not.
-  std::string Print(const PrinterSetup& printer, const PaperDocument& document,
+  std::string Print(const PrinterSetup& printer, const PaperDocument& document, HeldPaper* held,
                     const Deadline& deadline) const;
-  std::string PrintPages(const PrinterSetup& printer, const PaperDocument& document,
+  std::string PrintPages(const PrinterSetup& printer, const PaperDocument& document, HeldPaper* held,
                          const Deadline& deadline) const;
   std::string BytesFor(const PrinterSetup& printer, const PaperDocument& document) const;
   std::string Save(const PrinterSetup& printer, const PaperDocument& document) const;
   // Where the document lies now.
   std::string Keep(const PaperDocument& document) const;
-  void TellFailure(const std::string& printer, const PaperDocument& document,
-                   const std::string& why, const std::string& detail) const;
+  void TellFailure(const std::string& printer, const PaperDocument& document, const std::string& why,
+                   const std::string& detail, bool kept) const;
 
   const FileSettings settings_;
   const Clock& clock_;

@@ -60,13 +60,6 @@ std::string BehindLinks(const std::string& path) {
   return file.string();
 }
 
-void FillNewFile(const Descriptor& file, const std::string& path, std::string_view bytes) {
-  const int error = WriteAll(file.get(), bytes);
-  if (error == 0) return;
-  ::unlink(path.c_str());
-  Fail("escribir", path, error);
-}
-
 }  // namespace
 
 std::string Reason(int error) {
@@ -138,6 +131,19 @@ void MakePrivateFolder(const std::string& path) {
   }
 }
 
+void FillNewFile(const Descriptor& file, const std::string& path, std::string_view bytes) {
+  const int error = WriteAll(file.get(), bytes);
+  if (error == 0) return;
+  ::unlink(path.c_str());
+  Fail("escribir", path, error);
+}
+
+void SyncFolderOf(const std::string& path) {
+  const std::string folder = std::filesystem::path(path).parent_path().string();
+  const Descriptor entry(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (entry) ::fsync(entry.get());
+}
+
 bool CreatePrivateFile(const std::string& path, std::string_view bytes) {
   const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!file && errno == EEXIST) return false;
@@ -159,9 +165,7 @@ void ReplacePrivateFile(const std::string& linked, std::string_view bytes) {
     ::unlink(temporary.c_str());
     Fail("escribir", path, error);
   }
-  const std::string folder = std::filesystem::path(path).parent_path().string();
-  const Descriptor entry(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (entry) ::fsync(entry.get());
+  SyncFolderOf(path);
 }
 
 bool MakePrivate(const std::string& path) {

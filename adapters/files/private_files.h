@@ -8,6 +8,8 @@
 
 namespace tpv {
 
+class Descriptor;
+
 class FileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -33,6 +35,10 @@ bool CreatePrivateFile(const std::string& path, std::string_view bytes);
 // The file holds either the old bytes or all the new ones, whatever happens. A link
 // stays one, and the file that it leads to is written.
 void ReplacePrivateFile(const std::string& path, std::string_view bytes);
+// Writes a file that was just made at the path, and takes it away again when that fails.
+void FillNewFile(const Descriptor& file, const std::string& path, std::string_view bytes);
+// A name that the file was given, or lost, survives a power cut.
+void SyncFolderOf(const std::string& path);
 // Takes other users' right to read or write it from a file; false when they had none.
 // Throws FileError when it cannot.
 bool MakePrivate(const std::string& path);

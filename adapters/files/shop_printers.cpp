@@ -76,31 +76,42 @@ void ShopPrinters::SetCurrent(std::string_view name) {
 }
 
 std::unique_ptr<PrintDocument> ShopPrinters::Begin(std::string_view title) {
-  Understood(chosen_);
   return std::make_unique<PageRecorder>(
       codes_, [this, printer = chosen_, title = std::string(title)](const TicketPage& page) {
-        HandOver(printer, {title, page});
+        Deliver(printer, {title, page});
       });
 }
 
-void ShopPrinters::SendRaw(std::string_view bytes) {
-  Understood(chosen_);
-  HandOver(chosen_, {{}, RawBytes{std::string(bytes)}});
-}
+void ShopPrinters::SendRaw(std::string_view bytes) { Deliver(chosen_, {{}, RawBytes{std::string(bytes)}}); }
 
 void ShopPrinters::PrintSheets(std::string_view name, std::string_view title,
                                const std::string& pdf) {
-  const std::string printer(name.empty() ? std::string_view(chosen_) : name);
-  const auto known = Understood(printer);
-  if (known && known->mode == PrinterMode::Receipt) throw PrintError(NeedsSheets(known->name));
-  HandOver(printer, {std::string(title), SheetsPdf{pdf}});
+  Deliver(std::string(name.empty() ? std::string_view(chosen_) : name), {std::string(title), SheetsPdf{pdf}});
 }
 
-void ShopPrinters::HandOver(const std::string& printer, PaperDocument document) {
+void ShopPrinters::Deliver(const std::string& printer, PaperDocument document) {
+  ShopOutbox::Held held = outbox_.Keep(printer, document);
+  HandOver(printer, std::move(document), std::move(held));
+}
+
+// Known at once where the settings alone say so.
+void ShopPrinters::RequireFit(const std::string& printer, const PaperDocument& document) const {
+  const auto known = Understood(printer);
+  const bool sheets = std::holds_alternative<SheetsPdf>(document.content);
+  if (known && sheets && known->mode == PrinterMode::Receipt) throw PrintError(NeedsSheets(known->name));
+}
+
+void ShopPrinters::HandOver(const std::string& printer, PaperDocument document, ShopOutbox::Held held) {
+  try {
+    RequireFit(printer, document);
+  } catch (const PrintError& error) {
+    if (held) held->Failed(printer, error.what(), false);
+    throw;
+  }
   const auto known = Settled(printer);
   lines_.Add(known ? LineOf(known->target) : printer,
-             [this, printer, document = std::move(document)](const Deadline& deadline) {
-               delivery_.Deliver(printer, document, deadline);
+             [this, printer, document = std::move(document), held](const Deadline& deadline) {
+               delivery_.Deliver(printer, document, held.get(), deadline);
              });
 }
 

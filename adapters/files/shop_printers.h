@@ -7,6 +7,7 @@
 
 #include "adapters/files/paper_delivery.h"
 #include "adapters/files/queue_watch.h"
+#include "adapters/files/shop_outbox.h"
 #include "adapters/files/work_lines.h"
 
 namespace tpv {
@@ -21,7 +22,10 @@ class ShopPrinters : public Printers {
         lines_(lines),
         codes_(codes),
         watch_(lines),
-        delivery_(settings, clock, watch_, news) {}
+        delivery_(settings, clock, watch_, news),
+        outbox_(clock, codes, [this](const std::string& printer, PaperDocument document, ShopOutbox::Held held) {
+          HandOver(printer, std::move(document), std::move(held));
+        }) {}
 
   // Set before the first document.
   PaperNews news;
@@ -38,6 +42,7 @@ class ShopPrinters : public Printers {
   std::unique_ptr<PrintDocument> Begin(std::string_view title) override;
   // The folder printer keeps the bytes in a file ending in ".raw".
   void SendRaw(std::string_view bytes) override;
+  PrintOutbox* Outbox() override { return &outbox_; }
 
   // An A4 document on the printer so named, on the current one when "". Throws
   // PrintError for a receipt printer.
@@ -47,13 +52,16 @@ class ShopPrinters : public Printers {
   std::optional<PrinterSetup> Settled(std::string_view name) const;
   std::optional<PrinterSetup> Understood(std::string_view name) const;
   std::vector<PrinterSetup> List(const QueueWatch::View& view) const;
-  void HandOver(const std::string& printer, PaperDocument document);
+  void Deliver(const std::string& printer, PaperDocument document);
+  void HandOver(const std::string& printer, PaperDocument document, ShopOutbox::Held held);
+  void RequireFit(const std::string& printer, const PaperDocument& document) const;
 
   const FileSettings& settings_;
   WorkLines& lines_;
   const CodeEncoder& codes_;
   mutable QueueWatch watch_;
   PaperDelivery delivery_;
+  ShopOutbox outbox_;
   std::string chosen_;
   mutable bool told_ = false;  // that nobody answers
 };

@@ -115,7 +115,7 @@ void SendToQueue(const std::string& queue, std::string_view title,
   const ProgramResult result = RunProgram(words, document, deadline.Left());
   if (!result.found) throw PrintError("Falta el programa «lp» del sistema de impresión");
   if (result.late) {
-    throw PrintError("El sistema de impresión no ha respondido a tiempo; puede que el documento "
+    throw UnsurePrint("El sistema de impresión no ha respondido a tiempo; puede que el documento "
                      "salga más tarde");
   }
   if (!result.done) throw PrintError(RefusalIn(queue, result.output), Trim(OneLine(result.output)));

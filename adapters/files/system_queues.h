@@ -34,7 +34,7 @@ SystemQueue AwaitQueue(const std::string& name, const Deadline& deadline);
 QueuePaper PaperOf(const SystemQueue& queue, const Deadline& deadline);
 
 // A document for the queue's driver ("-o" options as lp takes them), or bytes as they
-// are when one of the options is "raw". Throws PrintError.
+// are when one of the options is "raw". Throws PrintError, UnsurePrint when nobody answers.
 void SendToQueue(const std::string& queue, std::string_view title,
                  const std::vector<std::string>& options, std::string_view document,
                  const Deadline& deadline);

@@ -5,6 +5,8 @@
 
 #include "base/scoped_value.h"
 #include "base/text.h"
+#include "screen/engine_lists.h"
+#include "screen/searched_form.h"
 
 namespace tpv {
 
@@ -73,6 +75,24 @@ std::string HeadlessFrontEnd::NoticesText() {
 void HeadlessFrontEnd::Narrow(std::string_view text) {
   searched_ = text;
   search_->Narrow(searched_);
+}
+
+void HeadlessFrontEnd::ChooseSearchMenu(std::string_view entry) {
+  ui::SearchList& list = *search_;
+  ui::SearchedForm form(list, engine_.Top());
+  const auto sort = [&list](int column) { list.SortBy(static_cast<std::size_t>(column)); };
+  const ScopedValue<ui::SearchList*> aside(search_, nullptr);
+  for (const ui::MenuEntry& offered : ui::ListMenu(form.found, sort)) {
+    if (EqualNoCase(offered.name, entry)) return offered.click();
+  }
+  throw ui::ActionRefused("el menú no tiene " + std::string(entry));
+}
+
+void HeadlessFrontEnd::ExportMatches(const std::string& path) {
+  ui::SearchedForm form(*search_, engine_.Top());
+  if (!form.GivesListsAway()) throw ui::ActionRefused("la búsqueda no exporta sus filas");
+  const ScopedValue<ui::SearchList*> aside(search_, nullptr);
+  form.ExportList(form.found, path);
 }
 
 void HeadlessFrontEnd::CloseSearch(std::optional<std::size_t> chosen_row) {

@@ -42,6 +42,8 @@ class HeadlessFrontEnd : public ui::FrontEnd {
 
   // Throws ActionRefused when the box has no such button.
   void AnswerBox(ui::Answer answer);
+  void ChooseSearchMenu(std::string_view entry);
+  void ExportMatches(const std::string& path);
   void CloseSearch(std::optional<std::size_t> chosen_row);
   // A scanner's keystrokes for whatever is on top.
   void Scan(std::string_view code);

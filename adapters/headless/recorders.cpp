@@ -48,8 +48,9 @@ std::unique_ptr<TableWriter> RecordingTables::Create(const std::string& path) {
 
 class RecordedDocument : public PrintDocument {
  public:
-  RecordedDocument(RecordingPrinters& printers, std::string printer)
+  RecordedDocument(RecordingPrinters& printers, std::string_view title, std::string printer)
       : printers_(printers),
+        title_(title),
         document_{std::move(printer), {}},
         copy_(printers.copy ? printers.copy() : nullptr) {}
 
@@ -58,7 +59,6 @@ class RecordedDocument : public PrintDocument {
     if (copy_) copy_->SetFont(family, points, bold);
   }
   void PrintLine(std::string_view text) override {
-    printers_.RequireWorking();
     if (copy_) copy_->PrintLine(text);
     const bool break_inside = text.ends_with(kLineBreak);
     if (break_inside) text.remove_suffix(kLineBreak.size());
@@ -66,7 +66,6 @@ class RecordedDocument : public PrintDocument {
     y_ += line_height_ * (break_inside ? 2 : 1);
   }
   void PrintCode(std::string_view text) override {
-    printers_.RequireWorking();
     if (copy_) copy_->PrintCode(text);
     document_.lines.push_back("[" + std::string(text) + "]");
     y_ += kCodeSide + 2 * kCodeMargin;
@@ -77,20 +76,46 @@ class RecordedDocument : public PrintDocument {
     if (copy_) copy_->SetY(centimetres);
   }
   void End() override {
-    printers_.RequireWorking();
+    UnprintedDocument about;
+    about.title = title_;
+    printers_.Take(std::move(about), document_);
     if (copy_) copy_->End();
-    printers_.last_printer = document_.printer;
-    printers_.documents.push_back(document_);
-    if (printers_.on_document) printers_.on_document(document_);
   }
 
  private:
   RecordingPrinters& printers_;
+  const std::string title_;
   PrintedDocument document_;
   std::unique_ptr<PrintDocument> copy_;
   double y_ = 0;
   double line_height_ = 0.4;
 };
+
+void RecordedOutbox::Keep(UnprintedDocument about, PrintedDocument document) {
+  if (about.id.empty()) about.id = std::to_string(++last_id_);
+  const int id = std::stoi(about.id);
+  kept_[id] = {std::move(about), std::move(document)};
+}
+
+std::vector<UnprintedDocument> RecordedOutbox::List() const {
+  std::vector<UnprintedDocument> documents;
+  for (const auto& [id, kept] : kept_) documents.push_back(kept.first);
+  return documents;
+}
+
+RecordedOutbox::Kept RecordedOutbox::Take(const std::string& id) {
+  const auto found = kept_.find(std::stoi(id));
+  if (found == kept_.end()) throw PrintError("El documento ya no está sin imprimir");
+  Kept kept = std::move(found->second);
+  kept_.erase(found);
+  return kept;
+}
+
+void RecordedOutbox::Print(const std::string& id, std::string_view printer) {
+  auto [about, document] = Take(id);
+  if (!printer.empty()) document.printer = printer;
+  printers_.Take(std::move(about), document);
+}
 
 std::string RecordingPrinters::Current() const {
   if (!chosen_.empty()) return chosen_;
@@ -109,13 +134,29 @@ void RecordingPrinters::Install(std::vector<std::string> names) {
 }
 
 void RecordingPrinters::RequireWorking() const {
+  if (late) throw UnsurePrint("La impresora no ha respondido a tiempo; puede que el documento salga más tarde");
   if (failing) throw PrintError("La impresora no responde");
   if (installed.empty()) throw PrintError("No hay ninguna impresora instalada");
 }
 
-std::unique_ptr<PrintDocument> RecordingPrinters::Begin(std::string_view) {
-  RequireWorking();
-  return std::make_unique<RecordedDocument>(*this, Current());
+void RecordingPrinters::Take(UnprintedDocument about, const PrintedDocument& document) {
+  try {
+    RequireWorking();
+  } catch (const PrintError& error) {
+    about.printer = document.printer;
+    about.why = error.what();
+    about.maybe_printed |= dynamic_cast<const UnsurePrint*>(&error) != nullptr;
+    if (about.id.empty() && clock != nullptr) about.since = clock->Now();
+    if (!about.title.empty()) outbox_.Keep(std::move(about), document);
+    throw;
+  }
+  last_printer = document.printer;
+  documents.push_back(document);
+  if (on_document) on_document(document);
+}
+
+std::unique_ptr<PrintDocument> RecordingPrinters::Begin(std::string_view title) {
+  return std::make_unique<RecordedDocument>(*this, title, Current());
 }
 
 void RecordingPrinters::SendRaw(std::string_view bytes) {

@@ -13,6 +13,7 @@
 #include "platform/database.h"
 #include "platform/label_press.h"
 #include "platform/mailer.h"
+#include "platform/print_outbox.h"
 #include "platform/printer.h"
 #include "platform/report.h"
 #include "platform/settings.h"
@@ -26,6 +27,28 @@ struct PrintedDocument {
   std::vector<std::string> lines;  // a square code is its text in brackets
 };
 
+class RecordingPrinters;
+
+// What failed on its way to paper, for as long as the script runs.
+class RecordedOutbox : public PrintOutbox {
+ public:
+  explicit RecordedOutbox(RecordingPrinters& printers) : printers_(printers) {}
+  // Where it was before, if it was.
+  void Keep(UnprintedDocument about, PrintedDocument document);
+
+  std::vector<UnprintedDocument> List() const override;
+  void Print(const std::string& id, std::string_view printer) override;
+  void Forget(const std::string& id) override { Take(id); }
+
+ private:
+  using Kept = std::pair<UnprintedDocument, PrintedDocument>;
+  Kept Take(const std::string& id);
+
+  RecordingPrinters& printers_;
+  std::map<int, Kept> kept_;  // by id
+  int last_id_ = 0;
+};
+
 class RecordingPrinters : public Printers {
  public:
   std::vector<std::string> installed = {"Tickets"};
@@ -33,6 +56,8 @@ class RecordingPrinters : public Printers {
   std::string raw_bytes;
   std::string last_printer;
   bool failing = false;
+  bool late = false;  // nobody says whether what they got came out
+  const Clock* clock = nullptr;  // outlives this; null: what is kept has no date
   std::function<void(const PrintedDocument&)> on_document;
   std::function<void(const std::string&)> on_raw;
   // When set, every document goes to one that this makes as well.
@@ -43,13 +68,16 @@ class RecordingPrinters : public Printers {
   void SetCurrent(std::string_view name) override;
   std::unique_ptr<PrintDocument> Begin(std::string_view title) override;
   void SendRaw(std::string_view bytes) override;
+  PrintOutbox* Outbox() override { return &outbox_; }
   void Install(std::vector<std::string> names);
+  // Records it, or keeps it in the outbox and throws.
+  void Take(UnprintedDocument about, const PrintedDocument& document);
 
  private:
-  friend class RecordedDocument;
   void RequireWorking() const;
 
   std::string chosen_;
+  RecordedOutbox outbox_{*this};
 };
 
 class RecordingDevices : public OutputDevices {

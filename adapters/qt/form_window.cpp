@@ -51,7 +51,9 @@ FormWindow::FormWindow(ui::Form& form, WindowOwner& owner, QWidget* parent)
     : QWidget(parent, Qt::Window),
       form_(form),
       owner_(owner),
-      band_(new StatusBand(this)),
+      band_(new StatusBand(this, [this](ui::Key key) {
+        if (owner_.Listens(form_)) owner_.Act([key](ui::Engine& engine) { engine.PressKey(key); });
+      })),
       notices_(new NoticeBand(this, [&owner] { owner.Notices().Clear(); })),
       scroll_(new ContentArea(this)) {
   setWindowModality(Qt::ApplicationModal);

@@ -15,6 +15,7 @@ constexpr Mapping kMappings[] = {
     {Qt::Key_Tab, ui::Key::Tab, "\t"},       {Qt::Key_Backtab, ui::Key::BackTab, ""},
     {Qt::Key_Escape, ui::Key::Esc, "\x1B"},  {Qt::Key_F1, ui::Key::F1, ""},
     {Qt::Key_F4, ui::Key::F4, ""},           {Qt::Key_F5, ui::Key::F5, ""},
+    {Qt::Key_F8, ui::Key::F8, ""},
     {Qt::Key_Up, ui::Key::Up, ""},           {Qt::Key_Down, ui::Key::Down, ""},
     {Qt::Key_Delete, ui::Key::Delete, "\x7F"}, {Qt::Key_Backspace, ui::Key::Backspace, "\b"},
 };

@@ -110,14 +110,16 @@ ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
 std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) {
   engine_.CountOpening();
   Refresh();
-  SearchDialog dialog(request, engine_, Uppermost());
-  {
-    const ScopedValue open(search_, &dialog);
-    DressUp(dialog);
-    Open(dialog);
-    Wait([&dialog] { return dialog.closed(); });
-  }
-  BackFrom(dialog);
+  SearchDialog dialog(request, engine_, memory_, Uppermost());
+  DressUp(dialog);
+  do {
+    {
+      const ScopedValue open(search_, &dialog);
+      Open(dialog);
+      Wait([&dialog] { return dialog.closed(); });
+    }
+    BackFrom(dialog);
+  } while (dialog.RunErrand());
   engine_.BoxClosed(dialog.closed_by_key());
   return dialog.chosen();
 }

@@ -198,18 +198,20 @@ void QtOperator::OpenListMenu(ui::List& list) {
   Done();
 }
 
-void QtOperator::ChooseMenu(std::string_view entry) {
-  Begin();
-  QMenu* menu = front_end_.TopWindow()->menu();
+void QtOperator::ChooseIn(QMenu* menu, std::string_view entry) {
   if (menu == nullptr || !menu->isVisible()) Refuse("no hay ningún menú abierto");
   for (QAction* action : menu->actions()) {
-    if (!EqualNoCase(Utf8(action->objectName()), entry)) continue;
-    SendClick(*menu, menu->actionGeometry(action).center());
-    // A desktop gives the keys back to the window; without one nobody does.
-    if (FormWindow* window = front_end_.TopWindow(); window != nullptr && Box() == nullptr) window->activateWindow();
-    return Done();
+    if (EqualNoCase(Utf8(action->objectName()), entry)) return SendClick(*menu, menu->actionGeometry(action).center());
   }
   Refuse("el menú no tiene " + std::string(entry));
+}
+
+void QtOperator::ChooseMenu(std::string_view entry) {
+  Begin();
+  ChooseIn(front_end_.TopWindow()->menu(), entry);
+  // A desktop gives the keys back to the window; without one nobody does.
+  if (FormWindow* window = front_end_.TopWindow(); window != nullptr && Box() == nullptr) window->activateWindow();
+  Done();
 }
 
 void QtOperator::Close() {
@@ -251,6 +253,22 @@ void QtOperator::SortMatches(std::size_t column) {
   const int at = static_cast<int>(column);
   SendClick(*header.viewport(), {header.sectionViewportPosition(at) + header.sectionSize(at) / 2, header.height() / 2});
   Done();
+}
+
+void QtOperator::ChooseSearchMenu(std::string_view entry) {
+  Begin();
+  SendStroke({Qt::Key_Menu, Qt::NoModifier, {}, 0});
+  SettleWindows();
+  ChooseIn(front_end_.open_search()->menu(), entry);
+  if (HasSearch() && Box() == nullptr) front_end_.open_search()->activateWindow();  // as a desktop does
+  Done();
+}
+
+void QtOperator::ExportMatches(const std::string& path) {
+  front_end_.open_search()->Leave([path](ui::SearchedForm& form) {
+    if (!form.GivesListsAway()) Refuse("la búsqueda no exporta sus filas");
+    form.ExportList(form.found, path);
+  });
 }
 
 void QtOperator::PickRow(std::size_t visible_row) {

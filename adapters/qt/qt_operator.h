@@ -6,6 +6,7 @@
 #include "platform/ui/operator.h"
 
 class QComboBox;
+class QMenu;
 
 namespace tpv::qt {
 
@@ -38,6 +39,8 @@ class QtOperator : public ui::Operator {
   std::vector<std::string> Matches() override;
   void Find(std::string_view text) override;
   void SortMatches(std::size_t column) override;
+  void ChooseSearchMenu(std::string_view entry) override;
+  void ExportMatches(const std::string& path) override;
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;
   void PickNone() override;
@@ -46,6 +49,7 @@ class QtOperator : public ui::Operator {
   ControlView& Usable(const ui::Control& control);
   RowsView& Rows(ui::Control& control);
   void SelectEntry(ui::ComboBox& combo, const std::string& entry);
+  void ChooseIn(QMenu* menu, std::string_view entry);
   void Strike(const std::function<void()>& stroke);
   void Begin();
   void Done();

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -14,6 +15,8 @@
 #include "adapters/qt/table_setup.h"
 #include "adapters/qt/text.h"
 #include "adapters/qt/till_style.h"
+#include "screen/engine_lists.h"
+#include "screen/list_document.h"
 
 namespace tpv::qt {
 
@@ -64,9 +67,11 @@ QVariant SearchModel::headerData(int section, Qt::Orientation orientation, int r
   return named ? Text(captions[section]) : QString();
 }
 
-SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, QWidget* parent)
+SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, WindowMemory& memory,
+                           QWidget* parent)
     : QDialog(parent, Qt::Dialog),
       engine_(engine),
+      memory_(memory),
       model_(new SearchModel(request, this)),
       edit_(new QLineEdit(this)),
       table_(new TillTable(this)),
@@ -79,9 +84,54 @@ SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine,
           [this](const QModelIndex& index) { Choose(index.row()); });
   table_->horizontalHeader()->setSectionsClickable(true);
   connect(table_->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) { SortBy(column); });
+  table_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(table_, &QWidget::customContextMenuRequested, this, [this] { OpenMenu(); });
   edit_->installEventFilter(this);
   edit_->setFocus();
   MoveTo(0);
+}
+
+SearchDialog::~SearchDialog() {
+  const std::vector<int> widths = Widths();
+  if (widths != opened_widths_) memory_.Keep("busqueda." + model_->list().request().title, widths);
+}
+
+std::vector<int> SearchDialog::Widths() const {
+  std::vector<int> widths;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    const bool stretched = table_->horizontalHeader()->sectionResizeMode(column) == QHeaderView::Stretch;
+    widths.push_back(stretched ? 1 : std::max(1, table_->columnWidth(column)));
+  }
+  return widths;
+}
+
+void SearchDialog::OpenMenu() {
+  if (menu_ != nullptr) menu_->deleteLater();
+  menu_ = new QMenu(this);
+  offered_ = std::make_unique<ui::SearchedForm>(model_->list(), engine_.Top());
+  for (const ui::MenuEntry& entry : ui::ListMenu(offered_->found, [this](int column) { SortBy(column); })) {
+    QAction* action = menu_->addAction(Text(entry.caption));
+    action->setObjectName(Text(entry.name));
+    const bool sorts = entry.name.starts_with("mnuOrden");
+    connect(action, &QAction::triggered, this, [this, sorts, click = entry.click] {
+      sorts ? click() : Leave([click](ui::SearchedForm&) { click(); });
+    });
+  }
+  menu_->popup(edit_->mapToGlobal(QPoint(0, edit_->height())));
+}
+
+void SearchDialog::Leave(std::function<void(ui::SearchedForm&)> errand) {
+  errand_ = std::move(errand);
+  closed_ = true;
+  hide();
+}
+
+bool SearchDialog::RunErrand() {
+  if (!errand_) return false;
+  ui::SearchedForm form(model_->list(), engine_.Top());
+  std::exchange(errand_, nullptr)(form);
+  closed_ = false;
+  return true;
 }
 
 void SearchDialog::LayOut(const ui::SearchRequest& request) {
@@ -122,6 +172,11 @@ void SearchDialog::SetWidths(const ui::SearchRequest& request) {
   }
   // The names take what room there is, more or less than they asked for.
   table_->horizontalHeader()->setSectionResizeMode(widest, QHeaderView::Stretch);
+  const std::vector<int> own = memory_.ColumnsOf("busqueda." + request.title);
+  for (int column = 0; own.size() == static_cast<std::size_t>(model_->columnCount()) && column < model_->columnCount(); ++column) {
+    if (column != widest) table_->setColumnWidth(column, std::min(own[static_cast<std::size_t>(column)], kNarrowest));
+  }
+  opened_widths_ = Widths();
   resize(std::clamp(all + 60, kNarrowest, kWidest), 560);
 }
 
@@ -143,7 +198,7 @@ void SearchDialog::SortBy(int column) {
 
 void SearchDialog::MoveTo(int row) {
   const int rows = model_->rowCount();
-  count_->setText(Text(model_->list().CountText()) + "    ↑↓ elegir    Enter aceptar    Esc cerrar");
+  count_->setText(Text(model_->list().CountText()) + "    ↑↓ elegir    Enter aceptar    Esc cerrar    Mayús+F10 más");
   if (rows == 0) return;
   const QModelIndex index = model_->index(std::clamp(row, 0, rows - 1), 0);
   table_->setCurrentIndex(index);
@@ -154,7 +209,12 @@ bool SearchDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched != edit_ || event->type() != QEvent::KeyPress) return false;
   const auto& key = static_cast<QKeyEvent&>(*event);
   if (key.matches(QKeySequence::Copy) && !edit_->hasSelectedText()) {
-    QApplication::clipboard()->setText(Text(model_->list().ClipboardText()));
+    ui::SearchedForm form(model_->list(), nullptr);
+    QApplication::clipboard()->setText(Text(ClipboardText(form.found)));
+    return true;
+  }
+  if (key.key() == Qt::Key_Menu || (key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier)) {
+    OpenMenu();
     return true;
   }
   return TakeScanned(key) || Key(key.key());

@@ -3,13 +3,18 @@
 
 #include <QAbstractTableModel>
 #include <QDialog>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
+#include "adapters/qt/window_memory.h"
 #include "screen/engine.h"
-#include "screen/search_list.h"
+#include "screen/searched_form.h"
 
 class QLabel;
 class QLineEdit;
+class QMenu;
 class QTableView;
 
 namespace tpv::qt {
@@ -34,8 +39,9 @@ class SearchModel : public QAbstractTableModel {
 
 class SearchDialog : public QDialog {
  public:
-  // The request and the engine outlive the dialog.
-  SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, QWidget* parent);
+  // The request, the engine and the memory outlive the dialog.
+  SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, WindowMemory& memory, QWidget* parent);
+  ~SearchDialog() override;
 
   bool closed() const { return closed_; }
   bool closed_by_key() const { return by_key_; }
@@ -43,6 +49,12 @@ class SearchDialog : public QDialog {
   const ui::SearchList& list() const { return model_->list(); }
   QLineEdit& edit() { return *edit_; }
   QTableView& table() { return *table_; }
+  QMenu* menu() const { return menu_; }
+
+  // Closes it for something that is done with its rows while it is out of sight.
+  void Leave(std::function<void(ui::SearchedForm&)> errand);
+  // Does that; false when it was closed for good. What the errand throws passes.
+  bool RunErrand();
 
   void reject() override;
 
@@ -52,6 +64,8 @@ class SearchDialog : public QDialog {
  private:
   void LayOut(const ui::SearchRequest& request);
   void SetWidths(const ui::SearchRequest& request);
+  void OpenMenu();
+  std::vector<int> Widths() const;
   void Narrow(const QString& text);
   void SortBy(int column);
   void MoveTo(int row);
@@ -60,12 +74,17 @@ class SearchDialog : public QDialog {
   void Choose(int row);
 
   ui::Engine& engine_;
+  WindowMemory& memory_;
   SearchModel* model_;
   QLineEdit* edit_;
   QTableView* table_;
   QLabel* count_;
   bool closed_ = false;
   bool by_key_ = false;
+  QMenu* menu_ = nullptr;
+  std::unique_ptr<ui::SearchedForm> offered_;  // what the menu's entries are about
+  std::function<void(ui::SearchedForm&)> errand_;
+  std::vector<int> opened_widths_;
   std::optional<std::size_t> chosen_;
 };
 

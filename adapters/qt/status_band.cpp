@@ -1,5 +1,6 @@
 #include "adapters/qt/status_band.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
@@ -24,7 +25,7 @@ QColor ColourOf(ui::StatusItem::Tone tone) {
 
 bool Same(const ui::StatusItem& left, const ui::StatusItem& right) {
   return left.label == right.label && left.text == right.text && left.tone == right.tone &&
-         left.large == right.large;
+         left.large == right.large && left.opens == right.opens;
 }
 
 QFont FontOf(const ui::StatusItem& item) { return Type(item.large ? kLargeSize : kTextSize); }
@@ -36,7 +37,8 @@ int WidthOf(const ui::StatusItem& item) {
 
 }  // namespace
 
-StatusBand::StatusBand(QWidget* parent) : QWidget(parent) {
+StatusBand::StatusBand(QWidget* parent, std::function<void(ui::Key)> press)
+    : QWidget(parent), press_(std::move(press)) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   hide();
 }
@@ -91,6 +93,18 @@ bool StatusBand::Fits() const {
   const std::vector<int> widths = Widths();
   return std::equal(items_.begin(), items_.end(), widths.begin(), widths.end(),
                     [](const ui::StatusItem& item, int width) { return WidthOf(item) <= width; });
+}
+
+void StatusBand::mousePressEvent(QMouseEvent* event) {
+  const std::vector<int> widths = Widths();
+  int right = kMargin - kGap / 2;
+  for (std::size_t i = 0; i < items_.size(); ++i) {
+    const int left = right;
+    right += widths[i] + kGap;
+    const int x = event->pos().x();
+    if (x < left || x >= right || items_[i].opens == ui::Key::Other) continue;
+    return press_(items_[i].opens);
+  }
 }
 
 void StatusBand::paintEvent(QPaintEvent*) {

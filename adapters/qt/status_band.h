@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <vector>
 
 #include "platform/ui/form.h"
@@ -10,7 +11,8 @@ namespace tpv::qt {
 
 class StatusBand : public QWidget {
  public:
-  explicit StatusBand(QWidget* parent);
+  // `press`: for a click on a fact that a key opens.
+  StatusBand(QWidget* parent, std::function<void(ui::Key)> press);
   // Hides itself while there is nothing to say.
   // A band of warning is red from end to end.
   void Show(std::vector<ui::StatusItem> items, bool warning);
@@ -22,10 +24,12 @@ class StatusBand : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent*) override;
+  void mousePressEvent(QMouseEvent* event) override;
 
  private:
   std::vector<int> Widths() const;
 
+  const std::function<void(ui::Key)> press_;
   std::vector<ui::StatusItem> items_;
   bool flashing_ = false;
   bool warning_ = false;

@@ -12,6 +12,7 @@
 #include "output/ticket_text.h"
 #include "platform/database.h"
 #include "platform/printer.h"
+#include "platform/settings.h"
 #include "platform/ui/front_end.h"
 
 namespace tpv {
@@ -20,12 +21,12 @@ namespace {
 
 class SalesTicket {
  public:
-  explicit SalesTicket(Context& context)
-      : context_(context), id_(sql::Number(std::int64_t{context.IdAlbaran})) {}
+  SalesTicket(Context& context, TicketPaper paper, bool always)
+      : context_(context), paper_(paper), always_(always), id_(sql::Number(std::int64_t{context.IdAlbaran})) {}
 
   void Print() {
     Compose();
-    document_->End();
+    if (document_) document_->End();
   }
 
  private:
@@ -43,13 +44,16 @@ class SalesTicket {
         "DiaCaj_Descuento,DiaCaj_Cobrado FROM Tco INNER JOIN DiaCaj ON DiaCaj_Id =  Tco_IdDiaCaj "
         "WHERE Tco_IdCav = " + id_ + " AND DiaCaj_Tipo=1  ORDER BY DiaCaj_Fecha");
     if (lines->Eof()) throw PrintError("La venta no tiene líneas");
+    if (!always_ && DiscountOf(*payment) == 0) return;
     const std::string code = CodeOfSale(context_, context_.IdAlbaran);
     document_ = context_.ports.printers.Begin("Ticket " + lines->Field("Cav_Serie").TextOr("") +
-                                              lines->Field("Cav_Numero").TextOr(""));
+                                              lines->Field("Cav_Numero").TextOr("") +
+                                              (paper_ == TicketPaper::ShopCopy ? ", copia de la tienda" : ""));
     document_->SetFont("Courier New", 9, true);
     document_->SetY(0);
     if (!code.empty()) PrintRecordCode(*document_, code);
     PrintHeader(*lines);
+    PrintMark();
     const std::string agent = lines->Field("Agente").TextOr("");
     const LineColumns columns(*lines);
     for (; !lines->Eof(); lines->MoveNext()) PrintSoldLine(*lines, columns);
@@ -91,6 +95,20 @@ class SalesTicket {
     if (code == Parameter("Par_Clicon")) return;
     CloseUp();
     Line(TrimRight("Cliente " + code + " " + sale.Field("Cav_NFiscal").TextOr("")));
+  }
+
+  void PrintMark() {
+    const bool marked = IsSwitchedOn(context_.ports.settings, "TPV", "Paper", "MarkReprints");
+    const char* mark = paper_ == TicketPaper::ShopCopy            ? "* COPIA PARA LA TIENDA *"
+                       : paper_ == TicketPaper::Reprint && marked ? "* REIMPRESION *"
+                                                                  : nullptr;
+    if (mark == nullptr) return;
+    CloseUp();
+    Line(Centre32(mark));
+  }
+
+  static double DiscountOf(const Recordset& payment) {
+    return payment.Eof() ? 0 : payment.Field("DiaCaj_Descuento").NumberOr(0);
   }
 
   // Looked up once for all lines.
@@ -157,9 +175,13 @@ class SalesTicket {
       CloseUp();
       AmountLine("Devolucion.", payment.Field("DiaCaj_Devolucion").NumberOr(0));
     }
+    const double discount = DiscountOf(payment);
+    if (paper_ == TicketPaper::ShopCopy && discount != 0) {
+      CloseUp();
+      AmountLine("Descuento..", discount);
+    }
     const double pending =
-        RoundHalfAway(total - (payment.Field("DiaCaj_Cobrado").NumberOr(0) +
-                               payment.Field("DiaCaj_Descuento").NumberOr(0)), 2);
+        RoundHalfAway(total - (payment.Field("DiaCaj_Cobrado").NumberOr(0) + discount), 2);
     if (pending == 0) return;
     CloseUp();
     AmountLine("A credito..", pending);
@@ -173,21 +195,35 @@ class SalesTicket {
   }
 
   Context& context_;
+  const TicketPaper paper_;
+  const bool always_;  // else only with a discount
   std::string id_;
   std::unique_ptr<PrintDocument> document_;
 };
 
-}  // namespace
-
-void PrintSalesTicket(Context& context) {
+void PrintOrTell(Context& context, TicketPaper paper, bool always) {
   try {
-    SalesTicket(context).Print();
+    SalesTicket(context, paper, always).Print();
   } catch (const std::exception& error) {
     ui::MessageBox box;
     box.text = "Error de impresión: " + std::string(error.what());
     box.icon = ui::Icon::Critical;
     context.ports.ui.Show(box);
   }
+}
+
+constexpr std::string_view kWithDiscount = "descuentos";
+
+}  // namespace
+
+void PrintSalesTicket(Context& context, TicketPaper paper) { PrintOrTell(context, paper, true); }
+
+bool IsShopCopySetting(std::string_view value) { return EqualNoCase(value, kWithDiscount) || ReadSwitch(value); }
+
+void PrintShopCopy(Context& context) {
+  const std::string wanted = context.ports.settings.Read("TPV", "Paper", "ShopCopy");
+  const bool all = ReadSwitch(wanted).value_or(false);
+  if (all || EqualNoCase(wanted, kWithDiscount)) PrintOrTell(context, TicketPaper::ShopCopy, all);
 }
 
 }  // namespace tpv

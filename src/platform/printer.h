@@ -21,10 +21,19 @@ class PrintError : public std::runtime_error {
   std::string detail_;
 };
 
+// Nobody knows whether the document, or a part of it, came out.
+class UnsurePrint : public PrintError {
+ public:
+  using PrintError::PrintError;
+};
+
+class PrintOutbox;
+
 // One document on one printer, scaled in centimetres. A document destroyed without End
 // is dropped. Every operation throws PrintError when it is known at once that the
 // printer fails; a real one may take the document at End and print it behind the till's
-// back, and what goes wrong then is told with FrontEnd::Notify.
+// back, and what goes wrong then is told with FrontEnd::Notify. What was ended and not printed
+// is in the outbox.
 class PrintDocument {
  public:
   virtual ~PrintDocument() = default;
@@ -59,6 +68,8 @@ class Printers {
   // Sends bytes as they are to the current printer, as one document. Nobody is told
   // when they fail later.
   virtual void SendRaw(std::string_view bytes) = 0;
+  // Where documents with a title wait that were not printed; null where none are kept.
+  virtual PrintOutbox* Outbox() { return nullptr; }
 };
 
 // Devices opened by name ("LPT1" or what the parameters say) for raw output.

@@ -206,7 +206,7 @@ std::int32_t FrmTpvDiarioVentas::SelectedTicket() const {
 
 void FrmTpvDiarioVentas::PrintTicket() {
   context().IdAlbaran = SelectedTicket();
-  PrintSalesTicket(context());
+  PrintSalesTicket(context(), TicketPaper::Reprint);
 }
 
 void FrmTpvDiarioVentas::Delete() {

@@ -30,7 +30,10 @@ void FrmTpv1::End(Ending ending) {
   if (!stored) return;
   Complete();
   if (drawer) OpenDrawer(context());
-  if (ending == Ending::Ticket) return PrintSalesTicket(context());
+  if (ending == Ending::Ticket) {
+    PrintSalesTicket(context());
+    return PrintShopCopy(context());
+  }
   try {
     PrintOpeningLine(context());
   } catch (const PrintError&) {

@@ -232,7 +232,7 @@ void FrmTpv::Reprint() {
   if (last->Eof() || last->Field(0).IsNull()) return;
   if (IsUnfinished(last->Field(0).ToInt32())) return;
   context().IdAlbaran = last->Field(0).ToInt32();
-  PrintSalesTicket(context());
+  PrintSalesTicket(context(), TicketPaper::Reprint);
   context().IdAlbaran = 0;
 }
 

@@ -3,7 +3,7 @@
 #include "context/context.h"
 #include "sale/returns_screen.h"
 #include "sale/sale_screen.h"
-#include "screen/unsent_item.h"
+#include "screen/waiting_items.h"
 
 namespace tpv {
 
@@ -28,7 +28,7 @@ std::vector<StatusItem> SaleEntry::Status() const {
                                             : StatusItem{"Venta", "Ninguna", Tone::Neutral};
   std::vector<StatusItem> items = {state, Known("Vendedor", Text1[1].text, "sin indicar"),
                                    Known("Cliente", Text1[5].text, "sin indicar"), sale};
-  AddUnsentRecords(context().ports, items);
+  AddWaiting(context().ports, items);
   return items;
 }
 
@@ -50,7 +50,7 @@ std::vector<StatusItem> FrmTpv::Status() const {
   if (!finished_->invoice.empty()) {
     items.insert(items.begin() + 2, {"Factura", finished_->invoice, Tone::Neutral, true});
   }
-  AddUnsentRecords(context().ports, items);
+  AddWaiting(context().ports, items);
   return items;
 }
 

@@ -15,6 +15,7 @@ struct Page {
 constexpr Page kPages[] = {
     {"frmTpv", "venta"},
     {"frmVentasAparcadas", "venta"},
+    {"frmSinImprimir", "sin-imprimir"},
     {"frmTpv1", "cobro"},
     {"frmTpvDevoluciones", "devoluciones"},
     {"frmTpvMovCaja", "movimientos"},

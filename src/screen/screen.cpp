@@ -6,7 +6,9 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "platform/sound.h"
+#include "screen/list_exits.h"
 #include "screen/manual_pages.h"
+#include "screen/unprinted_screen.h"
 
 namespace tpv {
 
@@ -38,6 +40,10 @@ void Screen::OnKeyUp(Key key) {
       break;
     case Key::F5:
       OnF5();
+      break;
+    case Key::F8:
+      pending_message.clear();
+      if (name != "frmSinImprimir") ShowUnprinted(context_);
       break;
     default:
       pending_message.clear();
@@ -73,6 +79,10 @@ void Screen::OnScanRefused(const std::string& code) {
 }
 
 void Screen::OnScanUnanswered() { context_.ports.sound.Warn(); }
+
+void Screen::ExportList(ui::List& list, const std::string& path) { tpv::ExportList(context_, list, path); }
+
+void Screen::PrintList(ui::List& list, ui::ListPaper paper) { tpv::PrintList(context_, list, paper); }
 
 bool Screen::Finishes(const std::string& title, const std::function<void(ui::LongWork&)>& work) {
   try {

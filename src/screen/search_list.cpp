@@ -1,7 +1,6 @@
 #include "screen/search_list.h"
 
 #include <algorithm>
-#include <functional>
 #include <numeric>
 
 #include "base/mask.h"
@@ -26,6 +25,7 @@ const std::string& SearchList::Folded(std::size_t row) const {
 }
 
 void SearchList::Narrow(std::string_view text) {
+  words_ = text;
   const std::string folded = FoldForSearch(text);
   // Whoever types on only asks for more.
   const bool all = !folded.starts_with(narrowed_by_);
@@ -61,18 +61,6 @@ void SearchList::SortBy(std::size_t column) {
   descending_ = again && !descending_;
   std::sort(visible_.begin(), visible_.end());
   Order();
-}
-
-std::string SearchList::ClipboardText() const {
-  const std::size_t columns = request_.shown_columns.size();
-  const auto line = [&](const std::function<std::string(std::size_t)>& cell) {
-    std::string text;
-    for (std::size_t i = 0; i < columns; ++i) text += (i > 0 ? "\t" : "") + OneLine(ReplaceAll(cell(i), "\t", " "));
-    return text + "\n";
-  };
-  std::string text = line([&](std::size_t i) { return i < request_.captions.size() ? request_.captions[i] : ""; });
-  for (const std::size_t row : visible_) text += line([&](std::size_t i) { return Cell(row, i); });
-  return text;
 }
 
 std::optional<std::size_t> SearchList::First(std::string_view text) const {

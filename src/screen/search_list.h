@@ -22,8 +22,7 @@ class SearchList {
   void SortBy(std::size_t column);
   std::optional<std::size_t> sorted_by() const { return sorted_by_; }
   bool descending() const { return descending_; }
-  // The captions and the rows now shown, for a clipboard.
-  std::string ClipboardText() const;
+  const std::string& words() const { return words_; }  // that it was narrowed to
   // Rows now shown, as indices into the request's rows.
   const std::vector<std::size_t>& Visible() const { return visible_; }
   // The first visible row that holds the text in one piece.
@@ -42,7 +41,8 @@ class SearchList {
   const SearchRequest& request_;
   std::vector<std::size_t> visible_;
   mutable std::vector<std::string> folded_;  // what is searched of each row, made on first use
-  std::string narrowed_by_;
+  std::string words_;
+  std::string narrowed_by_;  // the same as they are looked for
   std::optional<std::size_t> sorted_by_;
   bool descending_ = false;
 };

@@ -67,7 +67,7 @@ struct NamedKey {
 };
 constexpr NamedKey kKeys[] = {
     {"Enter", ui::Key::Enter}, {"Enter", ui::Key::Enter},   {"Tab", ui::Key::Tab},
-    {"Esc", ui::Key::Esc},     {"F1", ui::Key::F1},         {"F5", ui::Key::F5},
+    {"Esc", ui::Key::Esc},     {"F1", ui::Key::F1},         {"F5", ui::Key::F5},         {"F8", ui::Key::F8},
     {"Add", ui::Key::Add},     {"Subtract", ui::Key::Subtract}, {"Up", ui::Key::Up},
     {"Down", ui::Key::Down},   {"Delete", ui::Key::Delete}, {"Add", ui::Key::Add}};
 

@@ -82,6 +82,7 @@ void Player::Expect(const Command& command) {
       {"mails", [&] { ExpectEqual(argument(1), std::to_string(rig_.mail.mails.size())); }},
       {"mail", [&] { ExpectMail(argument(1)); }},
       {"exported", [&] { ExpectExported(argument(1)); }},
+      {"report", [&] { ExpectReport(argument(1)); }},
       {"labels", [&] { ExpectEqual(argument(1), LabelsOf(rig_)); }},
       {"setting",
        [&] { ExpectEqual(argument(1), rig_.settings.Read("OKRA", "Printer", "Spool")); }},

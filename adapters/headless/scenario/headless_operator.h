@@ -32,6 +32,8 @@ class HeadlessOperator : public ui::Operator {
   std::vector<std::string> Matches() override;
   void Find(std::string_view text) override { front_end_.Narrow(text); }
   void SortMatches(std::size_t column) override { front_end_.open_search()->SortBy(column); }
+  void ChooseSearchMenu(std::string_view entry) override { front_end_.ChooseSearchMenu(entry); }
+  void ExportMatches(const std::string& path) override { front_end_.ExportMatches(path); }
   void PickRow(std::size_t visible_row) override;
   void PickText(std::string_view text) override;
   void PickNone() override { front_end_.CloseSearch(std::nullopt); }

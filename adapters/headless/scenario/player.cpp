@@ -16,7 +16,7 @@ namespace {
 ui::Key KeyOf(const Command& command) {
   static const std::map<std::string, ui::Key, std::less<>> keys = {
       {"Enter", ui::Key::Enter}, {"Tab", ui::Key::Tab}, {"Esc", ui::Key::Esc},
-      {"F1", ui::Key::F1},       {"F4", ui::Key::F4},   {"F5", ui::Key::F5},
+      {"F1", ui::Key::F1},       {"F4", ui::Key::F4},   {"F5", ui::Key::F5},      {"F8", ui::Key::F8},
       {"Add", ui::Key::Add},     {"Subtract", ui::Key::Subtract}, {"Up", ui::Key::Up},
       {"Down", ui::Key::Down},   {"Delete", ui::Key::Delete}};
   return keys.find(command.Argument(0))->second;
@@ -32,12 +32,16 @@ bool IsBoxCommand(std::string_view verb) { return verb == "answer"; }
 bool IsSearchCommand(const Command& command) {
   const std::string& verb = command.Verb();
   const bool looks = verb == "expect" && command.Argument(0).starts_with("match");
-  const bool sorts = verb == "sort" && command.Argument(0) == "search";
-  return verb == "pick" || verb == "find" || sorts || looks;
+  const bool of_list = verb == "sort" || verb == "export" || verb == "menu";
+  const bool handles = of_list && command.Argument(0) == "search";
+  return verb == "pick" || verb == "find" || handles || looks;
 }
-// What the operator of this till has no hand in, or what is struck blindly.
-bool MindsNothingOpen(std::string_view verb) {
-  return verb == "scan" || verb == "other" || verb == "kill";
+// What the operator of this till has no hand in, or what is struck blindly; a look at what
+// has left the till.
+bool MindsNothingOpen(const Command& command) {
+  const std::string& verb = command.Verb();
+  const bool looks = verb == "expect" && (command.Argument(0) == "exported" || command.Argument(0) == "report");
+  return verb == "scan" || verb == "other" || verb == "kill" || looks;
 }
 
 }  // namespace
@@ -156,7 +160,7 @@ void Player::Dispatch(const Command& command) {
   if (IsBoxCommand(command.Verb())) return AnswerBox(command);
   if (command.Verb() == "pick") return Pick(command);
   if (command.Verb() == "find") return hands_.Find(command.TextFrom(0));
-  if (IsSearchCommand(command)) return hands_.SortMatches(static_cast<std::size_t>(RowOf(command, 1)));
+  if (IsSearchCommand(command)) return HandleMatches(command);
   if (command.Verb() == "scan") return Scan(command);
   RunScreenCommand(command);
 }
@@ -164,7 +168,7 @@ void Player::Dispatch(const Command& command) {
 // A box or a dialog takes nothing but its own commands.
 void Player::RequireNothingOpen(const Command& command) {
   if (command.Verb() == "fails") return RequireNothingOpen(command.Inner(0));
-  if (MindsNothingOpen(command.Verb())) return;
+  if (MindsNothingOpen(command)) return;
   const bool own_box = IsBoxCommand(command.Verb());
   const bool own_search = IsSearchCommand(command);
   if (const ui::MessageBox* box = hands_.Box(); box != nullptr && !own_box) {
@@ -364,6 +368,7 @@ void Player::Show(const Command& command) {
 
 void Player::Forget() {
   rig_.printers.documents.clear();
+  rig_.reports.reports.clear();
   rig_.printers.raw_bytes.clear();
   rig_.printers.last_printer.clear();
   rig_.devices.written.clear();
@@ -384,6 +389,8 @@ void Player::Inject(const Command& command) {
   if (with_text && command.Count() != 2) command.Fail("falta el texto");
   if (what == "printer") {
     rig_.printers.failing = rig_.reports.failing = true;
+  } else if (what == "late") {
+    rig_.printers.late = true;
   } else if (what == "device") {
     rig_.devices.failing = true;
   } else if (what == "mail") {
@@ -391,7 +398,7 @@ void Player::Inject(const Command& command) {
   } else if (what == "sql") {
     rig_.connection.failing_fragment = command.Argument(1);
   } else {
-    rig_.printers.failing = rig_.reports.failing = rig_.devices.failing = false;
+    rig_.printers.failing = rig_.printers.late = rig_.reports.failing = rig_.devices.failing = false;
     rig_.mail.error.clear();
     rig_.connection.failing_fragment.clear();
   }

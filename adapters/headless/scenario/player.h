@@ -69,6 +69,7 @@ class Player : public ui::Driver {
   void Scan(const Command& command);
   void Enter(const Command& command);
   void Sort(const Command& command);
+  void HandleMatches(const Command& command);
   void Export(const Command& command);
 
   void Expect(const Command& command);
@@ -76,6 +77,7 @@ class Player : public ui::Driver {
   void ExpectCell(const Command& command);
   void ExpectPrinted(const std::string& text);
   void ExpectExported(const std::string& line);
+  void ExpectReport(const std::string& line);
   void ExpectMail(const std::string& text);
   void ExpectEqual(const std::string& expected, const std::string& found);
 

@@ -25,7 +25,7 @@ const std::map<std::string, Shape, std::less<>>& Commands() {
       {"set", {2, 2}},       {"call", {1, kAny}},    {"param", {2, 2}},       {"sql", {1, kAny}},
       {"focus", {1, 1}},     {"type", {1, kAny}},    {"clear", {0, 0}},       {"key", {1, 1}},
       {"enter", {2, kAny}},  {"click", {1, 1}},      {"select", {2, kAny}},   {"tick", {2, 2}},
-      {"untick", {2, 2}},    {"cellbutton", {3, 3}}, {"menu", {1, 1}},        {"answer", {1, 2}},
+      {"untick", {2, 2}},    {"cellbutton", {3, 3}}, {"menu", {1, 2}},        {"answer", {1, 2}},
       {"pick", {1, 1}},      {"find", {1, kAny}},    {"close", {0, 0}},       {"show", {1, 1}},
       {"expect", {2, kAny}}, {"forget", {0, 0}},     {"printers", {0, kAny}}, {"setting", {1, 1}},
       {"mail", {1, 1}},      {"include", {1, 1}},    {"fails", {1, kAny}},    {"fail", {1, 2}},
@@ -47,7 +47,7 @@ const std::map<std::string, Shape, std::less<>>& Expectations() {
       {"printer", {1, 1}}, {"sent", {1, 1}},     {"sound", {1, 1}},     {"title", {1, 1}},
       {"current", {2, 2}}, {"band", {2, 2}},     {"matches", {1, 1}},   {"match", {2, 2}},
       {"progress", {1, 1}}, {"notice", {1, 1}},
-      {"exported", {1, 1}},
+      {"exported", {1, 1}}, {"report", {1, 1}},
   };
   return expectations;
 }
@@ -62,10 +62,10 @@ struct Choice {
 
 const std::vector<Choice>& Choices() {
   static const std::vector<Choice> choices = {
-      {"key", "", 0, {"Enter", "Tab", "Esc", "F1", "F4", "F5", "Add", "Subtract", "Up", "Down", "Delete"}},
+      {"key", "", 0, {"Enter", "Tab", "Esc", "F1", "F4", "F5", "F8", "Add", "Subtract", "Up", "Down", "Delete"}},
       {"answer", "", 0, {"OK", "Yes", "No", "Cancel", "Default"}},
       {"mail", "", 0, {"on", "off"}},
-      {"fail", "", 0, {"printer", "mail", "device", "sql", "nothing"}},
+      {"fail", "", 0, {"printer", "late", "mail", "device", "sql", "nothing"}},
       {"expect", "enabled", 2, {"True", "False"}},
       {"expect", "visible", 2, {"True", "False"}},
       {"expect", "sound", 1, {"error", "none"}},

@@ -10,6 +10,8 @@
 
 namespace tpv::ui {
 
+enum class Key { Enter, Tab, BackTab, Esc, F1, F4, F5, F8, Add, Subtract, Up, Down, Delete, Backspace, Other };
+
 // One fact of the till that is to be seen at a glance.
 struct StatusItem {
   enum class Tone { Neutral, Good, Missing };
@@ -17,11 +19,10 @@ struct StatusItem {
   std::string text;
   Tone tone = Tone::Neutral;
   bool large = false;  // to be read from where the customer stands
+  Key opens = Key::Other;  // the key that a click on it stands for; Other: none
 };
 
 enum class ListPaper { Printer, Pdf };
-
-enum class Key { Enter, Tab, BackTab, Esc, F1, F4, F5, Add, Subtract, Up, Down, Delete, Backspace, Other };
 
 class Form {
  public:

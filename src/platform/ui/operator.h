@@ -59,6 +59,9 @@ class Operator {
   virtual std::vector<std::string> Matches() = 0;
   virtual void Find(std::string_view text) = 0;
   virtual void SortMatches(std::size_t column) = 0;
+  // An entry of the search's own menu; its rows as a file.
+  virtual void ChooseSearchMenu(std::string_view entry) = 0;
+  virtual void ExportMatches(const std::string& path) = 0;
   virtual void PickRow(std::size_t visible_row) = 0;
   virtual void PickText(std::string_view text) = 0;
   virtual void PickNone() = 0;

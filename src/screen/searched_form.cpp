@@ -1,0 +1,26 @@
+#include "screen/searched_form.h"
+
+namespace tpv::ui {
+
+SearchedForm::SearchedForm(const SearchList& list, Form* over) : Form("frmBusqueda"), over_(over) {
+  const SearchRequest& request = list.request();
+  caption = request.title.empty() ? "Buscar" : request.title;
+  for (std::size_t i = 0; i < request.shown_columns.size(); ++i) {
+    GridColumn& column = found.layout.emplace_back();
+    if (i < request.captions.size()) column.caption = request.captions[i];
+    if (i < request.widths.size()) column.width = request.widths[i];
+    if (!request.IsFigure(i)) continue;
+    column.mask = request.masks[i];
+    column.align = Align::Right;
+  }
+  for (const std::size_t row : list.Visible()) {
+    std::vector<Variant> cells;
+    for (const std::size_t column : request.shown_columns) cells.push_back(request.rows[row][column]);
+    found.rows.push_back(std::move(cells));
+  }
+  found.filter = list.words();
+  if (list.sorted_by()) found.sorted_by = static_cast<int>(*list.sorted_by());
+  found.descending = list.descending();
+}
+
+}  // namespace tpv::ui
