@@ -86,10 +86,11 @@ std::vector<Row> MeasureSearch() {
   const ui::SearchRequest request = AllArticles(100000);
   const std::string word = "leche ref. 12";
   ui::Engine engine;
+  qt::WindowMemory memory;
   std::unique_ptr<qt::SearchDialog> dialog;
   std::size_t at = word.size();
   const auto open = [&] {
-    dialog = std::make_unique<qt::SearchDialog>(request, engine, nullptr);
+    dialog = std::make_unique<qt::SearchDialog>(request, engine, memory, nullptr);
     dialog->show();
     dialog->activateWindow();
     Paint();
