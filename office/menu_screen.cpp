@@ -9,6 +9,10 @@
 #include "office/fiscal/records_to_mend.h"
 #include "office/import/import_window.h"
 #include "office/parameters.h"
+#include "office/people/customers.h"
+#include "office/people/sellers.h"
+#include "office/terms/payment_methods.h"
+#include "office/terms/tax_rates.h"
 #include "office/warehouses.h"
 #include "panel/panel_screen.h"
 
@@ -41,8 +45,12 @@ constexpr Entry kEntries[] = {
     {"cmdPrecios", "Cambio de p&recios", Make<PriceScreen>},
     {"cmdEtiquetas", "&Etiquetas", MakeWithTools<LabelScreen>},
     {"cmdTeclas", "&Teclas rápidas", Make<QuickKeyList>},
+    {"cmdClientes", "C&lientes", Make<CustomerList>, "Clientes y cobro"},
+    {"cmdVendedores", "&Vendedores", Make<SellerList>},
+    {"cmdFormasPago", "&Formas de pago", Make<PaymentMethodList>},
     {"cmdParametros", "&Parámetros", Make<ParametersForm>, "Tienda"},
     {"cmdAlmacenes", "Al&macenes", Make<WarehouseList>},
+    {"cmdTiposIva", "Tip&os de IVA", Make<TaxRateList>},
     {"cmdPanel", "Pa&nel", Make<FrmPanel>},
     {"cmdRegistros", "Re&gistros de facturación", Make<FiscalSettings>, "Agencia Tributaria"},
     {"cmdSubsanar", "Registros por s&ubsanar", Make<RecordsToMend>},

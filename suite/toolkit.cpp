@@ -7,6 +7,7 @@
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
+#include "data/retired.h"
 #include "platform/clock.h"
 #include "platform/database.h"
 #include "platform/ui/front_end.h"
@@ -46,6 +47,10 @@ void Order(std::vector<std::vector<Variant>>& rows, std::size_t column) {
   rows = std::move(ordered);
 }
 
+void LeaveOut(std::vector<std::vector<Variant>>& rows, const std::set<std::int32_t>& retired, std::size_t id_column) {
+  std::erase_if(rows, [&](const std::vector<Variant>& row) { return retired.contains(row[id_column].IntOr(0)); });
+}
+
 std::string Joined(const std::vector<Variant>& row) {
   std::string text;
   for (const Variant& value : row) text += value.ToText() + kColumnSeparator;
@@ -68,6 +73,9 @@ std::string Toolkit::BuscarPorNombre(const NameSearch& search) {
     const auto rows = connection_->Execute(search.statement);
     request.search_column = ColumnOf(*rows, search.search_column);
     request.rows = ReadAll(*rows);
+    if (!search.leaves_out.empty()) {
+      LeaveOut(request.rows, RetiredOf(*connection_, search.leaves_out), search.id_column);
+    }
   } catch (const GivenUp&) {
     return {};
   }

@@ -76,5 +76,31 @@ TEST(Parameters, AreSeenByTheNextSaleOfEveryTill) {
             "");
 }
 
+// Rates, a customer's price, payment methods and sellers, changed while a sale screen stands open.
+TEST(PeopleAndTerms, AreSeenByTheNextSaleOfEveryTill) {
+  const TemporaryFolder folder;
+  const FixedClock clock;
+  TestTill office(folder / "tienda.db", clock);
+  TestTill till(folder / "tienda.db", clock);
+  till.OpensOffice([&] {
+    EXPECT_EQ(office.Play("office\nclick cmdTiposIva\nclick cmdNuevo\nenter Text1(0) 3\nenter Text1(1) 5\n"
+                          "enter Text1(3) 24/11/2026\nclick cmdAceptar\nexpect rows lstRegistros 5\nclose\n"
+                          "click cmdClientes\nclick cmdPrecios\nclick cmdNuevo\nenter Text1(0) 0001\n"
+                          "enter Text1(1) 5,01\nclick cmdAceptar\nclose\nclose\n"
+                          "click cmdFormasPago\nselect lstRegistros 1\nclick cmdRetirar\nanswer Yes\nclose\n"
+                          "click cmdVendedores\nclick cmdRetirar\nanswer Yes\nclose\nclose\n"),
+              "");
+  });
+  EXPECT_EQ(till.Play("sql UPDATE Cli SET CLI_FCO = 2 WHERE CLI_COD = 2\ncall zTpv\nenter Text1(6) 1\n"
+                      "enter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 50\nclick cmdGrabar\nanswer Yes\n"
+                      "key Add\nscan 0001\nkey Subtract\nenter Text1(2) 2\nexpect cboFpago \"02 - Tarjeta\"\n"
+                      "enter Text1(2) 1\nclick cmdCancelar\noffice\n"
+                      "key Add\nanswer OK \"El vendedor está retirado\"\nenter Text1(0) 2\nkey Add\nscan 0001\n"
+                      "expect Text1(8) \"5,01\"\n"
+                      "expect sql 5 SELECT Tiva_iva FROM Lav INNER JOIN zrcomun.dbo.tivas ON Tiva_Id = Lav_Tiva\n"
+                      "key Subtract\nenter Text1(2) 2\nexpect cboFpago \"00 - Sin asignar\"\n"),
+            "");
+}
+
 }  // namespace
 }  // namespace tpv

@@ -72,7 +72,7 @@ void FrmTpvDiarioCierres::OnF1(std::string_view tag) {
 }
 
 bool FrmTpvDiarioCierres::ShowAgent(std::int32_t id) {
-  return LookUpAgent(context(), toolkit(), id, Text1[11], Text1[12]);
+  return LookUpAgent(context(), toolkit(), id, Text1[11], Text1[12], Offered::Everybody);
 }
 
 void FrmTpvDiarioCierres::LeaveAgent() {

@@ -22,6 +22,8 @@ struct NameSearch {
   int first_width = 600;  // twips
   int second_width = 6000;
   int flag = 0;
+  std::string leaves_out;     // the table whose retired records are not offered (data/retired.h); "": none is left out
+  std::size_t id_column = 0;  // of the statement, for it
 };
 
 // What separates the columns of a chosen row.

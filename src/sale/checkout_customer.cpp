@@ -17,7 +17,7 @@ namespace tpv {
 
 void FrmTpv1::msBuscarClientes(std::int32_t code, std::int32_t id) {
   const bool searched = code == -1 && id == 0;
-  const auto customer = FindCustomer(context(), toolkit(), code, id);
+  const auto customer = FindCustomer(context(), toolkit(), code, id, Offered::InUse);
   const bool nothing_asked = id == 0 && (searched || code < 0);
   if (customer) {
     ShowCustomer(*customer);

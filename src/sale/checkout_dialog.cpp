@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
+#include "data/retired.h"
 
 namespace tpv {
 
@@ -61,6 +62,8 @@ bool FrmTpv1::CheckFields() {
     return refuse("La devolución no corresponde al importe cobrado", Text1[7]);
   }
   if (customer_id_ == 0) return refuse("Codigo de cliente no existe", Text1[2]);
+  const bool another = customer_id_ != context().IdCliente;
+  if (another && IsRetired(Database(), "Cli", customer_id_)) return refuse("El cliente está retirado", Text1[2]);
   if (!Text1[4].text.empty() && !ParseInt32(Text1[4].text)) {
     return refuse("El número de la calle no es correcto", Text1[4]);
   }

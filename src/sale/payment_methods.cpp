@@ -2,12 +2,18 @@
 
 #include "base/number_text.h"
 #include "context/context.h"
+#include "data/retired.h"
 
 namespace tpv {
 
 ui::Entries PaymentMethods(Context& context) {
   constexpr ChoiceList kMethods{"Select * from Fco", "Fco_Id", "Fco_Des", "00", "00 - Sin asignar"};
-  return context.choices.Entries(context.Database(), kMethods);
+  const ui::Entries all = context.choices.Entries(context.Database(), kMethods);
+  const std::set<std::int32_t> retired = RetiredOf(context.Database(), "Fco");
+  if (retired.empty()) return all;
+  std::vector<std::string> offered(all.begin(), all.end());
+  std::erase_if(offered, [&](const std::string& entry) { return retired.contains(LeadingNumber(entry)); });
+  return ui::Entries(std::move(offered));
 }
 
 void SelectPaymentMethod(ui::ComboBox& combo, std::int32_t code) {

@@ -9,7 +9,7 @@ namespace tpv {
 
 struct Context;
 
-// "00 - Sin asignar" first, then "01 - Contado" and so on.
+// "00 - Sin asignar" first, then "01 - Contado" and so on; not those that are retired.
 ui::Entries PaymentMethods(Context& context);
 // Selects the first entry with this code, if there is one.
 void SelectPaymentMethod(ui::ComboBox& combo, std::int32_t code);

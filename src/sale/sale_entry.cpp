@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "data/retired.h"
 #include "data/sql_text.h"
 #include "data/till_clock.h"
 #include "data/till_state.h"
@@ -96,7 +97,7 @@ void SaleEntry::OnEnter(ui::Control& control) {
 }
 
 void SaleEntry::msBuscarClientes(std::int32_t& code, std::int32_t& id) {
-  auto found = FindCustomer(context(), toolkit(), code, id);
+  auto found = FindCustomer(context(), toolkit(), code, id, OfferedCustomers());
   if (!found) return;
   customer_ = std::move(found);
   context().IdCliente = customer_->Id();
@@ -173,8 +174,15 @@ bool SaleEntry::CanStart(bool till_named, ui::Control* when_closed) {
   if (context().IdCliente == 0 || !customer_) {
     return Warn("No ha informado del cliente", &Text1[2]);
   }
+  if (IsRetired(Database(), "Age", context().IdAgente)) return Warn("El vendedor está retirado", &Text1[0]);
+  if (OfferedCustomers() == Offered::InUse && IsRetired(Database(), "Cli", customer_->Id())) {
+    return Warn("El cliente está retirado", &Text1[2]);
+  }
   return CheckDate();
 }
+
+// Goods brought back were sold to whoever it was.
+Offered SaleEntry::OfferedCustomers() const { return TakesGoodsBack() ? Offered::Everybody : Offered::InUse; }
 
 bool SaleEntry::AskTill() { return till_open_ = TillIsOpen(Database(), Text1[6].text); }
 

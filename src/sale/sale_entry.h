@@ -106,6 +106,7 @@ class SaleEntry : public Screen {
   int price_decimals_ = 2;  // of its price without tax, as when it was looked up
 
  private:
+  Offered OfferedCustomers() const;
   void ForgetCustomer();
   void LeaveAgent();
   void LeaveCustomer();

@@ -36,8 +36,9 @@ bool AsksForFiscalName(Context& context) {
   return context.ports.ui.Show(box) == ui::Answer::Yes;
 }
 
-NameSearch CustomerSearch(bool fiscal) {
+NameSearch CustomerSearch(bool fiscal, Offered offered) {
   NameSearch search;
+  if (offered == Offered::InUse) search.leaves_out = "Cli";
   search.first_caption = "Codigo";
   search.second_caption = "Cliente";
   if (fiscal) {
@@ -60,8 +61,10 @@ std::int32_t Chosen(const std::string& row, std::size_t index) {
   return Int32OrZero(Split(row, std::string(1, kColumnSeparator)).at(index));
 }
 
-std::int32_t SearchAgent(FormToolkit& toolkit) {
+std::int32_t SearchAgent(FormToolkit& toolkit, Offered offered) {
   NameSearch search;
+  if (offered == Offered::InUse) search.leaves_out = "Age";
+  search.id_column = 1;
   search.statement = "Select (0), Age_ID,Age_Nom FROM Age";
   search.search_column = "Age_Nom";
   search.first_caption = "Codigo";
@@ -91,9 +94,9 @@ const Variant& CustomerRecord::operator[](std::string_view field) const {
 }
 
 std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolkit,
-                                           std::int32_t code, std::int32_t& id) {
+                                           std::int32_t code, std::int32_t& id, Offered offered) {
   if (code == -1 && id == 0) {
-    id = Chosen(toolkit.BuscarPorNombre(CustomerSearch(AsksForFiscalName(context))), 0);
+    id = Chosen(toolkit.BuscarPorNombre(CustomerSearch(AsksForFiscalName(context), offered)), 0);
   }
   if (id == 0 && code < 0) return std::nullopt;
   const std::string condition = id != 0 ? " Cli_id = " + sql::Number(std::int64_t{id})
@@ -107,8 +110,8 @@ std::optional<CustomerRecord> CustomerByCode(Context& context, std::int32_t code
 }
 
 bool LookUpAgent(Context& context, FormToolkit& toolkit, std::int32_t id, ui::TextBox& code,
-                 ui::TextBox& name) {
-  if (id == 0) id = SearchAgent(toolkit);
+                 ui::TextBox& name, Offered offered) {
+  if (id == 0) id = SearchAgent(toolkit, offered);
   if (id == 0) {
     if (Int32OrZero(code.text) == 0) {
       code.text = name.text.empty() ? std::string() : std::to_string(context.IdAgente);

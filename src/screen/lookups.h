@@ -19,6 +19,9 @@ namespace ui {
 struct TextBox;
 }
 
+// Whom a search by name offers: those in use, for what begins; everybody, for what was sold.
+enum class Offered { InUse, Everybody };
+
 // The row of a customer look-up, kept whole: fields by name regardless of case.
 class CustomerRecord {
  public:
@@ -38,7 +41,8 @@ class CustomerRecord {
 // With code -1 and id 0 the operator searches by name first, and `id` receives
 // the choice (0 for none). Nullopt when nothing was chosen or found.
 std::optional<CustomerRecord> FindCustomer(Context& context, FormToolkit& toolkit,
-                                           std::int32_t code, std::int32_t& id);
+                                           std::int32_t code, std::int32_t& id,
+                                           Offered offered = Offered::Everybody);
 
 // The whole row of the customer with this code.
 std::optional<CustomerRecord> CustomerByCode(Context& context, std::int32_t code);
@@ -48,6 +52,6 @@ std::optional<CustomerRecord> CustomerByCode(Context& context, std::int32_t code
 // name first, and closing the search leaves the agent as it was. Returns whether
 // an agent is shown.
 bool LookUpAgent(Context& context, FormToolkit& toolkit, std::int32_t id, ui::TextBox& code,
-                 ui::TextBox& name);
+                 ui::TextBox& name, Offered offered = Offered::InUse);
 
 }  // namespace tpv
