@@ -17,6 +17,7 @@ struct Work {
 struct Times {
   double median = 0;  // microseconds
   double p99 = 0;
+  double spread = 0;  // half of the middle half's width, of the median
 };
 
 // What is measured and what it may cost at most; 0: nothing is said.
@@ -25,13 +26,15 @@ struct Subject {
   double ratio = 0;
   double growth = 0;        // from the small store to the large one
   double microseconds = 0;  // of what has nothing direct beside it
+  bool shared = false;      // another program does part of the work
 };
 
 struct Row {
   Subject subject;
   Times till;
   Times direct;
-  double items = 1;  // worked through in one go: growth is an item's
+  double disturbance = 0;  // of one processor, taken by other programs meanwhile
+  double items = 1;        // worked through in one go: growth is an item's
 
   double Ratio() const { return direct.median > 0 ? till.median / direct.median : 0; }
 };
@@ -39,6 +42,7 @@ struct Row {
 // Sorts the times and sums them up.
 Times Summary(std::vector<double> times);
 
+// What other programs disturbed is measured again, twice at most; the quietest counts.
 Row Compare(Subject subject, int runs, const Work& till, const Work& direct);
 // With nothing to compare to.
 Row Measure(Subject subject, int runs, const Work& till);

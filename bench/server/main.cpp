@@ -66,8 +66,8 @@ int Main(int count, char** words) {
                     connection.sent.clear();
                   },
                   [&] { sales.Scan(); }};
-  Print({Compare({"scan to stored and redrawn line, over loopback"}, kRuns, scan,
-                 {{}, [&] { echo.Play(); }})});
+  const Subject subject{"scan to stored and redrawn line, over loopback", 0, 0, 0, true};
+  Print({Compare(subject, kRuns, scan, {{}, [&] { echo.Play(); }})});
   return 0;
 }
 
