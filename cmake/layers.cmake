@@ -1,9 +1,10 @@
-# tpv_layer(NAME FOLDERS folder… [SEES layer…] [LIBRARIES library…])
+# tpv_layer(NAME FOLDERS folder… [SEES layer…] [LIBRARIES library…] [PARSES header…])
 #
 # Declares the layer made of all sources below the given folders. SEES names
-# the layers below it; LIBRARIES are outside libraries that stay private to it.
+# the layers below it; LIBRARIES are outside libraries that stay private to it; PARSES
+# names headers of theirs that most of its sources read.
 function(tpv_layer name)
-  cmake_parse_arguments(LAYER "" "" "FOLDERS;SEES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(LAYER "" "" "FOLDERS;SEES;LIBRARIES;PARSES" ${ARGN})
   set(sources)
   foreach(folder IN LISTS LAYER_FOLDERS)
     file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp
@@ -13,6 +14,7 @@ function(tpv_layer name)
   add_library(${name} STATIC ${sources})
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
   tpv_compile_options(${name})
+  tpv_precompile(${name} ${LAYER_PARSES})
   target_link_libraries(${name} PUBLIC ${LAYER_SEES} PRIVATE ${LAYER_LIBRARIES})
 endfunction()
 

@@ -37,6 +37,8 @@ build_preset() {
   shift
   # Paths relative to the folder, so that another checkout finds the same objects.
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+  # What a source takes from a precompiled header is known by its contents.
+  export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
   if [ ! -f "build/$preset/build.ninja" ]; then
     echo "Configuring build/$preset" >&2
     cmake --preset "$preset" >/dev/null
