@@ -29,7 +29,7 @@ constexpr FormField kFields[] = {
     {.column = kFrom, .caption = "Desde", .asks = Asks::Date, .width = 10,
      .help = "El primer día en que se vende con él. Los precios se guardan sin IVA: ese día cambia lo que se paga, si "
              "no se cambian también los precios.",
-     .required = true, .beside = true},
+     .required = true, .beside = true, .shown = 13},
     {.column = kCharged, .caption = "Las ventas cobran el recargo", .asks = Asks::Flag,
      .help = "Solo si la tienda vende a comerciantes en recargo de equivalencia: se suma a cada precio."},
 };
