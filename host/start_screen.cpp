@@ -336,7 +336,10 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
                                       {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
                                        open ? Tone::Good : Tone::Missing},
                                       {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
+    const std::size_t facts = items.size();
     AddWaiting(shop_->context().ports, items);
+    // The narrow window names the seller below the band, too.
+    if (items.size() > facts) items.erase(items.begin() + static_cast<std::ptrdiff_t>(facts) - 1);
     if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
     return items;
   } catch (const DatabaseError&) {

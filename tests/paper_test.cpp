@@ -143,8 +143,6 @@ TEST_F(Paper, NoNameLeadsOutOfTheFolder) {
 
 TEST_F(Paper, AFolderThatCannotBeWrittenIsToldAndTheTicketKeptInTheUsualOne) {
   std::ofstream(folder / "file") << "x";
-  std::filesystem::create_directories(folder / "data/tpv");
-  std::ofstream(folder / "data/tpv/sin-imprimir") << "no folder";
   machine.settings.Write("TPV", "Printers", "Barra", "folder:" + folder / "file/below");
   PrintLines({"x"});
   const std::string told = Told();

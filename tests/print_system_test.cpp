@@ -153,7 +153,7 @@ TEST_F(RealPaper, SheetsGetPagesWithHeadAndNumber) {
   EXPECT_NE(TextOf(PaperOf("Oficina", 3)).find("Página 1 de 1"), std::string::npos);
 }
 
-TEST_F(RealPaper, AnInvoiceOnARollSaysWhichPrinterItNeedsAndWaits) {
+TEST_F(RealPaper, AnInvoiceOnARollSaysWhichPrinterItNeedsAndWhereItLies) {
   const Report invoice{"FACTURA A/12", {"Ultramarinos Peña"}, {"Ana"}, {}, {}};
   machine.reports.Print(invoice, "Hojas");
   EXPECT_EQ(Told(), "");
@@ -166,8 +166,9 @@ TEST_F(RealPaper, AnInvoiceOnARollSaysWhichPrinterItNeedsAndWaits) {
     const std::string told = Told();
     EXPECT_TRUE(told.starts_with("«FACTURA A/12» no se ha impreso en «" + std::string(printer) +
                                  "». Hace falta una impresora de hojas A4")) << told;
+    EXPECT_NE(told.find(folder / "data/tpv/informes/"), std::string::npos) << told;
   }
-  EXPECT_EQ(folder.Files(".pendiente").size(), 3U);
+  EXPECT_EQ(folder.Files(".pdf").size(), 3U);
 }
 
 TEST_F(RealPaper, ARawQueueGetsBytesAndNeverAPdf) {
@@ -197,7 +198,8 @@ TEST_F(RealPaper, AStoppedQueueIsToldInSpanishKeepsTicketsAndRefusesTheDrawer) {
   cups->Run("cupsreject Hojas");
   PrintLines("Hojas", 2);
   const std::string told = Told();
-  EXPECT_NE(told.find("La cola «Hojas» no admite documentos. Está en «Sin imprimir»"), std::string::npos) << told;
+  EXPECT_NE(told.find("La cola «Hojas» no admite documentos. Está guardado en " + folder.path()),
+            std::string::npos) << told;
   cups->Run("cupsaccept Hojas");
   EXPECT_THROW(machine.printers.SetCurrent("Nadie"), PrintError);
 }
@@ -211,8 +213,9 @@ TEST_F(RealPaper, AnAbsentPrintingSystemIsToldAndPrintsAsSoonAsItIsBack) {
   EXPECT_EQ(Told(), "El sistema de impresión no está en marcha. Pueden faltar impresoras en la lista.\n");
   PrintLines("", 2);
   const std::string told = Told();
-  EXPECT_NE(told.find("El sistema de impresión no está en marcha. Está en «Sin imprimir»"), std::string::npos) << told;
-  EXPECT_EQ(folder.Files(".pendiente").size(), 1U);
+  EXPECT_NE(told.find("El sistema de impresión no está en marcha. Está guardado en " + folder.path()),
+            std::string::npos) << told;
+  EXPECT_EQ(folder.Files(".txt").size(), 1U);
   // It starts while a ticket waits for it, within the ticket's time.
   PrintLines("", 3);
   cups->Start();
@@ -220,7 +223,7 @@ TEST_F(RealPaper, AnAbsentPrintingSystemIsToldAndPrintsAsSoonAsItIsBack) {
   const auto papers = Papers(1);
   ASSERT_EQ(papers.size(), 1U);
   ExpectWhole(papers[0], 3);
-  EXPECT_EQ(folder.Files(".pendiente").size(), 1U);
+  EXPECT_EQ(folder.Files(".txt").size(), 1U);
 
   // One that hangs: the till goes on at once, and is told in time.
   cups->Signal(SIGSTOP);
@@ -230,7 +233,7 @@ TEST_F(RealPaper, AnAbsentPrintingSystemIsToldAndPrintsAsSoonAsItIsBack) {
   EXPECT_NE(Told().find("El sistema de impresión no ha respondido a tiempo"), std::string::npos);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(5500));
   cups->Signal(SIGCONT);
-  EXPECT_EQ(folder.Files(".pendiente").size(), 2U);
+  EXPECT_EQ(folder.Files(".txt").size(), 2U);
 }
 
 }  // namespace

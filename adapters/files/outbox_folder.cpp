@@ -127,8 +127,8 @@ void HeldPaper::Rename(bool maybe_printed) {
   }
 }
 
-HeldPaper::HeldPaper(Descriptor file, std::string path)
-    : file_(std::move(file)), path_(std::move(path)), doubtful_(path_.ends_with(kDoubtful)) {}
+HeldPaper::HeldPaper(Descriptor file, std::string path, bool again)
+    : file_(std::move(file)), path_(std::move(path)), doubtful_(path_.ends_with(kDoubtful)), again_(again) {}
 
 void HeldPaper::Sending() { Rename(true); }
 
@@ -174,7 +174,7 @@ std::unique_ptr<HeldPaper> OutboxFolder::Keep(const UnprintedDocument& about, st
     ::unlink(stem.c_str());
     throw FileError("No se puede escribir «" + path + "»: " + Reason(error));
   }
-  return std::unique_ptr<HeldPaper>(new HeldPaper(std::move(file), path));
+  return std::unique_ptr<HeldPaper>(new HeldPaper(std::move(file), path, false));
 }
 
 std::vector<UnprintedDocument> OutboxFolder::List() const {
@@ -193,7 +193,7 @@ std::unique_ptr<HeldPaper> OutboxFolder::Take(const std::string& id) const {
   Descriptor file(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
   // Whoever had it in hand may have printed it before it was locked here.
   if (!file || !Lock(file.get()) || !IsStill(file.get(), path)) return nullptr;
-  return std::unique_ptr<HeldPaper>(new HeldPaper(std::move(file), path));
+  return std::unique_ptr<HeldPaper>(new HeldPaper(std::move(file), path, true));
 }
 
 }  // namespace tpv

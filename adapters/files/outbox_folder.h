@@ -20,6 +20,7 @@ class HeldPaper {
   // What is written of it, as it was put in.
   std::string Title() const;
   std::string Content() const;  // Throws FileError
+  bool Again() const { return again_; }  // it failed before
   // It goes out now. Whatever ends the program from here on leaves it as maybe printed.
   void Sending();
   // It is printed, or nobody wants it any more.
@@ -29,12 +30,13 @@ class HeldPaper {
 
  private:
   friend class OutboxFolder;
-  HeldPaper(Descriptor file, std::string path);
+  HeldPaper(Descriptor file, std::string path, bool again);
   void Rename(bool maybe_printed);
 
   Descriptor file_;  // locked
   std::string path_;
   bool doubtful_;     // before this program sent it
+  bool again_;
 };
 
 class OutboxFolder {

@@ -7,6 +7,7 @@
 #include "adapters/files/roll_media.h"
 #include "adapters/files/setting_names.h"
 #include "adapters/files/target.h"
+#include "base/text.h"
 
 namespace tpv {
 
@@ -65,7 +66,7 @@ void PaperDelivery::Deliver(const std::string& name, const PaperDocument& docume
   std::string printer = name;
   const auto fail = [&](const std::exception& error, const std::string& detail, bool maybe_printed) {
     if (held != nullptr) held->Failed(printer, error.what(), maybe_printed);
-    TellFailure(printer, document, error.what(), detail, held != nullptr);
+    TellFailure(printer, document, error.what(), detail, held);
   };
   try {
     const PrinterSetup found = Find(name, deadline);
@@ -85,16 +86,17 @@ void PaperDelivery::Deliver(const std::string& name, const PaperDocument& docume
 }
 
 void PaperDelivery::TellFailure(const std::string& printer, const PaperDocument& document,
-                                const std::string& why, const std::string& detail, bool kept) const {
+                                const std::string& why, const std::string& detail, const HeldPaper* held) const {
   if (document.title.empty() || !news_.failed) return;
   std::string text = "«" + document.title + "» no se ha impreso";
   if (!printer.empty()) text += " en «" + printer + "»";
   text += ". " + why + ". ";
   try {
-    text += kept ? "Está en «Sin imprimir» (F8)." : "Está guardado en " + Keep(document) + ".";
+    if (held == nullptr || !held->Again()) text += "Está guardado en " + Keep(document) + ".";
   } catch (const std::exception& error) {
     text += "Tampoco se ha podido guardar. " + std::string(error.what()) + ".";
   }
+  if (held != nullptr) text = TrimRight(text) + " Se puede imprimir desde «Sin imprimir» (F8).";
   news_.failed({text, detail});
 }
 

@@ -29,9 +29,9 @@ class PaperDelivery {
                 const PaperNews& news)
       : settings_(settings.path()), clock_(clock), watch_(watch), news_(news) {}
 
-  // To the printer so named, "" for the default. What a printer does not take stays in
-  // hand of the outbox, in a folder where that has not kept it (null), and a document with
-  // a title is told of. Throws nothing.
+  // To the printer so named, "" for the default. What a printer does not take stays in the
+  // outbox where that keeps it (`held` is not null), lies in a folder to be read, once, and
+  // a document with a title is told of. Throws nothing.
   void Deliver(const std::string& printer, const PaperDocument& document, HeldPaper* held,
                const Deadline& deadline) const;
 
@@ -47,7 +47,7 @@ class PaperDelivery {
   // Where the document lies now.
   std::string Keep(const PaperDocument& document) const;
   void TellFailure(const std::string& printer, const PaperDocument& document, const std::string& why,
-                   const std::string& detail, bool kept) const;
+                   const std::string& detail, const HeldPaper* held) const;
 
   const FileSettings settings_;
   const Clock& clock_;
