@@ -94,10 +94,11 @@ TEST(PeopleAndTerms, AreSeenByTheNextSaleOfEveryTill) {
   EXPECT_EQ(till.Play("sql UPDATE Cli SET CLI_FCO = 2 WHERE CLI_COD = 2\ncall zTpv\nenter Text1(6) 1\n"
                       "enter Text1(0) 1\nclick cmdApertura\nenter Text1(14) 50\nclick cmdGrabar\nanswer Yes\n"
                       "key Add\nscan 0001\nkey Subtract\nenter Text1(2) 2\nexpect cboFpago \"02 - Tarjeta\"\n"
-                      "enter Text1(2) 1\nclick cmdCancelar\noffice\n"
+                      "enter Text1(2) 1\nclick cmdCancelar\nsql UPDATE Cli SET CLI_FCO = 1 WHERE CLI_COD = 2\noffice\n"
+                      "sql UPDATE Cli SET CLI_FCO = 2 WHERE CLI_COD = 2\n"
                       "key Add\nanswer OK \"El vendedor está retirado\"\nenter Text1(0) 2\nkey Add\nscan 0001\n"
                       "expect Text1(8) \"5,01\"\n"
-                      "expect sql 5 SELECT Tiva_iva FROM Lav INNER JOIN zrcomun.dbo.tivas ON Tiva_Id = Lav_Tiva\n"
+                      "expect sql 5 SELECT TOP 1 Tiva_iva FROM Lav INNER JOIN zrcomun.dbo.tivas ON Tiva_Id = Lav_Tiva ORDER BY Lav_Id DESC\n"
                       "key Subtract\nenter Text1(2) 2\nexpect cboFpago \"00 - Sin asignar\"\n"),
             "");
 }
