@@ -47,6 +47,7 @@ class SqliteConnection : public Connection {
   bool InTransaction() const override { return in_transaction_; }
   void BeginSnapshot() override;
   void EndSnapshot() noexcept override;
+  bool KeepsLists() const override { return true; }
   MonthMemory* Months() override;
 
   // For a copy of an older store in which a customer code was given twice.

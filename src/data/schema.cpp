@@ -228,7 +228,8 @@ std::vector<Table> Describe() {
       {"Bajas", kStore, false, false,
        {Required("baja_tabla", Text, 20), Required("baja_idreg", Int),
         With("baja_fecha", DateTime, Default::Now)},
-       {{{"baja_tabla", "baja_idreg"}, true}}},
+       {{{"baja_tabla", "baja_idreg"}, true}},
+       true},
       // Lines as the tickets had them when they were invoiced.
       {"Fal", kStore, true, false,
        {{"Fal_Id", Int}, Required("Fal_IdFav", Int), {"Fal_IdCav", Int}, {"Fal_Ticket", Text, 20},

@@ -57,7 +57,7 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
     article = Find(key, customer_ ? customer_->Id() : 0);
     if (article) tax = TaxOf(*article);
     // Goods that the shop sells no more may still be brought back.
-    retired = article && !TakesGoodsBack() && IsRetired(Database(), "ART", article->id);
+    retired = article && !TakesGoodsBack() && IsRetired(context(), "ART", article->id);
     quick = Quick();
     price_decimals_ = PriceDecimals();
   }
