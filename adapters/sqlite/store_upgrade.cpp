@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "adapters/sqlite/ddl.h"
@@ -10,6 +11,7 @@
 #include "adapters/sqlite/list_changes.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/store_file.h"
+#include "base/text.h"
 #include "platform/database.h"
 
 namespace tpv::sqlite {
@@ -173,9 +175,12 @@ void Upgrade(sqlite3* handle, const FolderLock& folder) {
 }  // namespace
 
 std::vector<std::string> MissingTables(sqlite3* handle) {
+  const std::vector<std::string> there =
+      Split(Text(handle, "SELECT group_concat(name, '|') FROM main.sqlite_master WHERE type = 'table'"), "|");
   std::vector<std::string> names;
   for (const schema::Table& table : schema::Tables()) {
-    if (!HasTable(handle, table.name)) names.emplace_back(table.name);
+    const auto same = [&](const std::string& name) { return EqualNoCase(name, table.name); };
+    if (std::none_of(there.begin(), there.end(), same)) names.emplace_back(table.name);
   }
   return names;
 }

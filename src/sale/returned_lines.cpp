@@ -81,6 +81,7 @@ void FrmTpvDevoluciones::StoreReturned(std::int32_t line_id) {
     line.description = sold->Field("Lav_Des").TextOr("");
     line.units = -sold->Field("Lav_Uni").NumberOr(0);
     line.net_price = sold->Field("Lav_precio").NumberOr(0);
+    line.warehouse = Warehouse();
     line.discount = ToSpanish(sold->Field("Lav_DTo1").NumberOr(0));
   }
   StoreLine(context(), line);
