@@ -131,9 +131,7 @@ void FrmTpvDiarioVentas::Read(ui::LongWork& work) {
 }
 
 void FrmTpvDiarioVentas::ShowSalesTotals(const std::string& days) {
-  ShowSold(Text1, ReadSold(Database(), days, [this](double amount, double rate) {
-             return toolkit().Redondear(amount * (rate / 100), 2);
-           }));
+  ShowSold(Text1, ReadSold(Database(), days, LineTaxBy(toolkit())));
 }
 
 void FrmTpvDiarioVentas::ShowCollectionTotals(const std::string& days) {
