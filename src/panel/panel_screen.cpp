@@ -1,5 +1,6 @@
 #include "panel/panel_screen.h"
 
+#include "data/archived.h"
 #include "panel/panel_report.h"
 #include "platform/clock.h"
 #include "platform/report.h"
@@ -124,7 +125,9 @@ void FrmPanel::Run() {
       return toolkit().Redondear(amount * (rate / 100), 2);
     });
   });
-  if (finished) ShowBoard();
+  if (!finished) return;
+  ShowBoard();
+  lblInforme.caption = ArchivedSince(Database(), periods->before.first, context().ports.clock.Now());
 }
 
 void FrmPanel::ShowBoard() {
