@@ -168,8 +168,12 @@ TEST_F(Archive, RefusesWithoutTouchingAnything) {
   EXPECT_NE(Refusal(Order(2027)).find("El año 2026 no ha terminado"), std::string::npos);
   EXPECT_NE(Refusal(Order(12)).find("No hay ventas tan antiguas"), std::string::npos);
   EXPECT_TRUE(ArchiveYears(Order(2020), clock).nothing);
+  {
+    const auto till = OpenExistingStore(store, clock);
+    EXPECT_NE(Refusal(Order()).find("está en uso: cierre antes todas sus cajas"), std::string::npos);
+  }
   std::ofstream(archive) << "otra cosa";
-  EXPECT_NE(Refusal(Order()), "");
+  EXPECT_NE(Refusal(Order()).find("Ya existe"), std::string::npos);
   std::filesystem::remove(archive);
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};

@@ -14,7 +14,7 @@ LoneStore::LoneStore(const std::string& path, const Clock& clock) : handle_(Open
   }
   RegisterFunctions(handle(), clock);
   RequireStore(handle(), path);
-  if (IsArchive(handle())) throw DatabaseError("«" + path + "» es un archivo de años anteriores", "08001");
+  if (IsArchive(handle())) throw DatabaseError("«" + path + "» ya es un archivo de años anteriores", "08001");
   Take(path);
   BringUpToDate(handle());
 }

@@ -141,9 +141,9 @@ void MakeArchive(sqlite::LoneStore& store, const std::string& path, int year, co
 
 bool IsArchiveOf(const std::string& path, const sqlite::LoneStore& store, int year) {
   if (!sqlite::IsThere(path)) return false;
+  if (!sqlite::IsArchiveFile(path)) throw StoreExists(path);
   const sqlite::Handle archive = sqlite::OpenFile(path);
-  if (sqlite::IsArchive(archive.get()) &&
-      sqlite::Number(archive.get(), "SELECT COUNT(*) FROM Archivos WHERE Arv_Hasta = " + std::to_string(1 - year) +
+  if (sqlite::Number(archive.get(), "SELECT COUNT(*) FROM Archivos WHERE Arv_Hasta = " + std::to_string(1 - year) +
                                         " AND Arv_Fichero = " + sqlite::Literal(Name(store.path())) +
                                         " COLLATE BINARY") == 1) {
     return true;

@@ -41,7 +41,6 @@ void RequireEnded(int year, const Clock& clock) {
 void RequireSound(const std::string& store, const Clock& clock) {
   const auto connection = OpenExistingStore(store, clock, OpenMode::AsItIs);
   auto& files = dynamic_cast<SqliteConnection&>(*connection);
-  if (files.IsArchive()) throw DatabaseError("«" + store + "» ya es un archivo de años anteriores");
   const auto damage = files.Damage();
   if (!damage.empty()) throw DatabaseError("El almacén está dañado: " + damage.front());
   const auto findings = CheckStore(files);
@@ -105,7 +104,7 @@ std::string ArchiveName(const std::string& store, int year) {
 
 ArchiveResult ArchiveYears(const ArchiveOrder& order, const Clock& clock) {
   RequireEnded(order.year, clock);
-  if (sqlite::IsThere(order.store + "-wal")) { const sqlite::LoneStore settled(order.store, clock); }
+  { const sqlite::LoneStore alone(order.store, clock); }  // before a long check: nobody is there
   RequireSound(order.store, clock);
   ArchiveResult result;
   {
