@@ -183,7 +183,7 @@ bool StartScreen::Open(const std::string& store) {
     FillAgents();
     ShowShop();
     if (program_.opened) program_.opened(store);
-    KeepChoice();
+    if (!shop_->archive()) KeepChoice();  // the next start is for selling again
     if (const std::string missing = MissingLogOf(shop_->connection()); !missing.empty()) {
       Tell(missing, ui::Icon::Exclamation);
     }
@@ -209,6 +209,9 @@ void StartScreen::ShowShop() {
   for (ui::Control* button : {&cmdVenta, &cmdMovimientos, &cmdCierre, &cmdDiario, &cmdDiarioCaja, &cmdFacturacion,
                               &cmdPendiente, &cmdProveedores, &cmdOficina, &cmdPanel}) {
     button->enabled = shop_ != nullptr;
+  }
+  if (shop_ && shop_->archive()) {
+    for (ui::Control* button : {&cmdVenta, &cmdMovimientos, &cmdCierre, &cmdFacturacion}) button->enabled = false;
   }
   ShowCopies();
   front_end().SetBanner(shop_ ? shop_->banner() : "");

@@ -199,6 +199,15 @@ void AddWhatIsMissing(sqlite3* handle) {
   Run(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
 }
 
+void DropIndexes(sqlite3* handle) {
+  for (;;) {
+    const std::string drop = Text(handle, "SELECT 'DROP ' || type || ' \"' || name || '\"' FROM main.sqlite_master WHERE "
+                                          "type IN ('index', 'trigger') AND sql IS NOT NULL LIMIT 1");
+    if (drop.empty()) return;
+    Run(handle, drop);
+  }
+}
+
 void BringUpToDate(sqlite3* handle) {
   const std::string file = PathOf(handle);
   if (VersionOf(handle) < kVersion || IsThere(CatalogueOf(file))) {

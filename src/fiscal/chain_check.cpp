@@ -1,5 +1,6 @@
 #include "fiscal/chain_check.h"
 
+#include <cmath>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -8,6 +9,7 @@
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "fiscal/amounts.h"
+#include "fiscal/archived_records.h"
 #include "fiscal/fingerprint.h"
 #include "fiscal/record_columns.h"
 #include "platform/database.h"
@@ -22,6 +24,7 @@ constexpr std::string_view kChanged = "Registros de facturación cambiados";
 constexpr std::string_view kUnlinked = "Registros de facturación que no siguen al anterior de su cadena";
 constexpr std::string_view kOtherAmounts = "Registros de facturación cuyos tipos de IVA no suman su total";
 constexpr std::string_view kOtherTicket = "Registros de facturación cuyo ticket falta o dice otra cosa";
+constexpr std::string_view kOtherArchived = "Registros de facturación sin su ticket que no son los de los archivos";
 constexpr std::string_view kOtherInvoice = "Registros de facturación cuya factura falta o dice otra cosa";
 constexpr std::string_view kNoTicketRecord = "Tickets sin registro de facturación (se nombra su número interno)";
 constexpr std::string_view kNoInvoiceRecord = "Facturas sin registro de facturación (se nombra su número interno)";
@@ -113,11 +116,17 @@ void Ask(Connection& connection, const Fault& fault, std::string_view what, cons
 }
 
 // What is registered for the agency of today and not cancelled, by the columns of its document.
-std::string InForce(const std::string& of, const std::string& column, const std::string& join, Mode mode) {
-  return "SELECT r.Fis_Id FROM Fiscal AS r LEFT JOIN " + join + " WHERE r.Fis_Modo = " +
+std::string InForce(const std::string& of, const std::string& column, const std::string& join, Mode mode,
+                    const char* what = "r.Fis_Id") {
+  return std::string("SELECT ") + what + " FROM Fiscal AS r LEFT JOIN " + join + " WHERE r.Fis_Modo = " +
          std::to_string(static_cast<int>(mode)) + " AND r." + column +
          " IS NOT NULL AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE " + of + " AND l.Fis_Id > "
          "r.Fis_Id) AND ";
+}
+
+std::string TicketsInForce(Mode mode, const char* what = "r.Fis_Id") {
+  return InForce("l.Fis_IdCav = r.Fis_IdCav AND l.Fis_IdFav IS NULL", "Fis_IdCav", "Cav ON Cav_Id = r.Fis_IdCav", mode,
+                 what);
 }
 
 // A parameter of TurnOn's: what is older has no record, or one of a trial that ended.
@@ -125,9 +134,22 @@ std::string SinceOn(const Desk& desk, const std::string& column, std::string_vie
   return column + " > " + sql::Number(std::int64_t{desk.parameter(parameter).IntOr(0)});
 }
 
+// Those of archived tickets are known by their number and their sum.
+void CompareWithArchives(const Desk& desk, Mode mode, const ArchivedRecords& archived, const Fault& fault) {
+  const auto found = desk.connection.Execute(
+      TicketsInForce(mode, "COUNT(*), SUM(r.Fis_Total), MAX(r.Fis_Id)") +
+      SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") + " AND Cav_Id IS NULL");
+  const bool as_archived = found->Field(0).ToInt64() == archived.count &&
+                           std::abs(found->Field(1).NumberOr(0) - archived.total.ToDouble()) < 0.005;
+  if (!as_archived) fault(kOtherArchived, found->Field(2).IntOr(0));
+}
+
 void CompareTickets(const Desk& desk, Mode mode, const Fault& fault) {
+  const ArchivedRecords archived = ReadArchivedRecords(desk);
+  if (archived.count > 0) CompareWithArchives(desk, mode, archived, fault);
   Ask(desk.connection, fault, kOtherTicket,
-      InForce("l.Fis_IdCav = r.Fis_IdCav AND l.Fis_IdFav IS NULL", "Fis_IdCav", "Cav ON Cav_Id = r.Fis_IdCav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+      TicketsInForce(mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+          (archived.count > 0 ? " AND Cav_Id IS NOT NULL" : "") +
           " AND (Cav_Id IS NULL OR DATEDIFF(day, Cav_Fecha, r.Fis_Fecha) <> 0 OR r.Fis_Numero <> " +
           std::string(kTicketReference) +
           " OR ABS(r.Fis_Total - ISNULL((SELECT SUM(dbo.FncImporteConIva(Lav_Id)) FROM Lav WHERE Lav_IdCav = "

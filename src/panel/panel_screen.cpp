@@ -1,5 +1,6 @@
 #include "panel/panel_screen.h"
 
+#include "data/archived.h"
 #include "panel/figures.h"
 #include "panel/panel_report.h"
 #include "platform/clock.h"
@@ -123,7 +124,9 @@ void FrmPanel::Run() {
     work.Stage("Sumando las ventas");
     board_ = panel::ReadBoard(context(), *periods, LineTaxBy(toolkit()));
   });
-  if (finished) ShowBoard();
+  if (!finished) return;
+  ShowBoard();
+  lblInforme.caption = ArchivedSince(Database(), periods->before.first, context().ports.clock.Now());
 }
 
 void FrmPanel::ShowBoard() {
