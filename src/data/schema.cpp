@@ -132,7 +132,8 @@ Table FiscalRecords() {
            {"Fis_Anterior", Int}, Required("Fis_Texto", Text), Required("Fis_Huella", Text, 64),
            {"Fis_IdCav", Int}, {"Fis_IdFav", Int}, {"Fis_Productor", Text, 120},
            {"Fis_ProdDoc", Text, 20}, {"Fis_Version", Text, 50}, {"Fis_Instalacion", Text, 100}},
-          {{{"Fis_IdCav"}}, {{"Fis_IdFav"}}, {{"Fis_Numero"}}}};
+          // One for tickets and invoices, which have no ticket: each record enters two indexes.
+          {{{"Fis_IdCav", "Fis_IdFav"}}, {{"Fis_Numero"}}}};
 }
 
 // What the agency said of each record that it was sent.

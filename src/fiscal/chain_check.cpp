@@ -112,12 +112,12 @@ void Ask(Connection& connection, const Fault& fault, std::string_view what, cons
   for (; !rows->Eof(); rows->MoveNext()) fault(what, rows->Field(0).ToInt64());
 }
 
-// What is registered for the agency of today and not cancelled, by the column of its document.
-std::string InForce(const std::string& column, const std::string& join, Mode mode) {
+// What is registered for the agency of today and not cancelled, by the columns of its document.
+std::string InForce(const std::string& of, const std::string& column, const std::string& join, Mode mode) {
   return "SELECT r.Fis_Id FROM Fiscal AS r LEFT JOIN " + join + " WHERE r.Fis_Modo = " +
          std::to_string(static_cast<int>(mode)) + " AND r." + column +
-         " IS NOT NULL AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE l." + column + " = r." +
-         column + " AND l.Fis_Id > r.Fis_Id) AND ";
+         " IS NOT NULL AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE " + of + " AND l.Fis_Id > "
+         "r.Fis_Id) AND ";
 }
 
 // A parameter of TurnOn's: what is older has no record, or one of a trial that ended.
@@ -127,25 +127,25 @@ std::string SinceOn(const Desk& desk, const std::string& column, std::string_vie
 
 void CompareTickets(const Desk& desk, Mode mode, const Fault& fault) {
   Ask(desk.connection, fault, kOtherTicket,
-      InForce("Fis_IdCav", "Cav ON Cav_Id = r.Fis_IdCav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+      InForce("l.Fis_IdCav = r.Fis_IdCav AND l.Fis_IdFav IS NULL", "Fis_IdCav", "Cav ON Cav_Id = r.Fis_IdCav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
           " AND (Cav_Id IS NULL OR DATEDIFF(day, Cav_Fecha, r.Fis_Fecha) <> 0 OR r.Fis_Numero <> " +
           std::string(kTicketReference) +
           " OR ABS(r.Fis_Total - ISNULL((SELECT SUM(dbo.FncImporteConIva(Lav_Id)) FROM Lav WHERE Lav_IdCav = "
           "Cav_Id),0)) > 0.005)");
   Ask(desk.connection, fault, kNoTicketRecord,
       "SELECT Cav_Id FROM Cav WHERE Cav_Ticket = 1 AND Cav_Situa <> 2 AND " + SinceOn(desk, "Cav_Id", "Par_FisTicket") +
-          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav = Cav_Id) AND NOT EXISTS (SELECT * FROM VentasEnCurso "
+          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav = Cav_Id AND Fis_IdFav IS NULL) AND NOT EXISTS (SELECT * FROM VentasEnCurso "
           "WHERE Vec_IdCav = Cav_Id) AND EXISTS (SELECT * FROM Lav WHERE Lav_IdCav = Cav_Id)");
 }
 
 void CompareInvoices(const Desk& desk, Mode mode, const Fault& fault) {
   Ask(desk.connection, fault, kOtherInvoice,
-      InForce("Fis_IdFav", "Fav ON Fav_Id = r.Fis_IdFav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+      InForce("l.Fis_IdCav IS NULL AND l.Fis_IdFav = r.Fis_IdFav", "Fis_IdFav", "Fav ON Fav_Id = r.Fis_IdFav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
           " AND (Fav_Id IS NULL OR DATEDIFF(day, Fav_Fecha, r.Fis_Fecha) <> 0 OR ABS(r.Fis_Total - "
           "ISNULL(Fav_Total,0)) > 0.005)");
   Ask(desk.connection, fault, kNoInvoiceRecord,
       "SELECT Fav_Id FROM Fav WHERE " + SinceOn(desk, "Fav_Id", "Par_FisFactura") +
-          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdFav = Fav_Id)");
+          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav IS NULL AND Fis_IdFav = Fav_Id)");
 }
 
 std::unique_ptr<Recordset> ReadChain(Connection& connection) {
