@@ -299,6 +299,19 @@ TEST_F(Sending, ARecordThatIsRefusedWithItsMessageHoldsNobodyUp) {
   EXPECT_EQ(RecordsToMend(store.connection()).at(0).reply.text, "No cumple");
 }
 
+TEST_F(Sending, ATaxNumberThatIsRefusedHoldsTheShopsOtherOneUpOnlyUntilThatIsTaken) {
+  AddTickets(3);
+  Order("fault No consta\nfault No consta\nfault No consta\n");  // all three, the first, the second
+  EXPECT_EQ(Send(), "La Agencia ha rechazado el mensaje entero: No consta");
+  EXPECT_EQ(States(), "000");
+  Record other = Chained(Kind::Ticket, "T/4");
+  other.issuer = "B99999997";
+  Add(other);
+  Order("fault No consta\nfault No consta\nfault No consta\n");
+  EXPECT_EQ(Send(When::AtOnce).substr(0, 22), "Registros enviados: 4.");
+  EXPECT_EQ(States().substr(0, 3), "333");
+}
+
 TEST_F(Sending, AThousandGoInAMessageAndNobodyWaitsWhileThereAreMore) {
   {
     Transaction transaction(store.connection());

@@ -92,6 +92,8 @@ void RecordsToMend::OnLoad() {
 
 void RecordsToMend::Read() {
   records_ = fiscal::RecordsToMend(Database());
+  const fiscal::Mode mode = fiscal::ModeOf(fiscal::DeskOf(context()));
+  std::erase_if(records_, [mode](const Record& record) { return record.mode != mode; });  // of a trial that ended
   lstRegistros.items.clear();
   for (const Record& record : records_) {
     ui::ListItem item;

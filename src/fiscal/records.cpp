@@ -165,6 +165,13 @@ std::vector<Record> NextToSend(Connection& connection, std::size_t most) {
   return records;
 }
 
+std::vector<Record> FirstOfAnother(Connection& connection, const Record& record) {
+  return ReadAll(connection, Top(1),
+                 "WHERE r." + After(record.position) + " AND (r.Fis_Modo <> " +
+                     sql::Number(static_cast<std::int64_t>(record.mode)) + " OR r.Fis_Emisor <> " +
+                     sql::Quoted(record.issuer) + ") ORDER BY r.Fis_Id");
+}
+
 std::vector<Record> RecordsToMend(Connection& connection) {
   const auto state = [](State of) { return sql::Number(static_cast<std::int64_t>(of)); };
   return ReadAll(connection, "",

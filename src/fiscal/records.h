@@ -36,6 +36,9 @@ struct Waiting {
 Waiting CountWaiting(Connection& connection);
 // The first that wait, all for one agency and of one issuer: what one message may hold.
 std::vector<Record> NextToSend(Connection& connection, std::size_t most);
+// The first one behind a record that goes to another agency or is another issuer's; none when
+// there is no such record.
+std::vector<Record> FirstOfAnother(Connection& connection, const Record& record);
 
 // Rejected or accepted with errors, and without a later record of the number, oldest first.
 std::vector<Record> RecordsToMend(Connection& connection);

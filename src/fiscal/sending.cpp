@@ -96,18 +96,35 @@ class Attempt {
   }
 
   // A record that the agency cannot read would hold up all those behind it for ever. Whether
-  // it is this record that is refused, or whatever this shop sends, shows with the next one.
+  // it is this record that is refused, or whatever this shop sends, shows with the next one;
+  // when that is refused as well, with the first of another issuer: the shop's number may
+  // have been wrong, or be another now.
   SendingRound Exclude(const Record& record, const MessageRefused& refusal) {
-    const Records next = HandOver([&] { return RecordsFrom(connection_, record.position + 1, 1); });
-    if (next.empty() || next[0].mode != record.mode || next[0].issuer != record.issuer) throw refusal;
+    if (const auto round = SendPast(record, [&] { return RecordsFrom(connection_, record.position + 1, 1); }, refusal)) {
+      return *round;
+    }
+    if (const auto round = SendPast(record, [&] { return FirstOfAnother(connection_, record); }, refusal)) return *round;
+    throw refusal;
+  }
+
+  // Those from `record` to the one chosen count as refused when that one is taken; nullopt
+  // when there is none or it is not taken.
+  template <typename Choose>
+  std::optional<SendingRound> SendPast(const Record& record, Choose choose, const MessageRefused& refusal) {
+    const Records taken = HandOver(choose);
+    if (taken.empty()) return std::nullopt;
     try {
-      const Answer answer = agency_.Send(next, outage_);
-      Replies replies = RepliesTo(next, answer);
-      replies.insert(replies.begin(), {record.position, {State::Rejected, 0, refusal.what(), {}, false}});
+      const Answer answer = agency_.Send(taken, outage_);
+      Replies replies;
+      for (std::int32_t position = record.position; position < taken[0].position; ++position) {
+        replies.push_back({position, {State::Rejected, 0, refusal.what(), {}, false}});
+      }
+      const Replies last = RepliesTo(taken, answer);
+      replies.insert(replies.end(), last.begin(), last.end());
       return Keep(replies, answer.wait_seconds);
     } catch (const MessageRefused&) {
       TakeBack();
-      throw refusal;
+      return std::nullopt;
     }
   }
 
