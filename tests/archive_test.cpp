@@ -125,7 +125,7 @@ TEST_F(Archive, KilledAtAnyMomentNothingIsInNeitherPlace) {
   const Lines tickets = Rows(store, "SELECT Cav_Id FROM Cav ORDER BY Cav_Id");
   const Lines debts = Rows(store, kDebts);
   int kills = 0;
-  for (int pause = 20'000;; pause += 15'000) {
+  for (int pause = 20'000;; pause += pause / 3) {
     const pid_t child = ::fork();
     if (child == 0) {
       try {

@@ -9,11 +9,12 @@
 #include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/lone_store.h"
 #include "adapters/sqlite/new_store.h"
-#include "adapters/sqlite/sqlite_connection.h"
 #include "adapters/sqlite/store_upgrade.h"
 #include "data/schema.h"
+#include "host/archive/carried.h"
 #include "host/archive/settled.h"
-#include "host/store_check.h"
+#include "host/archive/soundness.h"
+#include "platform/database.h"
 #include "platform/pulse.h"
 
 namespace tpv::archive {
@@ -86,21 +87,18 @@ void SayWhereTheRestIs(sqlite3* store, const std::string& file, int year) {
   sqlite::Run(store,
               "INSERT INTO archivo.Archivos (Arv_Id, Arv_Hasta, Arv_Fichero) VALUES (1, " + std::to_string(1 - year) +
                   ", " + sqlite::Literal(file) + "); "
-              "INSERT INTO archivo.ArchivoCierres SELECT DiaCaj_IdCierre, 1, COUNT(*), round(total(CASE WHEN DiaCaj_Tipo "
-              "<> 3 THEN ifnull(DiaCaj_Entrega, 0) - ifnull(DiaCaj_Devolucion, 0) END), 2), round(total(CASE WHEN "
-              "DiaCaj_Tipo <> 3 THEN DiaCaj_Tarjeta END), 2), round(total(CASE WHEN DiaCaj_Tipo = 3 THEN DiaCaj_Entrega "
-              "END), 2) FROM main.DiaCaj AS e WHERE DiaCaj_Tipo IN (1, 2, 3) AND DiaCaj_IdCierre IN (SELECT DiaCaj_Id "
-              "FROM archivo.DiaCaj WHERE DiaCaj_Tipo = 9) AND NOT EXISTS (SELECT 1 FROM archivo.DiaCaj AS a WHERE "
-              "a.DiaCaj_Id = e.DiaCaj_Id) GROUP BY DiaCaj_IdCierre");
+              "INSERT INTO archivo.ArchivoCierres SELECT DiaCaj_IdCierre, 1, " + kEntrySums +
+                  " FROM main.DiaCaj AS e WHERE DiaCaj_Tipo IN (1, 2, 3) AND DiaCaj_IdCierre IN (SELECT DiaCaj_Id FROM "
+                  "archivo.DiaCaj WHERE DiaCaj_Tipo = 9) AND NOT EXISTS (SELECT 1 FROM archivo.DiaCaj AS a WHERE "
+                  "a.DiaCaj_Id = e.DiaCaj_Id) GROUP BY DiaCaj_IdCierre");
 }
 
-// The records in force whose ticket stayed, as the check of the chain counts them.
-constexpr const char* kCountRecords =
-    "UPDATE Archivos SET (Arv_Modo, Arv_UltRegistro, Arv_Registros, Arv_ImpRegistros) = (SELECT (SELECT Par_Fiscal FROM "
-    "Parametros), (SELECT MAX(Fis_Id) FROM Fiscal), COUNT(*), round(total(r.Fis_Total), 2) FROM Fiscal AS r WHERE "
-    "r.Fis_IdCav IS NOT NULL AND r.Fis_Tipo <> 'AN' AND r.Fis_Modo = (SELECT Par_Fiscal FROM Parametros) AND r.Fis_Id > "
-    "(SELECT ifnull(Par_FisRegistro, 0) FROM Parametros) AND NOT EXISTS (SELECT 1 FROM Fiscal AS l WHERE l.Fis_IdCav = "
-    "r.Fis_IdCav AND l.Fis_Id > r.Fis_Id) AND NOT EXISTS (SELECT 1 FROM Cav WHERE Cav_Id = r.Fis_IdCav))";
+// The records whose ticket stayed.
+const std::string kCountRecords =
+    std::string("UPDATE Archivos SET (Arv_Modo, Arv_UltRegistro, Arv_Registros, Arv_ImpRegistros) = (SELECT (SELECT "
+                "Par_Fiscal FROM Parametros), (SELECT MAX(Fis_Id) FROM Fiscal), COUNT(*), round(total(r.Fis_Total), 2) FROM "
+                "Fiscal AS r WHERE r.Fis_IdCav IS NOT NULL AND ") +
+    kComparedRecord + " AND NOT EXISTS (SELECT 1 FROM Cav WHERE Cav_Id = r.Fis_IdCav))";
 
 void Finish(const std::string& file, const Clock& clock) {
   const sqlite::Handle archive = sqlite::OpenFile(file);
@@ -110,14 +108,6 @@ void Finish(const std::string& file, const Clock& clock) {
   sqlite::Run(archive.get(), kCountRecords);
   sqlite::Run(archive.get(), "PRAGMA main.application_id = " + std::to_string(sqlite::kArchiveId));
   transaction.Commit();
-}
-
-void RequireSound(const std::string& file, const Clock& clock) {
-  SqliteConnection archive(file, clock, OpenMode::AsItIs);
-  const auto damage = archive.Damage();
-  if (!damage.empty()) throw DatabaseError("El archivo está dañado: " + damage.front());
-  const auto findings = CheckStore(archive);
-  if (AnyBroken(findings)) throw DatabaseError("El archivo no cuadra:\n" + FindingsText(findings));
 }
 
 }  // namespace
@@ -135,7 +125,8 @@ void MakeArchive(sqlite::LoneStore& store, const std::string& path, int year, co
     transaction.Commit();
   }
   Finish(partial, clock);
-  RequireSound(partial, clock);
+  const std::string broken = WhatIsBroken(partial, clock);
+  if (!broken.empty()) throw DatabaseError("El archivo no cuadra y no se ha guardado:\n" + broken);
   archive.Keep();
 }
 

@@ -5,12 +5,10 @@
 
 #include "adapters/sqlite/folder.h"
 #include "adapters/sqlite/lone_store.h"
-#include "adapters/sqlite/sqlite_connection.h"
 #include "host/archive/archive_file.h"
 #include "host/archive/removal.h"
 #include "host/archive/settled.h"
-#include "host/store.h"
-#include "host/store_check.h"
+#include "host/archive/soundness.h"
 #include "platform/clock.h"
 #include "platform/database.h"
 
@@ -39,14 +37,8 @@ void RequireEnded(int year, const Clock& clock) {
 
 // What a broken store holds is not carried about.
 void RequireSound(const std::string& store, const Clock& clock) {
-  const auto connection = OpenExistingStore(store, clock, OpenMode::AsItIs);
-  auto& files = dynamic_cast<SqliteConnection&>(*connection);
-  const auto damage = files.Damage();
-  if (!damage.empty()) throw DatabaseError("El almacén está dañado: " + damage.front());
-  const auto findings = CheckStore(files);
-  if (AnyBroken(findings)) {
-    throw DatabaseError("El almacén tiene errores y así no se archiva: llame a soporte\n" + FindingsText(findings));
-  }
+  const std::string broken = archive::WhatIsBroken(store, clock);
+  if (!broken.empty()) throw DatabaseError("El almacén tiene errores y así no se archiva: llame a soporte\n" + broken);
 }
 
 std::string Megabytes(std::uintmax_t bytes) { return std::to_string(bytes / 1'000'000 + 1) + " MB"; }

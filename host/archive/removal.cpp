@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/lone_store.h"
 #include "data/schema.h"
+#include "host/archive/carried.h"
 #include "platform/database.h"
 #include "platform/pulse.h"
 
@@ -26,7 +27,6 @@ std::int64_t Count(sqlite3* store, const std::string& sql) {
 
 // Rows of the store that the archive does not hold exactly so.
 std::string Unlike(const std::string& table, const std::string& condition) {
-  const std::string columns = schema::ColumnNames(*schema::FindTable(table));
   std::string exact;  // not as texts are compared, but as they are stored
   for (const schema::Column& column : schema::FindTable(table)->columns) {
     exact.append(exact.empty() ? "" : ", ").append("quote(").append(column.name).append(")");
@@ -41,11 +41,8 @@ constexpr const char* kAmountOfPiece =
     "(SELECT round(total(a), 2) FROM (SELECT round(total(Lav_Importe + Lav_Importe / 100 * Tiva_iva), 2) AS a FROM main.Lav "
     "JOIN main.tivas ON Tiva_Id = Lav_Tiva WHERE Lav_IdCav IN (SELECT Id FROM temp.Parte) GROUP BY Lav_IdCav))";
 
-// Of the piece, as the check of the chain counts them.
-constexpr const char* kRecordsOfPiece =
-    " FROM main.Fiscal AS r WHERE r.Fis_IdCav IN (SELECT Id FROM temp.Parte) AND r.Fis_Tipo <> 'AN' AND r.Fis_Modo = "
-    "(SELECT Par_Fiscal FROM main.Parametros) AND r.Fis_Id > (SELECT ifnull(Par_FisRegistro, 0) FROM main.Parametros) AND "
-    "NOT EXISTS (SELECT 1 FROM main.Fiscal AS l WHERE l.Fis_IdCav = r.Fis_IdCav AND l.Fis_Id > r.Fis_Id)";
+const std::string kRecordsOfPiece =
+    std::string(" FROM main.Fiscal AS r WHERE r.Fis_IdCav IN (SELECT Id FROM temp.Parte) AND ") + kComparedRecord;
 
 struct Going {
   const char* table;
@@ -118,9 +115,7 @@ void Removal::CarryOver() {
                           kRecordsOfPiece + ")) WHERE Arv_Id = " + archive_id_);
   sqlite::Run(store_,
               "INSERT INTO main.ArchivoCierres SELECT DiaCaj_IdCierre, " + archive_id_ +
-                  ", COUNT(*), round(total(CASE WHEN DiaCaj_Tipo <> 3 THEN ifnull(DiaCaj_Entrega, 0) - "
-                  "ifnull(DiaCaj_Devolucion, 0) END), 2), round(total(CASE WHEN DiaCaj_Tipo <> 3 THEN DiaCaj_Tarjeta END), "
-                  "2), round(total(CASE WHEN DiaCaj_Tipo = 3 THEN DiaCaj_Entrega END), 2) FROM main.DiaCaj WHERE " +
+                  ", " + kEntrySums + " FROM main.DiaCaj WHERE " +
                   kOfEntries +
                   " GROUP BY DiaCaj_IdCierre ON CONFLICT (Arc_IdCierre) DO UPDATE SET Arc_IdArchivo = "
                   "excluded.Arc_IdArchivo, Arc_Apuntes = Arc_Apuntes + excluded.Arc_Apuntes, Arc_Metalico = "
