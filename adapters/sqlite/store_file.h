@@ -11,7 +11,7 @@ struct sqlite3;
 namespace tpv::sqlite {
 
 inline constexpr int kApplicationId = 0x54505631;  // "TPV1"
-inline constexpr int kVersion = 6;
+inline constexpr int kVersion = 7;
 
 struct Closer {
   void operator()(sqlite3* handle) const;

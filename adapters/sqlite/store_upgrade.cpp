@@ -189,6 +189,7 @@ void AddWhatIsMissing(sqlite3* handle) {
   MoveTermsOfPayment(handle);
   if (!CountsListChanges(handle)) CountListChanges(handle);
   Run(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
+  Run(handle, "DROP INDEX IF EXISTS main.ix_Cav_Cav_Cobrado_Cav_Ticket_Cav_IdCli");  // until version 6, without dates
   Run(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
 }
 

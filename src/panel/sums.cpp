@@ -150,7 +150,7 @@ PendingByAge ReadPending(Connection& connection, const DateTime& today) {
       "SELECT Cav_Fecha, " + std::string(kAmountWithTax) + " - " + std::string(kAmountCollected) +
       " AS Pendiente FROM Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id "
       "INNER JOIN zrcomun.dbo.tivas on Tiva_Id = Lav_Tiva "
-      "WHERE Cav_Ticket = 1 AND Cav_Cobrado = 0 GROUP BY Cav_Id,Cav_Fecha");
+      "WHERE Cav_Ticket = 1 AND Cav_Cobrado = 0 GROUP BY Cav_Id,Cav_Fecha ORDER BY Cav_Fecha");
   for (; !tickets->Eof(); tickets->MoveNext()) {
     Pulse();
     const Variant date = tickets->Field(0);
