@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/decade.h"
 #include "bench/harness.h"
 #include "host/demo/demonstration.h"
 
@@ -19,5 +20,9 @@ struct StoreSize {
 // there; `runs` of the shortest work. `only`: the names of rows, "search,closing"; "" for
 // all. Prints a table.
 void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs, const std::string& only);
+
+// The same on a store after ten years, without what goes through all its tickets one by
+// one, and what it takes to look after it.
+void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs);
 
 }  // namespace tpv::bench

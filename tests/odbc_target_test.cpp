@@ -154,9 +154,15 @@ TEST(DistinctValues, OfAnIndexAreAskedForOneByOneAndNoOthers) {
 }
 
 TEST(OpenServer, SaysByItsNumbersWhatTheOtherSays) {
-  const auto error = [](int native) { return odbc::ErrorFrom({{"HY000", native, "x"}}); };
-  EXPECT_EQ(error(33557097).what(), std::string("Otra caja está usando los mismos datos; inténtelo de nuevo"));
-  EXPECT_TRUE(odbc::IsTimeout(error(33557097).sqlstate()));
+  const auto error = [](int native, const char* text = "x") { return odbc::ErrorFrom({{"HY000", native, text}}); };
+  const DatabaseError waited = error(33557097, "canceling statement due to lock timeout");
+  EXPECT_EQ(waited.what(), std::string("Otra caja está usando los mismos datos; inténtelo de nuevo"));
+  EXPECT_TRUE(odbc::IsTimeout(waited.sqlstate()));
+  // The same number stands for whatever else it has none for.
+  const DatabaseError wrong = error(33557097, "[FreeTDS][SQL Server]numeric field overflow");
+  EXPECT_EQ(wrong.what(), std::string("numeric field overflow"));
+  EXPECT_FALSE(odbc::IsTimeout(wrong.sqlstate()));
+  EXPECT_TRUE(odbc::IsConnectionLoss(error(33557097, "terminating connection due to administrator command").sqlstate()));
   EXPECT_EQ(error(16908292).native(), 1205);
   EXPECT_TRUE(odbc::IsConnectionLoss(error(16908741).sqlstate()));
   EXPECT_TRUE(odbc::IsNothingToRollBack(error(3903)));

@@ -192,6 +192,7 @@ class RecordingConnection : public Connection {
   bool InTransaction() const override { return inner_->InTransaction(); }
   void BeginSnapshot() override { inner_->BeginSnapshot(); }
   void EndSnapshot() noexcept override { inner_->EndSnapshot(); }
+  bool KeepsLists() const override { return inner_->KeepsLists(); }
   MonthMemory* Months() override { return inner_->Months(); }
 
  private:

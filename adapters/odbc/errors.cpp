@@ -21,21 +21,33 @@ enum Native {
   kLoginFailed = 18456,
 };
 
-// The open server's states for what the other has numbers for.
+// The open server's states for what the other has numbers for. One of them stands for all
+// that it has no number for, a wrong value as well as a lock: there the text tells.
 struct EngineReport {
   const char* state;  // or how it begins
+  const char* text;   // part of what it says
   const char* sqlstate;
   int native;
 };
+constexpr const char* kWithoutNumber = "YY002";
 constexpr EngineReport kEngineReports[] = {
-    {"40P01", "40001", kDeadlock},    {"40001", "40001", kDeadlock}, {"YY002", "HYT00", kLockTimeout},
-    {"55P03", "HYT00", kLockTimeout}, {"57014", "HYT00", 0},         {"57P0", "08S01", 0},
-    {"08", "08S01", 0}};
+    {"40P01", "", "40001", kDeadlock},
+    {"40001", "", "40001", kDeadlock},
+    {"55P03", "", "HYT00", kLockTimeout},
+    {"57014", "", "HYT00", 0},
+    {"57P0", "", "08S01", 0},
+    {"08", "", "08S01", 0},
+    {kWithoutNumber, "due to lock timeout", "HYT00", kLockTimeout},
+    {kWithoutNumber, "deadlock detected", "40001", kDeadlock},
+    {kWithoutNumber, "could not serialize access", "40001", kDeadlock},
+    {kWithoutNumber, "due to statement timeout", "HYT00", 0},
+    {kWithoutNumber, "terminating connection", "08S01", 0}};
 
 Report InServersNumbers(const Report& report) {
   const std::string state = EngineState(report.native);
   for (const EngineReport& known : kEngineReports) {
-    if (!state.empty() && state.starts_with(known.state)) return {known.sqlstate, known.native, report.text};
+    if (state.empty() || !state.starts_with(known.state) || report.text.find(known.text) == std::string::npos) continue;
+    return {known.sqlstate, known.native, report.text};
   }
   return report;
 }

@@ -75,7 +75,7 @@ class FieldView : public ControlView {
         outer_(new Captioned(&around.parent, AlignmentOf(box.align))),
         edit_(new Edit(outer_, box)) {
     const int pixels = PixelsOf(box);
-    edit_->setFont(Type(pixels));
+    if (pixels != kTextSize) edit_->setFont(Type(pixels));
     edit_->setAlignment(AlignmentOf(box.align) | Qt::AlignVCenter);
     if (box.secret) edit_->setEchoMode(QLineEdit::Password);
     edit_->setTextMargins(5, 0, 5, 0);

@@ -45,19 +45,24 @@ QLayoutItem* RowsLayout::takeAt(int index) {
 }
 
 void RowsLayout::invalidate() {
+  shown_.clear();
   lines_width_ = unbroken_width_ = -1;
+  size_hint_ = QSize();
   QLayout::invalidate();
 }
 
-RowsLayout::Row RowsLayout::Shown(const Row& row) {
-  Row shown;
-  for (Cell cell : row) {
-    if (cell.item->isEmpty()) continue;
-    const RowsLayout* inside = Inside(*cell.item);
-    cell.least = inside != nullptr ? inside->UnbrokenWidth() : cell.item->minimumSize().width();
-    shown.push_back(cell);
+const std::vector<RowsLayout::Row>& RowsLayout::Shown() const {
+  if (!shown_.empty()) return shown_;
+  for (const Row& row : rows_) {
+    Row& shown = shown_.emplace_back();
+    for (Cell cell : row) {
+      if (cell.item->isEmpty()) continue;
+      const RowsLayout* inside = Inside(*cell.item);
+      cell.least = inside != nullptr ? inside->UnbrokenWidth() : cell.item->minimumSize().width();
+      shown.push_back(cell);
+    }
   }
-  return shown;
+  return shown_;
 }
 
 int RowsLayout::Unbroken(const Cell& cell) { return cell.least; }
@@ -78,7 +83,7 @@ int RowsLayout::Even(const Row& row) {
 int RowsLayout::UnbrokenWidth() const {
   if (unbroken_width_ >= 0) return unbroken_width_;
   int width = 0;
-  for (const Row& row : rows_) width = std::max(width, Unbroken(Shown(row)));
+  for (const Row& row : Shown()) width = std::max(width, Unbroken(row));
   const QMargins margins = contentsMargins();
   return unbroken_width_ = width + margins.left() + margins.right();
 }
@@ -179,8 +184,7 @@ const std::vector<RowsLayout::Line>& RowsLayout::LinesFor(int width) const {
   if (width == lines_width_) return lines_;
   lines_width_ = width;
   lines_.clear();
-  for (const Row& row : rows_) {
-    const Row shown = Shown(row);
+  for (const Row& shown : Shown()) {
     if (shown.empty()) continue;
     for (Row& cells : Broken(shown, width)) {
       Line line{std::move(cells), {}, 0, false};
@@ -205,16 +209,16 @@ int RowsLayout::LeastHeight(int width) const {
 }
 
 QSize RowsLayout::sizeHint() const {
+  if (size_hint_.isValid()) return size_hint_;
   int wish = 0;
-  for (const Row& row : rows_) {
-    const Row shown = Shown(row);
+  for (const Row& shown : Shown()) {
     int width = kGap * std::max(0, static_cast<int>(shown.size()) - 1);
     for (const Cell& cell : shown) width += std::max(Unbroken(cell), cell.item->sizeHint().width());
     wish = std::max(wish, width);
   }
   const QMargins margins = contentsMargins();
   wish += margins.left() + margins.right();
-  return {wish, LeastHeight(wish)};
+  return size_hint_ = {wish, LeastHeight(wish)};
 }
 
 // As narrow as the widest thing in it that cannot be broken; its height then

@@ -53,7 +53,8 @@ class RowsLayout : public QLayout {
     bool tall = false;
   };
 
-  static Row Shown(const Row& row);
+  // Each row's cells that are seen, row by row.
+  const std::vector<Row>& Shown() const;
   static int Unbroken(const Cell& cell);
   static int Unbroken(const Row& row);
   static int Even(const Row& row);
@@ -67,9 +68,12 @@ class RowsLayout : public QLayout {
 
   std::vector<std::unique_ptr<QLayoutItem>> items_;
   std::vector<Row> rows_;
+  // Made once for as long as nothing in it changes.
+  mutable std::vector<Row> shown_;
   mutable std::vector<Line> lines_;  // for `lines_width_`
   mutable int lines_width_ = -1;
   mutable int unbroken_width_ = -1;
+  mutable QSize size_hint_;
 };
 
 }  // namespace tpv::qt

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "adapters/sqlite/ddl.h"
@@ -10,6 +11,7 @@
 #include "adapters/sqlite/list_changes.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "adapters/sqlite/store_file.h"
+#include "base/text.h"
 #include "platform/database.h"
 
 namespace tpv::sqlite {
@@ -173,9 +175,12 @@ void Upgrade(sqlite3* handle, const FolderLock& folder) {
 }  // namespace
 
 std::vector<std::string> MissingTables(sqlite3* handle) {
+  const std::vector<std::string> there =
+      Split(Text(handle, "SELECT group_concat(name, '|') FROM main.sqlite_master WHERE type = 'table'"), "|");
   std::vector<std::string> names;
   for (const schema::Table& table : schema::Tables()) {
-    if (!HasTable(handle, table.name)) names.emplace_back(table.name);
+    const auto same = [&](const std::string& name) { return EqualNoCase(name, table.name); };
+    if (std::none_of(there.begin(), there.end(), same)) names.emplace_back(table.name);
   }
   return names;
 }
@@ -190,7 +195,18 @@ void AddWhatIsMissing(sqlite3* handle) {
   if (!CountsListChanges(handle)) CountListChanges(handle);
   Run(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
   Run(handle, "DROP INDEX IF EXISTS main.ix_Cav_Cav_Cobrado_Cav_Ticket_Cav_IdCli");  // until version 6, without dates
+  // Until version 6 tickets and invoices had one each.
+  Run(handle, "DROP INDEX IF EXISTS main.ix_Fiscal_Fis_IdCav; DROP INDEX IF EXISTS main.ix_Fiscal_Fis_IdFav");
   Run(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
+}
+
+void DropIndexes(sqlite3* handle) {
+  for (;;) {
+    const std::string drop = Text(handle, "SELECT 'DROP ' || type || ' \"' || name || '\"' FROM main.sqlite_master WHERE "
+                                          "type IN ('index', 'trigger') AND sql IS NOT NULL LIMIT 1");
+    if (drop.empty()) return;
+    Run(handle, drop);
+  }
 }
 
 void BringUpToDate(sqlite3* handle) {

@@ -11,6 +11,7 @@
 #include "base/date_time.h"
 #include "context/choice_lists.h"
 #include "context/database_object.h"
+#include "context/retired_ids.h"
 #include "platform/ports.h"
 
 namespace tpv {
@@ -25,6 +26,7 @@ struct Context {
   std::shared_ptr<DatabaseObject> MyBd;
   Ports& ports;
   ChoiceLists choices{};
+  RetiredIds retired{};
   // The host's: called once a till's closure is stored. Throws nothing.
   std::function<void()> till_closed{};
   std::optional<DateTime> keyed_since{};  // of the sale being keyed here, as the register has it

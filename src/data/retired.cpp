@@ -1,5 +1,6 @@
 #include "data/retired.h"
 
+#include "context/context.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 
@@ -24,6 +25,17 @@ std::set<std::int32_t> RetiredOf(Connection& connection, std::string_view table)
   const auto rows = connection.Execute("SELECT baja_idreg" + OfTable(table));
   for (; !rows->Eof(); rows->MoveNext()) retired.insert(rows->Field(0).ToInt32());
   return retired;
+}
+
+bool IsRetired(Context& context, std::string_view table, std::int32_t id) {
+  Connection& connection = context.Database();
+  return connection.KeepsLists() ? context.retired.Of(connection, table).contains(id)
+                                 : IsRetired(connection, table, id);
+}
+
+std::set<std::int32_t> RetiredOf(Context& context, std::string_view table) {
+  Connection& connection = context.Database();
+  return connection.KeepsLists() ? context.retired.Of(connection, table) : RetiredOf(connection, table);
 }
 
 std::string NotRetired(std::string_view table, std::string_view id_column) {

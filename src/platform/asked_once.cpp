@@ -41,7 +41,7 @@ class AskedOnce::Repeated : public Recordset {
 std::unique_ptr<Recordset> AskedOnce::Execute(std::string_view sql) {
   const bool reads = StartsWithNoCase(Trim(sql), "SELECT");
   if (!reads) answers_.clear();
-  if (!reads || snapshots_ == 0 || InTransaction()) return inner_->Execute(sql);
+  if (!reads || !Remembers()) return inner_->Execute(sql);
   const auto known = answers_.find(sql);
   if (known != answers_.end()) return std::make_unique<Repeated>(known->second);
   auto rows = inner_->Execute(sql);
@@ -59,13 +59,26 @@ void AskedOnce::BeginTrans() {
   inner_->BeginTrans();
 }
 
+// What was read under the lock since the last write is as it was stored.
+void AskedOnce::CommitTrans() {
+  auto read = std::exchange(answers_, {});
+  inner_->CommitTrans();
+  if (snapshots_ > 0) answers_ = std::move(read);
+}
+
+void AskedOnce::RollbackTrans() {
+  answers_.clear();
+  inner_->RollbackTrans();
+}
+
 void AskedOnce::BeginSnapshot() {
   ++snapshots_;
   inner_->BeginSnapshot();
 }
 
 void AskedOnce::EndSnapshot() noexcept {
-  if (--snapshots_ == 0) answers_.clear();
+  --snapshots_;
+  if (!Remembers()) answers_.clear();
   inner_->EndSnapshot();
 }
 

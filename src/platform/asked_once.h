@@ -1,5 +1,6 @@
-// A store's connection that asks nothing twice within a snapshot: for servers, where each
-// question is a journey and the engine keeps no state for those that belong together.
+// A store's connection that asks nothing twice within a snapshot or a transaction: for
+// servers, where each question is a journey and the engine keeps no state for those that
+// belong together. What is written, and a transaction that begins, make all of it new.
 #pragma once
 
 #include <map>
@@ -17,8 +18,8 @@ class AskedOnce : public Connection {
 
   std::unique_ptr<Recordset> Execute(std::string_view sql) override;
   void BeginTrans() override;
-  void CommitTrans() override { inner_->CommitTrans(); }
-  void RollbackTrans() override { inner_->RollbackTrans(); }
+  void CommitTrans() override;
+  void RollbackTrans() override;
   bool InTransaction() const override { return inner_->InTransaction(); }
   void BeginSnapshot() override;
   void EndSnapshot() noexcept override;
@@ -29,6 +30,8 @@ class AskedOnce : public Connection {
     std::vector<std::vector<Variant>> rows;
   };
   class Repeated;
+
+  bool Remembers() const { return snapshots_ > 0 || InTransaction(); }
 
   std::unique_ptr<Connection> inner_;
   std::map<std::string, std::shared_ptr<const Answer>, std::less<>> answers_;  // by statement

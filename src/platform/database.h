@@ -93,6 +93,10 @@ class Connection {
   virtual void BeginSnapshot() {}
   virtual void EndSnapshot() noexcept {}
 
+  // Whether a short list that is read whole costs the store nothing until somebody changes
+  // it (Recordset::RowsIdentity).
+  virtual bool KeepsLists() const { return false; }
+
   // Where sums of whole months are kept; null where the store would not notice that they
   // no longer hold.
   virtual MonthMemory* Months() { return nullptr; }

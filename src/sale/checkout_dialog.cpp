@@ -63,7 +63,7 @@ bool FrmTpv1::CheckFields() {
   }
   if (customer_id_ == 0) return refuse("Codigo de cliente no existe", Text1[2]);
   const bool another = customer_id_ != context().IdCliente;
-  if (another && IsRetired(Database(), "Cli", customer_id_)) return refuse("El cliente está retirado", Text1[2]);
+  if (another && IsRetired(context(), "Cli", customer_id_)) return refuse("El cliente está retirado", Text1[2]);
   if (!Text1[4].text.empty() && !ParseInt32(Text1[4].text)) {
     return refuse("El número de la calle no es correcto", Text1[4]);
   }

@@ -69,7 +69,9 @@ class FrmTpv1 : public Screen {
   void End(Ending ending);
   void Complete();
   bool Stored(const std::function<void()>& store);
-  void StorePayment();
+  // Whether a ticket opens the drawer.
+  bool StorePayment();
+  bool OpensDrawer();
   bool DoubtfulPaymentIsStored();
   void RecordPayment();
   std::int32_t InsertEntry(const JournalEntry& entry);

@@ -24,12 +24,12 @@ void FrmTpv1::End(Ending ending) {
   const ui::WaitCursor waiting(*this);
   bool drawer = false;
   const bool stored = Stored([&] {
-    drawer = ending == Ending::Ticket && Parameter("Par_PCajon").IntOr(0) != 0;
-    if (!DoubtfulPaymentIsStored()) StorePayment();
+    const bool there = DoubtfulPaymentIsStored();
+    drawer = there ? OpensDrawer() : StorePayment();
   });
   if (!stored) return;
   Complete();
-  if (drawer) OpenDrawer(context());
+  if (drawer && ending == Ending::Ticket) OpenDrawer(context());
   if (ending == Ending::Ticket) {
     PrintSalesTicket(context());
     return PrintShopCopy(context());
@@ -66,15 +66,19 @@ bool FrmTpv1::Stored(const std::function<void()>& store) {
 
 // Customer, collected mark, journal entry, its link and the invoice record: together or
 // not at all.
-void FrmTpv1::StorePayment() {
+bool FrmTpv1::StorePayment() {
   entry_id_ = 0;
   Transaction transaction(Database());
   RequireOwnSale(context());
   msActualizaClienteAlbaran();
   RecordPayment();
   fiscal::RecordTicket(fiscal::DeskOf(context()), context().IdAlbaran);
+  const bool drawer = OpensDrawer();
   transaction.Commit();
+  return drawer;
 }
+
+bool FrmTpv1::OpensDrawer() { return Parameter("Par_PCajon").IntOr(0) != 0; }
 
 // Whether the payment whose commit got no answer is there after all. Numbers of
 // entries are given once, so a link of that entry to this sale is proof.

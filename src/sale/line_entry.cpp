@@ -52,15 +52,17 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
   std::optional<Tax> tax;
   bool retired = false;
   bool quick = false;
+  LineTerms terms;
   {
     const Snapshot snapshot(Database());
     article = Find(key, customer_ ? customer_->Id() : 0);
     if (article) tax = TaxOf(*article);
     // Goods that the shop sells no more may still be brought back.
-    retired = article && !TakesGoodsBack() && IsRetired(Database(), "ART", article->id);
+    retired = article && !TakesGoodsBack() && IsRetired(context(), "ART", article->id);
     quick = Quick();
-    price_decimals_ = PriceDecimals();
+    terms = {PriceDecimals(), UnitDecimals(), Warehouse()};
   }
+  price_decimals_ = terms.price_decimals;
   if (!article) return RefuseArticle("Codigo articulo inexistente");
   if (retired) return RefuseArticle("El articulo está retirado de la venta");
   if (!tax) return RefuseArticle("El articulo no tiene tipo de impuesto vigente");
@@ -69,6 +71,7 @@ void SaleEntry::LookUpArticle(ArticleKey key) {
   if (weighed) TakeWeighed(*weighed);
   if (quick && edited_line_ == 0 && NumberOrZero(Text1[17].text) != 0) {
     looked_up_code_.clear();  // a line that is not stored is looked up again
+    const ScopedValue known(terms_, std::optional(terms));
     StoreEnteredLine();
     return;
   }
@@ -152,6 +155,7 @@ bool SaleEntry::StoreEnteredLine() {
   line.units = NumberOrZero(Text1[21].text);
   line.net_price = NetPrice(NumberOrZero(Text1[17].text), tax_.rate, price_decimals_);
   line.discount = Text1[7].text;
+  line.warehouse = Warehouse();
   if (line.units != 0 && !ConfirmGivingAway(line)) return false;
   if (line.units != 0) {
     StoreLine(context(), line);

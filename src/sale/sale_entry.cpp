@@ -174,8 +174,8 @@ bool SaleEntry::CanStart(bool till_named, ui::Control* when_closed) {
   if (context().IdCliente == 0 || !customer_) {
     return Warn("No ha informado del cliente", &Text1[2]);
   }
-  if (IsRetired(Database(), "Age", context().IdAgente)) return Warn("El vendedor está retirado", &Text1[0]);
-  if (OfferedCustomers() == Offered::InUse && IsRetired(Database(), "Cli", customer_->Id())) {
+  if (IsRetired(context(), "Age", context().IdAgente)) return Warn("El vendedor está retirado", &Text1[0]);
+  if (OfferedCustomers() == Offered::InUse && IsRetired(context(), "Cli", customer_->Id())) {
     return Warn("El cliente está retirado", &Text1[2]);
   }
   return CheckDate();

@@ -18,6 +18,13 @@ namespace tpv {
 
 struct SaleLine;
 
+// What the shop's parameters say of a line.
+struct LineTerms {
+  int price_decimals = 2;
+  int unit_decimals = 2;
+  std::int32_t warehouse = 0;  // whose stock the sale takes; 0: nobody's
+};
+
 class SaleEntry : public Screen {
  public:
   // Looks a customer up by code or id, or with -1 and 0 through the search
@@ -89,8 +96,9 @@ class SaleEntry : public Screen {
   bool AcceptLine();
   void EmptyLine();
   bool Quick() const;
-  int PriceDecimals() const { return tpv::PriceDecimals(context()); }
-  int UnitDecimals() const { return tpv::UnitDecimals(context()); }
+  int PriceDecimals() const { return terms_ ? terms_->price_decimals : tpv::PriceDecimals(context()); }
+  int UnitDecimals() const { return terms_ ? terms_->unit_decimals : tpv::UnitDecimals(context()); }
+  std::int32_t Warehouse() const { return terms_ ? terms_->warehouse : Parameter("Par_Alma").IntOr(0); }
 
   ui::CheckBox Check1{*this, "Check1", "Fecha sistema", true};
   ui::ComboBox cboFpago{*this, "cboFpago", "Forma de pago"};
@@ -104,6 +112,7 @@ class SaleEntry : public Screen {
   std::string looked_up_code_;  // of the article in the line fields
   Tax tax_;
   int price_decimals_ = 2;  // of its price without tax, as when it was looked up
+  std::optional<LineTerms> terms_;  // while a scanned line is stored and shown: as when it was looked up
 
  private:
   Offered OfferedCustomers() const;

@@ -150,6 +150,7 @@ void FrmTpv::EmptyAfterSale() {
   Text1[11].text.clear();
   Frame1.enabled = true;
   SetFocus(cmdNueva);
+  const Snapshot snapshot(Database());
   ShowLinesAndTotals();
   ShowCounterCustomer();
 }

@@ -66,8 +66,8 @@ void PutHeader(Object& notes, Context& context, const CustomerRecord& customer,
   notes.Put("SCliDoc", TextOf(customer, "Cli_doc"));
 }
 
-void PutLine(Object& notes, const SaleLine& line, std::int32_t warehouse) {
-  notes.Put("IdAlmacen", Variant(warehouse));
+void PutLine(Object& notes, const SaleLine& line) {
+  notes.Put("IdAlmacen", Variant(line.warehouse));
   notes.Put("idArt", Variant(line.article_id));
   notes.Put("Codart", Variant(line.article_code));
   notes.Put("tiva", Variant(line.tax_id));
@@ -86,7 +86,7 @@ void PutLine(Object& notes, const SaleLine& line, std::int32_t warehouse) {
   }
   notes.Put("formula", Variant(1));
   notes.Put("IdExis", Variant(0));
-  notes.Put("IdAlmacen", Variant(warehouse));
+  notes.Put("IdAlmacen", Variant(line.warehouse));
   notes.Put("SerieArticulo", Variant(""));
   notes.Put("IdDoc", Variant(0));
 }
@@ -163,7 +163,7 @@ void ChangeLine(Context& context, Change change) {
 
 void StoreLine(Context& context, const SaleLine& line) {
   ChangeLine(context, [&](Object& notes) {
-    PutLine(notes, line, context.Parameter("Par_Alma").IntOr(0));
+    PutLine(notes, line);
     notes.Invoke("GrabaLineaAlbaran", context.IdAlbaran, line.id, "", false);
   });
 }

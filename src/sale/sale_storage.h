@@ -32,6 +32,7 @@ struct SaleLine {
   std::string description;
   double units = 0;
   double net_price = 0;
+  std::int32_t warehouse = 0;  // whose stock it takes; 0: nobody's
   std::string discount;  // the field's text; empty for none
 
   // Without tax, after the discount, in cents.
