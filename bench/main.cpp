@@ -1,4 +1,5 @@
-// tpv_bench [PART] [--tickets N] [--small N] [--articles A] [--runs N] [--seconds S],
+// tpv_bench [PART] [--tickets N] [--small N] [--articles A] [--runs N] [--seconds S]
+// [--rows NAME,NAME],
 // each part a table in Markdown:
 //   machine    the machine it runs on
 //   screens    the till against the same work done directly on the engine, on a
@@ -29,12 +30,17 @@ struct Options {
   int articles = 100000;
   int runs = 1000;
   int seconds = 4;
+  std::string rows;  // of the screens; "" for all
 };
 
 Options Read(const std::vector<std::string>& words) {
   Options options;
   for (std::size_t i = 1; i + 1 < words.size(); i += 2) {
     const std::string& option = words[i];
+    if (option == "--rows") {
+      options.rows = words[i + 1];
+      continue;
+    }
     const int number = std::max(1, ParseInt32(words[i + 1]).value_or(1));
     (option == "--tickets"    ? options.tickets
      : option == "--small"    ? options.small
@@ -56,7 +62,7 @@ void Decade(const Options& options) {
 void Screens(const Options& options) {
   const TemporaryFolder folder(std::filesystem::current_path());
   MeasureStores({folder / "poco.db", options.small}, {folder / "mucho.db", options.tickets},
-                options.articles, options.runs);
+                options.articles, options.runs, options.rows);
 }
 
 int Main(int count, char** words) {

@@ -7,6 +7,7 @@
 
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/statement_cache.h"
+#include "base/text.h"
 #include "bench/closing_bench.h"
 #include "bench/direct_lists.h"
 #include "bench/direct_till.h"
@@ -232,17 +233,30 @@ class StoreMeasures {
   TenLineSales<DirectTill> direct_sales_{direct_, size_.articles};
 };
 
+struct NamedRow {
+  const char* name;  // by which it is asked for
+  Row (StoreMeasures::*row)();
+};
+
 // The shortest first, and what writes much last.
-constexpr Row (StoreMeasures::*kRows[])() = {
-    &StoreMeasures::Scan,         &StoreMeasures::ScanUnsynchronised,
-    &StoreMeasures::Finish,       &StoreMeasures::State,
-    &StoreMeasures::Debt,         &StoreMeasures::Pending,
-    &StoreMeasures::DayJournal,   &StoreMeasures::MonthJournal,
-    &StoreMeasures::DayPanel,     &StoreMeasures::WholePanel,
-    &StoreMeasures::Closures,     &StoreMeasures::SearchMonth,
-    &StoreMeasures::InvoiceMonth, &StoreMeasures::Closing,
-    &StoreMeasures::Ready,        &StoreMeasures::SaleScreen,
-    &StoreMeasures::FinishRecorded, &StoreMeasures::CheckRecords};
+constexpr NamedRow kRows[] = {{"scan", &StoreMeasures::Scan},
+                             {"unsynchronised", &StoreMeasures::ScanUnsynchronised},
+                             {"finish", &StoreMeasures::Finish},
+                             {"state", &StoreMeasures::State},
+                             {"debt", &StoreMeasures::Debt},
+                             {"pending", &StoreMeasures::Pending},
+                             {"day", &StoreMeasures::DayJournal},
+                             {"month", &StoreMeasures::MonthJournal},
+                             {"daypanel", &StoreMeasures::DayPanel},
+                             {"panel", &StoreMeasures::WholePanel},
+                             {"closures", &StoreMeasures::Closures},
+                             {"search", &StoreMeasures::SearchMonth},
+                             {"invoice", &StoreMeasures::InvoiceMonth},
+                             {"closing", &StoreMeasures::Closing},
+                             {"ready", &StoreMeasures::Ready},
+                             {"salescreen", &StoreMeasures::SaleScreen},
+                             {"recorded", &StoreMeasures::FinishRecorded},
+                             {"records", &StoreMeasures::CheckRecords}};
 
 // Each ticket of a store is looked at by these.
 bool GoesThroughAll(Row (StoreMeasures::*row)()) {
@@ -271,12 +285,14 @@ std::unique_ptr<StoreMeasures> Prepare(const StoreSize& store, int articles, int
 
 }  // namespace
 
-void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs) {
+void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs, const std::string& only) {
   const auto here = Prepare(small, articles, runs);
   const auto there = Prepare(large, articles, runs);
   std::vector<Row> small_rows;
   std::vector<Row> large_rows;
-  for (const auto& row : kRows) {
+  const std::vector<std::string> asked_for = Split(only, ",");
+  for (const auto& [name, row] : kRows) {
+    if (!only.empty() && std::find(asked_for.begin(), asked_for.end(), name) == asked_for.end()) continue;
     small_rows.push_back((*here.*row)());
     large_rows.push_back((*there.*row)());
   }

@@ -17,8 +17,9 @@ struct StoreSize {
 };
 
 // Fills both stores with 1,000 tickets a day and measures row by row, here and
-// there; `runs` of the shortest work. Prints a table.
-void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs);
+// there; `runs` of the shortest work. `only`: the names of rows, "search,closing"; "" for
+// all. Prints a table.
+void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs, const std::string& only);
 
 // The same on a store after ten years, without what goes through all its tickets one by
 // one, and what it takes to look after it.

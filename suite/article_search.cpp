@@ -1,12 +1,9 @@
 #include "suite/article_search.h"
 
-#include <set>
-
 #include "base/mask.h"
 #include "base/rounding.h"
 #include "data/retired.h"
 #include "data/sql_text.h"
-#include "data/tax_kinds.h"
 #include "platform/database.h"
 #include "platform/ui/front_end.h"
 #include "suite/store_database.h"
@@ -40,20 +37,27 @@ ui::SearchRequest Request(DatabaseObject& store) {
 
 }  // namespace
 
-std::vector<std::vector<Variant>> ReadArticles(DatabaseObject& store) {
-  std::vector<std::vector<Variant>> articles;
-  const TaxKinds taxes = TaxKindsToday(store.Conexion());
-  const int decimals = store.Parametro("par_decpre").IntOr(kUsualDecimals);
-  const auto rows = store.Conexion().Execute(Statement(store));
-  for (; !rows->Eof(); rows->MoveNext()) {
+ArticleReader::ArticleReader(DatabaseObject& store, std::set<std::int32_t> left_out)
+    : taxes_(TaxKindsToday(store.Conexion())),
+      decimals_(store.Parametro("par_decpre").IntOr(kUsualDecimals)),
+      left_out_(std::move(left_out)) {
+  rows_ = store.Conexion().Execute(Statement(store));
+}
+
+bool ArticleReader::ReadOn(ui::PackedRows& articles) {
+  constexpr std::size_t kAtOnce = 200;
+  for (std::size_t read = 0; read < kAtOnce && !rows_->Eof(); ++read, rows_->MoveNext()) {
     Pulse();
-    const auto tax = taxes.find(rows->Field(5).IntOr(0));
-    const double net = RoundHalfAway(rows->Field(4).NumberOr(0), decimals);
-    const double price = PriceWithTax(net, tax == taxes.end() ? Tax() : tax->second);
-    articles.push_back({rows->Field(0), rows->Field(1), rows->Field(2), rows->Field(3), Variant(price),
-                        rows->Field(6)});
+    std::vector<Variant> article = rows_->Fields();
+    if (left_out_.contains(article[0].ToInt32())) continue;
+    const auto tax = taxes_.find(article[5].IntOr(0));
+    const double net = RoundHalfAway(article[4].NumberOr(0), decimals_);
+    article[4] = Variant(PriceWithTax(net, tax == taxes_.end() ? Tax() : tax->second));
+    article[5] = std::move(article[6]);
+    article.pop_back();
+    articles.push_back(article);
   }
-  return articles;
+  return !rows_->Eof();
 }
 
 ArticleSearch::ArticleSearch(ui::FrontEnd& front_end) : LateBound(kClass), front_end_(front_end) {
@@ -66,12 +70,12 @@ Variant ArticleSearch::Search() {
   DatabaseObject& store = DatabaseOf(*this, kClass);
   ui::SearchRequest request = Request(store);
   Set("ResultadoBusqueda", Variant(0));
+  std::unique_ptr<ArticleReader> reader;
   try {
     ui::LongWork work(front_end_, request.title);
     work.Stage("Leyendo los artículos");
-    request.rows = ReadArticles(store);
-    const std::set<std::int32_t> retired = RetiredOf(store.Conexion(), "ART");
-    std::erase_if(request.rows, [&](const auto& row) { return retired.contains(row[0].ToInt32()); });
+    reader = std::make_unique<ArticleReader>(store, RetiredOf(store.Conexion(), "ART"));
+    if (reader->ReadOn(request.rows)) request.read_on = [&] { return reader->ReadOn(request.rows); };
   } catch (const GivenUp&) {
     return {};
   }

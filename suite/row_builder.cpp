@@ -39,6 +39,8 @@ bool IsName(std::string_view name) {
   return !name.empty() && std::all_of(name.begin(), name.end(), part);
 }
 
+bool IsBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
+
 void RequireName(std::string_view name) {
   if (!IsName(name)) throw ObjectError("Nombre no válido: «" + std::string(name) + "»");
 }
@@ -68,14 +70,17 @@ std::string StatementBuilder::InsertText() const {
 }
 
 std::string StatementBuilder::UpdateText() const {
-  if (Trim(condition_).empty()) throw ObjectError("Falta la condición de la actualización");
-  std::string sets;
+  constexpr std::size_t kUsual = 200;
+  if (IsBlank(condition_)) throw ObjectError("Falta la condición de la actualización");
+  std::string sql;
+  sql.reserve(kUsual);
+  sql.append("UPDATE ").append(table_);
+  const char* before = " SET ";
   for (const Field& field : fields_) {
     RequireName(field.column);
-    sets.append(sets.empty() ? "" : ", ").append(field.column).append(" = ");
-    sets += SqlValue(field.kind, field.value);
+    sql.append(std::exchange(before, ", ")).append(field.column).append(" = ") += SqlValue(field.kind, field.value);
   }
-  return "UPDATE " + table_ + " SET " + sets + condition_;
+  return sql += condition_;
 }
 
 template <typename Text>

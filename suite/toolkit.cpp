@@ -67,25 +67,27 @@ void Toolkit::SetFocusColours(std::uint32_t focused, std::uint32_t plain) {
 
 std::string Toolkit::BuscarPorNombre(const NameSearch& search) {
   ui::SearchRequest request;
+  std::vector<std::vector<Variant>> all;
   try {
     ui::LongWork work(front_end_, search.title);
     work.Stage("Leyendo la lista");
     const auto rows = connection_->Execute(search.statement);
     request.search_column = ColumnOf(*rows, search.search_column);
-    request.rows = ReadAll(*rows);
+    all = ReadAll(*rows);
     if (!search.leaves_out.empty()) {
-      LeaveOut(request.rows, RetiredOf(*connection_, search.leaves_out), search.id_column);
+      LeaveOut(all, RetiredOf(*connection_, search.leaves_out), search.id_column);
     }
   } catch (const GivenUp&) {
     return {};
   }
-  Order(request.rows, request.search_column);
+  Order(all, request.search_column);
+  request.rows = std::exchange(all, {});
   request.title = search.title;
   request.captions = {search.first_caption, search.second_caption};
   request.widths = {search.first_width, search.second_width};
   request.shown_columns = {1, 2};
   const auto chosen = front_end_.Search(request);
-  return chosen ? Joined(request.rows[*chosen]) : std::string();
+  return chosen ? Joined(request.rows[*chosen].Values()) : std::string();
 }
 
 double Toolkit::Redondear(double value, int decimals) const {

@@ -8,11 +8,14 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/dialect/translator.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "data/statements.h"
+#include "reports/sales_journal_statements.h"
 #include "tests/test_store.h"
 
 namespace tpv {
@@ -223,6 +226,50 @@ TEST(Dialect, RefusesWhatIsNestedOrChainedWithoutEnd) {
   }
   EXPECT_EQ(refusal("SELECT * FROM " + Repeated(50000, "(SELECT * FROM ")),
             "La sentencia anida o encadena demasiadas expresiones");
+}
+
+TEST(ListsOfTickets, ComeByDateWithoutBeingSorted) {
+  TestStore store;
+  const sqlite::Handle engine = sqlite::OpenFile(store.path());
+  PendingTickets all{.with_name = true, .order = "ORDER BY Cav_Fecha"};
+  PendingTickets of_one = all;
+  of_one.filter = OfCustomer(5);
+  const std::string days = BetweenDays("01/11/2026", "30/11/2026");
+  for (const std::string& statement : {all.Select(), of_one.Select(), journal::Sales(days), SoldLines(days)}) {
+    const std::string shape = dialect::Scan(statement).shape;
+    sqlite3_stmt* prepared = nullptr;
+    const std::string explain = "EXPLAIN QUERY PLAN " + dialect::Translate(shape).text;
+    ASSERT_EQ(sqlite3_prepare_v2(engine.get(), explain.c_str(), -1, &prepared, nullptr), SQLITE_OK) << explain;
+    const sqlite::StatementPtr owner(prepared);
+    while (sqlite3_step(prepared) == SQLITE_ROW) {
+      const std::string step = reinterpret_cast<const char*>(sqlite3_column_text(prepared, 3));
+      EXPECT_FALSE(step.starts_with("USE TEMP") || step.starts_with("SCAN")) << step << ": " << statement;
+    }
+  }
+}
+
+// Groups of a table's rows are told apart by its key, also where its other columns are alike.
+TEST(ListsOfTickets, AreGroupedAsWritten) {
+  TestStore store;
+  Connection& connection = store.connection();
+  connection.Execute("INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha) VALUES ('B', 1, '02/11/2026'), ('a', 1, "
+                     "'01/11/2026'), ('A ', 1, '02/11/2026'), ('A', 1, NULL)");
+  connection.Execute("INSERT INTO Lav (Lav_IdCav, Lav_Importe) SELECT Cav_Id, Cav_Id FROM Cav");
+  connection.Execute("INSERT INTO Lav (Lav_IdCav, Lav_Importe) VALUES (1, 10), (3, 10)");
+  const auto listed = [&](const std::string& select, const std::string& order) {
+    std::string text;
+    const auto rows = connection.Execute("SELECT " + select + " FROM Cav INNER JOIN Lav ON Lav_IdCav = Cav_Id GROUP BY " + order);
+    for (; !rows->Eof(); rows->MoveNext()) {
+      for (std::size_t i = 0; i < rows->FieldCount(); ++i) text += rows->Field(i).ToPlainText() + " ";
+    }
+    return text;
+  };
+  const std::string sums = "Cav_Id, SUM(Lav_Importe)";
+  EXPECT_EQ(listed(sums, "Cav_Id, Cav_Serie, Cav_Numero, Cav_Fecha ORDER BY Cav_Fecha"), "4 4 2 2 1 11 3 13 ");
+  EXPECT_EQ(listed(sums, "Cav_Serie, Cav_Id ORDER BY Cav_Serie, Cav_Id"), "2 2 3 13 4 4 1 11 ");
+  EXPECT_EQ(listed(sums + " AS Cav_Fecha", "Cav_Id ORDER BY Cav_Fecha DESC"), "3 13 1 11 4 4 2 2 ");
+  EXPECT_EQ(listed(sums + " AS suma", "Cav_Id, Cav_Fecha ORDER BY suma"), "2 2 4 4 1 11 3 13 ");
+  EXPECT_EQ(listed("SUM(Lav_Importe)", "Cav_Serie ORDER BY Cav_Serie"), "19 11 ");
 }
 
 TEST(DistinctValues, OfAnIndexCostTheSameHoweverManyRowsThereAre) {

@@ -9,6 +9,7 @@
 #include <map>
 
 #include "adapters/odbc/decimal.h"
+#include "adapters/odbc/distinct_leap.h"
 #include "adapters/odbc/errors.h"
 #include "adapters/odbc/odbc_connection.h"
 #include "adapters/odbc/open_server.h"
@@ -135,6 +136,21 @@ TEST(OpenServer, GetsABlankBehindANumberAndNowhereElse) {
       {"-- 1ORDER\n8FROM /* 9AND */ @p1x, #t2y, T3z.c4", "-- 1ORDER\n8 FROM /* 9AND */ @p1x, #t2y, T3z.c4"},
       {"WHERE a < 10AND b='", "WHERE a < 10 AND b='"}};
   for (const auto& [sql, sent] : statements) EXPECT_EQ(odbc::WithBlanksBehindNumbers(sql), sent);
+}
+
+TEST(DistinctValues, OfAnIndexAreAskedForOneByOneAndNoOthers) {
+  EXPECT_EQ(odbc::LeapThroughIndex("SELECT DISTINCT DIACAJ_CAJA FROM DIACAJ ORDER BY DIACAJ_CAJA", false),
+            "WITH salto (valor) AS (SELECT MIN(DIACAJ_CAJA) FROM DIACAJ UNION ALL SELECT siguiente.valor FROM "
+            "(SELECT DIACAJ.DIACAJ_CAJA AS valor, ROW_NUMBER() OVER (ORDER BY DIACAJ.DIACAJ_CAJA) AS puesto FROM "
+            "DIACAJ INNER JOIN salto ON DIACAJ.DIACAJ_CAJA > salto.valor) AS siguiente WHERE siguiente.puesto = 1) "
+            "SELECT NULL AS DIACAJ_CAJA WHERE EXISTS (SELECT 1 FROM DIACAJ WHERE DIACAJ_CAJA IS NULL) UNION ALL "
+            "SELECT valor FROM salto WHERE valor IS NOT NULL ORDER BY 1 OPTION (MAXRECURSION 0)");
+  for (const char* other :
+       {"SELECT DISTINCT DiaCaj_IdAge FROM DiaCaj ORDER BY DiaCaj_IdAge", "SELECT DISTINCT ART_Cod FROM ART ORDER BY ART_Cod",
+        "SELECT DISTINCT DiaCaj_Caja FROM DiaCaj ORDER BY DiaCaj_Tipo", "SELECT DISTINCT DiaCaj_Caja FROM DiaCaj",
+        "SELECT DISTINCT x FROM y ORDER BY x", "SELECT DISTINCT DiaCaj_Caja FROM DiaCaj ORDER BY DiaCaj_Caja DESC"}) {
+    EXPECT_EQ(odbc::LeapThroughIndex(other, false), std::nullopt) << other;
+  }
 }
 
 TEST(OpenServer, SaysByItsNumbersWhatTheOtherSays) {

@@ -41,9 +41,10 @@ void HeadlessFrontEnd::AnswerBox(ui::Answer answer) {
   answer_ = answer;
 }
 
-std::optional<std::size_t> HeadlessFrontEnd::Search(const ui::SearchRequest& request) {
+std::optional<std::size_t> HeadlessFrontEnd::Search(ui::SearchRequest& request) {
   engine_.CountOpening();
   ui::SearchList list(request);
+  list.ReadAll();
   const ScopedValue open(search_, &list);
   searched_.clear();
   search_closed_ = by_key_ = false;

@@ -21,7 +21,7 @@ class HeadlessFrontEnd : public ui::FrontEnd {
   void ShowModal(ui::Form& form) override;
   void Load(ui::Form& form) override { engine_.Load(form); }
   ui::Answer Show(const ui::MessageBox& box) override;
-  std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  std::optional<std::size_t> Search(ui::SearchRequest& request) override;
   void ShowManual(std::string_view) override {}
   void SetBanner(std::string_view banner) override { engine_.SetBanner(banner); }
   void ProcessEvents() override {}

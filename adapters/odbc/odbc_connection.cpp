@@ -4,6 +4,7 @@
 #include <random>
 #include <thread>
 
+#include "adapters/odbc/distinct_leap.h"
 #include "adapters/odbc/odbc_recordset.h"
 #include "adapters/odbc/open_server.h"
 #include "base/text.h"
@@ -143,11 +144,28 @@ std::unique_ptr<Recordset> OdbcConnection::Execute(std::string_view sql) {
     RequireTransaction();
     return Run(sql, true);
   }
-  if (OnlyReads(sql)) return OnceMore([&] { return Run(sql, true); });
+  if (OnlyReads(sql)) {
+    if (auto rows = Leap(sql)) return rows;
+    return OnceMore([&] { return Run(sql, true); });
+  }
   // A write whose answer is lost must not be sent again, so the session is
   // tried with something harmless first. Nor can it be given up: it is stored at once.
   OnceMore([this] { return First("SELECT 1 AS vivo"); });
   return Run(sql);
+}
+
+// Null where the statement has to go out as it is: also for good when the server does not
+// take what would stand for it.
+std::unique_ptr<Recordset> OdbcConnection::Leap(std::string_view sql) {
+  const auto leap = leaps_ && sql_server_ ? odbc::LeapThroughIndex(sql, open_server_) : std::nullopt;
+  if (!leap) return nullptr;
+  try {
+    return OnceMore([&] { return Run(*leap, true); });
+  } catch (const DatabaseError& error) {
+    if (link_ == nullptr || link_->IsDead() || odbc::IsTimeout(error.sqlstate())) throw;
+    leaps_ = false;
+    return nullptr;
+  }
 }
 
 // After a failure the server may have ended the transaction: what followed would

@@ -68,6 +68,7 @@ class OdbcConnection : public Connection {
   template <typename Work>
   auto OnceMore(Work work);
   std::unique_ptr<Recordset> Run(std::string_view sql, bool pulsing = false);
+  std::unique_ptr<Recordset> Leap(std::string_view sql);
   std::optional<Variant> First(std::string_view sql);
   void Begin(const std::vector<std::string>& mark);
   void Undo();
@@ -82,6 +83,7 @@ class OdbcConnection : public Connection {
   State state_ = State::None;
   bool sql_server_ = false;
   bool open_server_ = false;  // of the dialect, over another engine
+  bool leaps_ = true;         // whether it takes what distinct_leap.h makes
   Marks marks_ = Marks::Unknown;
   bool had_lock_ = false;     // whether this till ever got the store's lock
   bool left_behind_ = false;  // a lost session of ours may still hold it

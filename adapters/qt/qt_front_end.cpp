@@ -107,11 +107,12 @@ ui::Answer QtFrontEnd::Show(const ui::MessageBox& box) {
   return dialog.answer().value_or(ui::Harmless(box));
 }
 
-std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) {
+std::optional<std::size_t> QtFrontEnd::Search(ui::SearchRequest& request) {
   engine_.CountOpening();
   Refresh();
   SearchDialog dialog(request, engine_, memory_, Uppermost());
   DressUp(dialog);
+  if (driver_ != nullptr) dialog.ReadAll();  // whose hands are faster than the store
   do {
     {
       const ScopedValue open(search_, &dialog);
@@ -121,6 +122,7 @@ std::optional<std::size_t> QtFrontEnd::Search(const ui::SearchRequest& request) 
     BackFrom(dialog);
   } while (dialog.RunErrand());
   engine_.BoxClosed(dialog.closed_by_key());
+  dialog.RequireRead();
   return dialog.chosen();
 }
 

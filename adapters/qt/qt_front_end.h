@@ -37,7 +37,7 @@ class QtFrontEnd : public ui::FrontEnd, public WindowOwner {
   void ShowModal(ui::Form& form) override;
   void Load(ui::Form& form) override { engine_.Load(form); }
   ui::Answer Show(const ui::MessageBox& box) override;
-  std::optional<std::size_t> Search(const ui::SearchRequest& request) override;
+  std::optional<std::size_t> Search(ui::SearchRequest& request) override;
   std::string ChooseFile(const ui::FileQuestion& question) override;
   void SetBanner(std::string_view banner) override { engine_.SetBanner(banner); }
   void ShowManual(std::string_view page) override;

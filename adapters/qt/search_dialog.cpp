@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "adapters/qt/cell_delegate.h"
@@ -28,24 +30,47 @@ constexpr int kWidest = 1100;
 
 }  // namespace
 
-SearchModel::SearchModel(const ui::SearchRequest& request, QObject* parent)
-    : QAbstractTableModel(parent), list_(request) {}
+SearchModel::SearchModel(ui::SearchRequest& request, QObject* parent)
+    : QAbstractTableModel(parent), list_(request), shown_(static_cast<int>(list_.Visible().size())) {}
+
+void SearchModel::ReadOn() {
+  constexpr int kMoment = 8;  // milliseconds: no key waits longer
+  QElapsedTimer since;
+  since.start();
+  while (list_.ReadOn() && since.elapsed() < kMoment) {
+  }
+  Shows();
+}
+
+void SearchModel::ReadAll() {
+  list_.ReadAll();
+  Shows();
+}
+
+// New rows stand behind those that were there.
+void SearchModel::Shows() {
+  const int now = static_cast<int>(list_.Visible().size());
+  if (now == shown_) return;
+  beginInsertRows({}, shown_, now - 1);
+  shown_ = now;
+  endInsertRows();
+}
 
 void SearchModel::Narrow(const QString& text) {
   beginResetModel();
   list_.Narrow(Utf8(text));
+  shown_ = static_cast<int>(list_.Visible().size());
   endResetModel();
 }
 
 void SearchModel::SortBy(int column) {
+  ReadAll();
   beginResetModel();
   list_.SortBy(static_cast<std::size_t>(column));
   endResetModel();
 }
 
-int SearchModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(list_.Visible().size());
-}
+int SearchModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : shown_; }
 
 int SearchModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(list_.request().shown_columns.size());
@@ -67,7 +92,7 @@ QVariant SearchModel::headerData(int section, Qt::Orientation orientation, int r
   return named ? Text(captions[section]) : QString();
 }
 
-SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, WindowMemory& memory,
+SearchDialog::SearchDialog(ui::SearchRequest& request, ui::Engine& engine, WindowMemory& memory,
                            QWidget* parent)
     : QDialog(parent, Qt::Dialog),
       engine_(engine),
@@ -75,7 +100,8 @@ SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine,
       model_(new SearchModel(request, this)),
       edit_(new QLineEdit(this)),
       table_(new TillTable(this)),
-      count_(new QLabel(this)) {
+      count_(new QLabel(this)),
+      reading_(new QTimer(this)) {
   setWindowModality(Qt::ApplicationModal);
   setWindowTitle(Text(ui::Form::Titled(engine.banner(), request.title.empty() ? "Buscar" : request.title)));
   LayOut(request);
@@ -89,6 +115,8 @@ SearchDialog::SearchDialog(const ui::SearchRequest& request, ui::Engine& engine,
   edit_->installEventFilter(this);
   edit_->setFocus();
   MoveTo(0);
+  connect(reading_, &QTimer::timeout, this, [this] { ReadOn(); });
+  if (!model_->list().HasAll()) reading_->start();
 }
 
 SearchDialog::~SearchDialog() {
@@ -103,6 +131,30 @@ std::vector<int> SearchDialog::Widths() const {
     widths.push_back(stretched ? 1 : std::max(1, table_->columnWidth(column)));
   }
   return widths;
+}
+
+// What goes wrong passes the window system by, which knows no errors.
+bool SearchDialog::Reads(void (SearchModel::*read)()) {
+  try {
+    (model_->*read)();
+  } catch (const std::exception&) {
+    failure_ = std::current_exception();
+    reject();
+  }
+  if (failure_ || model_->list().HasAll()) reading_->stop();
+  ShowCount();
+  return !failure_;
+}
+
+bool SearchDialog::ReadAll() { return Reads(&SearchModel::ReadAll); }
+
+void SearchDialog::ReadOn() {
+  const bool empty = model_->rowCount() == 0;
+  if (Reads(&SearchModel::ReadOn) && empty) MoveTo(0);
+}
+
+void SearchDialog::RequireRead() const {
+  if (failure_) std::rethrow_exception(failure_);
 }
 
 void SearchDialog::OpenMenu() {
@@ -127,7 +179,7 @@ void SearchDialog::Leave(std::function<void(ui::SearchedForm&)> errand) {
 }
 
 bool SearchDialog::RunErrand() {
-  if (!errand_) return false;
+  if (!errand_ || !ReadAll()) return false;
   ui::SearchedForm form(model_->list(), engine_.Top());
   std::exchange(errand_, nullptr)(form);
   closed_ = false;
@@ -186,6 +238,7 @@ void SearchDialog::Narrow(const QString& text) {
 }
 
 void SearchDialog::SortBy(int column) {
+  if (!ReadAll()) return;
   model_->SortBy(column);
   const ui::SearchList& list = model_->list();
   table_->horizontalHeader()->setSortIndicatorShown(list.sorted_by().has_value());
@@ -198,18 +251,24 @@ void SearchDialog::SortBy(int column) {
 
 void SearchDialog::MoveTo(int row) {
   const int rows = model_->rowCount();
-  count_->setText(Text(model_->list().CountText()) + "    ↑↓ elegir    Enter aceptar    Esc cerrar    Mayús+F10 más");
+  ShowCount();
   if (rows == 0) return;
   const QModelIndex index = model_->index(std::clamp(row, 0, rows - 1), 0);
   table_->setCurrentIndex(index);
   table_->scrollTo(index);
 }
 
+void SearchDialog::ShowCount() {
+  count_->setText(Text(model_->list().CountText()) + "    ↑↓ elegir    Enter aceptar    Esc cerrar    Mayús+F10 más");
+}
+
 bool SearchDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched != edit_ || event->type() != QEvent::KeyPress) return false;
   const auto& key = static_cast<QKeyEvent&>(*event);
   if (key.matches(QKeySequence::Copy) && !edit_->hasSelectedText()) {
+    if (!ReadAll()) return true;
     ui::SearchedForm form(model_->list(), nullptr);
+    form.Fill();
     QApplication::clipboard()->setText(Text(ClipboardText(form.found)));
     return true;
   }
@@ -232,6 +291,7 @@ bool SearchDialog::TakeScanned(const QKeyEvent& event) {
   }
   if (burst.Trails(when)) return true;
   if (!burst.LineEnd(when)) return false;
+  if (!ReadAll()) return true;
   by_key_ = model_->rowCount() == 1;
   by_key_ ? Choose(0) : engine_.ScanUnanswered();
   return true;

@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QDialog>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -16,14 +17,18 @@ class QLabel;
 class QLineEdit;
 class QMenu;
 class QTableView;
+class QTimer;
 
 namespace tpv::qt {
 
 // The rows that the search leaves, asked for where they are painted.
 class SearchModel : public QAbstractTableModel {
  public:
-  SearchModel(const ui::SearchRequest& request, QObject* parent);
+  SearchModel(ui::SearchRequest& request, QObject* parent);
 
+  // Reads rows that are not there yet for a moment, or all of them. Throw what it throws.
+  void ReadOn();
+  void ReadAll();
   void Narrow(const QString& text);
   void SortBy(int column);
   const ui::SearchList& list() const { return list_; }
@@ -34,13 +39,16 @@ class SearchModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  void Shows();
+
   ui::SearchList list_;
+  int shown_ = 0;  // rows that the view has heard of
 };
 
 class SearchDialog : public QDialog {
  public:
   // The request, the engine and the memory outlive the dialog.
-  SearchDialog(const ui::SearchRequest& request, ui::Engine& engine, WindowMemory& memory, QWidget* parent);
+  SearchDialog(ui::SearchRequest& request, ui::Engine& engine, WindowMemory& memory, QWidget* parent);
   ~SearchDialog() override;
 
   bool closed() const { return closed_; }
@@ -51,6 +59,10 @@ class SearchDialog : public QDialog {
   QTableView& table() { return *table_; }
   QMenu* menu() const { return menu_; }
 
+  // Reads rows that are not there yet; false when that failed, and then the dialog is closed.
+  bool ReadAll();
+  // Throws what the reading threw, if it did.
+  void RequireRead() const;
   // Closes it for something that is done with its rows while it is out of sight.
   void Leave(std::function<void(ui::SearchedForm&)> errand);
   // Does that; false when it was closed for good. What the errand throws passes.
@@ -64,6 +76,9 @@ class SearchDialog : public QDialog {
  private:
   void LayOut(const ui::SearchRequest& request);
   void SetWidths(const ui::SearchRequest& request);
+  void ReadOn();
+  bool Reads(void (SearchModel::*read)());
+  void ShowCount();
   void OpenMenu();
   std::vector<int> Widths() const;
   void Narrow(const QString& text);
@@ -86,6 +101,8 @@ class SearchDialog : public QDialog {
   std::function<void(ui::SearchedForm&)> errand_;
   std::vector<int> opened_widths_;
   std::optional<std::size_t> chosen_;
+  QTimer* reading_;  // while nothing else is to be done
+  std::exception_ptr failure_;
 };
 
 }  // namespace tpv::qt

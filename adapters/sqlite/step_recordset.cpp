@@ -39,13 +39,13 @@ StepRecordset::StepRecordset(SqliteConnection& connection, std::shared_ptr<Cache
       connection_(connection),
       literals_(std::move(literals)),
       statement_(std::move(statement)) {
-  connection_.open_.insert(this);
   try {
     Step();
   } catch (...) {
     Close();
     throw;
   }
+  if (statement_ != nullptr) connection_.open_.insert(this);  // most writes have ended
 }
 
 void StepRecordset::Step() {

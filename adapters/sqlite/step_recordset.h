@@ -2,8 +2,8 @@
 // or undoes a transaction, what is left is read ahead, since its snapshot ends.
 #pragma once
 
-#include <deque>
 #include <exception>
+#include <list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,7 +45,7 @@ class StepRecordset : public TranslatedRecordset {
   SqliteConnection& connection_;
   std::vector<Variant> literals_;  // whose texts the statement reads
   StatementPtr statement_;
-  std::deque<std::vector<Variant>> ahead_;  // the current row first, once read ahead
+  std::list<std::vector<Variant>> ahead_;  // the current row first, once read ahead
   std::exception_ptr failure_;              // of the row behind them
   long read_ = 0;
 };

@@ -194,6 +194,7 @@ void AddWhatIsMissing(sqlite3* handle) {
   MoveTermsOfPayment(handle);
   if (!CountsListChanges(handle)) CountListChanges(handle);
   Run(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
+  Run(handle, "DROP INDEX IF EXISTS main.ix_Cav_Cav_Cobrado_Cav_Ticket_Cav_IdCli");  // until version 6, without dates
   // Until version 6 tickets and invoices had one each.
   Run(handle, "DROP INDEX IF EXISTS main.ix_Fiscal_Fis_IdCav; DROP INDEX IF EXISTS main.ix_Fiscal_Fis_IdFav");
   Run(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));

@@ -5,12 +5,14 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "adapters/files/temporary_folder.h"
 #include "adapters/qt/search_dialog.h"
 #include "bench/harness.h"
 #include "bench/till.h"
+#include "bench/windows/long_lists.h"
 #include "bench/windows/window_till.h"
 #include "host/demo/catalogue.h"
 #include "host/store.h"
@@ -83,7 +85,7 @@ ui::SearchRequest AllArticles(int articles) {
 // A word typed key by key into a dialog just opened: its first key looks through
 // all rows, the others through what is left.
 std::vector<Row> MeasureSearch() {
-  const ui::SearchRequest request = AllArticles(100000);
+  ui::SearchRequest request = AllArticles(100000);
   const std::string word = "leche ref. 12";
   ui::Engine engine;
   qt::WindowMemory memory;
@@ -146,6 +148,17 @@ class Again {
   std::string store_;
 };
 
+void MeasureLists(const char* program, const std::string& folder) {
+  const std::string path = folder + "/listas.db";
+  if (!std::filesystem::exists(path)) MakeStoreOfLongLists(path);
+  std::printf("\nThe longest lists; at most 200 ms and 150 MB:\n\n"
+              "| list | rows | first rows painted, ms | read whole, ms | MB before | MB after | MB at most |\n"
+              "|---|---|---|---|---|---|---|\n");
+  std::fflush(stdout);
+  const Again again(program, path);
+  for (const char* list : {"--journal", "--pending", "--search"}) again(list);
+}
+
 int Main(int count, char** words) {
   unsetenv("DISPLAY");
   unsetenv("WAYLAND_DISPLAY");
@@ -159,6 +172,8 @@ int Main(int count, char** words) {
   }
   if (what == "--sale") return WindowTill(words[2]).Sell(painted), 1;
   if (what == "--day") return MeasureDay(words[2]), 0;
+  if (what == "--journal" || what == "--pending" || what == "--search") return ShowLongList(what, words[2]), 0;
+  if (what == "--lists") return MeasureLists(words[0], words[2]), 0;
   const TemporaryFolder folder;
   // Measuring keys leaves a sale unfinished, which the next start would offer.
   const std::string path = folder / "teclas.db";
@@ -172,6 +187,7 @@ int Main(int count, char** words) {
   std::printf("The windows, without a screen, beside an empty one:\n\n");
   Print(rows);
   again("--day");
+  MeasureLists(words[0], folder.path());
   return 0;
 }
 

@@ -27,14 +27,19 @@ class WindowTill : private ui::Driver {
   explicit WindowTill(const std::string& path) : connection_(path, clock_) {
     OpenTill();
     objects_.SetPorts(ports_);
-    component_.context().MyBd =
-        std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_, settings_);
+    component_.context().MyBd = database_;
     front_end_.SetDriver(*this);
   }
   void Sell(std::function<void()> work) {
     work_ = std::move(work);
     component_.zTpv();
   }
+  // Opens a screen of the component.
+  void Open(void (Zrtpve::*screen)(), std::function<void()> work) {
+    work_ = std::move(work);
+    (component_.*screen)();
+  }
+  suite::StoreDatabase& database() { return *database_; }
   ui::Form& form() { return *front_end_.Top(); }
   void Focus(const char* field) {
     front_end_.Act([&](ui::Engine& engine) { engine.FocusOn(*form().Find(field)); });
@@ -82,6 +87,8 @@ class WindowTill : private ui::Driver {
   Ports ports_{front_end_, printers_, devices_, settings_, clock_,
                mailer_,    reports_,  objects_, sound_};
   Zrtpve component_{ports_};
+  const std::shared_ptr<suite::StoreDatabase> database_ =
+      std::make_shared<suite::StoreDatabase>(connection_, 1, front_end_, clock_, settings_);
   std::function<void()> work_;
 };
 

@@ -17,7 +17,13 @@ ArticleList::ArticleList(Context& context)
                             {"Existencias", 1300, MaskWithDecimals("#,##0.", UnitDecimals(context))}},
                            "ART"}) {}
 
-std::vector<std::vector<Variant>> ArticleList::Rows() { return suite::ReadArticles(*context().MyBd); }
+ui::PackedRows ArticleList::Rows() {
+  ui::PackedRows all;
+  suite::ArticleReader reader(*context().MyBd);
+  while (reader.ReadOn(all)) {
+  }
+  return all;
+}
 
 std::unique_ptr<RecordForm> ArticleList::FormOf(std::int32_t id) {
   return std::make_unique<ArticleForm>(context(), id);

@@ -10,7 +10,7 @@ class ArticleList : public RecordList {
   explicit ArticleList(Context& context);
 
  protected:
-  std::vector<std::vector<Variant>> Rows() override;
+  ui::PackedRows Rows() override;
   std::unique_ptr<RecordForm> FormOf(std::int32_t id) override;
 };
 

@@ -73,9 +73,9 @@ LabelScreen::LabelScreen(Context& context, const Tools& tools) : Screen(context,
 
 void LabelScreen::OnLoad() {
   Screen::OnLoad();
-  articles_.rows = suite::ReadArticles(*context().MyBd);
-  const std::set<std::int32_t> retired = RetiredOf(Database(), "ART");
-  std::erase_if(articles_.rows, [&](const auto& row) { return retired.contains(row[kId].ToInt32()); });
+  suite::ArticleReader reader(*context().MyBd, RetiredOf(Database(), "ART"));
+  while (reader.ReadOn(articles_.rows)) {
+  }
   found_ = std::make_unique<ui::SearchList>(articles_);
   Fill();
 }
@@ -121,7 +121,7 @@ void LabelScreen::Tick(int row) {
 // All that was searched, also what the list has no room for; or none at all.
 void LabelScreen::TickAll(bool on) {
   if (!on) ticked_.clear();
-  for (const std::size_t row : on ? found_->Visible() : std::vector<std::size_t>()) {
+  for (const std::size_t row : on ? found_->Visible() : std::vector<std::uint32_t>()) {
     ticked_.insert(articles_.rows[row][kId].ToInt32());
   }
   Fill();
@@ -152,7 +152,8 @@ bool LabelScreen::CheckFields() {
 std::vector<Label> LabelScreen::Labels() const {
   std::vector<Label> labels;
   const auto copies = static_cast<std::size_t>(Int32OrZero(Text1[kCopies].text));
-  for (const auto& article : articles_.rows) {
+  for (std::size_t row = 0; row < articles_.rows.size(); ++row) {
+    const ui::PackedRow article = articles_.rows[row];
     if (!ticked_.contains(article[kId].ToInt32())) continue;
     const std::string bar_code = article[kBarCode].TextOr("");
     const std::string code = bar_code.empty() ? article[kCode].TextOr("") : bar_code;

@@ -74,14 +74,14 @@ double PriceEndingIn(double price, PriceEnd end) {
 std::vector<PriceChange> PlanPrices(DatabaseObject& store, const PriceRule& rule) {
   Connection& connection = store.Conexion();
   const Snapshot snapshot(connection);
-  const ui::SearchRequest articles = ReadArticles(connection, rule.tax_kind);
+  ui::SearchRequest articles = ReadArticles(connection, rule.tax_kind);
   ui::SearchList found(articles);
   found.Narrow(rule.search);
   const TaxKinds taxes = TaxKindsToday(connection);
   const int decimals = ReadShopParameters(connection).price_decimals;
   std::vector<PriceChange> plan;
   for (const std::size_t row : found.Visible()) {
-    const std::vector<Variant>& article = articles.rows[row];
+    const ui::PackedRow article = articles.rows[row];
     PriceChange change;
     change.id = article[0].ToInt32();
     change.code = article[1].TextOr("");

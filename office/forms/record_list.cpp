@@ -64,7 +64,7 @@ void RecordList::OnKeyUp(ui::Key key) {
   Narrow();
 }
 
-std::vector<std::vector<Variant>> RecordList::Rows() {
+std::vector<std::vector<Variant>> RecordList::Records() {
   std::vector<std::vector<Variant>> all;
   const auto record = Database().Execute(Statement());
   for (; !record->Eof(); record->MoveNext()) all.push_back(record->Fields());

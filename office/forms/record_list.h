@@ -40,8 +40,9 @@ class RecordList : public Screen {
  protected:
   // The record's id first, then a value for each column, in the order to show.
   virtual std::string Statement() const { return {}; }
-  // The same rows, for a list that no one statement gives.
-  virtual std::vector<std::vector<Variant>> Rows();
+  // What it gives; and the list's rows where these are others.
+  std::vector<std::vector<Variant>> Records();
+  virtual ui::PackedRows Rows() { return Records(); }
   // The form of the record, a new one for 0.
   virtual std::unique_ptr<RecordForm> FormOf(std::int32_t id) = 0;
   // Why the record cannot be retired, in Spanish; "" when it can.

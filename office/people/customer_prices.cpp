@@ -31,8 +31,8 @@ std::string CustomerPriceList::Statement() const {
 }
 
 // With tax, as the sale screen shows them.
-std::vector<std::vector<Variant>> CustomerPriceList::Rows() {
-  auto records = RecordList::Rows();
+ui::PackedRows CustomerPriceList::Rows() {
+  auto records = Records();
   const TaxKinds taxes = TaxKindsToday(Database());
   const int decimals = PriceDecimals(context());
   for (std::vector<Variant>& row : records) {

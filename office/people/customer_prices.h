@@ -12,7 +12,7 @@ class CustomerPriceList : public RecordList {
 
  protected:
   std::string Statement() const override;
-  std::vector<std::vector<Variant>> Rows() override;
+  ui::PackedRows Rows() override;
   std::unique_ptr<RecordForm> FormOf(std::int32_t id) override;
 
  private:

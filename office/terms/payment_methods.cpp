@@ -34,8 +34,8 @@ PaymentMethodList::PaymentMethodList(Context& context)
 
 std::string PaymentMethodList::Statement() const { return "SELECT Fco_Id, Fco_Id, Fco_Des FROM Fco ORDER BY Fco_Id"; }
 
-std::vector<std::vector<Variant>> PaymentMethodList::Rows() {
-  auto records = RecordList::Rows();
+ui::PackedRows PaymentMethodList::Rows() {
+  auto records = Records();
   for (std::vector<Variant>& row : records) {
     row.emplace_back(Described(ReadDueParts(Database(), row[0].ToInt32())));
   }

@@ -11,7 +11,7 @@ class PaymentMethodList : public RecordList {
 
  protected:
   std::string Statement() const override;
-  std::vector<std::vector<Variant>> Rows() override;
+  ui::PackedRows Rows() override;
   std::unique_ptr<RecordForm> FormOf(std::int32_t id) override;
   std::string Kept(std::int32_t id) override;
 };

@@ -21,8 +21,8 @@ std::string TaxRateList::Statement() const {
 }
 
 // The newest first, kind by kind.
-std::vector<std::vector<Variant>> TaxRateList::Rows() {
-  auto records = RecordList::Rows();
+ui::PackedRows TaxRateList::Rows() {
+  auto records = Records();
   const TaxKinds today = TaxKindsToday(Database());
   std::int32_t kind = 0;
   bool past = false;  // the one in force was met

@@ -158,17 +158,21 @@ std::string FoldCase(std::string_view utf8) {
 }
 
 std::string FoldForSearch(std::string_view utf8) {
-  std::string result;
-  result.reserve(utf8.size());
+  std::string folded;
+  folded.reserve(utf8.size());
+  FoldForSearch(utf8, folded);
+  return folded;
+}
+
+void FoldForSearch(std::string_view utf8, std::string& folded) {
   for (std::size_t position = 0; position < utf8.size();) {
     if (static_cast<unsigned char>(utf8[position]) < 0x80) {  // nearly all there is
-      result += LowerAscii(utf8[position++]);
+      folded += LowerAscii(utf8[position++]);
       continue;
     }
     const char32_t character = Lower(NextCharacter(utf8, position));
-    if (!IsCombiningAccent(character)) AppendCharacter(result, BaseLetter(character));
+    if (!IsCombiningAccent(character)) AppendCharacter(folded, BaseLetter(character));
   }
-  return result;
 }
 
 char32_t NextCharacter(std::string_view utf8, std::size_t& position) {

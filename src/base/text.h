@@ -28,6 +28,8 @@ bool EqualNoCase(std::string_view left, std::string_view right);  // ASCII names
 std::string FoldCase(std::string_view utf8);
 // FoldCase and accents taken off ("Peña" is "pena"): for searching as one types.
 std::string FoldForSearch(std::string_view utf8);
+// The same, behind what `folded` holds already.
+void FoldForSearch(std::string_view utf8, std::string& folded);
 
 // Latin letters that are followed by their accent as one character each ("e" and U+0301
 // is "é"): what the eye counts as one is one.

@@ -1,5 +1,7 @@
 #include "data/schema.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 
 namespace tpv::schema {
@@ -32,7 +34,9 @@ Table Cav() {
            With("Cav_IdFactura", Int, Default::Zero),
            With("Cav_Cobrado", Bit, Default::Zero, true)},
           {{{"Cav_Fecha"}}, {{"Cav_Serie", "Cav_Numero"}}, {{"Cav_Caja", "Cav_Ticket", "Cav_Id"}},
-           {{"Cav_Cobrado", "Cav_Ticket", "Cav_IdCli"}}, {{"Cav_IdFactura"}}}};
+           // Open tickets, a customer's or all, come by date without being sorted.
+           {{"Cav_Cobrado", "Cav_Ticket", "Cav_IdCli", "Cav_Fecha"}}, {{"Cav_Cobrado", "Cav_Ticket", "Cav_Fecha"}},
+           {{"Cav_IdFactura"}}}};
 }
 
 Table Lav() {
@@ -84,7 +88,8 @@ Table Articles() {
           {{"art_id", Int}, {"ART_Cod", Text, 20}, {"ART_BARCODE", Text, 20},
            {"art_des", Text, 100}, {"art_pve", Float}, {"art_tiva", Int}, {"art_alma", Int},
            {"art_for", Int}, {"art_mat", Int}, {"ART_FAC", Float}, {"art_pvpi", Float}},
-          {{{"ART_Cod"}}, {{"ART_BARCODE"}}}};
+          // By description: a search shows its first rows before it has read the others.
+          {{{"ART_Cod"}}, {{"ART_BARCODE"}}, {{"art_des"}}}};
 }
 
 // A row for each sale being keyed, so that what a dead till left is known.
@@ -307,6 +312,14 @@ std::string IndexColumns(const Index& index) {
 std::string IndexName(const Table& table, const Index& index) {
   const std::string columns = ReplaceAll(IndexColumns(index), ", ", "_");
   return "ix_" + std::string(table.name) + "_" + ReplaceAll(columns, " ", "_");
+}
+
+const Column* LeadingColumn(const Table& table, std::string_view column) {
+  const int at = table.Find(column);
+  if (at < 0 || table.columns[at].type == Type::Text) return nullptr;
+  const bool leads = std::any_of(table.indexes.begin(), table.indexes.end(),
+                                 [&](const Index& index) { return EqualNoCase(index.columns[0], column); });
+  return leads ? &table.columns[at] : nullptr;
 }
 
 std::span<const Table> Tables() {

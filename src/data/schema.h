@@ -55,6 +55,10 @@ std::string ColumnNames(const Table& table);
 std::string IndexName(const Table& table, const Index& index);
 std::string IndexColumns(const Index& index);
 
+// The column, when one of the table's indexes begins with it and its values are no texts:
+// its different values are found by one look into the index for each. Null for any other.
+const Column* LeadingColumn(const Table& table, std::string_view column);
+
 std::span<const Table> Tables();
 // By name regardless of case; null when there is none.
 const Table* FindTable(std::string_view name);

@@ -4,7 +4,6 @@
 #include "data/archived.h"
 #include "data/statements.h"
 #include "fiscal/issuing.h"
-#include "invoicing/seen_tickets.h"
 #include "platform/clock.h"
 #include "platform/database.h"
 #include "platform/objects.h"
@@ -62,13 +61,14 @@ void FrmTpvFacturas::Read(ui::LongWork& work) {
   work.Stage("Contando los tickets");
   const std::string days = BetweenDays(from_, to_);
   tickets_ = " WHERE Cav_fecha " + days + "AND Cav_Ticket = 1 AND Cav_Situa =1";
-  seen_ = MarkOfTickets(Database(), tickets_);
+  const std::int32_t newest_line = NewestLine(Database());
   const auto count = Database().Execute("SELECT COUNT(*) From Cav " + tickets_);
   Frame4.caption = SoldCountCaption(count->Field(0));
   work.Stage("Sumando las ventas");
   ShowTotals(days);
   work.Stage("Reuniendo los tickets");
   ShowTickets();
+  seen_ = SeenIn(DbgDiario, newest_line);
   cmdFacturar.enabled = !DbgDiario.rows.empty();
 }
 

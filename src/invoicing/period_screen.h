@@ -2,6 +2,7 @@
 // counter customer.
 #pragma once
 
+#include "invoicing/seen_tickets.h"
 #include "invoicing/ticket_invoice.h"
 #include "screen/lookups.h"
 #include "screen/screen.h"
@@ -33,7 +34,7 @@ class FrmTpvFacturas : public Screen {
 
   // The pending tickets of the last search: " WHERE …", and its days as shown.
   std::string tickets_;
-  std::string seen_;  // their mark
+  SeenTickets seen_;  // that they are
   std::string from_;
   std::string to_;
 };

@@ -15,4 +15,10 @@ void Pulse(double share) {
   if (listener != nullptr) listener->OnPulse(share);
 }
 
+bool AreFirstRowsWanted() { return listener != nullptr && listener->WantsFirstRows(); }
+
+void ShowFirstRows() {
+  if (listener != nullptr) listener->ShowFirstRows();
+}
+
 }  // namespace tpv

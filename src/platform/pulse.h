@@ -19,6 +19,10 @@ class PulseListener {
   // `share` of what is being done, 0 to 1; negative when it is not known. May throw
   // GivenUp.
   virtual void OnPulse(double share) = 0;
+  // Whether it is time to show the first rows of a list that is still being read; and
+  // shows them, once.
+  virtual bool WantsFirstRows() { return false; }
+  virtual void ShowFirstRows() {}
 
  private:
   PulseListener* before_;
@@ -29,5 +33,9 @@ bool IsPulseHeard();
 
 // Costs nothing where nobody listens. Throws what the listener throws.
 void Pulse(double share = -1);
+
+// What this thread's listener says and does.
+bool AreFirstRowsWanted();
+void ShowFirstRows();
 
 }  // namespace tpv

@@ -9,19 +9,40 @@
 
 namespace tpv::ui {
 
-SearchList::SearchList(const SearchRequest& request)
-    : request_(request), folded_(request.rows.size()) {
-  ShowAll();
+SearchList::SearchList(SearchRequest& request) : request_(request) { ShowAll(); }
+
+bool SearchList::ReadOn() {
+  const std::size_t before = request_.rows.size();
+  if (request_.read_on && !request_.read_on()) request_.read_on = nullptr;
+  for (std::size_t row = before; row < request_.rows.size(); ++row) {
+    if (Holds(row)) visible_.push_back(static_cast<std::uint32_t>(row));
+  }
+  return !HasAll();
+}
+
+void SearchList::ReadAll() {
+  while (ReadOn()) {
+  }
 }
 
 const std::string& SearchList::Folded(std::size_t row) const {
-  std::string& text = folded_[row];
-  if (!text.empty()) return text;
+  const PackedRow values = request_.rows[row];
+  folded_.clear();
   for (std::size_t column = 0; column < request_.shown_columns.size(); ++column) {
     if (request_.IsFigure(column)) continue;
-    text += FoldForSearch(request_.rows[row][request_.shown_columns[column]].ToText()) + '\n';
+    const std::size_t at = request_.shown_columns[column];
+    const auto text = values.HeldText(at);
+    text ? FoldForSearch(*text, folded_) : FoldForSearch(values[at].ToText(), folded_);
+    folded_ += '\n';
   }
-  return text;
+  return folded_;
+}
+
+bool SearchList::Holds(std::size_t row) const {
+  if (sought_.empty()) return true;
+  const std::string& held = Folded(row);
+  return std::all_of(sought_.begin(), sought_.end(),
+                     [&](const std::string& word) { return held.find(word) != std::string::npos; });
 }
 
 void SearchList::Narrow(std::string_view text) {
@@ -30,31 +51,27 @@ void SearchList::Narrow(std::string_view text) {
   // Whoever types on only asks for more.
   const bool all = !folded.starts_with(narrowed_by_);
   if (all) ShowAll();
-  const std::vector<std::string> words = Split(folded, " ");
-  std::erase_if(visible_, [&](std::size_t row) {
-    const std::string& held = Folded(row);
-    return std::any_of(words.begin(), words.end(), [&](const std::string& word) {
-      return held.find(word) == std::string::npos;
-    });
-  });
+  sought_ = Split(folded, " ");
+  std::erase(sought_, "");
+  std::erase_if(visible_, [&](std::uint32_t row) { return !Holds(row); });
   narrowed_by_ = folded;
   if (all) Order();
 }
 
 void SearchList::ShowAll() {
   visible_.resize(request_.rows.size());
-  std::iota(visible_.begin(), visible_.end(), std::size_t{0});
+  std::iota(visible_.begin(), visible_.end(), std::uint32_t{0});
 }
 
 void SearchList::Order() {
   if (!sorted_by_) return;
   const std::size_t at = request_.shown_columns[*sorted_by_];
-  visible_ = SortedBy(std::move(visible_), descending_,
-                      [&](std::size_t row) -> const Variant& { return request_.rows[row][at]; });
+  visible_ = SortedBy(std::move(visible_), descending_, [&](std::size_t row) { return request_.rows[row][at]; });
 }
 
 void SearchList::SortBy(std::size_t column) {
   if (column >= request_.shown_columns.size()) return;
+  ReadAll();
   const bool again = sorted_by_ == column;
   const bool back = again && descending_;
   sorted_by_ = back ? std::nullopt : std::optional(column);
@@ -72,14 +89,14 @@ std::optional<std::size_t> SearchList::First(std::string_view text) const {
 }
 
 std::string SearchList::Cell(std::size_t row, std::size_t column) const {
-  const Variant& value = request_.rows[row][request_.shown_columns[column]];
+  const Variant value = request_.rows[row][request_.shown_columns[column]];
   if (!request_.IsFigure(column)) return value.ToText();
   return value.IsNull() ? std::string() : FormatNumber(value.ToDouble(), request_.masks[column]);
 }
 
 std::string SearchList::CountText() const {
   return std::to_string(visible_.size()) + " de " + std::to_string(request_.rows.size()) +
-         " coinciden";
+         " coinciden" + (HasAll() ? "" : ", leyendo…");
 }
 
 }  // namespace tpv::ui

@@ -2,7 +2,7 @@
 
 namespace tpv::ui {
 
-SearchedForm::SearchedForm(const SearchList& list, Form* over) : Form("frmBusqueda"), over_(over) {
+SearchedForm::SearchedForm(const SearchList& list, Form* over) : Form("frmBusqueda"), list_(list), over_(over) {
   const SearchRequest& request = list.request();
   caption = request.title.empty() ? "Buscar" : request.title;
   for (std::size_t i = 0; i < request.shown_columns.size(); ++i) {
@@ -13,14 +13,20 @@ SearchedForm::SearchedForm(const SearchList& list, Form* over) : Form("frmBusque
     column.mask = request.masks[i];
     column.align = Align::Right;
   }
-  for (const std::size_t row : list.Visible()) {
-    std::vector<Variant> cells;
-    for (const std::size_t column : request.shown_columns) cells.push_back(request.rows[row][column]);
-    found.rows.push_back(std::move(cells));
-  }
   found.filter = list.words();
   if (list.sorted_by()) found.sorted_by = static_cast<int>(*list.sorted_by());
   found.descending = list.descending();
+}
+
+void SearchedForm::Fill() {
+  const SearchRequest& request = list_.request();
+  found.rows.clear();
+  for (const std::size_t row : list_.Visible()) {
+    const PackedRow values = request.rows[row];
+    std::vector<Variant> cells;
+    for (const std::size_t column : request.shown_columns) cells.push_back(values[column]);
+    found.rows.push_back(std::move(cells));
+  }
 }
 
 }  // namespace tpv::ui

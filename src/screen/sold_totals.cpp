@@ -13,10 +13,12 @@ LineTax LineTaxBy(const FormToolkit& toolkit) {
 }
 
 SoldTotals ReadSold(Connection& connection, const std::string& days, const LineTax& tax_of) {
+  constexpr int kLinesAPulse = 64;
   SoldTotals sold;
+  int read = 0;
   const auto lines = connection.Execute(SoldLines(days));
   for (; !lines->Eof(); lines->MoveNext()) {
-    Pulse();
+    if (++read % kLinesAPulse == 0) Pulse();
     const double amount = lines->Field(0).NumberOr(0);
     const double tax = tax_of(amount, lines->Field(1).NumberOr(0));
     sold.base += amount;

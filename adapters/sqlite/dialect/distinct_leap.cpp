@@ -1,7 +1,5 @@
 #include "adapters/sqlite/dialect/distinct_leap.h"
 
-#include <algorithm>
-
 #include "adapters/sqlite/dialect/printer.h"
 #include "base/text.h"
 
@@ -20,24 +18,16 @@ bool AsksForOneColumn(const Select& select) {
          EqualNoCase(select.order_by[0].value->text, select.items[0].value->text);
 }
 
-bool IsFirstOfAnIndex(const schema::Table& table, const schema::Column& column) {
-  return std::any_of(table.indexes.begin(), table.indexes.end(), [&](const schema::Index& index) {
-    return EqualNoCase(index.columns[0], column.name);
-  });
-}
-
 }  // namespace
 
 std::optional<std::string> LeapThroughIndex(const Select& select) {
   if (!AsksForOneColumn(select)) return std::nullopt;
   const std::string& name = select.items[0].value->text;
   const schema::Table* table = schema::FindTable(select.from[0].table);
-  const int at = table == nullptr ? -1 : table->Find(name);
-  if (at < 0 || table->columns[at].type == schema::Type::Text || !IsFirstOfAnIndex(*table, table->columns[at])) {
-    return std::nullopt;
-  }
+  const schema::Column* column = table == nullptr ? nullptr : schema::LeadingColumn(*table, name);
+  if (column == nullptr) return std::nullopt;
   const std::string from = " FROM main." + Delimited(table->name);
-  const std::string value = Delimited(table->columns[at].name);
+  const std::string value = Delimited(column->name);
   return "WITH RECURSIVE leap(v) AS (SELECT min(" + value + ")" + from + " UNION ALL SELECT (SELECT min(" + value +
          ")" + from + " WHERE " + value + " > v) FROM leap WHERE v IS NOT NULL) SELECT NULL AS " + Delimited(name) +
          " WHERE EXISTS (SELECT 1" + from + " WHERE " + value +

@@ -115,7 +115,8 @@ Printed Printer::PrintColumn(const Node& node) {
         found_in = &source;
       }
     }
-    if (found != nullptr) return {PrintSourceColumn(*scope, *found_in, found->name), found->type};
+    if (found == nullptr) continue;
+    return {PrintSourceColumn(*scope, *found_in, found->name), found->type, false, false, {}, found->column};
   }
   const std::string name = node.qualifier.empty() ? node.text : node.qualifier + "." + node.text;
   throw DatabaseError("No existe la columna «" + name + "»", "42S22", 207);

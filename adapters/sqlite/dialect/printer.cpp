@@ -26,18 +26,9 @@ std::string Qualified(const schema::Table& table) {
 Source SourceOf(const schema::Table& table, std::string alias) {
   Source source{std::move(alias), {}, &table, {}};
   for (const schema::Column& column : table.columns) {
-    source.columns.push_back({std::string(column.name), TypeOf(column)});
+    source.columns.push_back({std::string(column.name), TypeOf(column), &column});
   }
   return source;
-}
-
-std::string JoinText(const std::vector<std::string>& pieces, std::string_view separator) {
-  std::string text;
-  for (const std::string& piece : pieces) {
-    if (!text.empty()) text += separator;
-    text += piece;
-  }
-  return text;
 }
 
 // The columns of a UNION so far with those of its next part.
@@ -54,19 +45,28 @@ void Unite(std::vector<ResultColumn>& columns, const std::vector<ResultColumn>& 
       }
     }
     columns[i].type = common;
+    columns[i].column = nullptr;
   }
-}
-
-// A select's own name for an item: the alias, or the column's name.
-std::string ItemName(const SelectItem& item) {
-  if (!item.alias.empty()) return item.alias;
-  return item.value->kind == NodeKind::Column ? item.value->text : std::string();
 }
 
 }  // namespace
 
 std::string Delimited(std::string_view name) {
   return "\"" + ReplaceAll(name, "\"", "\"\"") + "\"";
+}
+
+std::string JoinText(const std::vector<std::string>& pieces, std::string_view separator) {
+  std::string text;
+  for (const std::string& piece : pieces) {
+    if (!text.empty()) text += separator;
+    text += piece;
+  }
+  return text;
+}
+
+std::string ItemName(const SelectItem& item) {
+  if (!item.alias.empty()) return item.alias;
+  return item.value->kind == NodeKind::Column ? item.value->text : std::string();
 }
 
 std::string NameOf(const ResultColumn& column) { return column.name.empty() ? "v" : column.name; }
@@ -165,7 +165,7 @@ std::string Printer::PrintItems(const Select& select, std::vector<ResultColumn>&
     }
     const Printed value = Print(*item.value);
     const bool collated = compared && value.type == SqlType::Text;
-    columns.push_back({ItemName(item), value.type});
+    columns.push_back({ItemName(item), value.type, value.column});
     items.push_back(value.text + (collated ? " COLLATE TPV" : "") + " AS " +
                     Delimited(NameOf(columns.back())));
   }
@@ -184,17 +184,6 @@ std::string Printer::PrintStar(const std::string& qualifier, std::vector<ResultC
   }
   if (items.empty()) throw DatabaseError("No hay columnas para «" + qualifier + ".*»", "42000");
   return JoinText(items, ", ");
-}
-
-std::string Printer::PrintGroup(const Select& select) {
-  std::vector<std::string> terms;
-  for (const NodePtr& node : select.group_by) {
-    const Printed term = Print(*node);
-    if (term.literal) throw DatabaseError("GROUP BY pide columnas, no valores", "42000", 164);
-    scopes_.back().terms.push_back(WithoutNumbers(term.text));
-    terms.push_back(term.text + (term.type == SqlType::Text ? " COLLATE TPV" : ""));
-  }
-  return " GROUP BY " + JoinText(terms, ", ");
 }
 
 // The index of the result column that a term names by position or by name; -1
@@ -224,6 +213,7 @@ std::string Printer::PrintOrder(const Select& select, const std::vector<ResultCo
     terms.push_back(term.text + (term.type == SqlType::Text ? " COLLATE TPV" : "") +
                     (item.descending ? " DESC" : ""));
   }
+  if (!select.next && !scopes_.back().last_in_order.empty()) terms.push_back(scopes_.back().last_in_order);
   return terms.empty() ? std::string() : " ORDER BY " + JoinText(terms, ", ");
 }
 
@@ -272,7 +262,7 @@ Translation TranslateInsert(Statement& statement) {
     std::vector<std::string> values;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       aliases.push_back("c" + std::to_string(i));
-      values.push_back(Stored({aliases.back(), columns[i].type}, *targets[i]));
+      values.push_back(Stored({aliases.back(), columns[i].type, false, false, {}, columns[i].column}, *targets[i]));
     }
     result.text = "WITH given(" + JoinText(aliases, ", ") + ") AS (" + select + ") " + result.text +
                   "SELECT " + JoinText(values, ", ") + now + " FROM given";

@@ -17,6 +17,7 @@ struct Printed {
   bool literal = false;    // a constant of the statement
   bool condition = false;  // true, false or unknown: no value to store or show
   std::string sum = {};    // of money added up: the text without its rounding
+  const schema::Column* column = nullptr;  // whose value it is, unchanged; null for none
 };
 
 SqlType TypeOf(const schema::Column& column);
@@ -34,6 +35,9 @@ SqlType Common(SqlType left, SqlType right);
 std::string Delimited(std::string_view name);
 // The name that a select's column has for a select around it.
 std::string NameOf(const ResultColumn& column);
+// A select's own name for an item: the alias, or the column's name.
+std::string ItemName(const SelectItem& item);
+std::string JoinText(const std::vector<std::string>& pieces, std::string_view separator);
 // A printed text without the numbers of its literals.
 std::string WithoutNumbers(std::string_view text);
 
@@ -51,6 +55,7 @@ struct Scope {
   bool grouped = false;
   int aggregates = 0;              // how deep inside aggregate functions
   std::vector<std::string> terms;  // printed, when grouped
+  std::string last_in_order = {};  // printed: goes on where ORDER BY ends; "" for nothing
 };
 
 class Printer {
@@ -71,6 +76,7 @@ class Printer {
   std::string PrintStar(const std::string& qualifier, std::vector<ResultColumn>& columns);
   std::string PrintOrder(const Select& select, const std::vector<ResultColumn>& columns);
   std::string PrintGroup(const Select& select);
+  std::vector<std::string> Ordered(const Select& select);
   int OrderPosition(const Node& node, const std::vector<ResultColumn>& columns);
 
   Printed PrintAny(const Node& node);

@@ -16,6 +16,7 @@ enum class SqlType { Null, Bit, Int, Float, Money, Text, DateTime };
 struct ResultColumn {
   std::string name;
   SqlType type = SqlType::Null;
+  const schema::Column* column = nullptr;  // whose values it has unchanged; null for none
 };
 
 struct Translation {

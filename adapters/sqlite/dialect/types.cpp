@@ -11,6 +11,12 @@ std::string Rounded(const Printed& value) {
   return value.type == SqlType::Money ? "tpv_round(" + value.text + ", 0)" : value.text;
 }
 
+// Whether all that the one column can hold fits into the other.
+bool Fits(const schema::Column& from, const schema::Column& into) {
+  const bool text = from.type == schema::Type::Text;
+  return from.type == into.type && (!text || into.length == 0 || (from.length > 0 && from.length <= into.length));
+}
+
 }  // namespace
 
 char TypeLetter(SqlType type) { return "nbifmtd"[static_cast<int>(type)]; }
@@ -45,6 +51,7 @@ SqlType Common(SqlType left, SqlType right) {
 
 std::string Stored(const Printed& value, const schema::Column& column) {
   if (value.type == SqlType::Null) return value.text;
+  if (value.column != nullptr && Fits(*value.column, column)) return value.text;
   const std::string name = ", '" + std::string(column.name) + "')";
   switch (column.type) {
     case schema::Type::Bit:

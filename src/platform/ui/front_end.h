@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "base/variant.h"
 #include "platform/notice.h"
 #include "platform/ui/long_work.h"
+#include "platform/ui/packed_rows.h"
 
 namespace tpv::ui {
 
@@ -41,7 +43,9 @@ struct SearchRequest {
   std::vector<std::size_t> shown_columns;   // indices into a row
   std::vector<std::string> masks;           // of the shown columns; "" or missing: a text
   std::size_t search_column = 0;            // index into a row
-  std::vector<std::vector<Variant>> rows;   // in the order to show
+  PackedRows rows;                          // in the order to show
+  // Adds a few more rows; false when these were the last. Null: all are there already.
+  std::function<bool()> read_on;
 
   // Whether a shown column is an amount: on the right by its mask, and not searched.
   bool IsFigure(std::size_t column) const { return column < masks.size() && !masks[column].empty(); }
@@ -67,8 +71,9 @@ class FrontEnd {
   // Loads the form without showing it, so that its caller can fill it first.
   virtual void Load(Form& form) = 0;
   virtual Answer Show(const MessageBox& box) = 0;
-  // The chosen row's index in request.rows, nullopt when closed without one.
-  virtual std::optional<std::size_t> Search(const SearchRequest& request) = 0;
+  // The chosen row's index in request.rows, nullopt when closed without one. Rows that are
+  // not there yet are read while it is open; what that throws passes.
+  virtual std::optional<std::size_t> Search(SearchRequest& request) = 0;
   // Its path, "" when nothing was chosen or there is nobody to point at one.
   virtual std::string ChooseFile(const FileQuestion& /*question*/) { return {}; }
   // Stands in every title and first in every band from now on; "" for nothing.

@@ -133,10 +133,10 @@ std::vector<int> OrderOf(const List& list) {
   return order;
 }
 
-std::vector<std::size_t> SortedBy(std::vector<std::size_t> rows, bool descending,
-                                  const std::function<const Variant&(std::size_t row)>& value) {
-  std::vector<std::pair<Key, std::size_t>> keyed;
-  for (const std::size_t row : rows) keyed.emplace_back(KeyOf(value(row)), row);
+std::vector<std::uint32_t> SortedBy(std::vector<std::uint32_t> rows, bool descending,
+                                    const std::function<Variant(std::size_t row)>& value) {
+  std::vector<std::pair<Key, std::uint32_t>> keyed;
+  for (const std::uint32_t row : rows) keyed.emplace_back(KeyOf(value(row)), row);
   std::stable_sort(keyed.begin(), keyed.end(), [&](const auto& left, const auto& right) {
     return descending ? Before(right.first, left.first) : Before(left.first, right.first);
   });

@@ -1,6 +1,7 @@
 // How a list's rows stand when the operator sorts or narrows it.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace tpv::ui {
 std::vector<int> OrderOf(const List& list);
 
 // The rows so named, by their values and the same rules.
-std::vector<std::size_t> SortedBy(std::vector<std::size_t> rows, bool descending,
-                                  const std::function<const Variant&(std::size_t row)>& value);
+std::vector<std::uint32_t> SortedBy(std::vector<std::uint32_t> rows, bool descending,
+                                    const std::function<Variant(std::size_t row)>& value);
 
 }  // namespace tpv::ui

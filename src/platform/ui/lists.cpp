@@ -45,13 +45,29 @@ void Grid::Bind(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show
     fields.push_back(rows_to_show.FieldName(i));
     if (layout.size() <= i) layout.emplace_back().caption = fields.back();
   }
-  std::vector<std::vector<Variant>> read;  // all of them, or none is shown
-  for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) {
-    Pulse();
-    read.push_back(rows_to_show.Fields());
-  }
-  rows = std::move(read);
+  rows = ReadAll(rows_to_show);
   current_row = rows.empty() ? -1 : 0;
+}
+
+// All of them, or none stays. The first are looked at while the others are read.
+std::vector<std::vector<Variant>> Grid::ReadAll(Recordset& rows_to_show) {
+  constexpr std::size_t kScreenful = 64;
+  std::vector<std::vector<Variant>> read;
+  try {
+    for (; !rows_to_show.Eof(); rows_to_show.MoveNext()) {
+      read.push_back(rows_to_show.Fields());
+      if (read.size() % kScreenful != 0) continue;
+      Pulse();
+      if (!AreFirstRowsWanted()) continue;
+      rows = std::vector(read.begin(), read.begin() + kScreenful);
+      current_row = 0;
+      ShowFirstRows();
+    }
+  } catch (...) {
+    Clear();
+    throw;
+  }
+  return read;
 }
 
 void Grid::BindAgain(Recordset& rows_to_show, std::vector<GridColumn> columns_to_show,

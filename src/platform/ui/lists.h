@@ -105,6 +105,9 @@ struct Grid : List {
   std::string Cell(int row, int column) const override;
   const Variant* Content(int row, int column) const override;
   bool IsDetail(int row) const override;
+
+ private:
+  std::vector<std::vector<Variant>> ReadAll(Recordset& rows_to_show);
 };
 
 // The current row of a list that was read again: a row that came in is marked;

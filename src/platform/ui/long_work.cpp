@@ -23,6 +23,17 @@ void LongWork::OnPulse(double share) {
   if (Clock::now() - shown_ >= kBetweenLooks) Show();
 }
 
+// Work that ends at once shows everything soon enough.
+bool LongWork::WantsFirstRows() {
+  constexpr std::chrono::milliseconds kAtOnce{60};
+  return !first_rows_shown_ && Clock::now() - began_ >= kAtOnce;
+}
+
+void LongWork::ShowFirstRows() {
+  first_rows_shown_ = true;
+  front_end_.ProcessEvents();
+}
+
 void LongWork::Show() {
   if (given_up_) return;
   const auto lasted = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - began_);

@@ -34,12 +34,15 @@ class LongWork : private PulseListener {
 
   void Begin(std::string stage, bool can_be_given_up);
   void OnPulse(double share) override;
+  bool WantsFirstRows() override;
+  void ShowFirstRows() override;
   void Show();
 
   FrontEnd& front_end_;
   Progress progress_;
   const Clock::time_point began_ = Clock::now();
   Clock::time_point shown_ = began_;
+  bool first_rows_shown_ = false;
   bool given_up_ = false;  // what is being undone is not given up again
 };
 

@@ -1,0 +1,15 @@
+// What the longest lists take: the time to their first painted rows, and memory.
+#pragma once
+
+#include <string>
+
+namespace tpv::bench {
+
+// Fills a store with a month of 30,000 tickets, 50,000 open ones and a million articles.
+void MakeStoreOfLongLists(const std::string& path);
+
+// Shows one of "--journal", "--pending", "--search", and prints its row of the table.
+// In a process of its own: the memory is the process's.
+void ShowLongList(const std::string& list, const std::string& path);
+
+}  // namespace tpv::bench
