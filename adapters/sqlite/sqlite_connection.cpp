@@ -198,18 +198,23 @@ void SqliteConnection::CopyTo(const std::string& path) {
 
 std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
   RequireNotUndone();
-  dialect::Scanned scanned = dialect::Scan(sql);
-  std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
+  std::vector<Variant> literals;
+  std::shared_ptr<sqlite::CachedShape> shape = cache_->FindWhole(sql);
+  if (shape == nullptr) {
+    dialect::Scanned scanned = dialect::Scan(sql);
+    shape = cache_->Find(scanned.shape);
+    literals = std::move(scanned.literals);
+  }
   const dialect::Translation& translation = shape->translation;
   if (translation.writes) {
     RequireNoArchive();
     CloseSnapshot();
     references_->Written(*translation.table);
-    if (!InTransaction()) return WriteAlone(std::move(shape), std::move(scanned.literals));
-  } else if (translation.table != nullptr && scanned.literals.empty()) {
+    if (!InTransaction()) return WriteAlone(std::move(shape), std::move(literals));
+  } else if (translation.table != nullptr && literals.empty()) {
     return ReadReference(std::move(shape));
   }
-  return Start(std::move(shape), std::move(scanned.literals));
+  return Start(std::move(shape), std::move(literals));
 }
 
 // A write on its own is a transaction too, with all that one asks.

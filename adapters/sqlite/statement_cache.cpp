@@ -1,5 +1,8 @@
 #include "adapters/sqlite/statement_cache.h"
 
+#include <iterator>
+
+#include "adapters/sqlite/dialect/scanner.h"
 #include "platform/database.h"
 
 namespace tpv::sqlite {
@@ -40,13 +43,23 @@ void ThrowLastError(sqlite3* handle) {
   throw DatabaseError(Readable(handle, code), "HY000", code);
 }
 
-std::shared_ptr<CachedShape> StatementCache::Find(const std::string& shape) {
+std::shared_ptr<CachedShape> StatementCache::Known(std::string_view shape) {
   const auto found = by_shape_.find(shape);
-  if (found != by_shape_.end()) {
-    by_use_.splice(by_use_.begin(), by_use_, found->second);
-    return found->second->second;
-  }
+  if (found == by_shape_.end()) return nullptr;
+  by_use_.splice(by_use_.begin(), by_use_, found->second);
+  return found->second->second;
+}
+
+std::shared_ptr<CachedShape> StatementCache::FindWhole(std::string_view text) {
+  auto entry = Known(text);
+  return entry && entry->whole ? entry : nullptr;
+}
+
+std::shared_ptr<CachedShape> StatementCache::Find(const std::string& shape) {
+  if (auto known = Known(shape)) return known;
+  constexpr char kMarks[] = {dialect::kWholeMark, dialect::kDecimalMark, dialect::kTextMark};
   auto entry = std::make_shared<CachedShape>();
+  entry->whole = shape.find_first_of({kMarks, std::size(kMarks)}) == std::string::npos;
   entry->translation = dialect::Translate(shape);
   by_use_.emplace_front(shape, entry);
   by_shape_[by_use_.front().first] = by_use_.begin();

@@ -32,12 +32,16 @@ struct CachedShape {
   dialect::Translation translation;
   std::vector<StatementPtr> idle;
   std::shared_ptr<const VersionedRows> kept;
+  bool whole = false;  // no literal was taken out: it is the statement's own text
 };
 
 class StatementCache {
  public:
   explicit StatementCache(sqlite3* handle) : handle_(handle) {}
 
+  // What a text without literals was found by before; null for any other. Such a text need
+  // not be scanned for them again.
+  std::shared_ptr<CachedShape> FindWhole(std::string_view text);
   // The entry stays valid as long as somebody holds it.
   std::shared_ptr<CachedShape> Find(const std::string& shape);
   // A statement of the shape, ready to bind. Throws DatabaseError.
@@ -49,6 +53,8 @@ class StatementCache {
   static constexpr std::size_t kMost = 300;
 
   using Entry = std::pair<std::string, std::shared_ptr<CachedShape>>;
+  std::shared_ptr<CachedShape> Known(std::string_view shape);
+
   sqlite3* handle_;
   std::list<Entry> by_use_;  // latest first
   std::unordered_map<std::string_view, std::list<Entry>::iterator> by_shape_;

@@ -1,6 +1,5 @@
 #include "screen/access_keys.h"
 
-#include <functional>
 #include <map>
 #include <vector>
 
@@ -15,18 +14,13 @@ bool IsLetter(char32_t folded) {
 }
 
 // The first character that is `wanted`; 0 for none.
-char32_t FirstIn(const std::string& folded, const std::function<bool(char32_t)>& wanted) {
+template <typename Wanted>
+char32_t FirstIn(std::string_view folded, const Wanted& wanted) {
   for (std::size_t at = 0; at < folded.size();) {
     const char32_t letter = NextCharacter(folded, at);
     if (wanted(letter)) return letter;
   }
   return 0;
-}
-
-bool IsPressed(const Control& control) {
-  return dynamic_cast<const Button*>(&control) != nullptr ||
-         dynamic_cast<const CheckBox*>(&control) != nullptr ||
-         dynamic_cast<const OptionButton*>(&control) != nullptr;
 }
 
 }  // namespace
@@ -46,16 +40,17 @@ void GiveAccessKeys(Form& form) {
     if (const char32_t marked = MarkedLetter(control->caption); marked != 0) {
       taken[marked] = false;
     } else if (control->tab_stop && !control->caption.empty()) {
-      waiting[IsPressed(*control) ? 0 : 1].push_back(control);
+      waiting[control->IsPressed() ? 0 : 1].push_back(control);
     }
   }
   for (const auto& controls : waiting) {
     for (Control* control : controls) {
-      const bool field = !IsPressed(*control);
+      const bool field = !control->IsPressed();
       const auto free = [&](char32_t letter) { return IsLetter(letter) && !taken.contains(letter); };
       const auto shared = [&](char32_t letter) { return field && taken.contains(letter) && taken[letter]; };
-      char32_t key = FirstIn(FoldCase(control->caption), free);
-      if (key == 0) key = FirstIn(FoldCase(control->caption), shared);
+      const std::string folded = FoldCase(control->caption);
+      char32_t key = FirstIn(folded, free);
+      if (key == 0) key = FirstIn(folded, shared);
       if (key == 0) key = FirstIn("1234567890abcdefghijklmnopqrstuvwxyz", free);
       control->access_key = key;
       if (key != 0) taken.try_emplace(key, field);

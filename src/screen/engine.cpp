@@ -106,12 +106,6 @@ char32_t FirstFolded(std::string_view text) {
   return NextCharacter(folded, position);
 }
 
-bool IsClickable(const Control& control) {
-  return dynamic_cast<const Button*>(&control) != nullptr ||
-         dynamic_cast<const CheckBox*>(&control) != nullptr ||
-         dynamic_cast<const OptionButton*>(&control) != nullptr;
-}
-
 // The row that a key moves a list to; -1 when there are no rows.
 int MovedRow(int current, std::size_t count, int step) {
   if (count == 0) return -1;
@@ -349,7 +343,7 @@ void Engine::AccessKey(char32_t letter) {
     for (Control* control : Top()->InLayoutOrder()) {
       const char32_t key = marked ? MarkedLetter(control->caption) : control->access_key;
       if (key != wanted || !CanTakeFocus(*control)) continue;
-      if (IsClickable(*control)) return Click(*control);
+      if (control->IsPressed()) return Click(*control);
       fields.push_back(control);
     }
   }

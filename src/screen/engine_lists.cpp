@@ -7,7 +7,7 @@ namespace tpv::ui {
 
 void ArrangeLists(Form& form) {
   for (Control* control : form.Controls()) {
-    auto* list = dynamic_cast<List*>(control);
+    List* list = control->AsList();
     if (list == nullptr) continue;
     list->Arrange();
     if (list->current_row >= 0 && list->PlaceOf(list->current_row) < 0) list->current_row = list->RowAt(0);

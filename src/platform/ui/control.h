@@ -9,6 +9,7 @@ namespace tpv::ui {
 
 class Form;
 struct Frame;
+struct List;
 
 enum class Align { Left, Right, Centre };
 
@@ -47,6 +48,9 @@ struct Control {
   virtual bool CanFocus() const { return false; }
   // The rows of controls inside a frame; null for all others.
   virtual const std::vector<std::vector<Control*>>* Inside() const { return nullptr; }
+  // A button or a mark: a key or a click on it does something at once.
+  virtual bool IsPressed() const { return false; }
+  virtual List* AsList() { return nullptr; }
   // Takes back a selection that a handler's change has left behind the text's end.
   virtual void ClampSelection() {}
 };

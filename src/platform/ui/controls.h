@@ -69,6 +69,7 @@ struct Button : Control {
   std::string heading;  // stands before the caption: what the command is about
   std::function<void()> click;
   bool CanFocus() const override { return true; }
+  bool IsPressed() const override { return true; }
 };
 
 struct CheckBox : Control {
@@ -76,6 +77,7 @@ struct CheckBox : Control {
   bool checked = false;
   std::function<void()> click;  // after the mark changed
   bool CanFocus() const override { return true; }
+  bool IsPressed() const override { return true; }
 };
 
 // One of a group: the option buttons of the same frame (or of the form).
@@ -86,6 +88,7 @@ struct OptionButton : Control {
   // Checks it and unchecks the others of its group; runs no handler.
   void Check();
   bool CanFocus() const override { return true; }
+  bool IsPressed() const override { return true; }
 };
 
 struct ComboBox : Control {

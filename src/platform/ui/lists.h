@@ -36,6 +36,7 @@ struct GridColumn {
 // stands first has place 0.
 struct List : Control {
   using Control::Control;
+  List* AsList() override { return this; }
 
   std::vector<GridColumn> layout;
   int current_row = -1;      // wherever it stands
