@@ -172,6 +172,8 @@ TEST_F(Chain, NamesWhatIsChangedMissingOrExchanged) {
       {{"DELETE FROM Fiscal WHERE Fis_Id = 3"}, rule + "que faltan: 1 (3)"},
       {{"DELETE FROM Fiscal WHERE Fis_Id = 5"}, "ROTO  Tickets sin registro de facturación (se nombra su número "
                                                 "interno): 1 (" + last + ")"},
+      {{"INSERT INTO FiscalRespuestas (Fir_IdFis, Fir_Estado) VALUES (5, 1)", "DELETE FROM Fiscal WHERE Fis_Id = 5"},
+       rule + "que faltan: 1 (5)"},
       {{"UPDATE Fiscal SET Fis_Id = 99 WHERE Fis_Id = 2", "UPDATE Fiscal SET Fis_Id = 2 WHERE Fis_Id = 3",
         "UPDATE Fiscal SET Fis_Id = 3 WHERE Fis_Id = 99"}, rule + "que no siguen al anterior de su cadena: 3 (2, 3, 4)"},
       {{"UPDATE Lav SET Lav_Importe = 51 WHERE Lav_IdCav = " + last}, rule + "cuyo ticket falta o dice otra cosa: 1 (5)"},

@@ -56,6 +56,7 @@ class ChainReader {
     }
   }
   std::int64_t count() const { return count_; }
+  std::int32_t last() const { return last_; }
 
  private:
   // The last record of a chain.
@@ -193,6 +194,9 @@ std::int64_t CheckChain(const Desk& desk, const Fault& fault) {
     ChainReader reader(*desk.digest, fault);
     reader.Read(*chain);
     records = reader.count();
+    // The chain says nothing of records that are gone from its end; the agency's answers do.
+    Ask(desk.connection, fault, kMissing,
+        "SELECT Fir_IdFis FROM FiscalRespuestas WHERE Fir_IdFis > " + sql::Number(std::int64_t{reader.last()}));
   }
   if (const Mode mode = ModeOf(desk); mode != Mode::Off) {
     CompareTickets(desk, mode, fault);
