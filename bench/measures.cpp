@@ -70,6 +70,11 @@ class StoreMeasures {
   }
   Row DayPanel() { return Panel({"the panel of a day (1,000 tickets)", 1.5, 1.3, 50000}, 3, 3, 20); }
   Row WholePanel() { return Panel({"the panel of all tickets", 1.5, 1.3, 2e6}, size_.days, 1, 200); }
+  // As the first time, or after a tax rate has changed.
+  Row WholePanelAnew() {
+    return Panel({"the same, no month kept", 1.5, 1.3, 2e6}, size_.days, 1, 200,
+                 [this] { store_.Run("DELETE FROM TpvMeses"); });
+  }
   Row Closures() {
     const DateTime from = *ParseIso(kClosuresFrom);
     const DateTime to = *ParseIso(kClosuresTo);
@@ -175,13 +180,13 @@ class StoreMeasures {
     return row;
   }
 
-  Row Panel(Subject subject, int first, int last, int part) {
+  Row Panel(Subject subject, int first, int last, int part, const std::function<void()>& prepare = {}) {
     const DateTime from = Day(first);
     const DateTime to = Day(last);
     const int days = first - last + 1;
     DirectLists direct(store_, from, to);
     office_.OpenPanel(ToDayFirst(from), ToDayFirst(to));
-    Row row = Compare(std::move(subject), Runs(part), {{}, [&] { office_.ShowPanel(); }},
+    Row row = Compare(std::move(subject), Runs(part), {prepare, [&] { office_.ShowPanel(); }},
                       {{}, [&] { direct.Panel(AddDays(from, -days), AddDays(to, -days)); }});
     office_.ClosePanel();
     row.items = days;
@@ -249,6 +254,7 @@ constexpr NamedRow kRows[] = {{"scan", &StoreMeasures::Scan},
                              {"month", &StoreMeasures::MonthJournal},
                              {"daypanel", &StoreMeasures::DayPanel},
                              {"panel", &StoreMeasures::WholePanel},
+                             {"panelanew", &StoreMeasures::WholePanelAnew},
                              {"closures", &StoreMeasures::Closures},
                              {"search", &StoreMeasures::SearchMonth},
                              {"invoice", &StoreMeasures::InvoiceMonth},

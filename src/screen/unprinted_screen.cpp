@@ -37,9 +37,9 @@ void FrmSinImprimir::DeclareLayout() {
   using enum ui::Align;
   ListView1.layout = {{"Documento", "", 3000, Left, false, false},
                       {"Desde", "", 1800, Centre, false, false},
-                      {"Estado", "", 2600, Centre, false, false},
+                      {"Estado", "", 3400, Centre, false, false},
                       {"Impresora", "", 2200, Left, false, false},
-                      {"Motivo", "", 5000, Left, false, false}};
+                      {"Motivo", "", 4200, Left, false, false}};
   ListView1.stretch = true;
   cboImpresora.columns = 30;
   cmdImprimir.emphasis = ui::Emphasis::Strong;
