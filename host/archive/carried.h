@@ -13,6 +13,7 @@ inline constexpr const char* kEntrySums =
 // the ticket.
 inline constexpr const char* kComparedRecord =
     "r.Fis_Tipo <> 'AN' AND r.Fis_Modo = (SELECT Par_Fiscal FROM Parametros) AND r.Fis_Id > (SELECT ifnull(Par_FisRegistro, "
-    "0) FROM Parametros) AND NOT EXISTS (SELECT 1 FROM Fiscal AS l WHERE l.Fis_IdCav = r.Fis_IdCav AND l.Fis_Id > r.Fis_Id)";
+    "0) FROM Parametros) AND NOT EXISTS (SELECT 1 FROM Fiscal AS l WHERE l.Fis_IdCav = r.Fis_IdCav AND l.Fis_IdFav "
+    "IS NULL AND l.Fis_Id > r.Fis_Id)";
 
 }  // namespace tpv::archive
