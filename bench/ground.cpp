@@ -10,7 +10,7 @@ void AddCommonGround(DirectStore& store) {
       "has(open) AS MATERIALIZED (SELECT COUNT(*) FROM Cav WHERE Cav_Ticket = 1 AND Cav_Cobrado = "
       "0) "
       "INSERT INTO Cav (Cav_Serie, Cav_Numero, Cav_Fecha, Cav_Caja, Cav_Agente, Cav_IdCli, "
-      "Cav_NFiscal, Cav_Ticket, Cav_Cobrado) SELECT 'V', i, '2015-01-02 10:00:00.000', 1, 1, "
+      "Cav_NFiscal, Cav_Ticket, Cav_Cobrado) SELECT 'V', i, '1989-01-02 10:00:00.000', 1, 1, "
       "2 + i % 40, 'CLIENTE', 1, 0 FROM n, has WHERE i <= ?1 - open");
   tickets(kOpenTickets);
   store.Run(

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/decade.h"
 #include "bench/harness.h"
 #include "host/demo/demonstration.h"
 
@@ -18,5 +19,9 @@ struct StoreSize {
 // Fills both stores with 1,000 tickets a day and measures row by row, here and
 // there; `runs` of the shortest work. Prints a table.
 void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs);
+
+// The same on a store after ten years, without what goes through all its tickets one by
+// one, and what it takes to look after it.
+void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs);
 
 }  // namespace tpv::bench

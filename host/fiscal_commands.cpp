@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "data/sql_text.h"
+#include "fiscal/archived_records.h"
 #include "fiscal/setup.h"
 #include "host/fiscal_check.h"
 #include "host/fiscal_orders.h"
@@ -87,6 +88,10 @@ int Check(const Machine& machine, const Arguments& arguments, std::ostream& out)
   const bool broken = AnyBroken(check.findings);
   out << check.records << (broken ? " registros: la cadena tiene errores, llame a soporte\n"
                                   : " registros: la cadena está entera y dice lo que los tickets y las facturas\n");
+  const auto archived = fiscal::ReadArchivedRecords(fiscal::DeskOf(*connection, nullptr));
+  if (archived.count > 0) {
+    out << archived.count << " de ellos son de tickets que no están aquí, sino en " << archived.files << "\n";
+  }
   return broken ? 1 : 0;
 }
 

@@ -7,6 +7,7 @@
 
 #include "adapters/headless/scenario/script.h"
 #include "context/context.h"
+#include "host/archive_command.h"
 #include "host/backup_commands.h"
 #include "host/config.h"
 #include "host/fiscal_commands.h"
@@ -52,6 +53,9 @@ constexpr const char* kHelp =
     "                                    sin más, del que recuerda la ventana de inicio y adonde\n"
     "                                    dicen los ajustes (Backup.Folder, Backup.Keep)\n"
     "  tpv store restore COPIA FICHERO   recupera una copia; lo que había se aparta con otro nombre\n"
+    "  tpv store archive --before AÑO [FICHERO] [ARCHIVO] [--no-shrink]\n"
+    "                                    pasa lo saldado antes de ese año a un archivo que solo se consulta,\n"
+    "                                    tienda-hasta-2019.db; con todas las cajas cerradas\n"
     "  tpv store fill FICHERO [--tickets N] [--days D] [--articles A] [--seed S]\n"
     "                                    crea un almacén con años de ventas, para medir\n"
     "  tpv sql ALMACÉN \"SENTENCIA\"…      ejecuta sentencias y muestra sus filas\n"
@@ -113,9 +117,11 @@ int Run(const Arguments& arguments) {
     return 0;
   }
   if (arguments[0] == "play") return Play(ReadPlayOptions(rest), std::cout);
-  if (arguments[0] == "store" && !rest.empty() && (rest[0] == "backup" || rest[0] == "restore")) {
+  if (arguments[0] == "store" && !rest.empty() &&
+      (rest[0] == "backup" || rest[0] == "restore" || rest[0] == "archive")) {
     const Machine machine;
     const Arguments order(rest.begin() + 1, rest.end());
+    if (rest[0] == "archive") return ArchiveCommand(machine, order, std::cout);
     return rest[0] == "backup" ? BackupCommand(machine, order, std::cout)
                                : RestoreCommand(machine, order, std::cout);
   }

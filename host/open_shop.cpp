@@ -5,8 +5,10 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "adapters/sqlite/store_file.h"
 #include "host/chosen_store.h"
 #include "host/demo/demonstration.h"
+#include "host/store.h"
 #include "suite/store_database.h"
 
 namespace tpv {
@@ -17,7 +19,7 @@ constexpr std::int32_t kUser = 1;
 
 // A till that could sell and not store what it sold would be worse than a closed one.
 std::string Writable(std::string store) {
-  if (IsServerStore(store)) return store;
+  if (IsServerStore(store) || sqlite::IsArchiveFile(store)) return store;
   for (const std::string& path : {store, std::filesystem::path(store).parent_path().string()}) {
     if (::euidaccess(path.c_str(), W_OK) == 0 || errno == ENOENT) continue;
     throw DatabaseError("«" + path + "» es de solo lectura: no se podría guardar lo que se vende");
@@ -41,7 +43,9 @@ OpenShop::OpenShop(const Ports& ports, std::string store, bool in_background)
   // One of an older program has its place for a mark.
   banner_ = about_.store == DemonstrationStore() ? kDemonstration : BannerOf(*connection_);
   context().MyBd = std::move(database);
-  if (!in_background) return;
+  archive_ = IsArchive(*connection_);
+  if (archive_) banner_ = ArchiveBanner(*connection_);
+  if (!in_background || archive_) return;
   const auto open = [this] { return OpenChosenStore(about_.store, ports_.clock); };
   errands_ = std::make_unique<StoreErrands>(ports_, kUser, open);
   ports_.errands = errands_.get();

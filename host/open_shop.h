@@ -20,7 +20,9 @@ class OpenShop {
 
   const KnownShop& about() const { return about_; }
   const std::string& store() const { return about_.store; }
-  // "DEMOSTRACIÓN" where sales are nobody's, else "".
+  // Of years gone by: only looked at.
+  bool archive() const { return archive_; }
+  // "DEMOSTRACIÓN" where sales are nobody's, "ARCHIVO HASTA 2019", else "".
   const std::string& banner() const { return banner_; }
   Connection& connection() { return *connection_; }
   Zrtpve& component() { return component_; }
@@ -32,6 +34,7 @@ class OpenShop {
   KnownShop about_;
   std::unique_ptr<Connection> connection_;
   std::unique_ptr<StoreErrands> errands_;
+  bool archive_ = false;
   std::string banner_;
   Zrtpve component_;
 };

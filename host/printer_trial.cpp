@@ -69,7 +69,7 @@ void PrintTrial(Printers& printers, const Settings& settings, const Clock& clock
   printers.SetCurrent(printer);
   const std::string table =
       settings.Read(kTpv, kCodeTable, printers.Current());
-  const auto document = printers.Begin("Prueba de impresión");
+  const auto document = printers.BeginTrial("Prueba de impresión");
   if (with_code || MayPrintCodes(settings, printers.Current())) PrintRecordCode(*document, SampleUrl(clock.Now()));
   document->SetFont("Courier New", 9, true);
   document->PrintLine("Prueba de impresión");

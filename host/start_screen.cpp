@@ -17,6 +17,7 @@
 #include "host/welcome_window.h"
 #include "office/menu_screen.h"
 #include "panel/panel_screen.h"
+#include "panel/past_months.h"
 #include "screen/list_exits.h"
 #include "screen/unprinted_screen.h"
 #include "screen/waiting_items.h"
@@ -170,7 +171,11 @@ bool StartScreen::Open(const std::string& store) {
     const std::string till = shop->context().Parameter("Par_NumCaja").TextOr("");
     TellFailedCopy(true);  // of the shop before
     shop_ = std::move(shop);
-    shop_->context().till_closed = [this] { copies_.Closed(); };
+    shop_->context().till_closed = [this] {
+      copies_.Closed();
+      panel::KeepPastMonthsBehind(shop_->context());
+    };
+    panel::KeepPastMonthsBehind(shop_->context());
     refused_ = {};
     Text1[1].text = till;
     // The demonstration can be made again; a server has its own copies.
@@ -178,7 +183,7 @@ bool StartScreen::Open(const std::string& store) {
     FillAgents();
     ShowShop();
     if (program_.opened) program_.opened(store);
-    KeepChoice();
+    if (!shop_->archive()) KeepChoice();  // the next start is for selling again
     if (const std::string missing = MissingLogOf(shop_->connection()); !missing.empty()) {
       Tell(missing, ui::Icon::Exclamation);
     }
@@ -204,6 +209,9 @@ void StartScreen::ShowShop() {
   for (ui::Control* button : {&cmdVenta, &cmdMovimientos, &cmdCierre, &cmdDiario, &cmdDiarioCaja, &cmdFacturacion,
                               &cmdPendiente, &cmdProveedores, &cmdOficina, &cmdPanel}) {
     button->enabled = shop_ != nullptr;
+  }
+  if (shop_ && shop_->archive()) {
+    for (ui::Control* button : {&cmdVenta, &cmdMovimientos, &cmdCierre, &cmdFacturacion}) button->enabled = false;
   }
   ShowCopies();
   front_end().SetBanner(shop_ ? shop_->banner() : "");
@@ -332,14 +340,14 @@ std::vector<ui::StatusItem> StartScreen::Status() const {
   try {
     const bool known = ParseInt32(Text1[1].text).has_value();
     const bool open = known && TillIsOpen(shop_->connection(), Text1[1].text);
+    std::vector<ui::StatusItem> waiting;
+    AddWaiting(shop_->context().ports, waiting);
     std::vector<ui::StatusItem> items{{"Tienda", store, Tone::Neutral},
                                       {"Caja", Text1[1].text + (open ? " · abierta" : " · cerrada"),
-                                       open ? Tone::Good : Tone::Missing},
-                                      {"Vendedor", cboVendedor.Text(), Tone::Neutral}};
-    const std::size_t facts = items.size();
-    AddWaiting(shop_->context().ports, items);
-    // The narrow window names the seller below the band, too.
-    if (items.size() > facts) items.erase(items.begin() + static_cast<std::ptrdiff_t>(facts) - 1);
+                                       open ? Tone::Good : Tone::Missing}};
+    // The narrow window names the seller below the band, too: what waits takes the room.
+    if (waiting.empty()) items.push_back({"Vendedor", cboVendedor.Text(), Tone::Neutral});
+    items.insert(items.end(), waiting.begin(), waiting.end());
     if (!copy_warning_.empty()) items.push_back({"Copia", copy_warning_, Tone::Missing});
     return items;
   } catch (const DatabaseError&) {

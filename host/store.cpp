@@ -61,6 +61,17 @@ std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clo
   return std::make_unique<SqliteConnection>(path, clock, opening);
 }
 
+bool IsArchive(const Connection& connection) {
+  const auto* store = dynamic_cast<const SqliteConnection*>(&connection);
+  return store != nullptr && store->IsArchive();
+}
+
+std::string ArchiveBanner(Connection& connection) {
+  if (!IsArchive(connection)) return "";
+  const auto year = connection.Execute("SELECT TOP 1 Arv_Hasta FROM Archivos WHERE Arv_Hasta < 0");
+  return year->Eof() ? "ARCHIVO" : "ARCHIVO HASTA " + std::to_string(-year->Field(0).IntOr(0));
+}
+
 std::string MissingLogOf(const Connection& connection) {
   const auto* store = dynamic_cast<const SqliteConnection*>(&connection);
   return store == nullptr ? std::string() : store->MissingLog();

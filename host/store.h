@@ -41,6 +41,11 @@ std::unique_ptr<Connection> OpenStore(const std::string& path, Contents when_new
 std::unique_ptr<Connection> OpenExistingStore(const std::string& path, const Clock& clock,
                                               OpenMode opening = OpenMode::ToSell);
 
+// Of years gone by: it is looked at and nothing is sold.
+bool IsArchive(const Connection& connection);
+// "ARCHIVO HASTA 2019" for one, else "".
+std::string ArchiveBanner(Connection& connection);
+
 // SqliteConnection::MissingLog of an embedded store; "" for any other.
 std::string MissingLogOf(const Connection& connection);
 

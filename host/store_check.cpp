@@ -31,13 +31,15 @@ std::string Links(const char* what) {
          " FROM Tco WHERE Tco_IdDiaCaj = DiaCaj_Id),0)";
 }
 
-// Closures one of whose amounts is not `sum` over the entries that it stamped.
-std::string Closures(const char* amount, const char* sum, const char* types) {
+// Closures one of whose amounts is not `sum` over the entries that it stamped, here and, as
+// `archived`, in an archive.
+std::string Closures(const char* amount, const char* sum, const char* types, const char* archived) {
   return std::string("SELECT closure.DiaCaj_Id FROM DiaCaj AS closure WHERE closure.DiaCaj_Tipo = 9 "
                      "AND ABS(closure.") +
          amount + " - ISNULL((SELECT SUM(" + sum +
          ") FROM DiaCaj AS entry WHERE entry.DiaCaj_IdCierre = closure.DiaCaj_Id AND "
-         "entry.DiaCaj_Tipo IN (" + types + ")),0)) > 0.005";
+         "entry.DiaCaj_Tipo IN (" + types + ")),0) - ISNULL((SELECT " + archived +
+         " FROM ArchivoCierres WHERE Arc_IdCierre = closure.DiaCaj_Id),0)) > 0.005";
 }
 
 // What a store that was not made to its end lacks.
@@ -138,12 +140,13 @@ std::vector<Rule> ClosureRules() {
       // Deleting a ticket of a closed day takes its entry and leaves the closure.
       {"Cierres cuyo efectivo no es el de sus apuntes",
        Closures("DiaCaj_CobMet",
-                "ISNULL(entry.DiaCaj_Entrega,0) - ISNULL(entry.DiaCaj_Devolucion,0)", "1, 2"),
+                "ISNULL(entry.DiaCaj_Entrega,0) - ISNULL(entry.DiaCaj_Devolucion,0)", "1, 2",
+                "Arc_Metalico"),
        false},
       {"Cierres cuyas tarjetas no son las de sus apuntes",
-       Closures("DiaCaj_CobTar", "entry.DiaCaj_Tarjeta", "1, 2"), false},
+       Closures("DiaCaj_CobTar", "entry.DiaCaj_Tarjeta", "1, 2", "Arc_Tarjeta"), false},
       {"Cierres cuyos pagos no son los de sus apuntes",
-       Closures("DiaCaj_Pagos", "entry.DiaCaj_Entrega", "3")},
+       Closures("DiaCaj_Pagos", "entry.DiaCaj_Entrega", "3", "Arc_Pagos")},
   };
 }
 

@@ -133,7 +133,7 @@ int StoreCommand(const Arguments& arguments, std::ostream& out) {
   if (order == "check") return Check(arguments, out);
   if (order == "release") return Release(arguments, out);
   if (order == "mend") return Mend(arguments, out);
-  throw UsageError("store create|fill|copy|check|release|mend …");
+  throw UsageError("store create|fill|copy|check|release|mend|backup|restore|archive …");
 }
 
 int SqlCommand(const Arguments& arguments, std::ostream& out) {

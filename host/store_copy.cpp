@@ -23,16 +23,8 @@ std::string NameOf(const schema::Table& table) {
   return (table.home == schema::Home::Catalogue ? "zrcomun.dbo." : "") + std::string(table.name);
 }
 
-std::string ColumnsOf(const schema::Table& table) {
-  std::string text;
-  for (const schema::Column& column : table.columns) {
-    text.append(text.empty() ? "" : ", ").append(column.name);
-  }
-  return text;
-}
-
 std::string SelectAll(const schema::Table& table) {
-  std::string sql = "SELECT " + ColumnsOf(table) + " FROM " + NameOf(table);
+  std::string sql = "SELECT " + schema::ColumnNames(table) + " FROM " + NameOf(table);
   if (table.identity || table.keyed) sql.append(" ORDER BY ").append(table.columns[0].name);
   return sql;
 }
@@ -153,7 +145,7 @@ class Writer {
  public:
   Writer(Connection& to, const schema::Table& table, Numbers numbers)
       : to_(to),
-        head_("INSERT INTO " + NameOf(table) + " (" + ColumnsOf(table) + ") VALUES ") {
+        head_("INSERT INTO " + NameOf(table) + " (" + schema::ColumnNames(table) + ") VALUES ") {
     if (table.identity && numbers == Numbers::Switched) switch_.emplace(to, table);
   }
   void Add(const std::string& row) {

@@ -76,7 +76,7 @@ void StoreErrands::WorkOff() {
       if (task.work) task.rest = task.work();
       if (task.errand) Do(task.errand);
     } catch (const std::exception& error) {
-      ports_.ui.Notify({std::string("No se puede abrir el almacén para enviar correo. ") + error.what(), {}});
+      ports_.ui.Notify({std::string("No se puede abrir el almacén para lo que se hace aparte. ") + error.what(), {}});
     }
     lock.lock();
     done_.push_back(std::move(task));

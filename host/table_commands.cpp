@@ -7,13 +7,15 @@
 #include <map>
 
 #include "base/text.h"
+#include "data/archived.h"
 #include "host/chosen_store.h"
 #include "host/day_option.h"
 #include "host/machine.h"
+#include "host/percentage.h"
 #include "host/play.h"
 #include "office/export.h"
 #include "office/import/import.h"
-#include "platform/pulse.h"
+#include "platform/clock.h"
 #include "platform/table_file.h"
 
 namespace tpv {
@@ -38,18 +40,6 @@ Kind KindOf(const Arguments& arguments, const std::map<std::string, Kind>& kinds
   if (kind == kinds.end()) throw UsageError(usage);
   return kind->second;
 }
-
-// A number that grows, where somebody looks at it.
-class Percentage : public PulseListener {
-  void OnPulse(double share) override {
-    const int percent = static_cast<int>(share * 100);
-    if (share < 0 || percent == shown_ || ::isatty(STDERR_FILENO) != 1) return;
-    shown_ = percent;
-    std::cerr << "\r" << (percent < 100 ? std::to_string(percent) + " % " : "      \r") << std::flush;
-  }
-
-  int shown_ = -1;
-};
 
 void Show(const office::ImportReport& report, std::ostream& out) {
   out << "Nuevos: " << report.added << ", cambiados: " << report.changed
@@ -125,6 +115,9 @@ int ExportCommand(Machine& machine, Arguments arguments, std::ostream& out) {
   const auto connection = OpenChosenStore(store, machine.clock);
   const long rows = office::ExportTable(*connection, *machine.tables, order);
   out << "Exportado: " << rows << " filas en " << order.path << "\n";
+  if (!office::IsDated(order.kind)) return 0;
+  const std::string archived = ArchivedSince(*connection, order.from, machine.clock.Now());
+  if (!archived.empty()) out << archived << "\n";
   return 0;
 }
 

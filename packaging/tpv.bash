@@ -8,8 +8,9 @@ _tpv_words() {
     "store copy" | "store check" | "store release") echo "--odbc" ;;
     "store mend") echo "--odbc --yes" ;;
     "store backup") echo "--to --keep" ;;
+    "store archive") echo "--before --no-shrink" ;;
     "store fill") echo "--tickets --days --articles --seed" ;;
-    "store "*) echo "create copy check release mend backup restore fill --help" ;;
+    "store "*) echo "create copy check release mend backup restore archive fill --help" ;;
     "sql "*) echo "--odbc --help" ;;
     "import articles" | "import customers" | "import stock") echo "--store --odbc --dry-run --yes" ;;
     "import "*) echo "articles customers stock --help" ;;

@@ -231,6 +231,35 @@ TEST_F(Chain, BeginsAnewForTheRealAgencyAndThenStaysOn) {
   EXPECT_EQ(FindingsText(CheckStore(*store)), "");
 }
 
+// The shop has another tax number since: the agency knows a document by the one it was issued under.
+TEST_F(Chain, CancelsAndMendsInTheNameOfTheIssuer) {
+  const std::int32_t older = ticket;
+  store->Execute("UPDATE Parametros SET Par_Doc = 'B99999997', Par_Nombre = 'La Esquina, S.L.'");
+  Sell(6, 10);
+  Transaction transaction(*store);
+  RecordDeletion(desk(), older);
+  for (const char* rows : {"Lav WHERE Lav_IdCav = ", "Cav WHERE Cav_Id = "}) {
+    store->Execute("DELETE FROM " + (rows + std::to_string(older)));
+  }
+  transaction.Commit();
+  const auto records = RecordsFrom(*store, 5, 3);
+  EXPECT_FALSE(records[1].previous.has_value());
+  EXPECT_EQ(records[2].issuer_name, records[0].issuer_name);
+  EXPECT_EQ(records[2].text.find("IDEmisorFacturaAnulada=" + records[0].issuer + "&NumSerieFacturaAnulada=K/5&"), 0U);
+  EXPECT_EQ(records[2].previous->fingerprint, records[0].fingerprint);
+
+  for (const State state : {State::Rejected, State::AcceptedWithErrors, State::Accepted, State::Accepted,
+                            State::Accepted, State::Accepted, State::Rejected}) {
+    StoreReply(*store, NextToSend(*store, 1).at(0).position, {state, 1105, "NIF", "", false});
+  }
+  for (const std::int32_t position : {1, 2, 7}) Mend(desk(), position, {});
+  const auto mended = RecordsFrom(*store, 8, 3);
+  EXPECT_TRUE(mended[0].issuer == "B99999997" && mended[0].refused == Refused::AndNeverHeld);
+  EXPECT_TRUE(mended[1].issuer == records[0].issuer && mended[1].refused == Refused::No);
+  EXPECT_TRUE(mended[2].issuer == records[0].issuer && mended[2].refused == Refused::Before);
+  EXPECT_EQ(FindingsText(CheckStore(*store)), "");
+}
+
 TEST_F(Chain, IsMendedByANewRecord) {
   const auto reply = [&](std::int32_t position, State state) { StoreReply(*store, position, {state, 1105, "NIF", "", false}); };
   EXPECT_THROW(reply(2, State::Accepted), DatabaseError);  // the first one waits

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 
 #include "adapters/files/outbox_folder.h"
+#include "host/printer_trial.h"
 #include "tests/paper_fixture.h"
 
 namespace tpv {
@@ -74,6 +75,11 @@ TEST_F(Outbox, WhatWasNotPrintedIsPrintedTheSameByALaterProgramOnAnotherPrinter)
   machine.printers.SetCurrent(kFolderPrinter);
   PrintLines({"x"}, "");  // nobody misses it
   EXPECT_EQ(Told(), "");
+  PrintTrial(machine.printers, machine.settings, machine.clock, "Barra");  // told of, and done with
+  const std::string of_trial = Told();
+  EXPECT_EQ(of_trial.find("«Prueba de impresión» no se ha impreso en «Barra»"), 0U) << of_trial;
+  EXPECT_EQ(of_trial.find("Sin imprimir"), std::string::npos) << of_trial;
+  EXPECT_TRUE(Kept().empty());
 }
 
 TEST_F(Outbox, AProgramKilledWhileItPrintsLeavesADoubtAndOneInHandIsNobodyElses) {

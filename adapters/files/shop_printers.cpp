@@ -82,6 +82,13 @@ std::unique_ptr<PrintDocument> ShopPrinters::Begin(std::string_view title) {
       });
 }
 
+std::unique_ptr<PrintDocument> ShopPrinters::BeginTrial(std::string_view title) {
+  return std::make_unique<PageRecorder>(
+      codes_, [this, printer = chosen_, title = std::string(title)](const TicketPage& page) {
+        HandOver(printer, {title, page}, nullptr);
+      });
+}
+
 void ShopPrinters::SendRaw(std::string_view bytes) { Deliver(chosen_, {{}, RawBytes{std::string(bytes)}}); }
 
 void ShopPrinters::PrintSheets(std::string_view name, std::string_view title,

@@ -40,6 +40,7 @@ class ShopPrinters : public Printers {
   // "" for the default again.
   void SetCurrent(std::string_view name) override;
   std::unique_ptr<PrintDocument> Begin(std::string_view title) override;
+  std::unique_ptr<PrintDocument> BeginTrial(std::string_view title) override;
   // The folder printer keeps the bytes in a file ending in ".raw".
   void SendRaw(std::string_view bytes) override;
   PrintOutbox* Outbox() override { return &outbox_; }
@@ -52,7 +53,7 @@ class ShopPrinters : public Printers {
   std::optional<PrinterSetup> Settled(std::string_view name) const;
   std::optional<PrinterSetup> Understood(std::string_view name) const;
   std::vector<PrinterSetup> List(const QueueWatch::View& view) const;
-  void Deliver(const std::string& printer, PaperDocument document);
+  void Deliver(const std::string& printer, PaperDocument document);  // which the outbox keeps
   void HandOver(const std::string& printer, PaperDocument document, ShopOutbox::Held held);
   void RequireFit(const std::string& printer, const PaperDocument& document) const;
 

@@ -1,6 +1,7 @@
 #include "adapters/sqlite/kept_months.h"
 
 #include <random>
+#include <string>
 
 namespace tpv::sqlite {
 
@@ -9,46 +10,60 @@ const char* const kKeptMonthsTable = "CREATE TABLE IF NOT EXISTS main.TpvMeses (
 
 namespace {
 
-// What a period's sums are made from. `date` is the row's own, or a look at its ticket's.
+// What a period's sums are made from.
 struct Watched {
   const char* table;
+  const char* id;
   const char* columns;
-  const char* date;  // '%' for OLD or NEW
+  const char* date;  // of row '%': its own, or a look at its ticket's
 };
 
-constexpr const char* kOfTicket = "(SELECT Cav_Fecha FROM Cav WHERE Cav_Id = %.Lav_IdCav)";
 constexpr Watched kWatched[] = {
-    {"Cav", "Cav_Id, Cav_Fecha, Cav_Caja, Cav_Agente, Cav_Ticket", "%.Cav_Fecha"},
-    {"Lav", "Lav_IdCav, Lav_Idart, Lav_Uni, Lav_Importe, Lav_Tiva", kOfTicket},
-    {"DiaCaj", "DiaCaj_Fecha, DiaCaj_Tipo, DiaCaj_Entrega, DiaCaj_Devolucion, DiaCaj_Tarjeta, DiaCaj_Descuento",
+    {"Cav", "Cav_Id", "Cav_Id, Cav_Fecha, Cav_Caja, Cav_Agente, Cav_Ticket", "%.Cav_Fecha"},
+    {"Lav", "Lav_Id", "Lav_IdCav, Lav_Idart, Lav_Uni, Lav_Importe, Lav_Tiva",
+     "(SELECT Cav_Fecha FROM Cav WHERE Cav_Id = %.Lav_IdCav)"},
+    {"DiaCaj", "DiaCaj_Id",
+     "DiaCaj_Fecha, DiaCaj_Tipo, DiaCaj_Entrega, DiaCaj_Devolucion, DiaCaj_Tarjeta, DiaCaj_Descuento",
      "%.DiaCaj_Fecha"}};
 
-std::string Forgets(std::string date, const char* row) {
-  for (std::size_t at; (at = date.find('%')) != std::string::npos;) date.replace(at, 1, row);
-  return "DELETE FROM TpvMeses WHERE Mes = substr(" + date + ", 1, 7); ";
+std::string MonthOf(const Watched& watched, const std::string& row) {
+  std::string date = watched.date;
+  return "substr(" + date.replace(date.find('%'), 1, row) + ", 1, 7)";
 }
 
-std::string Trigger(const std::string& name, const std::string& when, const std::string& table,
-                    const std::string& work) {
-  return "CREATE TRIGGER " + name + " AFTER " + when + " ON \"" + table + "\" BEGIN " + work + "END";
+std::string Forgets(const std::string& month) { return "DELETE FROM TpvMeses WHERE Mes = " + month + "; "; }
+
+// The row whose number another is about to take: of its end the engine tells no trigger.
+std::string ForgetsReplaced(const Watched& watched) {
+  const std::string table = watched.table;
+  const std::string id = watched.id;
+  return Forgets("(SELECT " + MonthOf(watched, table) + " FROM " + table + " WHERE " + id + " = NEW." + id + ")");
 }
 
 }  // namespace
 
 std::map<std::string, std::string> KeptMonthsTriggers() {
   std::map<std::string, std::string> triggers;
-  const auto add = [&](const std::string& table, const char* change, const std::string& of, const std::string& work) {
-    const std::string name = "tpv_mes_" + table + "_" + change;
-    triggers[name] = Trigger(name, change + of, table, work);
+  const auto add = [&](const std::string& table, const std::string& name, const std::string& when,
+                       const std::string& work) {
+    const std::string whole = "tpv_mes_" + table + "_" + name;
+    triggers[whole] = "CREATE TRIGGER " + whole + " " + when + " BEGIN " + work + "END";
   };
   for (const Watched& watched : kWatched) {
-    const std::string before = Forgets(watched.date, "OLD");
-    const std::string after = Forgets(watched.date, "NEW");
-    add(watched.table, "INSERT", "", after);
-    add(watched.table, "DELETE", "", before);
-    add(watched.table, "UPDATE", " OF " + std::string(watched.columns), before + after);
+    const std::string table = watched.table;
+    const std::string before = Forgets(MonthOf(watched, "OLD"));
+    const std::string after = Forgets(MonthOf(watched, "NEW"));
+    const std::string on = " ON \"" + table + "\"";
+    add(table, "INSERT", "AFTER INSERT" + on, after);
+    add(table, "DELETE", "AFTER DELETE" + on, before);
+    add(table, "UPDATE", "AFTER UPDATE OF " + std::string(watched.columns) + on, before + after);
+    // A row that the store gives its number takes nobody's.
+    add(table, "REPLACE", "BEFORE INSERT" + on + " WHEN NEW." + watched.id + " > 0", ForgetsReplaced(watched));
+    add(table, "RENUMBER", "BEFORE UPDATE OF " + std::string(watched.id) + on, ForgetsReplaced(watched));
   }
-  for (const char* change : {"INSERT", "UPDATE", "DELETE"}) add("tivas", change, "", "DELETE FROM TpvMeses; ");
+  for (const char* change : {"INSERT", "UPDATE", "DELETE"}) {
+    add("tivas", change, "AFTER " + std::string(change) + " ON \"tivas\"", "DELETE FROM TpvMeses; ");
+  }
   return triggers;
 }
 

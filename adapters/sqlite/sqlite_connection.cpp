@@ -86,13 +86,16 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
   RegisterFunctions(handle_.get(), clock);
   sqlite::RequireStore(handle_.get(), path);
   SetSynchronous(true);
-  if (opening == OpenMode::ToSell) {
+  archive_ = sqlite::IsArchive(handle_.get());
+  if (opening == OpenMode::ToSell && archive_) {
+    sqlite::BringUpToDate(handle_.get());
+  } else if (opening == OpenMode::ToSell) {
     TakeOver(clock);
     months_ = std::make_unique<sqlite::KeptMonths>(handle_.get());
   } else {
     RequireCurrent(handle_.get(), path);
   }
-  if (copy_) Run("PRAGMA query_only = ON");  // what is written there would be lost
+  if (copy_ || archive_) Run("PRAGMA query_only = ON");  // what is written to a copy would be lost
   Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -65536;");
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
   references_ = std::make_unique<sqlite::ReferenceRows>(handle_.get());
@@ -199,6 +202,7 @@ std::unique_ptr<Recordset> SqliteConnection::Execute(std::string_view sql) {
   std::shared_ptr<sqlite::CachedShape> shape = cache_->Find(scanned.shape);
   const dialect::Translation& translation = shape->translation;
   if (translation.writes) {
+    RequireNoArchive();
     CloseSnapshot();
     references_->Written(*translation.table);
     if (!InTransaction()) return WriteAlone(std::move(shape), std::move(scanned.literals));
@@ -234,7 +238,14 @@ std::unique_ptr<Recordset> SqliteConnection::ReadReference(
   return sqlite::Kept(std::move(shape), std::move(rows));
 }
 
+void SqliteConnection::RequireNoArchive() const {
+  if (!archive_) return;
+  throw DatabaseError("Este almacén es un archivo de años anteriores: se consulta, y no se vende ni se cambia nada en él",
+                      "25006");
+}
+
 void SqliteConnection::BeginTrans() {
+  RequireNoArchive();
   CloseSnapshot();
   if (InTransaction()) throw DatabaseError("Ya hay una transacción abierta", "25001");
   ReadAhead();

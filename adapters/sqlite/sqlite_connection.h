@@ -35,7 +35,7 @@ enum class OpenMode {
 
 class SqliteConnection : public Connection {
  public:
-  // Opens an existing store. getdate() is `clock`'s time; the clock must outlive
+  // Opens an existing store; an archive is only ever looked at. getdate() is `clock`'s time; the clock must outlive
   // the connection. Throws DatabaseError when the file is not such a store.
   SqliteConnection(const std::string& path, const Clock& clock, OpenMode opening = OpenMode::ToSell);
   ~SqliteConnection() override;
@@ -49,6 +49,8 @@ class SqliteConnection : public Connection {
   void EndSnapshot() noexcept override;
   bool KeepsLists() const override { return true; }
   MonthMemory* Months() override;
+
+  bool IsArchive() const { return archive_; }
 
   // For a copy of an older store in which a customer code was given twice.
   void LetCodesRepeat();
@@ -81,6 +83,7 @@ class SqliteConnection : public Connection {
   void CloseSnapshot();
   void ReadAhead();
   void RequireNotUndone() const;
+  void RequireNoArchive() const;
   // SQLite's progress handler: true ends the statement.
   static int OnProgress(void* connection);
   void RaiseInterruption();
@@ -93,6 +96,7 @@ class SqliteConnection : public Connection {
   std::unique_ptr<sqlite::ReferenceRows> references_;
   std::unique_ptr<sqlite::KeptMonths> months_;  // of a store that is open to sell
   std::unique_ptr<sqlite::Control> control_;
+  bool archive_ = false;
   bool lacks_log_ = false;       // the file was left with a log that is not there
   bool in_transaction_ = false;  // though the engine may have undone it
   int snapshots_ = 0;            // how many are nested

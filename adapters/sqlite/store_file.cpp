@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <fstream>
 #include <thread>
 
 #include "adapters/sqlite/folder.h"
@@ -82,8 +83,20 @@ int VersionOf(sqlite3* handle) { return Number(handle, "PRAGMA main.user_version
 
 std::string Literal(const std::string& text) { return "'" + ReplaceAll(text, "'", "''") + "'"; }
 
+bool IsArchive(sqlite3* handle) { return Number(handle, "PRAGMA main.application_id") == kArchiveId; }
+
+bool IsArchiveFile(const std::string& path) {
+  constexpr std::size_t kMark = 68;
+  unsigned char header[kMark + 4] = {};
+  std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(header), sizeof header);
+  int mark = 0;
+  for (std::size_t i = kMark; i < sizeof header; ++i) mark = mark << 8 | header[i];
+  return mark == kArchiveId;
+}
+
 void RequireStore(sqlite3* handle, const std::string& path) {
-  if (Number(handle, "PRAGMA main.application_id") != kApplicationId) {
+  const int mark = Number(handle, "PRAGMA main.application_id");
+  if (mark != kApplicationId && mark != kArchiveId) {
     throw DatabaseError("«" + path + "» no es un almacén de la tienda", "08001");
   }
   const int version = VersionOf(handle);

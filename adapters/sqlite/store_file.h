@@ -11,7 +11,9 @@ struct sqlite3;
 namespace tpv::sqlite {
 
 inline constexpr int kApplicationId = 0x54505631;  // "TPV1"
-inline constexpr int kVersion = 6;
+// One that holds years gone by, to be looked at alone: older programs know no such file.
+inline constexpr int kArchiveId = 0x54505641;  // "TPVA"
+inline constexpr int kVersion = 7;
 
 struct Closer {
   void operator()(sqlite3* handle) const;
@@ -39,8 +41,11 @@ std::string Literal(const std::string& text);
 // meanwhile. Throws DatabaseError.
 void CopyPages(sqlite3* from, const std::string& to_path);
 
-// Throws DatabaseError when the file is no store or of a newer program.
+// Throws DatabaseError when the file is no store, nor an archive of one, or of a newer program.
 void RequireStore(sqlite3* handle, const std::string& path);
+bool IsArchive(sqlite3* handle);
+// The same of a file that nobody has open.
+bool IsArchiveFile(const std::string& path);
 
 // Asked before anything else: whether the file was left with a log that is not
 // there, so that what was written last is missing. Means nothing in older stores.

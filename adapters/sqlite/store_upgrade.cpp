@@ -194,7 +194,18 @@ void AddWhatIsMissing(sqlite3* handle) {
   MoveTermsOfPayment(handle);
   if (!CountsListChanges(handle)) CountListChanges(handle);
   Run(handle, "DROP INDEX IF EXISTS main.ix_Lav_Lav_IdCav");  // until version 2, without amounts
+  // Until version 6 tickets and invoices had one each.
+  Run(handle, "DROP INDEX IF EXISTS main.ix_Fiscal_Fis_IdCav; DROP INDEX IF EXISTS main.ix_Fiscal_Fis_IdFav");
   Run(handle, "PRAGMA main.user_version = " + std::to_string(kVersion));
+}
+
+void DropIndexes(sqlite3* handle) {
+  for (;;) {
+    const std::string drop = Text(handle, "SELECT 'DROP ' || type || ' \"' || name || '\"' FROM main.sqlite_master WHERE "
+                                          "type IN ('index', 'trigger') AND sql IS NOT NULL LIMIT 1");
+    if (drop.empty()) return;
+    Run(handle, drop);
+  }
 }
 
 void BringUpToDate(sqlite3* handle) {

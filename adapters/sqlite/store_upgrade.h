@@ -12,6 +12,9 @@ namespace tpv::sqlite {
 // In a transaction of the caller's: tables and indexes that the file lacks, what
 // older versions had otherwise, and the version.
 void AddWhatIsMissing(sqlite3* handle);
+// For filling large tables of a new file: AddWhatIsMissing makes indexes and triggers again,
+// over all rows at once.
+void DropIndexes(sqlite3* handle);
 // The tables that the file lacks, by name.
 std::vector<std::string> MissingTables(sqlite3* handle);
 

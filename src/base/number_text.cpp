@@ -80,6 +80,7 @@ std::int32_t LeadingNumber(std::string_view text) {
 }
 
 std::string ToPlain(double value) {
+  if (std::trunc(value) == value && std::fabs(value) < 1e15) return std::to_string(static_cast<std::int64_t>(value));
   char text[32];
   auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 15);
   std::string result(text, end.ptr);

@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "cash/ticket_dialog.h"
+#include "data/archived.h"
 #include "data/date_filter.h"
 #include "data/kept_rows.h"
 #include "data/sql_text.h"
@@ -123,6 +124,9 @@ void FrmTpvDiarioCierres::PrintAgain() {
   if (DbgDiario.current_row < 0) return;
   const std::int32_t closure = DbgDiario.Value(DbgDiario.current_row, "DiaCaj_Id").IntOr(0);
   if (closure <= 0) return;
+  if (const std::string archive = ArchiveOfClosure(Database(), closure); !archive.empty()) {
+    return Refuse("El desglose del cierre " + std::to_string(closure) + " " + archive, &DbgDiario);
+  }
   FrmFactuTicket ticket(context());
   ticket.mode = FrmFactuTicket::Mode::ClosurePrint;
   ticket.closure_id = closure;

@@ -132,7 +132,8 @@ Table FiscalRecords() {
            {"Fis_Anterior", Int}, Required("Fis_Texto", Text), Required("Fis_Huella", Text, 64),
            {"Fis_IdCav", Int}, {"Fis_IdFav", Int}, {"Fis_Productor", Text, 120},
            {"Fis_ProdDoc", Text, 20}, {"Fis_Version", Text, 50}, {"Fis_Instalacion", Text, 100}},
-          {{{"Fis_IdCav"}}, {{"Fis_IdFav"}}, {{"Fis_Numero"}}}};
+          // One for tickets and invoices, which have no ticket: each record enters two indexes.
+          {{{"Fis_IdCav", "Fis_IdFav"}}, {{"Fis_Numero"}}}};
 }
 
 // What the agency said of each record that it was sent.
@@ -150,6 +151,25 @@ Table SendingTurn() {
           {{"Fit_Id", Int}, {"Fit_Caja", Text, 60}, {"Fit_Hasta", DateTime},
            {"Fit_Proximo", DateTime}, {"Fit_Fallos", Int}, {"Fit_Entregado", Int},
            {"Fit_Error", Text, 500}},
+          {}};
+}
+
+// Years that lie in an archive beside the store; in an archive, the store that it came
+// from, with the year negative. The records are those in force whose tickets lie there.
+Table Archives() {
+  return {"Archivos", kStore, true, false,
+          {{"Arv_Id", Int}, Required("Arv_Hasta", Int), Required("Arv_Fichero", Text, 255),
+           With("Arv_Cuando", DateTime, Default::Now), {"Arv_Tickets", Int}, {"Arv_Importe", Money},
+           {"Arv_Modo", Int}, {"Arv_Registros", Int}, {"Arv_ImpRegistros", Money},
+           {"Arv_UltRegistro", Int}},
+          {}};
+}
+
+// What the entries of a closure that lie elsewhere add up to.
+Table ArchivedClosures() {
+  return {"ArchivoCierres", kStore, false, true,
+          {{"Arc_IdCierre", Int}, {"Arc_IdArchivo", Int}, {"Arc_Apuntes", Int},
+           {"Arc_Metalico", Money}, {"Arc_Tarjeta", Money}, {"Arc_Pagos", Money}},
           {}};
 }
 
@@ -245,7 +265,11 @@ std::vector<Table> Describe() {
         {"Vto_Importe", Money}, {"Vto_Modo", Int}, {"Vto_Cobrado", Bit}, {"Vto_Cartera", Bit},
         {"Vto_IdCli", Int}, {"Vto_Cta", Text, 24}, {"Vto_Banco", Text, 24}},
        {{{"Vto_IdFav"}}}},
-      Parameters(), FiscalRecords(), FiscalReplies(), SendingTurn(),
+      Parameters(), FiscalRecords(), FiscalReplies(), SendingTurn(), Archives(), ArchivedClosures(),
+      // The numbers of its tickets by series, the first and the last.
+      {"ArchivoSeries", kStore, false, false,
+       {Required("Ars_IdArchivo", Int), {"Ars_Serie", Text, 5}, {"Ars_Desde", Int}, {"Ars_Hasta", Int}},
+       {{{"Ars_Serie"}}}},
       {"tivas", kCatalogue, true, false,
        {{"Tiva_Id", Int}, {"Tiva_iva", Float}, {"Tiva_rec", Float}, {"tiva_reg", Int},
         {"tiva_art", Int}, {"Tiva_Fecha", DateTime}},
@@ -263,6 +287,12 @@ int Table::Find(std::string_view column) const {
     if (EqualNoCase(columns[i].name, column)) return static_cast<int>(i);
   }
   return -1;
+}
+
+std::string ColumnNames(const Table& table) {
+  std::string text;
+  for (const Column& column : table.columns) text.append(text.empty() ? "" : ", ").append(column.name);
+  return text;
 }
 
 std::string IndexColumns(const Index& index) {

@@ -47,6 +47,9 @@ struct Table {
   int Find(std::string_view column) const;
 };
 
+// "Cav_Id, Cav_Serie, …".
+std::string ColumnNames(const Table& table);
+
 // "ix_DiaCaj_DiaCaj_Caja_DiaCaj_Fecha_DESC", and the columns as they stand in
 // the index's definition.
 std::string IndexName(const Table& table, const Index& index);

@@ -14,14 +14,10 @@ std::string Number(std::int64_t value) { return std::to_string(value); }
 std::string Number(double value) { return ToPlain(value); }
 
 std::string Quoted(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) return Quoted(ReplaceAll(text, {"\0", 1}, ""));
   const bool plain = std::all_of(text.begin(), text.end(),
                                  [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  std::string result = plain ? "'" : "N'";
-  for (const char c : text) {
-    if (c != '\0') result += c;
-    if (c == '\'') result += c;
-  }
-  return result += '\'';
+  return (plain ? "'" : "N'") + ReplaceAll(text, "'", "''") + "'";
 }
 
 std::string WholeNumber(std::string_view field_text) {

@@ -1,6 +1,8 @@
 #include "debt/account_screen.h"
 
 #include "base/mask.h"
+#include "data/archived.h"
+#include "platform/clock.h"
 #include "platform/report.h"
 
 namespace tpv {
@@ -63,6 +65,7 @@ void FrmTpvCuenta::Run() {
   if (!CheckDates({&Text1[5], &Text1[2]})) return;
   account_ = ReadAccount(context(), customer_id_, DayOf(Text1[5]), DayOf(Text1[2]));
   ShowEntries();
+  lblInforme.caption = ArchivedSince(Database(), DayOf(Text1[5]), context().ports.clock.Now());
 }
 
 void FrmTpvCuenta::ShowEntries() {

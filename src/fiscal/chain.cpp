@@ -15,15 +15,7 @@ namespace {
 
 constexpr std::int64_t kClockTolerance = 60;  // seconds
 
-struct End {
-  DateTime now;  // universal time by the store's clock
-  std::int32_t position = 0;
-  std::string moment;  // of the last record
-  std::optional<PreviousRecord> previous;  // the last one of the new record's own chain
-};
-
-const std::string kLast = "SELECT TOP 1 Fis_Id, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Huella, Fis_Momento, "
-                          "Fis_Modo, Fis_Instalacion, Getutcdate() AS Ahora FROM Fiscal ";
+const std::string kColumns = "Fis_Id, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Huella";
 
 PreviousRecord PreviousIn(const Recordset& row) {
   return {row.Field(0).ToInt32(), row.Field(1).TextOr(""), {row.Field(2).TextOr(""), row.Field(3).ToDate()},
@@ -32,32 +24,16 @@ PreviousRecord PreviousIn(const Recordset& row) {
 
 // A chain is of one agency, one issuer and one installation; a store has had others
 // where one of them changed.
-std::optional<PreviousRecord> LastOfChain(Connection& connection, const Recordset& last, const Record& record) {
+std::optional<PreviousRecord> LastOfChain(Connection& connection, const ChainEnd& end, const Record& record) {
   const std::string& installation = record.producer.installation;
-  if (last.Field(6).IntOr(0) == static_cast<int>(record.mode) && last.Field(1).TextOr("") == record.issuer &&
-      last.Field(7).TextOr("") == installation) {
-    return PreviousIn(last);
-  }
-  const auto row = connection.Execute(kLast + "WHERE Fis_Modo = " + sql::Value(static_cast<int>(record.mode)).text +
-                                      " AND Fis_Emisor = " + sql::Quoted(record.issuer) + " AND Fis_Instalacion = " +
+  if (end.last.position == 0) return std::nullopt;
+  if (end.mode == record.mode && end.last.issuer == record.issuer && end.installation == installation) return end.last;
+  const auto row = connection.Execute("SELECT TOP 1 " + kColumns + " FROM Fiscal WHERE Fis_Modo = " +
+                                      sql::Value(static_cast<int>(record.mode)).text + " AND Fis_Emisor = " +
+                                      sql::Quoted(record.issuer) + " AND Fis_Instalacion = " +
                                       sql::Quoted(installation) + " ORDER BY Fis_Id DESC");
   if (row->Eof()) return std::nullopt;
   return PreviousIn(*row);
-}
-
-End ReadEnd(Connection& connection, const Record& record) {
-  End end;
-  const auto last = connection.Execute(kLast + "ORDER BY Fis_Id DESC");
-  if (last->Eof()) {
-    end.now = connection.Execute("SELECT Getutcdate() AS Ahora")->Field(0).ToDate();
-  } else {
-    end.now = last->Field(8).ToDate();
-    end.position = last->Field(0).ToInt32();
-    end.moment = last->Field(5).TextOr("");
-    end.previous = LastOfChain(connection, *last, record);
-  }
-  end.now.millisecond = 0;
-  return end;
 }
 
 // "24/11/2026 10:30" as clocks on the shop's walls show it.
@@ -68,7 +44,7 @@ std::string OnTheWall(std::string_view moment) {
 }
 
 // A clock a little behind takes the last record's moment; one further back is wrong.
-std::string MomentOf(const End& end, Zone zone) {
+std::string MomentOf(const ChainEnd& end, Zone zone) {
   const std::string moment = MomentText(zone, end.now);
   const auto last = MomentUtc(end.moment);
   if (!last || end.now >= *last) return moment;
@@ -131,23 +107,41 @@ void Store(Connection& connection, const Record& r) {
 
 }  // namespace
 
-void Append(const Desk& desk, const Setup& setup, Record& record) {
+ChainEnd ReadEnd(Connection& connection, const std::string& number) {
+  ChainEnd end;
+  const auto row = connection.Execute("SELECT TOP 1 " + kColumns + ", Fis_Momento, Fis_Modo, Fis_Instalacion, "
+                                      "Getutcdate() AS Ahora, (SELECT MAX(s.Fis_Id) FROM Fiscal AS s WHERE "
+                                      "s.Fis_Numero = " + sql::Quoted(number) + ") AS Igual FROM Fiscal ORDER BY Fis_Id DESC");
+  if (row->Eof()) {
+    end.now = connection.Execute("SELECT Getutcdate() AS Ahora")->Field(0).ToDate();
+  } else {
+    end.last = PreviousIn(*row);
+    end.moment = row->Field(5).TextOr("");
+    end.mode = static_cast<Mode>(row->Field(6).IntOr(0));
+    end.installation = row->Field(7).TextOr("");
+    end.now = row->Field(8).ToDate();
+    end.of_number = row->Field(9).IntOr(0);
+  }
+  end.now.millisecond = 0;
+  return end;
+}
+
+void Append(const Desk& desk, const Setup& setup, const ChainEnd& end, Record& record) {
   if (desk.digest == nullptr) {
     throw RecordRefused("Este programa se construyó sin las bibliotecas de los registros de facturación y no puede "
                         "vender en esta tienda");
   }
   constexpr std::size_t kNameLength = 120;
   record.mode = setup.mode;
-  record.issuer = setup.issuer;
-  record.issuer_name = Left(setup.issuer_name, kNameLength);
+  if (record.issuer.empty()) record.issuer = setup.issuer;
+  if (record.issuer == setup.issuer) record.issuer_name = Left(setup.issuer_name, kNameLength);
   record.producer = setup.producer;
   RequireIssuer(record);
   RequireSendable(record);
-  const End end = ReadEnd(desk.connection, record);
-  record.position = end.position + 1;
+  record.position = end.last.position + 1;
   record.moment = MomentOf(end, setup.zone);
   RequireNoFuture(record);
-  record.previous = end.previous;
+  record.previous = LastOfChain(desk.connection, end, record);
   Fingerprint(record, *desk.digest);
   Store(desk.connection, record);
 }

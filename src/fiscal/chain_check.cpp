@@ -1,5 +1,6 @@
 #include "fiscal/chain_check.h"
 
+#include <cmath>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -8,6 +9,7 @@
 #include "data/sql_text.h"
 #include "data/statements.h"
 #include "fiscal/amounts.h"
+#include "fiscal/archived_records.h"
 #include "fiscal/fingerprint.h"
 #include "fiscal/record_columns.h"
 #include "platform/database.h"
@@ -22,6 +24,7 @@ constexpr std::string_view kChanged = "Registros de facturación cambiados";
 constexpr std::string_view kUnlinked = "Registros de facturación que no siguen al anterior de su cadena";
 constexpr std::string_view kOtherAmounts = "Registros de facturación cuyos tipos de IVA no suman su total";
 constexpr std::string_view kOtherTicket = "Registros de facturación cuyo ticket falta o dice otra cosa";
+constexpr std::string_view kOtherArchived = "Registros de facturación sin su ticket que no son los de los archivos";
 constexpr std::string_view kOtherInvoice = "Registros de facturación cuya factura falta o dice otra cosa";
 constexpr std::string_view kNoTicketRecord = "Tickets sin registro de facturación (se nombra su número interno)";
 constexpr std::string_view kNoInvoiceRecord = "Facturas sin registro de facturación (se nombra su número interno)";
@@ -112,12 +115,18 @@ void Ask(Connection& connection, const Fault& fault, std::string_view what, cons
   for (; !rows->Eof(); rows->MoveNext()) fault(what, rows->Field(0).ToInt64());
 }
 
-// What is registered for the agency of today and not cancelled, by the column of its document.
-std::string InForce(const std::string& column, const std::string& join, Mode mode) {
-  return "SELECT r.Fis_Id FROM Fiscal AS r LEFT JOIN " + join + " WHERE r.Fis_Modo = " +
+// What is registered for the agency of today and not cancelled, by the columns of its document.
+std::string InForce(const std::string& of, const std::string& column, const std::string& join, Mode mode,
+                    const char* what = "r.Fis_Id") {
+  return std::string("SELECT ") + what + " FROM Fiscal AS r LEFT JOIN " + join + " WHERE r.Fis_Modo = " +
          std::to_string(static_cast<int>(mode)) + " AND r." + column +
-         " IS NOT NULL AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE l." + column + " = r." +
-         column + " AND l.Fis_Id > r.Fis_Id) AND ";
+         " IS NOT NULL AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE " + of + " AND l.Fis_Id > "
+         "r.Fis_Id) AND ";
+}
+
+std::string TicketsInForce(Mode mode, const char* what = "r.Fis_Id") {
+  return InForce("l.Fis_IdCav = r.Fis_IdCav AND l.Fis_IdFav IS NULL", "Fis_IdCav", "Cav ON Cav_Id = r.Fis_IdCav", mode,
+                 what);
 }
 
 // A parameter of TurnOn's: what is older has no record, or one of a trial that ended.
@@ -125,27 +134,40 @@ std::string SinceOn(const Desk& desk, const std::string& column, std::string_vie
   return column + " > " + sql::Number(std::int64_t{desk.parameter(parameter).IntOr(0)});
 }
 
+// Those of archived tickets are known by their number and their sum.
+void CompareWithArchives(const Desk& desk, Mode mode, const ArchivedRecords& archived, const Fault& fault) {
+  const auto found = desk.connection.Execute(
+      TicketsInForce(mode, "COUNT(*), SUM(r.Fis_Total), MAX(r.Fis_Id)") +
+      SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") + " AND Cav_Id IS NULL");
+  const bool as_archived = found->Field(0).ToInt64() == archived.count &&
+                           std::abs(found->Field(1).NumberOr(0) - archived.total.ToDouble()) < 0.005;
+  if (!as_archived) fault(kOtherArchived, found->Field(2).IntOr(0));
+}
+
 void CompareTickets(const Desk& desk, Mode mode, const Fault& fault) {
+  const ArchivedRecords archived = ReadArchivedRecords(desk);
+  if (archived.count > 0) CompareWithArchives(desk, mode, archived, fault);
   Ask(desk.connection, fault, kOtherTicket,
-      InForce("Fis_IdCav", "Cav ON Cav_Id = r.Fis_IdCav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+      TicketsInForce(mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+          (archived.count > 0 ? " AND Cav_Id IS NOT NULL" : "") +
           " AND (Cav_Id IS NULL OR DATEDIFF(day, Cav_Fecha, r.Fis_Fecha) <> 0 OR r.Fis_Numero <> " +
           std::string(kTicketReference) +
           " OR ABS(r.Fis_Total - ISNULL((SELECT SUM(dbo.FncImporteConIva(Lav_Id)) FROM Lav WHERE Lav_IdCav = "
           "Cav_Id),0)) > 0.005)");
   Ask(desk.connection, fault, kNoTicketRecord,
       "SELECT Cav_Id FROM Cav WHERE Cav_Ticket = 1 AND Cav_Situa <> 2 AND " + SinceOn(desk, "Cav_Id", "Par_FisTicket") +
-          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav = Cav_Id) AND NOT EXISTS (SELECT * FROM VentasEnCurso "
+          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav = Cav_Id AND Fis_IdFav IS NULL) AND NOT EXISTS (SELECT * FROM VentasEnCurso "
           "WHERE Vec_IdCav = Cav_Id) AND EXISTS (SELECT * FROM Lav WHERE Lav_IdCav = Cav_Id)");
 }
 
 void CompareInvoices(const Desk& desk, Mode mode, const Fault& fault) {
   Ask(desk.connection, fault, kOtherInvoice,
-      InForce("Fis_IdFav", "Fav ON Fav_Id = r.Fis_IdFav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+      InForce("l.Fis_IdCav IS NULL AND l.Fis_IdFav = r.Fis_IdFav", "Fis_IdFav", "Fav ON Fav_Id = r.Fis_IdFav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
           " AND (Fav_Id IS NULL OR DATEDIFF(day, Fav_Fecha, r.Fis_Fecha) <> 0 OR ABS(r.Fis_Total - "
           "ISNULL(Fav_Total,0)) > 0.005)");
   Ask(desk.connection, fault, kNoInvoiceRecord,
       "SELECT Fav_Id FROM Fav WHERE " + SinceOn(desk, "Fav_Id", "Par_FisFactura") +
-          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdFav = Fav_Id)");
+          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav IS NULL AND Fis_IdFav = Fav_Id)");
 }
 
 std::unique_ptr<Recordset> ReadChain(Connection& connection) {

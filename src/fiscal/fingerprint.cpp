@@ -1,7 +1,6 @@
 #include "fiscal/fingerprint.h"
 
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -42,11 +41,11 @@ Kind KindOf(std::string_view code) {
 }
 
 std::string AmountText(Cents cents) {
-  char text[32];
-  const Cents size = std::abs(cents);
-  std::snprintf(text, sizeof text, "%s%lld.%02lld", cents < 0 ? "-" : "", static_cast<long long>(size / 100),
-                static_cast<long long>(size % 100));
-  return text;
+  constexpr std::size_t kLeast = 3;  // "0.05"
+  std::string text = std::to_string(std::abs(cents));
+  if (text.size() < kLeast) text.insert(0, kLeast - text.size(), '0');
+  text.insert(text.size() - 2, ".");
+  return cents < 0 ? "-" + text : text;
 }
 
 std::string DayText(const DateTime& date) { return ReplaceAll(ToDayFirst(date), "/", "-"); }

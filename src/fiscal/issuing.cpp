@@ -9,6 +9,7 @@
 #include "data/statements.h"
 #include "fiscal/amounts.h"
 #include "fiscal/mending.h"
+#include "fiscal/record_columns.h"
 
 namespace tpv::fiscal {
 
@@ -58,18 +59,23 @@ std::optional<TicketHead> ReadTicket(Connection& connection, std::int32_t ticket
 struct Registration {
   DocumentId document;
   std::int32_t ticket = 0;
+  std::string issuer;
+  std::string issuer_name;
 };
 
 std::optional<Registration> Registered(Connection& connection, Mode mode, const std::string& condition) {
-  const auto last = connection.Execute("SELECT TOP 1 Fis_Numero, Fis_Fecha, Fis_Tipo, Fis_IdCav FROM Fiscal WHERE " + condition +
+  const auto last = connection.Execute("SELECT TOP 1 Fis_Numero, Fis_Fecha, Fis_Tipo, Fis_IdCav, Fis_Emisor, "
+                                       "Fis_Nombre FROM Fiscal WHERE " + condition +
                                        " AND Fis_Modo = " + Id(static_cast<int>(mode)) + " ORDER BY Fis_Id DESC");
   if (last->Eof() || last->Field(2).TextOr("") == CodeOf(Kind::Cancellation)) return std::nullopt;
-  return Registration{{last->Field(0).TextOr(""), last->Field(1).ToDate()}, last->Field(3).IntOr(0)};
+  return Registration{{last->Field(0).TextOr(""), last->Field(1).ToDate()}, last->Field(3).IntOr(0),
+                      last->Field(4).TextOr(""), last->Field(5).TextOr("")};
 }
 
 // Whether the number is free; a series may have been given to tickets and invoices both.
 // False for a ticket that has its record already.
-bool IsNewNumber(const Desk& desk, Mode mode, const std::string& number, std::int32_t ticket) {
+bool IsNewNumber(const Desk& desk, const ChainEnd& end, Mode mode, const std::string& number, std::int32_t ticket) {
+  if (end.of_number == 0) return true;
   const auto registered = Registered(desk.connection, mode, "Fis_Numero = " + sql::Quoted(number));
   if (!registered) return true;
   if (ticket != 0 && registered->ticket == ticket) return false;
@@ -81,10 +87,10 @@ bool IsNewNumber(const Desk& desk, Mode mode, const std::string& number, std::in
 std::vector<DocumentId> RegisteredOf(Connection& connection, Mode mode, std::int32_t invoice) {
   std::vector<DocumentId> tickets;
   const auto rows = connection.Execute(
-      "SELECT Fis_Numero, Fis_Fecha FROM Cav INNER JOIN Fiscal AS r ON r.Fis_IdCav = Cav_Id WHERE Cav_IdFactura = " +
+      "SELECT Fis_Numero, Fis_Fecha FROM Cav INNER JOIN Fiscal AS r ON r.Fis_IdCav = Cav_Id AND r.Fis_IdFav IS NULL WHERE Cav_IdFactura = " +
       Id(invoice) + " AND r.Fis_Modo = " + Id(static_cast<int>(mode)) +
       " AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE l.Fis_IdCav = r.Fis_IdCav AND "
-      "l.Fis_Id > r.Fis_Id) ORDER BY r.Fis_Id");
+      "l.Fis_IdFav IS NULL AND l.Fis_Id > r.Fis_Id) ORDER BY r.Fis_Id");
   for (; !rows->Eof(); rows->MoveNext()) tickets.push_back({rows->Field(0).TextOr(""), rows->Field(1).ToDate()});
   return tickets;
 }
@@ -119,45 +125,49 @@ void RecordTicket(const Desk& desk, std::int32_t ticket, const std::vector<std::
   const auto head = ReadTicket(desk.connection, ticket);
   if (!head || head->invoiced || head->in_progress) return;
   Record record;
-  SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_Id = " + Id(ticket)));
+  SetAmounts(record, TicketAmounts(desk.connection, ticket));
   if (record.rates.empty()) return;
-  if (!IsNewNumber(desk, setup.mode, head->document.number, ticket)) return;
+  const ChainEnd end = ReadEnd(desk.connection, head->document.number);
+  if (!IsNewNumber(desk, end, setup.mode, head->document.number, ticket)) return;
   if (record.total > kMostWithoutBuyer) throw RecordRefused(kTooMuch);
   record.kind = record.total < 0 ? Kind::Return : Kind::Ticket;
   if (record.kind == Kind::Return) record.related = Originals(desk.connection, originals);
   record.document = head->document;
   record.ticket = ticket;
-  Append(desk, setup, record);
+  Append(desk, setup, end, record);
 }
 
 void RecordInvoice(const Desk& desk, const IssuedInvoice& invoice) {
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
-  IsNewNumber(desk, setup.mode, invoice.number, 0);
+  const ChainEnd end = ReadEnd(desk.connection, invoice.number);
+  IsNewNumber(desk, end, setup.mode, invoice.number, 0);
   Record record;
   SetBuyer(record, invoice.buyer);
-  SetAmounts(record, ReadAmounts(desk.connection, " WHERE Cav_IdFactura = " + Id(invoice.id)));
+  SetAmounts(record, InvoiceAmounts(desk.connection, invoice.id));
   record.related = RegisteredOf(desk.connection, setup.mode, invoice.id);
   record.kind = !record.related.empty() ? Kind::InvoiceOfTickets
                 : record.total < 0      ? Kind::InvoiceOfReturn
                                         : Kind::Invoice;
   record.document = {invoice.number, StartOfDay(Variant(invoice.date).ToDate())};
   record.invoice = invoice.id;
-  Append(desk, setup, record);
+  Append(desk, setup, end, record);
 }
 
 void RecordDeletion(const Desk& desk, std::int32_t ticket) {
   if (ModeOf(desk) == Mode::Off) return;
   const Setup setup = ReadSetup(desk);
-  const auto registered = Registered(desk.connection, setup.mode, "Fis_IdCav = " + Id(ticket));
+  const auto registered = Registered(desk.connection, setup.mode, OfTicket(ticket));
   if (!registered) return;
   Record record;
   record.kind = Kind::Cancellation;
+  record.issuer = registered->issuer;
+  record.issuer_name = registered->issuer_name;
   record.document = registered->document;
   record.ticket = ticket;
-  const PastReplies replies = RepliesTo(desk.connection, setup, registered->document.number);
+  const PastReplies replies = RepliesTo(desk.connection, setup.mode, record.issuer, record.document.number);
   if (replies.rejected && !replies.accepted) record.refused = Refused::AndNeverHeld;
-  Append(desk, setup, record);
+  Append(desk, setup, ReadEnd(desk.connection, record.document.number), record);
 }
 
 std::string InvoiceRefusal(const Desk& desk, const Buyer& buyer) {

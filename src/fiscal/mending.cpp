@@ -32,11 +32,11 @@ Record ReadToMend(Connection& connection, std::int32_t position) {
 
 }  // namespace
 
-PastReplies RepliesTo(Connection& connection, const Setup& setup, const std::string& number) {
+PastReplies RepliesTo(Connection& connection, Mode mode, const std::string& issuer, const std::string& number) {
   PastReplies replies;
   const auto rows = connection.Execute(
       "SELECT Fir_Estado, Fir_Duplicado FROM Fiscal INNER JOIN FiscalRespuestas ON Fir_IdFis = Fis_Id WHERE Fis_Modo = " +
-      sql::Number(static_cast<std::int64_t>(setup.mode)) + " AND Fis_Emisor = " + sql::Quoted(setup.issuer) +
+      sql::Number(static_cast<std::int64_t>(mode)) + " AND Fis_Emisor = " + sql::Quoted(issuer) +
       " AND Fis_Numero = " + sql::Quoted(number));
   for (; !rows->Eof(); rows->MoveNext()) {
     const bool rejected = rows->Field(0).IntOr(0) == static_cast<int>(State::Rejected);
@@ -51,12 +51,16 @@ void Mend(const Desk& desk, std::int32_t position, const Buyer& buyer) {
   const Setup setup = ReadSetup(desk);
   Record record = ReadToMend(desk.connection, position);
   if (record.mode != setup.mode) throw RecordRefused("El registro es de otro modo: las pruebas y lo real no se mezclan");
-  const bool held = RepliesTo(desk.connection, setup, record.document.number).accepted;
+  const auto holds = [&](const std::string& issuer) {
+    return RepliesTo(desk.connection, setup.mode, issuer, record.document.number).accepted;
+  };
+  if (record.kind != Kind::Cancellation && !holds(record.issuer)) record.issuer = setup.issuer;
+  const bool held = holds(record.issuer);
   const bool rejected = record.reply.state == State::Rejected;
   record.mends = record.kind != Kind::Cancellation;
   record.refused = !held ? Refused::AndNeverHeld : rejected ? Refused::Before : Refused::No;
   if (NamesBuyer(record.kind)) SetBuyer(record, buyer);
-  Append(desk, setup, record);
+  Append(desk, setup, ReadEnd(desk.connection, record.document.number), record);
   transaction.Commit();
 }
 

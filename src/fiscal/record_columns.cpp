@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
+#include "data/sql_text.h"
 #include "fiscal/fingerprint.h"
 #include "platform/database.h"
 
@@ -38,6 +39,14 @@ std::vector<std::string> Lines(std::string_view column) {
 Cents ToCents(double euros) { return std::llround(RoundHalfAway(euros, 2) * 100); }
 
 double ToEuros(Cents cents) { return static_cast<double>(cents) / 100; }
+
+std::string OfTicket(std::int32_t id) {
+  return "Fis_IdCav = " + sql::Number(std::int64_t{id}) + " AND Fis_IdFav IS NULL";
+}
+
+std::string OfInvoice(std::int32_t id) {
+  return "Fis_IdCav IS NULL AND Fis_IdFav = " + sql::Number(std::int64_t{id});
+}
 
 std::string RatesColumn(const std::vector<RateAmounts>& rates) {
   std::string text;

@@ -102,10 +102,10 @@ std::vector<Record> ReadAll(Connection& connection, const std::string& top, cons
 std::string Top(std::size_t most) { return "TOP " + std::to_string(most) + " "; }
 
 // Asked while a customer waits for the ticket.
-std::optional<Record> InForce(Connection& connection, const std::string& column, std::int32_t id) {
+std::optional<Record> InForce(Connection& connection, const std::string& of_document) {
   const auto last = connection.Execute(
       "SELECT TOP 1 Fis_Tipo, Fis_Modo, Fis_Emisor, Fis_Numero, Fis_Fecha, Fis_Total, Fis_Momento FROM Fiscal WHERE " +
-      column + " = " + sql::Number(std::int64_t{id}) + " ORDER BY Fis_Id DESC");
+      of_document + " ORDER BY Fis_Id DESC");
   if (last->Eof()) return std::nullopt;
   Row row(*last);
   Record record;
@@ -142,11 +142,11 @@ void ForEachRecord(Connection& connection, const std::optional<DateTime>& from, 
 }
 
 std::optional<Record> RecordOfTicket(Connection& connection, std::int32_t ticket) {
-  return InForce(connection, "Fis_IdCav", ticket);
+  return InForce(connection, OfTicket(ticket));
 }
 
 std::optional<Record> RecordOfInvoice(Connection& connection, std::int32_t invoice) {
-  return InForce(connection, "Fis_IdFav", invoice);
+  return InForce(connection, OfInvoice(invoice));
 }
 
 Waiting CountWaiting(Connection& connection) {

@@ -1,9 +1,11 @@
 #include "invoicing/period_screen.h"
 
 #include "base/mask.h"
+#include "data/archived.h"
 #include "data/statements.h"
 #include "fiscal/issuing.h"
 #include "invoicing/seen_tickets.h"
+#include "platform/clock.h"
 #include "platform/database.h"
 #include "platform/objects.h"
 #include "screen/declared_fields.h"
@@ -50,8 +52,10 @@ void FrmTpvFacturas::Search() {
   to_ = Text1[2].text;
   if (!Finishes(caption, [this](ui::LongWork& work) { Read(work); })) {
     Frame4.caption = "Totales del periodo";
-    ForgetSearch();
+    return ForgetSearch();
   }
+  const std::string archived = ArchivedSince(Database(), ParseDayFirst(from_), context().ports.clock.Now());
+  if (!archived.empty()) Refuse(archived, &cmdInforme, Icon::Information);
 }
 
 void FrmTpvFacturas::Read(ui::LongWork& work) {

@@ -6,16 +6,9 @@
 #include "panel/sums_text.h"
 #include "platform/database.h"
 #include "platform/month_memory.h"
+#include "platform/pulse.h"
 
 namespace tpv::panel {
-
-namespace {
-
-DateTime NextMonth(const DateTime& day) {
-  return day.month == 12 ? DateTime{day.year + 1, 1, 1} : DateTime{day.year, day.month + 1, 1};
-}
-
-}  // namespace
 
 MonthlySums::MonthlySums(Connection& connection, const DateTime& today)
     : connection_(connection), memory_(connection.Months()), first_of_month_{today.year, today.month, 1} {}
@@ -23,16 +16,15 @@ MonthlySums::MonthlySums(Connection& connection, const DateTime& today)
 std::vector<MonthlySums::Part> MonthlySums::PartsOf(const Days& days) const {
   std::vector<Part> parts;
   for (DateTime first = days.first; first <= days.last;) {
-    const DateTime next = NextMonth(first);
-    const Days in_month{first, std::min(AddDays(next, -1), days.last)};
-    const bool whole = memory_ != nullptr && first.day == 1 && in_month.last == AddDays(next, -1) &&
-                       next <= first_of_month_;
+    const Days month = MonthOf(first);
+    const Days in_month{first, std::min(month.last, days.last)};
+    const bool whole = memory_ != nullptr && in_month == month && month.last < first_of_month_;
     if (!whole && !parts.empty() && parts.back().month.empty()) {
       parts.back().days.last = in_month.last;
     } else {
       parts.push_back({in_month, whole ? FormatDate(first, "YYYY") + "-" + FormatDate(first, "MM") : ""});
     }
-    first = next;
+    first = AddDays(month.last, 1);
   }
   return parts;
 }
@@ -40,9 +32,10 @@ std::vector<MonthlySums::Part> MonthlySums::PartsOf(const Days& days) const {
 // Nothing of the books: what cannot be kept, in a store too busy or without room, is added
 // up again the next time.
 void MonthlySums::Announce(const Days& days) {
+  announced_ += days.Count();
   std::vector<std::string> missing;
   for (const Part& part : PartsOf(days)) {
-    if (!part.month.empty() && !marks_.contains(part.month) && !SumsFrom(memory_->Recall(part.month))) {
+    if (!part.month.empty() && !marks_.contains(part.month) && !IsWhole(memory_->Recall(part.month))) {
       missing.push_back(part.month);
     }
   }
@@ -60,16 +53,18 @@ void MonthlySums::Announce(const Days& days) {
 Sums MonthlySums::Read(const Days& days, const LineTax& tax_of) {
   Sums sums;
   for (const Part& part : PartsOf(days)) {
-    if (part.month.empty()) {
-      sums += ReadSums(connection_, part.days, tax_of);
-    } else if (const auto kept = SumsFrom(memory_->Recall(part.month))) {
-      sums += *kept;
-    } else {
-      const Sums month = ReadSums(connection_, part.days, tax_of);
-      if (marks_.contains(part.month)) texts_[part.month] = ToText(month);
-      sums += month;
-    }
+    Pulse(static_cast<double>(read_) / static_cast<double>(std::max(announced_, std::int64_t{1})));
+    sums += ReadPart(part, tax_of);
+    read_ += part.days.Count();
   }
+  return sums;
+}
+
+Sums MonthlySums::ReadPart(const Part& part, const LineTax& tax_of) {
+  if (part.month.empty()) return ReadSums(connection_, part.days, tax_of);
+  if (auto kept = SumsFrom(memory_->Recall(part.month))) return *std::move(kept);
+  Sums sums = ReadSums(connection_, part.days, tax_of);
+  if (marks_.contains(part.month)) texts_[part.month] = ToText(sums);
   return sums;
 }
 

@@ -1,5 +1,8 @@
 #include "panel/panel_report.h"
 
+#include "panel/figures.h"
+#include "panel/pictures.h"
+
 namespace tpv::panel {
 
 Report BoardReport(const Board& board, const std::string& shop) {

@@ -1,5 +1,7 @@
 #include "panel/panel_screen.h"
 
+#include "data/archived.h"
+#include "panel/figures.h"
 #include "panel/panel_report.h"
 #include "platform/clock.h"
 #include "platform/report.h"
@@ -120,11 +122,11 @@ void FrmPanel::Run() {
   if (!periods) return;
   const bool finished = Finishes(caption, [&](ui::LongWork& work) {
     work.Stage("Sumando las ventas");
-    board_ = panel::ReadBoard(context(), *periods, [this](double amount, double rate) {
-      return toolkit().Redondear(amount * (rate / 100), 2);
-    });
+    board_ = panel::ReadBoard(context(), *periods, LineTaxBy(toolkit()));
   });
-  if (finished) ShowBoard();
+  if (!finished) return;
+  ShowBoard();
+  lblInforme.caption = ArchivedSince(Database(), periods->before.first, context().ports.clock.Now());
 }
 
 void FrmPanel::ShowBoard() {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "panel/board.h"
+#include "panel/pictures.h"
 #include "screen/screen.h"
 
 namespace tpv {

@@ -57,6 +57,10 @@ Periods PeriodsOf(Span span, const DateTime& now) {
   return {};
 }
 
+Days MonthOf(const DateTime& day) {
+  return {{day.year, day.month, 1}, MidnightOf(CalendarDay(day).year() / CalendarDay(day).month() / std::chrono::last)};
+}
+
 Periods PeriodsOf(const Days& days) { return {days, Shifted(days, -days.Count())}; }
 
 }  // namespace tpv::panel

@@ -4,9 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
-#include <string>
 #include <unordered_map>
-#include <vector>
 
 #include "panel/period.h"
 #include "screen/sold_totals.h"
@@ -25,6 +23,25 @@ struct SoldArticle {
   Micros sold = 0;  // with tax
   double units = 0;
   bool operator==(const SoldArticle&) const = default;
+};
+
+// Tickets of one hour, till and seller, by their numbers; 0 for none.
+struct TicketGroup {
+  DateTime day;
+  int hour = 0;
+  std::int32_t till = 0;
+  std::int32_t seller = 0;
+  long tickets = 1;
+  Cents sold = 0;  // with tax, each ticket to the cent
+};
+
+// Lines of one article, rate (percent) and amount (euros without tax); 0 for none.
+struct LineGroup {
+  std::int32_t article = 0;
+  double rate = 0;
+  double amount = 0;  // of each line
+  long lines = 1;
+  double units = 0;  // of all together
 };
 
 struct Sums {
@@ -47,30 +64,14 @@ struct Sums {
   Micros card = 0;
   Micros discounts = 0;
 
+  void Add(const TicketGroup& group);
+  void Add(const LineGroup& group, const LineTax& tax_of);
   Sums& operator+=(const Sums& more);
   bool operator==(const Sums&) const = default;
 };
 
-// Throws DatabaseError, and GivenUp where somebody listens.
+// Row by row from a store that keeps months: it is at hand. Others group rows themselves, which
+// spares their journeys. Throws DatabaseError, and GivenUp where somebody listens.
 Sums ReadSums(Connection& connection, const Days& days, const LineTax& tax_of);
-
-// What tickets not wholly collected still owe, by the ticket's age in days: up to 7, 30, 90,
-// 365, and older.
-inline constexpr std::array<int, 4> kAges = {7, 30, 90, 365};
-using PendingByAge = std::array<Cents, kAges.size() + 1>;
-PendingByAge ReadPending(Connection& connection, const DateTime& today);
-
-struct Shortage {
-  std::int32_t article = 0;
-  double days = 0;  // that the stock lasts at this pace; 0 when there is none
-};
-
-// Articles whose stock does not last `within` days at the pace at which they were sold in
-// the period, the shortest first, `most` of them.
-std::vector<Shortage> ReadShortages(Connection& connection, const Sums& sums, std::int64_t days_of_period,
-                                    double within, std::size_t most);
-
-// Names by id; what is not there any more is missing.
-std::map<std::int32_t, std::string> ArticleNames(Connection& connection, const std::vector<std::int32_t>& ids);
 
 }  // namespace tpv::panel

@@ -79,6 +79,12 @@ std::string ToText(const Sums& sums) {
   return writer.Take();
 }
 
+bool IsWhole(std::string_view text) {
+  static const std::string begin = (Writer() << kVersion).Take();
+  static const std::string end = " " + (Writer() << kEnd).Take();
+  return text.starts_with(begin) && text.ends_with(end);
+}
+
 std::optional<Sums> SumsFrom(std::string_view text) {
   Sums sums;
   Reader reader(text);

@@ -65,6 +65,9 @@ class Printers {
   // A new document on the current printer. The operator knows it by its title; nobody
   // is told when one without a title fails later.
   virtual std::unique_ptr<PrintDocument> Begin(std::string_view title) = 0;
+  // One that is of no use later: when it is not printed, that is told, and it is in no
+  // outbox.
+  virtual std::unique_ptr<PrintDocument> BeginTrial(std::string_view title) { return Begin(title); }
   // Sends bytes as they are to the current printer, as one document. Nobody is told
   // when they fail later.
   virtual void SendRaw(std::string_view bytes) = 0;

@@ -3,6 +3,7 @@
 #include "base/date_time.h"
 #include "base/mask.h"
 #include "base/text.h"
+#include "data/archived.h"
 #include "data/sales_in_progress.h"
 #include "data/statements.h"
 #include "output/sales_ticket.h"
@@ -108,7 +109,10 @@ void FrmTpvDiarioVentas::Run() {
     return;
   }
   listed_ = Finishes(caption, [this](ui::LongWork& work) { Read(work); });
-  if (!listed_) Forget();
+  if (!listed_) return Forget();
+  const std::string archived =
+      ArchivedSince(Database(), ParseDayFirst(Text1[5].text), context().ports.clock.Now());
+  if (!archived.empty()) Refuse(archived, &cmdInforme, Icon::Information);
 }
 
 // Of a search that was given up on the way nothing stays.
@@ -131,9 +135,7 @@ void FrmTpvDiarioVentas::Read(ui::LongWork& work) {
 }
 
 void FrmTpvDiarioVentas::ShowSalesTotals(const std::string& days) {
-  ShowSold(Text1, ReadSold(Database(), days, [this](double amount, double rate) {
-             return toolkit().Redondear(amount * (rate / 100), 2);
-           }));
+  ShowSold(Text1, ReadSold(Database(), days, LineTaxBy(toolkit())));
 }
 
 void FrmTpvDiarioVentas::ShowCollectionTotals(const std::string& days) {

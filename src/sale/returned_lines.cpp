@@ -3,6 +3,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "data/archived.h"
 #include "data/sql_text.h"
 #include "platform/database.h"
 #include "sale/returns_screen.h"
@@ -32,7 +33,12 @@ void FrmTpvDevoluciones::FindSale() {
   if (!number) return Refuse("No ha informado del número de la venta", &Text1[11]);
   const std::string reference = (series.empty() ? "" : series + "/") + std::to_string(*number);
   const std::int32_t sale = TicketByNumber(Database(), series, *number);
-  if (sale == 0) return Refuse("No existe la venta " + reference, &Text1[11]);
+  if (sale == 0) {
+    const std::string archive = ArchiveOfTicket(Database(), series, *number);
+    return Refuse(archive.empty() ? "No existe la venta " + reference
+                                  : "La venta " + reference + " no está en la tienda: " + archive,
+                  &Text1[11]);
+  }
   if (sale == context().IdAlbaran) {
     return Refuse("La venta " + reference + " es la devolución en curso", &Text1[11]);
   }

@@ -1,11 +1,16 @@
 #include "screen/sold_totals.h"
 
 #include "base/mask.h"
+#include "context/form_toolkit.h"
 #include "data/statements.h"
 #include "platform/database.h"
 #include "platform/pulse.h"
 
 namespace tpv {
+
+LineTax LineTaxBy(const FormToolkit& toolkit) {
+  return [&toolkit](double amount, double rate) { return toolkit.Redondear(amount * (rate / 100), 2); };
+}
 
 SoldTotals ReadSold(Connection& connection, const std::string& days, const LineTax& tax_of) {
   SoldTotals sold;

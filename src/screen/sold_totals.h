@@ -9,6 +9,7 @@
 namespace tpv {
 
 class Connection;
+class FormToolkit;
 
 // Euros.
 struct SoldTotals {
@@ -19,6 +20,9 @@ struct SoldTotals {
 
 // The tax in euros of a line's amount without tax, at a rate in percent.
 using LineTax = std::function<double(double amount, double rate)>;
+
+// To the cent as the suite rounds. The toolkit outlives it.
+LineTax LineTaxBy(const FormToolkit& toolkit);
 
 // Over all lines of tickets of those days (made by BetweenDays).
 SoldTotals ReadSold(Connection& connection, const std::string& days, const LineTax& tax);
