@@ -1,8 +1,8 @@
 # tpv_precompile(NAME [header…])
 #
 # Parses what most sources read once a build instead of once a source. Layers share one
-# such header; who names more, as windows and tests do, gets one of its own. Only release
-# builds do: the others prove that every source includes what it needs.
+# such header; who names more, as windows and tests do, gets one of its own. The debug preset
+# goes without: it proves that every source includes what it needs.
 set(tpv_common_headers <algorithm> <chrono> <cmath> <cstdint> <filesystem> <fstream> <functional> <map> <memory>
                        <optional> <set> <sstream> <stdexcept> <string> <string_view> <thread> <utility> <vector>)
 

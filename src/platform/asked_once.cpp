@@ -8,17 +8,21 @@ namespace tpv {
 
 namespace {
 
-constexpr long kMostRows = 64;  // longer lists are read as they come
+constexpr std::size_t kMostRows = 64;  // what is behind them is read as it comes
 
 }  // namespace
 
 class AskedOnce::Repeated : public Recordset {
  public:
-  explicit Repeated(std::shared_ptr<const Answer> answer) : answer_(std::move(answer)) {}
+  // `rest` holds the rows behind the answer's; null when there are none.
+  explicit Repeated(std::shared_ptr<const Answer> answer, std::unique_ptr<Recordset> rest = nullptr)
+      : answer_(std::move(answer)), rest_(std::move(rest)) {}
 
   bool Bof() const override { return answer_->rows.empty(); }
-  bool Eof() const override { return at_ >= answer_->rows.size(); }
-  long RecordCount() const override { return static_cast<long>(answer_->rows.size()); }
+  bool Eof() const override { return !IsKept() && (rest_ == nullptr || rest_->Eof()); }
+  long RecordCount() const override {
+    return rest_ != nullptr ? rest_->RecordCount() : static_cast<long>(answer_->rows.size());
+  }
   std::size_t FieldCount() const override { return answer_->names.size(); }
   const std::string& FieldName(std::size_t index) const override {
     if (index >= FieldCount()) throw DatabaseError("No existe el campo " + std::to_string(index));
@@ -27,14 +31,26 @@ class AskedOnce::Repeated : public Recordset {
   Variant Field(std::size_t index) const override {
     const std::string& name = FieldName(index);
     if (Eof()) throw DatabaseError("No hay fila actual para leer «" + name + "»");
-    return answer_->rows[at_][index];
+    return IsKept() ? answer_->rows[at_][index] : rest_->Field(index);
   }
   Variant Field(std::string_view name) const override { return Field(IndexOf(name)); }
-  void MoveNext() override { at_ += Eof() ? 0 : 1; }
-  void Close() override { at_ = answer_->rows.size(); }
+  void MoveNext() override {
+    if (IsKept()) {
+      ++at_;
+    } else if (rest_ != nullptr) {
+      rest_->MoveNext();
+    }
+  }
+  void Close() override {
+    at_ = answer_->rows.size();
+    if (rest_ != nullptr) rest_->Close();
+  }
 
  private:
+  bool IsKept() const { return at_ < answer_->rows.size(); }
+
   std::shared_ptr<const Answer> answer_;
+  std::unique_ptr<Recordset> rest_;
   std::size_t at_ = 0;
 };
 
@@ -45,10 +61,10 @@ std::unique_ptr<Recordset> AskedOnce::Execute(std::string_view sql) {
   const auto known = answers_.find(sql);
   if (known != answers_.end()) return std::make_unique<Repeated>(known->second);
   auto rows = inner_->Execute(sql);
-  if (rows->RecordCount() < 0 || rows->RecordCount() > kMostRows) return rows;
   const auto answer = std::make_shared<Answer>();
   for (std::size_t i = 0; i < rows->FieldCount(); ++i) answer->names.push_back(rows->FieldName(i));
-  for (; !rows->Eof(); rows->MoveNext()) answer->rows.push_back(rows->Fields());
+  for (; !rows->Eof() && answer->rows.size() < kMostRows; rows->MoveNext()) answer->rows.push_back(rows->Fields());
+  if (!rows->Eof()) return std::make_unique<Repeated>(answer, std::move(rows));
   answers_.emplace(sql, answer);
   return std::make_unique<Repeated>(answer);
 }
