@@ -231,7 +231,7 @@ TEST(Dialect, RefusesWhatIsNestedOrChainedWithoutEnd) {
 TEST(ListsOfTickets, ComeByDateWithoutBeingSorted) {
   TestStore store;
   const sqlite::Handle engine = sqlite::OpenFile(store.path());
-  PendingTickets all{.with_name = true, .order = "ORDER BY Cav_Fecha"};
+  const PendingTickets all{true, true, "", "ORDER BY Cav_Fecha"};
   PendingTickets of_one = all;
   of_one.filter = OfCustomer(5);
   const std::string days = BetweenDays("01/11/2026", "30/11/2026");
