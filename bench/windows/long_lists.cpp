@@ -7,6 +7,7 @@
 
 #include "adapters/qt/search_dialog.h"
 #include "bench/windows/window_till.h"
+#include "host/demo/demonstration.h"
 #include "host/store.h"
 #include "suite/article_search.h"
 
