@@ -31,7 +31,10 @@ using Lines = std::vector<std::string>;
 class Archive : public testing::Test {
  protected:
   // Sales from January 2025 on, on credit too.
-  void MakeStore(std::uint64_t seed = 1) { MakeLargeStore(store, {2100, 690, 60, seed}, clock); }
+  void MakeStore(std::uint64_t seed = 1) {
+    clock.fixed = DateTime{2026, 11, 24, 10, 30};
+    MakeLargeStore(store, {2100, 690, 60, seed}, clock);
+  }
   std::unique_ptr<Connection> Open(const std::string& path) { return OpenExistingStore(path, clock, OpenMode::AsItIs); }
   ArchiveOrder Order(int year = 2026) const {
     ArchiveOrder order{store, ArchiveName(store, year), year};
@@ -202,7 +205,7 @@ TEST_F(Archive, IsLookedAtAndSellsNothing) {
   EXPECT_THROW(looking.store().BeginTrans(), DatabaseError);
   EXPECT_EQ(looking.Play("call zDiario\nenter Text1(5) 01/01/2025\nenter Text1(2) 28/02/2025\nclick cmdInforme\n"
                          "cellbutton DbgDiario 0 2\nmenu mnu01\nexpect documents 1\n"
-                         "cellbutton DbgDiario 0 2\nmenu mnu03\nanswer Yes\nanswer Yes\nanswer OK \"Error en la eliminación "
+                         "cellbutton DbgDiario 0 2\nmenu mnu03\nanswer Yes\nanswer Yes\nanswer Yes\nanswer OK \"Error en la eliminación "
                          "de ticketEste almacén es un archivo de años anteriores: se consulta, y no se vende ni se cambia "
                          "nada en él\"\ncellbutton DbgDiario 0 2\nmenu mnu02\nexpect screen frmTpv\nkey Esc\nclose\n"
                          "call zDiarioCaja\nenter Text1(9) 01/01/2025\nenter Text1(5) 28/02/2025\nclick cmdInforme\n"
