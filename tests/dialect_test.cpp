@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/dialect/translator.h"
 #include "adapters/sqlite/sqlite_connection.h"
@@ -231,6 +232,7 @@ TEST(Dialect, RefusesWhatIsNestedOrChainedWithoutEnd) {
 TEST(ListsOfTickets, ComeByDateWithoutBeingSorted) {
   TestStore store;
   const sqlite::Handle engine = sqlite::OpenFile(store.path());
+  RegisterFunctions(engine.get(), store.clock());
   const PendingTickets all{true, true, "", "ORDER BY Cav_Fecha"};
   PendingTickets of_one = all;
   of_one.filter = OfCustomer(5);

@@ -118,7 +118,6 @@ const std::string kPaid = kSale + "click cmdFinalizar\nclick cmdTicket\n";
 class Faults : public testing::Test {
  protected:
   Faults() : faults(OpenStore(path, Contents::Demonstration, clock)), till(faults, front_end, clock, 1) {
-    clock.fixed = DateTime{2026, 11, 25, 10, 30, 0, 0};
     till.component->context().Caja = 1;
     Sql("UPDATE Parametros SET Par_Impre = 2, Par_SerTicFac = 'FT', par_tpvemail = NULL");
   }
@@ -151,7 +150,7 @@ class Faults : public testing::Test {
   }
 
   TestFolder folder;
-  StepClock clock;
+  StepClock clock{DateTime{2026, 11, 25, 10, 30}};  // of the store too
   const std::string path = folder / "tienda.db";
   HeadlessFrontEnd front_end;
   scenario::HeadlessOperator hands{front_end};

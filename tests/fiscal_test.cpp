@@ -119,7 +119,6 @@ TEST(Off, ATillAsksNothingAboutRecords) {
 class Chain : public testing::Test {
  protected:
   Chain() : store(OpenStore(folder / "tienda.db", Contents::Demonstration, clock)) {
-    clock.fixed = DateTime{2026, 11, 24, 10, 30};
     able = MakeRecords(*store);
     for (int number = 1; able && number <= 5; ++number) Sell(number, number == 4 ? -10 : 10 * number);
   }
@@ -148,7 +147,7 @@ class Chain : public testing::Test {
   }
 
   TestFolder folder;
-  StepClock clock;
+  StepClock clock{DateTime{2026, 11, 24, 10, 30}};  // of the store too
   std::unique_ptr<Connection> store;
   const std::unique_ptr<Digest> digest = MakeDigest();
   bool able = false;

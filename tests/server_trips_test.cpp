@@ -86,7 +86,7 @@ TEST_F(ServerTrips, AreNoMoreThanByHand) {
                       "sql SELECT 'scan'\ntype 0121\nkey Enter\nsql SELECT 'checkout'\nkey Subtract\n"
                       "sql SELECT 'finish'\nclick cmdTicket\nsql SELECT 'close'\nclick cmdCierre\n"
                       "enter Text1(11) 2\nsql SELECT 'tills'\nclick cmdProceso\nsql SELECT 'figures'\n"
-                      "select ListView1 0\nenter Text1(4) 0\nfocus Check1\nkey Space\nsql SELECT 'closing'\n"
+                      "select ListView1 0\nenter Text1(4) 0\nclick Check1\nsql SELECT 'closing'\n"
                       "click cmdGrabar\nanswer Yes\nsql SELECT 'closed'"), "");
   EXPECT_EQ(Surplus("scan", kScan), "");
   EXPECT_EQ(Surplus("checkout", kCheckout), "");

@@ -156,6 +156,9 @@ class RecordingLabels : public LabelPress {
 // Stands still between commands when it was fixed; the machine's time otherwise.
 class StepClock : public Clock {
  public:
+  StepClock() = default;
+  explicit StepClock(const DateTime& moment) : fixed(moment) {}
+
   std::optional<DateTime> fixed;
 
   DateTime Now() const override;

@@ -19,7 +19,9 @@ ui::Key KeyOf(const Command& command) {
       {"F1", ui::Key::F1},       {"F4", ui::Key::F4},   {"F5", ui::Key::F5},      {"F8", ui::Key::F8},
       {"Add", ui::Key::Add},     {"Subtract", ui::Key::Subtract}, {"Up", ui::Key::Up},
       {"Down", ui::Key::Down},   {"Delete", ui::Key::Delete}};
-  return keys.find(command.Argument(0))->second;
+  const auto known = keys.find(command.Argument(0));
+  if (known == keys.end()) command.Fail("«" + command.Argument(0) + "» no es una tecla");
+  return known->second;
 }
 
 int RowOf(const Command& command, std::size_t argument) {
