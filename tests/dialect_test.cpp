@@ -8,9 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/dialect/scanner.h"
 #include "adapters/sqlite/dialect/translator.h"
+#include "adapters/sqlite/functions.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "adapters/sqlite/statement_cache.h"
 #include "base/number_text.h"
