@@ -84,9 +84,9 @@ class StoreMeasures {
                    {{}, [&] { direct.Closures(); }});
   }
   Row SearchMonth() {
-    return Invoicing({"a month's period invoicing (30,000 tickets), search", 1.5, 1.3}, false);
+    return Invoicing({"a month's period invoicing (30,000 tickets), search", 1.15, 1.15}, false);
   }
-  Row InvoiceMonth() { return Invoicing({"the same, search and invoice", 1.5, 1.3}, true); }
+  Row InvoiceMonth() { return Invoicing({"the same, search and invoice", 1.15, 1.15}, true); }
   Row Closing() { return CompareClosing(till_, store_, 10000, Runs(20)); }
   Row SaleScreen() {
     return Measure({"open the sale screen (model only)", 0, 1.2, 2000}, Runs(5),
