@@ -157,13 +157,14 @@ void CompareTickets(const Desk& desk, Mode mode, const Fault& fault) {
           "Cav_Id),0)) > 0.005)");
   Ask(desk.connection, fault, kNoTicketRecord,
       "SELECT Cav_Id FROM Cav WHERE Cav_Ticket = 1 AND Cav_Situa <> 2 AND " + SinceOn(desk, "Cav_Id", "Par_FisTicket") +
-          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav = Cav_Id AND Fis_IdFav IS NULL) AND NOT EXISTS (SELECT * FROM VentasEnCurso "
-          "WHERE Vec_IdCav = Cav_Id) AND EXISTS (SELECT * FROM Lav WHERE Lav_IdCav = Cav_Id)");
+          " AND NOT EXISTS (SELECT * FROM Fiscal WHERE Fis_IdCav = Cav_Id AND Fis_IdFav IS NULL) "
+          "AND NOT EXISTS (SELECT * FROM VentasEnCurso WHERE Vec_IdCav = Cav_Id) AND EXISTS (SELECT * FROM Lav WHERE Lav_IdCav = Cav_Id)");
 }
 
 void CompareInvoices(const Desk& desk, Mode mode, const Fault& fault) {
   Ask(desk.connection, fault, kOtherInvoice,
-      InForce("l.Fis_IdCav IS NULL AND l.Fis_IdFav = r.Fis_IdFav", "Fis_IdFav", "Fav ON Fav_Id = r.Fis_IdFav", mode) + SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
+      InForce("l.Fis_IdCav IS NULL AND l.Fis_IdFav = r.Fis_IdFav", "Fis_IdFav", "Fav ON Fav_Id = r.Fis_IdFav", mode) +
+          SinceOn(desk, "r.Fis_Id", "Par_FisRegistro") +
           " AND (Fav_Id IS NULL OR DATEDIFF(day, Fav_Fecha, r.Fis_Fecha) <> 0 OR ABS(r.Fis_Total - "
           "ISNULL(Fav_Total,0)) > 0.005)");
   Ask(desk.connection, fault, kNoInvoiceRecord,
@@ -190,7 +191,9 @@ std::int64_t CheckChain(const Desk& desk, const Fault& fault) {
   if (chain == nullptr) return 0;
   std::int64_t records = 0;
   if (!chain->Eof()) {
-    if (desk.digest == nullptr) throw DatabaseError("Este programa se construyó sin libcrypto: no puede comprobar los registros");
+    if (desk.digest == nullptr) {
+      throw DatabaseError("Este programa se construyó sin libcrypto: no puede comprobar los registros");
+    }
     ChainReader reader(*desk.digest, fault);
     reader.Read(*chain);
     records = reader.count();

@@ -87,7 +87,8 @@ bool IsNewNumber(const Desk& desk, const ChainEnd& end, Mode mode, const std::st
 std::vector<DocumentId> RegisteredOf(Connection& connection, Mode mode, std::int32_t invoice) {
   std::vector<DocumentId> tickets;
   const auto rows = connection.Execute(
-      "SELECT Fis_Numero, Fis_Fecha FROM Cav INNER JOIN Fiscal AS r ON r.Fis_IdCav = Cav_Id AND r.Fis_IdFav IS NULL WHERE Cav_IdFactura = " +
+      "SELECT Fis_Numero, Fis_Fecha FROM Cav INNER JOIN Fiscal AS r ON r.Fis_IdCav = Cav_Id AND r.Fis_IdFav IS NULL "
+      "WHERE Cav_IdFactura = " +
       Id(invoice) + " AND r.Fis_Modo = " + Id(static_cast<int>(mode)) +
       " AND r.Fis_Tipo <> 'AN' AND NOT EXISTS (SELECT * FROM Fiscal AS l WHERE l.Fis_IdCav = r.Fis_IdCav AND "
       "l.Fis_IdFav IS NULL AND l.Fis_Id > r.Fis_Id) ORDER BY r.Fis_Id");
