@@ -249,7 +249,8 @@ void RowsLayout::Place(const Line& line, const QRect& rect) const {
 void RowsLayout::setGeometry(const QRect& rect) {
   QLayout::setGeometry(rect);
   const QRect inside = rect.marginsRemoved(contentsMargins());
-  const auto& lines = LinesFor(inside.width());
+  // Its own copy: a widget that is given its place may ask for the layout at another width.
+  const std::vector<Line> lines = LinesFor(inside.width());
   int spare = std::max(0, rect.height() - LeastHeight(rect.width()));
   auto takers = std::count_if(lines.begin(), lines.end(), [](const Line& line) { return line.tall; });
   int y = inside.top();

@@ -47,9 +47,9 @@ void RowsModel::Tell(int row) {
   }
 }
 
-bool RowsModel::HasButton(int column) const {
+bool RowsModel::HasButton(int row, int column) const {
   return column >= 0 && column < columnCount() && columns_[column].cell_button &&
-         !source_.ReadOnly();
+         !source_.ReadOnly() && !source_.IsDetail(row);
 }
 
 int RowsModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
@@ -66,7 +66,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return QVariant::fromValue(AlignmentOf(columns_[index.column()].align));
     case kButtonRole:
-      return HasButton(index.column());
+      return HasButton(index.row(), index.column());
     case Qt::CheckStateRole:
       if (!source_.HasChecks() || index.column() != 0) return {};
       return source_.Checked(index.row()) ? Qt::Checked : Qt::Unchecked;

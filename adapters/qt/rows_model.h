@@ -28,6 +28,10 @@ class RowSource {
     const int at = list_.RowAt(row);
     return items_ != nullptr && at >= 0 && items_->items[static_cast<std::size_t>(at)].checked;
   }
+  bool IsDetail(int row) const {
+    const int at = list_.RowAt(row);
+    return at >= 0 && list_.IsDetail(at);
+  }
   bool ReadOnly() const { return grid_ != nullptr && grid_->read_only; }
 
  private:
@@ -45,7 +49,8 @@ class RowsModel : public QAbstractTableModel {
   bool Update();
   // A row shows something else.
   void Tell(int row);
-  bool HasButton(int column) const;
+  // A detail has none: it is a part of the row above it.
+  bool HasButton(int row, int column) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

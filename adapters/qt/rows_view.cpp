@@ -194,7 +194,7 @@ bool RowsView::Press(const QMouseEvent& event) {
     const bool on_check = source_.HasChecks() && index.column() == 0 && at.x() < cell.left() + kCheckWidth;
     if (on_check && !chooses) {
       engine.SetCheck(static_cast<ui::ListView&>(control), index.row(), !source_.Checked(index.row()));
-    } else if (!chooses && model_->HasButton(index.column()) && ButtonRect(cell).contains(at)) {
+    } else if (!chooses && model_->HasButton(index.row(), index.column()) && ButtonRect(cell).contains(at)) {
       engine.CellButton(static_cast<ui::Grid&>(control), index.row(), index.column());
     } else {
       engine.SelectRow(control, index.row());
@@ -257,7 +257,7 @@ QPoint RowsView::CheckPoint(int row) {
 }
 
 QPoint RowsView::ButtonPoint(int row, int column) {
-  if (row < 0 || row >= model_->rowCount() || !model_->HasButton(column)) return {};
+  if (row < 0 || row >= model_->rowCount() || !model_->HasButton(row, column)) return {};
   const QModelIndex index = model_->index(row, column);
   table_->scrollTo(index);
   return ButtonRect(table_->visualRect(index)).center();
