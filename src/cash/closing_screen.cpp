@@ -112,9 +112,9 @@ void FrmTpvCierreCaja::ShowFigures(const ClosingPeriod& period) {
   DbgDiario.Bind(*period.Collections(), {{"Fecha", "DD/MM/YYYY HH:MM", 0, Left, false, false},
                                          {"Vendedor", "", 3500, Left, false, false},
                                          {"Ticket", "", 1200, Left, false, false},
-                                         {"Importe", "#,##0.00", 1200, Right, false, false},
-                                         {"Metalico", "#,##0.00", 1200, Right, false, false},
-                                         {"Tarjeta", "#,##0.00", 1000, Right, false, false},
+                                         {"Importe", "#,##0.00", 1200, Right, false, false, true},
+                                         {"Metalico", "#,##0.00", 1200, Right, false, false, true},
+                                         {"Tarjeta", "#,##0.00", 1000, Right, false, false, true},
                                          {"Id", "", 0, Right, true, false}});
 }
 

@@ -42,8 +42,8 @@ void FrmTpvMovCaja::DeclareLayout() {
   ListView1.layout = {{"Numero", "", 1200, Left, false, false},
                       {"Fecha", "", 1700, Left, false, false},
                       {"Vendedor", "", 3000, Left, false, false},
-                      {"Importe", "", 1200, Right, false, false},
-                      {"Pendiente", "", 1200, Right, false, false}};
+                      {"Importe", "", 1200, Right, false, false, true},
+                      {"Pendiente", "", 1200, Right, false, false, true}};
   Frame1.Rows({{&Check1, &Text1[21], &Text1[20], &Text1[0], &Text1[1]}, {&Option1_0, &Option1_1}});
   frmCobros.Rows({{&Text1[2], &Text1[5], &Text1[15]},
                   {&Text1[13], &Option3, &Option4, &Check2},

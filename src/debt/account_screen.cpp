@@ -43,9 +43,10 @@ FrmTpvCuenta::FrmTpvCuenta(Context& ctx, std::int32_t customer_id, const std::st
   using enum ui::Align;
   ListView1.layout = {{"Fecha", "DD/MM/YYYY HH:MM", 1500, Left, false, false},
                       {"Concepto", "", 4500, Left, false, false},
-                      {"Ventas", kAmountMask, 1200, Right, false, false},
-                      {"Cobros", kAmountMask, 1200, Right, false, false},
+                      {"Ventas", kAmountMask, 1200, Right, false, false, true},
+                      {"Cobros", kAmountMask, 1200, Right, false, false, true},
                       {"Saldo", kAmountMask, 1200, Right, false, false}};
+  Frame2.caption = "Ventas y cobros de " + code + " " + customer;
   lblTotales.large = true;
   cmdInforme.emphasis = ui::Emphasis::Strong;
   Frame1.Rows({{&Text1[9], &Text1[4]}, {&Text1[5], &Text1[2], &cmdInforme, &cmdPdf, &cmdSalir}});

@@ -24,7 +24,7 @@ class FrmTpvCuenta : public Screen {
   void MakeReport();
 
   ui::Frame Frame1{*this, "Frame1", "Cuenta del cliente"};
-  ui::Frame Frame2{*this, "Frame2", "Ventas y cobros"};
+  ui::Frame Frame2{*this, "Frame2"};
   ui::Button cmdInforme{*this, "cmdInforme", "&Buscar registros"};
   ui::Button cmdPdf{*this, "cmdPdf", "Extracto en &PDF"};
   ui::Button cmdSalir{*this, "cmdSalir", "&Salir"};

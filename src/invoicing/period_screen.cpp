@@ -95,7 +95,7 @@ void FrmTpvFacturas::ShowTickets() {
                             {"Caja", "", 600, Centre, false, false},
                             {"Vendedor", "", 1200, Centre, false, false},
                             {"Cliente", "", 4200, Left, false, false},
-                            {"Ventas", "#,##0.00", 1100, Right, false, false}});
+                            {"Ventas", "#,##0.00", 1100, Right, false, false, true}});
 }
 
 TicketInvoice FrmTpvFacturas::InvoiceTo(const CustomerRecord& customer,

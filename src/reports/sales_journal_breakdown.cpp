@@ -74,9 +74,9 @@ void FillTotals(ui::Grid& totals, const ui::Grid& tickets, const ui::Grid& colle
   totals.Clear();
   totals.fields = {"Nombre", "Numero", "Ventas", "Metalico", "Tarjeta", "Descuento"};
   totals.layout = {{std::string(grouping.caption), "", 2400, Left, false, false},
-                   {"Numero", "#,##0", 900, Right, false, false}};
+                   {"Numero", "#,##0", 900, Right, false, false, true}};
   for (const char* amount : {"Ventas", "Metalico", "Tarjeta", "Descuento"}) {
-    totals.layout.push_back({amount, "#,##0.00", 1200, Right, false, false});
+    totals.layout.push_back({amount, "#,##0.00", 1200, Right, false, false, true});
   }
   for (const auto& [code, sums] : by_code) {
     totals.rows.push_back({Variant(grouping.name(code)), Variant(sums.sales), Variant(sums.amount),

@@ -193,7 +193,7 @@ void FrmTpvDiarioVentas::ShowDeleted(const std::string& days) {
                     {"Vendedor", "", 1800, Left, false, false},
                     {"Venta del", "DD/MM/YYYY HH:MM", 1500, Centre, false, false},
                     {"Caja", "", 600, Centre, false, false},
-                    {"Importe", kAmountMask, 1000, Right, false, false},
+                    {"Importe", kAmountMask, 1000, Right, false, false, true},
                     {"Lineas", "", 4500, Left, false, false}});
 }
 

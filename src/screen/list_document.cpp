@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/mask.h"
+#include "base/number_text.h"
 #include "base/rounding.h"
 #include "base/text.h"
 
@@ -30,14 +31,21 @@ std::string SpreadsheetCell(const ui::List& list, int row, int column) {
   return amount ? ReplaceAll(list.Cell(row, column), ".", "") : list.Cell(row, column);
 }
 
-double SumOf(const ui::List& list, int column) {
+// A list view has nothing but its texts.
+double AmountIn(const ui::List& list, int row, int column) {
+  const Variant* value = list.Content(row, column);
+  if (value == nullptr) return NumberOrZero(list.Cell(row, column));
+  return value->IsNumber() ? value->ToDouble() : 0;
+}
+
+std::string SumOf(const ui::List& list, int column) {
   double sum = 0;
   for (int place = 0; place < list.ShownCount(); ++place) {
     const int row = list.RowAt(place);
-    const Variant* value = list.Content(row, column);
-    if (value != nullptr && value->IsNumber() && !list.IsDetail(row)) sum += value->ToDouble();
+    if (!list.IsDetail(row)) sum += AmountIn(list, row, column);
   }
-  return RoundHalfAway(sum, 2);
+  const std::string& mask = Layout(list, column).mask;
+  return FormatNumber(RoundHalfAway(sum, 2), mask.empty() ? "#,##0.00" : mask);
 }
 
 // What a field says of what is listed; "" for one that says nothing.
@@ -76,7 +84,7 @@ void AddSums(const ui::List& list, const std::vector<int>& columns, ReportTable&
   for (const int column : columns) {
     const bool adds = Layout(list, column).adds_up;
     any = any || adds;
-    sums.cells.push_back(adds ? FormatNumber(SumOf(list, column), "#,##0.00") : std::string());
+    sums.cells.push_back(adds ? SumOf(list, column) : std::string());
   }
   if (!any) return;
   if (sums.cells.front().empty()) sums.cells.front() = "Total";
@@ -130,7 +138,8 @@ Report ReportOf(const ui::List& list, const DateTime& now) {
   Report report;
   report.title = TitleOf(list);
   report.left = Asked(list);
-  report.right = {ToDayFirstSeconds(now), std::to_string(list.ShownCount()) + " filas"};
+  const int rows = list.ShownCount();
+  report.right = {ToDayFirstSeconds(now), std::to_string(rows) + (rows == 1 ? " fila" : " filas")};
   report.tables = {std::move(table)};
   return report;
 }
