@@ -25,7 +25,8 @@ Board ReadOneState(Connection& connection, const Periods& periods, const LineTax
   board.pending = ReadPending(connection, today);
   board.shortages = ReadShortages(connection, board.now, periods.now.Count(), kSoon, kMostShortages);
   board.sellers = AgentNames(connection);
-  std::vector<std::int32_t> named = Greatest(ArticleAmounts(board.now));
+  std::vector<std::int32_t> named;
+  for (const Amount& amount : Greatest(ArticleAmounts(board.now))) named.push_back(amount.id);
   for (const Shortage& shortage : board.shortages) named.push_back(shortage.article);
   board.articles = ArticleNames(connection, named);
   return board;

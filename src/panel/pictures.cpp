@@ -32,12 +32,12 @@ ChartData Ranking(std::string caption, const Amounts& now, const Amounts& before
   double rest_now = Sum(now);
   double rest_before = Sum(before);
   std::size_t named_before = 0;
-  for (const std::int32_t id : Greatest(now)) {
-    const auto found = before.find(id);
-    const double amount_before = found != before.end() ? found->second : 0;
-    named_before += found != before.end();
-    AddValues(chart, name(id), now.at(id), amount_before);
-    rest_now -= now.at(id);
+  for (const Amount& amount : Greatest(now)) {
+    const Amount* same = Find(before, amount.id);
+    const double amount_before = same != nullptr ? same->euros : 0;
+    named_before += same != nullptr;
+    AddValues(chart, name(amount.id), amount.euros, amount_before);
+    rest_now -= amount.euros;
     rest_before -= amount_before;
   }
   const bool others = now.size() > chart.labels.size() || before.size() > named_before;

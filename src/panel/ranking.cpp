@@ -14,30 +14,35 @@ constexpr std::size_t kMostNames = 10;
 }  // namespace
 
 Amounts InEuros(const std::map<std::int32_t, Cents>& cents) {
-  Amounts euros;
-  for (const auto& [id, amount] : cents) euros[id] = Euros(amount);
-  return euros;
+  Amounts amounts;
+  for (const auto& [id, amount] : cents) amounts.push_back({id, Euros(amount)});
+  return amounts;
 }
 
 Amounts ArticleAmounts(const Sums& sums) {
-  Amounts euros;
-  for (const auto& [article, of_article] : sums.by_article) euros[article] = FromMicros(of_article.sold);
-  return euros;
+  Amounts amounts;
+  amounts.reserve(sums.by_article.size());
+  for (const SoldArticle& sold : sums.by_article) amounts.push_back({sold.article, FromMicros(sold.sold)});
+  return amounts;
 }
 
 double Sum(const Amounts& amounts) {
   return std::accumulate(amounts.begin(), amounts.end(), 0.0,
-                         [](double sum, const auto& amount) { return sum + amount.second; });
+                         [](double sum, const Amount& amount) { return sum + amount.euros; });
 }
 
-std::vector<std::int32_t> Greatest(const Amounts& amounts) {
-  std::vector<std::pair<std::int32_t, double>> order(std::min(kMostNames, amounts.size()));
-  std::partial_sort_copy(amounts.begin(), amounts.end(), order.begin(), order.end(), [](auto one, auto other) {
-    return std::pair(-one.second, one.first) < std::pair(-other.second, other.first);
-  });
-  std::vector<std::int32_t> ids;
-  for (const auto& [id, amount] : order) ids.push_back(id);
-  return ids;
+const Amount* Find(const Amounts& amounts, std::int32_t id) {
+  const auto found = std::find_if(amounts.begin(), amounts.end(), [&](const Amount& amount) { return amount.id == id; });
+  return found == amounts.end() ? nullptr : &*found;
+}
+
+Amounts Greatest(const Amounts& amounts) {
+  Amounts greatest(std::min(kMostNames, amounts.size()));
+  std::partial_sort_copy(amounts.begin(), amounts.end(), greatest.begin(), greatest.end(),
+                         [](const Amount& one, const Amount& other) {
+                           return std::pair(-one.euros, one.id) < std::pair(-other.euros, other.id);
+                         });
+  return greatest;
 }
 
 }  // namespace tpv::panel

@@ -9,13 +9,18 @@
 
 namespace tpv::panel {
 
-using Amounts = std::map<std::int32_t, double>;  // euros by id
+struct Amount {
+  std::int32_t id = 0;
+  double euros = 0;
+};
+using Amounts = std::vector<Amount>;  // each id once, in no order
 
 Amounts InEuros(const std::map<std::int32_t, Cents>& cents);
 Amounts ArticleAmounts(const Sums& sums);
 double Sum(const Amounts& amounts);
+const Amount* Find(const Amounts& amounts, std::int32_t id);  // null for none
 
 // The greatest first, as many as a chart names.
-std::vector<std::int32_t> Greatest(const Amounts& amounts);
+Amounts Greatest(const Amounts& amounts);
 
 }  // namespace tpv::panel

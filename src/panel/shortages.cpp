@@ -33,15 +33,15 @@ void ForRowsOf(Connection& connection, const std::vector<std::int32_t>& ids, con
 std::vector<Shortage> ReadShortages(Connection& connection, const Sums& sums, std::int64_t days_of_period,
                                     double within, std::size_t most) {
   std::vector<std::int32_t> sold;
-  for (const auto& [article, of_article] : sums.by_article) {
-    if (article != 0 && of_article.units > 0) sold.push_back(article);
+  for (const SoldArticle& of_article : sums.by_article) {
+    if (of_article.article != 0 && of_article.units > 0) sold.push_back(of_article.article);
   }
   std::sort(sold.begin(), sold.end());
   std::vector<Shortage> shortages;
   ForRowsOf(connection, sold, "SELECT exis_idart, SUM(exis_uni) FROM Exis WHERE exis_idart",
             " GROUP BY exis_idart", [&](Recordset& row) {
               const std::int32_t article = row.Field(0).ToInt32();
-              const double pace = sums.by_article.at(article).units / static_cast<double>(days_of_period);
+              const double pace = sums.by_article.Find(article)->units / static_cast<double>(days_of_period);
               const double days = std::max(row.Field(1).NumberOr(0), 0.0) / pace;
               if (days < within) shortages.push_back({article, days});
             });

@@ -16,7 +16,7 @@ void Sums::Add(const TicketGroup& group) {
 void Sums::Add(const LineGroup& group, const LineTax& tax_of) {
   const Micros with_tax = ToMicros(group.amount) + ToMicros(tax_of(group.amount, group.rate));
   const Micros of_lines = with_tax * group.lines;
-  SoldArticle& article = by_article[group.article];
+  SoldArticle& article = by_article.Of(group.article);
   article.sold += of_lines;
   article.units += group.units;
   by_rate[group.rate] += of_lines;
@@ -32,11 +32,7 @@ Sums& Sums::operator+=(const Sums& more) {
   add(by_till, more.by_till);
   add(by_rate, more.by_rate);
   for (std::size_t hour = 0; hour < by_hour.size(); ++hour) by_hour[hour] += more.by_hour[hour];
-  for (const auto& [article, of_article] : more.by_article) {
-    SoldArticle& sum = by_article[article];
-    sum.sold += of_article.sold;
-    sum.units += of_article.units;
-  }
+  by_article += more.by_article;
   tickets += more.tickets;
   sold += more.sold;
   returned += more.returned;

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 #include <map>
-#include <unordered_map>
 
+#include "panel/article_sums.h"
 #include "panel/period.h"
 #include "screen/sold_totals.h"
 
@@ -16,14 +16,6 @@ class Connection;
 namespace tpv::panel {
 
 using Cents = std::int64_t;
-// Millionths of a euro: lines may have more decimals than cents.
-using Micros = std::int64_t;
-
-struct SoldArticle {
-  Micros sold = 0;  // with tax
-  double units = 0;
-  bool operator==(const SoldArticle&) const = default;
-};
 
 // Tickets of one hour, till and seller, by their numbers; 0 for none.
 struct TicketGroup {
@@ -53,9 +45,8 @@ struct Sums {
   long tickets = 0;  // with lines
   Cents sold = 0;
 
-  // Lines, each with its tax to the cent as the journal totals them. Article by its id, 0 for
-  // none; rate in percent.
-  std::unordered_map<std::int32_t, SoldArticle> by_article;
+  // Lines, each with its tax to the cent as the journal totals them; rate in percent.
+  ArticleSums by_article;
   std::map<double, Micros> by_rate;
   Micros returned = 0;  // what was taken back: negative
 

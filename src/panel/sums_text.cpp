@@ -74,7 +74,7 @@ std::string ToText(const Sums& sums) {
   for (const auto& [day, cents] : sums.by_day) writer << day.year << day.month << day.day << cents;
   for (const Cents cents : sums.by_hour) writer << cents;
   writer << sums.by_seller << sums.by_till << sums.by_rate << sums.by_article.size();
-  for (const auto& [article, of_article] : sums.by_article) writer << article << of_article.sold << of_article.units;
+  for (const SoldArticle& sold : sums.by_article) writer << sold.article << sold.sold << sold.units;
   writer << kEnd;
   return writer.Take();
 }
@@ -102,9 +102,9 @@ std::optional<Sums> SumsFrom(std::string_view text) {
   reader >> sums.by_seller >> sums.by_till >> sums.by_rate;
   reader.ForEach([&] {
     std::int32_t article = 0;
-    SoldArticle of_article;
-    reader >> article >> of_article.sold >> of_article.units;
-    sums.by_article[article] = of_article;
+    reader >> article;
+    SoldArticle& sold = sums.by_article.Of(article);
+    reader >> sold.sold >> sold.units;
   });
   std::int64_t end = 0;
   reader >> end;
