@@ -15,13 +15,15 @@
 #include "adapters/sqlite/new_store.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "adapters/sqlite/store_upgrade.h"
-#include "bench/harness.h"
+#include "bench/records.h"
 #include "data/schema.h"
 #include "host/backup.h"
 #include "host/demo/demonstration.h"
+#include "host/fiscal_check.h"
 #include "host/store.h"
 #include "host/store_check.h"
 #include "platform/clock.h"
+#include "tests/fiscal_ground.h"
 
 namespace tpv::bench {
 
@@ -131,6 +133,10 @@ void MakeDecade(const std::string& path, const DecadeSize& size) {
   }
   store.Keep();
   std::filesystem::remove(part);
+  SqliteConnection connection(path, clock);
+  connection.SetSynchronous(false);
+  MakeRecords(connection);
+  RecordAllTickets(connection);
 }
 
 void PrintUpkeep(const std::string& path) {
@@ -139,11 +145,16 @@ void PrintUpkeep(const std::string& path) {
     std::printf("| %s | %.1f %s |\n", what, value, unit);
   };
   std::printf("| to look after it | |\n|---|---|\n");
-  line("its file", static_cast<double>(std::filesystem::file_size(path)) / 1e9, "GB");
+  line("its file, with a record of each ticket", static_cast<double>(std::filesystem::file_size(path)) / 1e9, "GB");
   line("store check", Seconds([&] {
          SqliteConnection connection(path, clock, OpenMode::AsItIs);
          const auto findings = CheckStore(connection);
          if (AnyBroken(findings)) throw std::runtime_error(FindingsText(findings));
+       }) / 60, "min");
+  line("fiscal check", Seconds([&] {
+         SqliteConnection connection(path, clock, OpenMode::AsItIs);
+         const FiscalCheck check = CheckFiscal(connection);
+         if (AnyBroken(check.findings)) throw std::runtime_error(FindingsText(check.findings));
        }) / 60, "min");
   line("a safety copy, checked and compressed", Seconds([&] {
          const TemporaryFolder folder(std::filesystem::current_path());

@@ -1,8 +1,11 @@
 #include "bench/ground.h"
 
+#include "bench/direct_store.h"
+
 namespace tpv::bench {
 
-void AddCommonGround(DirectStore& store) {
+void AddCommonGround(const std::string& path, const Clock& clock) {
+  DirectStore store(path, clock);
   store.Run("BEGIN IMMEDIATE");
   Prepared tickets(
       store,

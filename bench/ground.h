@@ -2,7 +2,9 @@
 // comparable; far before the sales that the store was filled with.
 #pragma once
 
-#include "bench/direct_store.h"
+#include <string>
+
+#include "platform/clock.h"
 
 namespace tpv::bench {
 
@@ -13,6 +15,6 @@ inline constexpr const char* kClosuresTo = "1990-12-31";
 
 // Open tickets of five lines until there are 5,000 in all, and the closures of a
 // year of three tills.
-void AddCommonGround(DirectStore& store);
+void AddCommonGround(const std::string& path, const Clock& clock);
 
 }  // namespace tpv::bench

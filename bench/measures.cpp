@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <stdexcept>
 
 #include "adapters/sqlite/dialect/scanner.h"
@@ -13,8 +14,8 @@
 #include "bench/direct_till.h"
 #include "bench/ground.h"
 #include "bench/office.h"
+#include "bench/records.h"
 #include "bench/ten_line_sales.h"
-#include "fiscal/issuing.h"
 #include "host/fiscal_check.h"
 #include "host/store.h"
 #include "tests/fiscal_ground.h"
@@ -114,13 +115,11 @@ class StoreMeasures {
   // A million in 20 seconds.
   Row CheckRecords() {
     constexpr double kMicrosecondsEach = 20;
-    connection_.Execute("UPDATE Parametros SET Par_Fiscal = 1, Par_FisTicket = 0");
-    RegisterTickets();
+    RecordAllTickets(connection_);
     const auto records = static_cast<double>(CheckFiscal(connection_).records);
     Row row = Measure({"check of the invoice records", 0, 1.3, kMicrosecondsEach * records}, 3,
                       {{}, [this] { CheckFiscal(connection_); }});
     row.items = records;
-    connection_.Execute("UPDATE Parametros SET Par_Fiscal = 0");
     return row;
   }
 
@@ -155,17 +154,6 @@ class StoreMeasures {
     sales_.End();
     direct_sales_.End();
     return row;
-  }
-
-  void RegisterTickets() {
-    const auto digest = MakeDigest();
-    const auto desk = fiscal::DeskOf(connection_, digest.get());
-    std::vector<std::int32_t> tickets;
-    const auto rows = connection_.Execute("SELECT Cav_Id FROM Cav WHERE Cav_Ticket = 1 AND Cav_Situa = 1");
-    for (; !rows->Eof(); rows->MoveNext()) tickets.push_back(rows->Field(0).ToInt32());
-    Transaction transaction(connection_);
-    for (const std::int32_t ticket : tickets) fiscal::RecordTicket(desk, ticket);
-    transaction.Commit();
   }
 
   // From so many days ago to so many.
@@ -270,14 +258,6 @@ bool GoesThroughAll(Row (StoreMeasures::*row)()) {
          row == &StoreMeasures::FinishRecorded || row == &StoreMeasures::CheckRecords;
 }
 
-std::unique_ptr<StoreMeasures> On(const std::string& path, const LargeStore& size, int runs) {
-  {
-    const StepClock clock;
-    DirectStore direct(path, clock);
-    AddCommonGround(direct);
-  }
-  return std::make_unique<StoreMeasures>(path, size, runs);
-}
 
 LargeStore Sized(int tickets, int articles) {
   return {tickets, std::max(1, tickets / kTicketsADay), articles, 1};
@@ -285,8 +265,10 @@ LargeStore Sized(int tickets, int articles) {
 
 std::unique_ptr<StoreMeasures> Prepare(const StoreSize& store, int articles, int runs) {
   const LargeStore size = Sized(store.tickets, articles);
-  MakeLargeStore(store.path, size, StepClock());
-  return On(store.path, size, runs);
+  const StepClock clock;
+  MakeLargeStore(store.path, size, clock);
+  AddCommonGround(store.path, clock);
+  return std::make_unique<StoreMeasures>(store.path, size, runs);
 }
 
 }  // namespace
@@ -308,10 +290,13 @@ void MeasureStores(const StoreSize& small, const StoreSize& large, int articles,
 }
 
 void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs) {
-  MakeDecade(path, size);
-  PrintUpkeep(path);
+  if (!std::filesystem::exists(path)) {
+    MakeDecade(path, size);
+    PrintUpkeep(path);
+    AddCommonGround(path, StepClock());
+  }
   const auto here = Prepare(small, size.articles, runs);
-  const auto there = On(path, Sized(size.tickets * size.parts, size.articles), runs);
+  const auto there = std::make_unique<StoreMeasures>(path, Sized(size.tickets * size.parts, size.articles), runs);
   std::vector<Row> small_rows;
   std::vector<Row> large_rows;
   for (const auto& [name, row] : kRows) {

@@ -22,7 +22,7 @@ struct StoreSize {
 void MeasureStores(const StoreSize& small, const StoreSize& large, int articles, int runs, const std::string& only);
 
 // The same on a store after ten years, without what goes through all its tickets one by
-// one, and what it takes to look after it.
+// one. One that is missing is made, and what it takes to look after it is measured first.
 void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs);
 
 }  // namespace tpv::bench
