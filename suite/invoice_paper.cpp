@@ -131,16 +131,18 @@ ReportTable InvoicePaper::Lines() {
     Pulse();
     const std::int32_t of_line = rows->Field(0).IntOr(0);
     if (table.rows.empty() || of_line != ticket) {
-      table.rows.push_back({{"", "Ticket " + rows->Field(1).TextOr("") + " del " +
-                             Format(rows->Field(2), "DD/MM/YYYY HH:MM"), "", "", "", "", ""}, true});
+      ReportRow& heading = table.rows.emplace_back();
+      heading.strong = true;
+      heading.cells.resize(table.columns.size());
+      heading.cells[1] =
+          "Ticket " + rows->Field(1).TextOr("") + " del " + Format(rows->Field(2), "DD/MM/YYYY HH:MM");
     }
     ticket = of_line;
-    ReportRow& line = table.rows.emplace_back();
-    line.cells = {rows->Field(3).TextOr(""), rows->Field(4).TextOr("")};
-    for (std::size_t amount = 5; amount <= 8; ++amount) {
-      line.cells.push_back(Euros(rows->Field(amount)));
-    }
-    line.cells.push_back(rows->Field(9).TextOr(""));
+    auto& cells = table.rows.emplace_back().cells;
+    cells.reserve(table.columns.size());
+    for (const std::size_t text : {3, 4}) cells.push_back(rows->Field(text).TextOr(""));
+    for (std::size_t amount = 5; amount <= 8; ++amount) cells.push_back(Euros(rows->Field(amount)));
+    cells.push_back(rows->Field(9).TextOr(""));
   }
   return table;
 }

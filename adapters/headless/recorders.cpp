@@ -187,7 +187,7 @@ MailResult RecordingMailer::Send(const Mail& mail) {
 
 void RecordingReports::Print(const Report& report, std::string_view) {
   if (failing) throw PrintError("La impresora no responde");
-  reports.push_back(report);
+  if (keeps) reports.push_back(report);
   if (on_report) on_report(report);
 }
 

@@ -103,6 +103,7 @@ class RecordingMailer : public Mailer {
 class RecordingReports : public ReportPress {
  public:
   std::vector<Report> reports;
+  bool keeps = true;  // false: what was printed is gone
   bool failing = false;
   std::function<void(const Report&)> on_report;
 
@@ -196,6 +197,7 @@ class RecordingConnection : public Connection {
   void BeginSnapshot() override { inner_->BeginSnapshot(); }
   void EndSnapshot() noexcept override { inner_->EndSnapshot(); }
   bool KeepsLists() const override { return inner_->KeepsLists(); }
+  std::optional<std::uint64_t> ChangeMark() override { return inner_->ChangeMark(); }
   MonthMemory* Months() override { return inner_->Months(); }
 
  private:

@@ -26,13 +26,15 @@ struct sqlite::Control {
         begin_writing(handle, "BEGIN IMMEDIATE"),
         commit(handle, "COMMIT"),
         rollback(handle, "ROLLBACK"),
-        version(handle, "PRAGMA main.user_version") {}
+        version(handle, "PRAGMA main.user_version"),
+        data_version(handle, "PRAGMA main.data_version") {}
 
   ControlStatement begin_reading;
   ControlStatement begin_writing;
   ControlStatement commit;
   ControlStatement rollback;
   ControlStatement version;
+  ControlStatement data_version;  // the engine's count of what others committed
 };
 
 namespace {
@@ -299,6 +301,13 @@ void SqliteConnection::RollbackTrans() {
 void SqliteConnection::EndTrans() {
   in_transaction_ = false;
   turns_->Leave();
+}
+
+// The engine tells what others have stored, and counts the rows that were changed here.
+std::optional<std::uint64_t> SqliteConnection::ChangeMark() {
+  const auto others = static_cast<std::uint32_t>(control_->data_version.Value());
+  const auto own = static_cast<std::uint32_t>(sqlite3_total_changes64(handle_.get()));
+  return std::uint64_t{others} << 32 | own;
 }
 
 MonthMemory* SqliteConnection::Months() {

@@ -48,6 +48,7 @@ class SqliteConnection : public Connection {
   void BeginSnapshot() override;
   void EndSnapshot() noexcept override;
   bool KeepsLists() const override { return true; }
+  std::optional<std::uint64_t> ChangeMark() override;
   MonthMemory* Months() override;
 
   bool IsArchive() const { return archive_; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 
 #include "base/number_text.h"
 #include "base/rounding.h"
@@ -53,47 +54,59 @@ NumberMask ReadNumberMask(std::string_view mask) {
   return result;
 }
 
-std::string Grouped(const std::string& digits) {
-  std::string result;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    if (i > 0 && (digits.size() - i) % 3 == 0) result += '.';
-    result += digits[i];
+// A number's digits as text, with a point before its decimals.
+class FixedText {
+ public:
+  // Of a size that has no more decimals than these.
+  FixedText(double size, int decimals) {
+    constexpr double kPowers[] = {1, 10, 100, 1000, 10000};
+    constexpr double kPlain = 1e9;  // below it the digits are a whole number's
+    if (decimals <= 4 && size < kPlain) {
+      Write(static_cast<std::uint64_t>(std::llround(size * kPowers[decimals])), decimals);
+    } else {
+      end_ = std::to_chars(text_, text_ + sizeof text_, size, std::chars_format::fixed, decimals).ptr;
+      point_ = decimals > 0 ? end_ - decimals - 1 : end_;
+    }
   }
-  return result;
+
+  std::string_view Whole() const { return {text_, point_}; }
+  std::string_view Decimals() const { return {point_ < end_ ? point_ + 1 : end_, end_}; }
+
+ private:
+  void Write(std::uint64_t digits, int decimals) {
+    if (decimals == 0) {
+      point_ = end_ = std::to_chars(text_, text_ + sizeof text_, digits).ptr;
+      return;
+    }
+    std::uint64_t power = 1;
+    for (int i = 0; i < decimals; ++i) power *= 10;
+    point_ = std::to_chars(text_, text_ + sizeof text_, digits / power).ptr;
+    *point_ = '.';
+    end_ = point_ + 1 + decimals;
+    std::uint64_t behind = digits % power;
+    for (char* at = end_; at != point_ + 1; behind /= 10) *--at = static_cast<char>('0' + behind % 10);
+  }
+
+  char text_[400];  // 309 digits and the decimals of the longest double
+  char* point_;
+  char* end_;
+};
+
+void AppendWhole(std::string& text, std::string_view digits, const NumberMask& mask) {
+  if (digits == "0") digits = {};
+  const std::size_t length = std::max(digits.size(), static_cast<std::size_t>(mask.whole_zeros));
+  for (std::size_t i = 0; i < length; ++i) {
+    const std::size_t behind = length - i;
+    if (mask.grouped && i > 0 && behind % 3 == 0) text += '.';
+    text += behind > digits.size() ? '0' : digits[digits.size() - behind];
+  }
 }
 
-// The text of a size that has no more decimals than these.
-std::string FixedText(double size, int decimals) {
-  constexpr double kPowers[] = {1, 10, 100, 1000, 10000};
-  constexpr double kPlain = 1e9;  // below it the digits are a whole number's
-  if (decimals <= 4 && size < kPlain) {
-    std::string digits = std::to_string(std::llround(size * kPowers[decimals]));
-    if (decimals == 0) return digits;
-    const auto least = static_cast<std::size_t>(decimals) + 1;
-    if (digits.size() < least) digits.insert(0, least - digits.size(), '0');
-    return digits.insert(digits.size() - static_cast<std::size_t>(decimals), 1, '.');
-  }
-  char text[400];  // 309 digits and the decimals of the longest double
-  const auto end =
-      std::to_chars(text, text + sizeof text, size, std::chars_format::fixed, decimals);
-  return std::string(text, end.ptr);
-}
-
-std::string WholePart(std::string digits, const NumberMask& mask) {
-  if (digits == "0") digits.clear();
-  const auto least = static_cast<std::size_t>(mask.whole_zeros);
-  if (digits.size() < least) digits.insert(0, least - digits.size(), '0');
-  return mask.grouped ? Grouped(digits) : digits;
-}
-
-// "," and the decimals that `point_and_digits` has and the mask keeps.
-std::string DecimalPart(std::string_view point_and_digits, const NumberMask& mask) {
-  const auto least = static_cast<std::size_t>(mask.decimal_zeros) + 1;
-  while (point_and_digits.size() > least && point_and_digits.back() == '0') {
-    point_and_digits.remove_suffix(1);
-  }
-  if (point_and_digits.size() < 2) return {};
-  return "," + std::string(point_and_digits.substr(1));
+// "," and the decimals that the mask keeps.
+void AppendDecimals(std::string& text, std::string_view digits, const NumberMask& mask) {
+  const auto least = static_cast<std::size_t>(mask.decimal_zeros);
+  while (digits.size() > least && digits.back() == '0') digits.remove_suffix(1);
+  if (!digits.empty()) text.append(1, ',').append(digits);
 }
 
 std::string DatePart(const DateTime& value, char part, std::size_t length) {
@@ -132,12 +145,12 @@ std::string FormatNumber(double value, std::string_view mask) {
   if (!std::isfinite(value)) return ToSpanish(value);
   const NumberMask parts = ReadNumberMask(mask);
   const double rounded = RoundHalfAway(value, parts.decimals);
-  const std::string digits = FixedText(std::fabs(rounded), parts.decimals);
-  const std::size_t point = std::min(digits.find('.'), digits.size());
-  const std::string whole = WholePart(digits.substr(0, point), parts);
-  const std::string decimals = DecimalPart(std::string_view(digits).substr(point), parts);
+  const FixedText digits(std::fabs(rounded), parts.decimals);
   std::string text = rounded < 0 ? "-" : "";
-  return text.append(parts.prefix).append(whole).append(decimals).append(parts.suffix);
+  text.append(parts.prefix);
+  AppendWhole(text, digits.Whole(), parts);
+  AppendDecimals(text, digits.Decimals(), parts);
+  return text.append(parts.suffix);
 }
 
 std::string FormatDate(const DateTime& value, std::string_view mask) {

@@ -61,14 +61,14 @@ void FrmTpvFacturas::Read(ui::LongWork& work) {
   work.Stage("Contando los tickets");
   const std::string days = BetweenDays(from_, to_);
   tickets_ = " WHERE Cav_fecha " + days + "AND Cav_Ticket = 1 AND Cav_Situa =1";
-  const std::int32_t newest_line = NewestLine(Database());
+  seen_ = AboutToSee(Database());
   const auto count = Database().Execute("SELECT COUNT(*) From Cav " + tickets_);
   Frame4.caption = SoldCountCaption(count->Field(0));
   work.Stage("Sumando las ventas");
   ShowTotals(days);
   work.Stage("Reuniendo los tickets");
   ShowTickets();
-  seen_ = SeenIn(DbgDiario, newest_line);
+  See(seen_, DbgDiario);
   cmdFacturar.enabled = !DbgDiario.rows.empty();
 }
 

@@ -15,6 +15,7 @@ namespace {
 constexpr double kHalfCent = 0.005;
 
 bool AreAsSeen(Connection& connection, const std::string& tickets, const SeenTickets& seen) {
+  if (seen.mark && seen.mark == connection.ChangeMark()) return true;
   const auto now = connection.Execute(
       "SELECT COUNT(*) AS Ventas, SUM(cast(Cav_Id as float)) AS Numeros, SUM(Importe) AS Importe, MAX(Ultima) AS Ultima "
       "FROM (SELECT Cav_Id, " + std::string(kAmountWithTax) + " AS Importe, MAX(Lav_Id) AS Ultima "
@@ -27,13 +28,14 @@ bool AreAsSeen(Connection& connection, const std::string& tickets, const SeenTic
 
 }  // namespace
 
-std::int32_t NewestLine(Connection& connection) {
-  return connection.Execute("SELECT MAX(Lav_Id) FROM Lav")->Field(0).IntOr(0);
+SeenTickets AboutToSee(Connection& connection) {
+  SeenTickets seen;
+  seen.mark = connection.ChangeMark();
+  seen.newest_line = connection.Execute("SELECT MAX(Lav_Id) FROM Lav")->Field(0).IntOr(0);
+  return seen;
 }
 
-SeenTickets SeenIn(const ui::Grid& list, std::int32_t newest_line) {
-  SeenTickets seen;
-  seen.newest_line = newest_line;
+void See(SeenTickets& seen, const ui::Grid& list) {
   const auto id = static_cast<std::size_t>(list.Column("Cav_Id"));
   const auto total = static_cast<std::size_t>(list.Column("total"));
   for (const auto& row : list.rows) {
@@ -41,7 +43,6 @@ SeenTickets SeenIn(const ui::Grid& list, std::int32_t newest_line) {
     seen.ids += row[id].NumberOr(0);
     seen.amount += row[total].NumberOr(0);
   }
-  return seen;
 }
 
 void RequireAsSeen(Connection& connection, const std::string& tickets, const SeenTickets& seen) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace tpv {
@@ -14,15 +15,17 @@ struct Grid;
 
 // What tells a list of tickets from another.
 struct SeenTickets {
-  std::int32_t newest_line = 0;  // of the store, before the list was read
+  std::optional<std::uint64_t> mark;  // the store's, before the list was read
+  std::int32_t newest_line = 0;       // and its newest then
   double count = 0;
   double ids = 0;     // their sum
   double amount = 0;  // euros, with tax
 };
 
-std::int32_t NewestLine(Connection& connection);
-// Of a list with the columns Cav_Id and total, read since the store had that newest line.
-SeenTickets SeenIn(const ui::Grid& list, std::int32_t newest_line);
+// What is to be noted before a list is read.
+SeenTickets AboutToSee(Connection& connection);
+// Adds the tickets of the list, which has the columns Cav_Id and total.
+void See(SeenTickets& seen, const ui::Grid& list);
 
 // Throws InvoiceRefused when a ticket or line of a condition on Cav (" WHERE …") has come,
 // gone or changed since the list was read, or when one of them is a sale in progress.

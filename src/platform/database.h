@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -96,6 +97,10 @@ class Connection {
   // Whether a short list that is read whole costs the store nothing until somebody changes
   // it (Recordset::RowsIdentity).
   virtual bool KeepsLists() const { return false; }
+
+  // Another number whenever anything in the store may have changed since, whoever changed
+  // it; nullopt where the store does not tell. Throws DatabaseError.
+  virtual std::optional<std::uint64_t> ChangeMark() { return std::nullopt; }
 
   // Where sums of whole months are kept; null where the store would not notice that they
   // no longer hold.
