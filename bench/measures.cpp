@@ -60,8 +60,10 @@ class StoreMeasures {
   }
   Row Pending() {
     DirectLists direct(store_, Day(1), Day(1));
-    return Compare({"pending list of all customers (5,000 open tickets)", 1.3, 1.3}, Runs(30),
-                   {{}, [this] { office_.Pending(); }}, {{}, [&] { direct.Pending(); }});
+    Row row = Compare({"pending list of all customers (5,000 open tickets or more)", 1.3, 1.3}, Runs(30),
+                      {{}, [this] { office_.Pending(); }}, {{}, [&] { direct.Pending(); }});
+    row.items = connection_.Execute("SELECT COUNT(*) FROM Cav WHERE Cav_Ticket = 1 AND Cav_Cobrado = 0")->Field(0).NumberOr(0);
+    return row;
   }
   Row DayJournal() {
     return Journal({"a day's sales journal (1,000 tickets), both grids", 1.3, 1.3}, 3, 3, 20);
@@ -293,6 +295,7 @@ void MeasureDecade(const StoreSize& small, const std::string& path, const Decade
   if (!std::filesystem::exists(path)) {
     MakeDecade(path, size);
     PrintUpkeep(path);
+    std::fflush(stdout);
     AddCommonGround(path, StepClock());
   }
   const auto here = Prepare(small, size.articles, runs);
