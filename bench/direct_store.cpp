@@ -16,7 +16,7 @@ DirectStore::DirectStore(const std::string& path, const Clock& clock) {
   Run("PRAGMA main.journal_mode = WAL");
   Run("PRAGMA synchronous = FULL");
   Run("PRAGMA temp_store = MEMORY");
-  Run("PRAGMA cache_size = -16384");
+  Run("PRAGMA cache_size = -24576");
   sqlite3_busy_timeout(handle_, 60000);  // its waiting is unfair: some wait for seconds
 }
 

@@ -31,7 +31,7 @@ struct Options {
   int articles = 100000;
   int runs = 1000;
   int seconds = 4;
-  std::string rows;  // of the screens; "" for all
+  std::string rows;  // that are measured; "" for all
   std::string in;    // where the decade's store is kept; "" for nowhere
 };
 
@@ -59,7 +59,7 @@ void Decade(const Options& options) {
   size.tickets = options.tickets;
   size.articles = options.articles;
   const std::string kept = options.in.empty() ? std::string(folder.path()) : options.in;
-  MeasureDecade({folder / "poco.db", options.small}, kept + "/diez.db", size, options.runs);
+  MeasureDecade({folder / "poco.db", options.small}, kept + "/diez.db", size, options.runs, options.rows);
 }
 
 void Screens(const Options& options) {

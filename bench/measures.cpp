@@ -265,6 +265,16 @@ LargeStore Sized(int tickets, int articles) {
   return {tickets, std::max(1, tickets / kTicketsADay), articles, 1};
 }
 
+// The rows so named, "search,closing"; all where none is.
+std::vector<NamedRow> Asked(const std::string& names) {
+  const std::vector<std::string> asked = Split(names, ",");
+  std::vector<NamedRow> rows;
+  for (const NamedRow& row : kRows) {
+    if (names.empty() || std::find(asked.begin(), asked.end(), row.name) != asked.end()) rows.push_back(row);
+  }
+  return rows;
+}
+
 std::unique_ptr<StoreMeasures> Prepare(const StoreSize& store, int articles, int runs) {
   const LargeStore size = Sized(store.tickets, articles);
   const StepClock clock;
@@ -280,9 +290,7 @@ void MeasureStores(const StoreSize& small, const StoreSize& large, int articles,
   const auto there = Prepare(large, articles, runs);
   std::vector<Row> small_rows;
   std::vector<Row> large_rows;
-  const std::vector<std::string> asked_for = Split(only, ",");
-  for (const auto& [name, row] : kRows) {
-    if (!only.empty() && std::find(asked_for.begin(), asked_for.end(), name) == asked_for.end()) continue;
+  for (const auto& [name, row] : Asked(only)) {
     small_rows.push_back((*here.*row)());
     large_rows.push_back((*there.*row)());
   }
@@ -291,7 +299,8 @@ void MeasureStores(const StoreSize& small, const StoreSize& large, int articles,
   Print(large_rows, small_rows);
 }
 
-void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs) {
+void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs,
+                   const std::string& only) {
   if (!std::filesystem::exists(path)) {
     MakeDecade(path, size);
     PrintUpkeep(path);
@@ -302,7 +311,7 @@ void MeasureDecade(const StoreSize& small, const std::string& path, const Decade
   const auto there = std::make_unique<StoreMeasures>(path, Sized(size.tickets * size.parts, size.articles), runs);
   std::vector<Row> small_rows;
   std::vector<Row> large_rows;
-  for (const auto& [name, row] : kRows) {
+  for (const auto& [name, row] : Asked(only)) {
     if (GoesThroughAll(row)) continue;
     small_rows.push_back((*here.*row)());
     large_rows.push_back((*there.*row)());

@@ -23,6 +23,7 @@ void MeasureStores(const StoreSize& small, const StoreSize& large, int articles,
 
 // The same on a store after ten years, without what goes through all its tickets one by
 // one. One that is missing is made, and what it takes to look after it is measured first.
-void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs);
+void MeasureDecade(const StoreSize& small, const std::string& path, const DecadeSize& size, int runs,
+                   const std::string& only);
 
 }  // namespace tpv::bench

@@ -122,7 +122,7 @@ double DesktopScale() {
 void SetTypeScale(double scale) { type_scale = std::clamp(scale, 1.0, 1.5); }
 
 QFont Type(int pixels) {
-  QFont font("Liberation Sans");  // or what the system has in its place
+  QFont font(kTillFont);  // or what the system has in its place
   font.setPixelSize(pixels > kLargeSize ? pixels : qRound(pixels * type_scale));
   font.setBold(pixels > kTextSize);
   font.setHintingPreference(QFont::PreferNoHinting);

@@ -29,6 +29,8 @@ inline const QColor kGood(0x9C, 0xE3, 0xB4);
 inline const QColor kMissing(0xFF, 0xD4, 0x79);
 }  // namespace colour
 
+inline constexpr const char* kTillFont = "Liberation Sans";
+
 // Type sizes in pixels of a screen at 100 %.
 inline constexpr int kLabelSize = 13;
 inline constexpr int kTextSize = 17;

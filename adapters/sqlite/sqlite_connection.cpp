@@ -98,7 +98,7 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
     RequireCurrent(handle_.get(), path);
   }
   if (copy_ || archive_) Run("PRAGMA query_only = ON");  // what is written to a copy would be lost
-  Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384;");
+  Run("PRAGMA trusted_schema = OFF; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -24576;");
   cache_ = std::make_unique<sqlite::StatementCache>(handle_.get());
   references_ = std::make_unique<sqlite::ReferenceRows>(handle_.get());
   control_ = std::make_unique<sqlite::Control>(handle_.get());

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "adapters/files/display.h"
+#include "adapters/qt/till_fonts.h"
 
 namespace tpv {
 
@@ -33,6 +34,7 @@ Application::Application() {
   if (!HasDisplay()) setenv("QT_QPA_PLATFORM", "offscreen", 0);
   const bool unseen = qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen";
   const QtMessageHandler usual = qInstallMessageHandler(EndWithoutWindows);
+  qt::UseTillFonts();
   application_ = std::make_unique<QApplication>(argc_, argv_);
   qInstallMessageHandler(unseen ? DropChatter : usual);
   QApplication::setApplicationDisplayName("Punto de venta");

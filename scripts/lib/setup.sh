@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
-build_packages=(g++ cmake ninja-build ccache libsqlite3-dev qt6-base-dev pkg-config libcairo2-dev
+build_packages=(g++ cmake ninja-build ccache libsqlite3-dev qt6-base-dev pkg-config libcairo2-dev libfontconfig-dev
   fonts-liberation libcurl4-openssl-dev libcsv-dev zlib1g-dev
   libssl-dev libxml2-dev libqrencode-dev)
 test_packages=(libgtest-dev nlohmann-json3-dev poppler-utils python3-aiosmtpd openssl dpkg-dev zbar-tools
