@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "adapters/files/document_folder.h"
+#include "adapters/files/pdf/fonts.h"
 #include "adapters/files/program.h"
 #include "component/zrtpve.h"
 #include "host/demo/demonstration.h"
@@ -82,6 +83,7 @@ TEST_F(Paper, ASalesTicketIsTheSameAsTextAndAsPdfAndFitsThePaper) {
   store.connection().Execute(
       "UPDATE Lav SET Lav_Uni = 1234, Lav_Dto1 = 10 WHERE Lav_Id = (SELECT MAX(Lav_Id) FROM Lav)");
   transaction.Commit();
+  FindFontsByName("Liberation Sans");  // as a program with windows does
   objects.SetPorts(ports);
   Zrtpve component(ports);
   component.context().MyBd =
@@ -113,6 +115,8 @@ TEST_F(Paper, ASalesTicketIsTheSameAsTextAndAsPdfAndFitsThePaper) {
   };
   EXPECT_EQ(words(on_paper), words(text + "\f"));
   ExpectNothingOverlaps(pdfs[0]);
+  const std::string fonts = RunProgram({"pdffonts", pdfs[0]}).output;
+  EXPECT_NE(fonts.find("LiberationMono"), std::string::npos) << fonts;
 }
 
 TEST_F(Paper, NoNameLeadsOutOfTheFolder) {

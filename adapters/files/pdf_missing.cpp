@@ -1,3 +1,4 @@
+#include "adapters/files/pdf/fonts.h"
 #include "adapters/files/pdf/pdf.h"
 
 namespace tpv {
@@ -13,6 +14,9 @@ std::optional<std::string> TicketPdf(const TicketPage&, const RollPiece&) { retu
 std::optional<std::string> TicketSheetsPdf(const TicketPage&, std::string_view) {
   return std::nullopt;
 }
+
+void FindFontsByName(const char*) {}
+void ReadFontRules() {}
 
 std::string ReportPdf(const Report&, const CodeEncoder&) { throw PrintError(kMissing); }
 

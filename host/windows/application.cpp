@@ -2,11 +2,13 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 
 #include "adapters/files/display.h"
-#include "adapters/qt/till_fonts.h"
+#include "adapters/files/pdf/fonts.h"
+#include "adapters/qt/till_style.h"
 
 namespace tpv {
 
@@ -34,15 +36,19 @@ Application::Application() {
   if (!HasDisplay()) setenv("QT_QPA_PLATFORM", "offscreen", 0);
   const bool unseen = qEnvironmentVariable("QT_QPA_PLATFORM") == "offscreen";
   const QtMessageHandler usual = qInstallMessageHandler(EndWithoutWindows);
-  qt::UseTillFonts();
+  FindFontsByName(qt::kTillFont);
   application_ = std::make_unique<QApplication>(argc_, argv_);
   qInstallMessageHandler(unseen ? DropChatter : usual);
   QApplication::setApplicationDisplayName("Punto de venta");
   QGuiApplication::setDesktopFileName("tpv");  // the installed entry's icon
   QApplication::setQuitOnLastWindowClosed(false);
   QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
+  constexpr int kAfterTheFirstWindow = 300;  // milliseconds
+  QTimer::singleShot(kAfterTheFirstWindow, application_.get(), [this] { rules_ = std::thread(&ReadFontRules); });
 }
 
-Application::~Application() = default;
+Application::~Application() {
+  if (rules_.joinable()) rules_.join();
+}
 
 }  // namespace tpv

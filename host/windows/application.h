@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <thread>
 
 class QApplication;
 
@@ -22,6 +23,7 @@ class Application {
   char name_[4] = "tpv";
   char* argv_[2] = {name_, nullptr};
   std::unique_ptr<QApplication> application_;
+  std::thread rules_;  // reads the fonts' rules before the first paper needs them
 };
 
 }  // namespace tpv

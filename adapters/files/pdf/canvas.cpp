@@ -2,6 +2,7 @@
 
 #include <cairo-pdf.h>
 
+#include "adapters/files/pdf/fonts.h"
 #include "platform/printer.h"
 
 namespace tpv {
@@ -17,7 +18,9 @@ cairo_status_t Append(void* bytes, const unsigned char* data, unsigned int lengt
 
 Canvas::Canvas(double width, double height)
     : surface_(cairo_pdf_surface_create_for_stream(&Append, &bytes_, width, height)),
-      context_(cairo_create(surface_.get())) {}
+      context_(cairo_create(surface_.get())) {
+  ReadFontRules();
+}
 
 std::string Canvas::Finish() {
   cairo_status_t status = cairo_status(context_.get());

@@ -1,13 +1,12 @@
-#include "adapters/qt/till_fonts.h"
+#include "adapters/files/pdf/fonts.h"
 
 #include <fontconfig/fontconfig.h>
 
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 
-#include "adapters/qt/till_style.h"
-
-namespace tpv::qt {
+namespace tpv {
 
 namespace {
 
@@ -23,26 +22,45 @@ constexpr const char* kPlaces = R"(<?xml version="1.0"?>
 </fontconfig>
 )";
 
+struct Release {
+  void operator()(FcConfig* config) const { FcConfigDestroy(config); }
+};
+using Config = std::unique_ptr<FcConfig, Release>;
+
+enum class Found { AsUsual, ByName, ByRules };
+
+std::mutex changing;
+Found found = Found::AsUsual;
+
 const FcChar8* Bytes(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
 
-bool HasTillFont(FcConfig* config) {
+bool Has(FcConfig* config, const char* wanted) {
   const FcFontSet* fonts = FcConfigGetFonts(config, FcSetSystem);
   for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
     FcChar8* family = nullptr;
     if (FcPatternGetString(fonts->fonts[i], FC_FAMILY, 0, &family) != FcResultMatch) continue;
-    if (FcStrCmpIgnoreCase(family, Bytes(kTillFont)) == 0) return true;
+    if (FcStrCmpIgnoreCase(family, Bytes(wanted)) == 0) return true;
   }
   return false;
 }
 
 }  // namespace
 
-void UseTillFonts() {
-  if (std::getenv("FONTCONFIG_FILE") != nullptr) return;
-  const std::unique_ptr<FcConfig, void (*)(FcConfig*)> config(FcConfigCreate(), FcConfigDestroy);
+void FindFontsByName(const char* family) {
+  const std::lock_guard lock(changing);
+  if (found == Found::ByRules || std::getenv("FONTCONFIG_FILE") != nullptr) return;
+  const Config config(FcConfigCreate());
   const bool read = config != nullptr && FcConfigParseAndLoadFromMemory(config.get(), Bytes(kPlaces), FcTrue) == FcTrue &&
                     FcConfigBuildFonts(config.get()) == FcTrue;
-  if (read && HasTillFont(config.get())) FcConfigSetCurrent(config.get());
+  if (read && Has(config.get(), family) && FcConfigSetCurrent(config.get()) == FcTrue) found = Found::ByName;
 }
 
-}  // namespace tpv::qt
+void ReadFontRules() {
+  const std::lock_guard lock(changing);
+  if (found != Found::ByName) return;
+  const Config config(FcInitLoadConfigAndFonts());
+  if (config != nullptr) FcConfigSetCurrent(config.get());
+  found = Found::ByRules;
+}
+
+}  // namespace tpv
