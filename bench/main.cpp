@@ -8,7 +8,7 @@
 //   plans      what each index is for and what it costs
 //   capacity   how many tills one store carries, simulated
 //   decade     the screens on ten stores of so many tickets in one, and what it
-//              takes to look after it: half an hour and 40 GB. In a folder of its own the
+//              takes to look after it: three quarters of an hour and 40 GB. In a folder of its own the
 //              store is kept, and another time its screens alone are measured
 #include <algorithm>
 #include <cstdio>
