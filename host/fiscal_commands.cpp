@@ -22,7 +22,7 @@ using Arguments = std::vector<std::string>;
 constexpr const char* kOnUsage = "fiscal on pruebas|real FICHERO|--odbc CONEXIÓN";
 constexpr const char* kOffUsage = "fiscal off FICHERO|--odbc CONEXIÓN";
 constexpr const char* kSetUsage = "fiscal set FICHERO|--odbc CONEXIÓN productor|productor-nif|instalacion|zona VALOR";
-constexpr const char* kCheckUsage = "fiscal check FICHERO|--odbc CONEXIÓN";
+constexpr const char* kFiscalCheckUsage = "fiscal check FICHERO|--odbc CONEXIÓN";
 
 std::unique_ptr<Connection> Open(const Machine& machine, const StorePlace& place) {
   auto connection = OpenExisting(place, machine.clock);
@@ -80,8 +80,8 @@ int Set(const Machine& machine, const Arguments& arguments, std::ostream& out) {
 
 int Check(const Machine& machine, const Arguments& arguments, std::ostream& out) {
   std::size_t at = 1;
-  const StorePlace place = TakePlace(arguments, at, kCheckUsage);
-  if (at != arguments.size()) throw UsageError(kCheckUsage);
+  const StorePlace place = TakePlace(arguments, at, kFiscalCheckUsage);
+  if (at != arguments.size()) throw UsageError(kFiscalCheckUsage);
   const auto connection = OpenExisting(place, machine.clock);
   const FiscalCheck check = CheckFiscal(*connection);
   out << FindingsText(check.findings);

@@ -17,7 +17,7 @@ namespace tpv {
 
 namespace {
 
-constexpr const char* kExportUsage =
+constexpr const char* kRecordsUsage =
     "fiscal export CARPETA [--from dd/mm/aaaa] [--to dd/mm/aaaa] [--store FICHERO|--odbc CONEXIÓN]";
 constexpr const char* kSendUsage = "fiscal send [--store FICHERO|--odbc CONEXIÓN]";
 
@@ -27,7 +27,7 @@ int ExportRecordsOrder(const Machine& machine, std::vector<std::string> argument
   const auto from = TakeDayOption(arguments, "--from");
   const auto to = TakeDayOption(arguments, "--to");
   const std::string store = TakeChosenStore(machine.settings, arguments);
-  if (arguments.size() != 1) throw UsageError(kExportUsage);
+  if (arguments.size() != 1) throw UsageError(kRecordsUsage);
   const auto connection = OpenChosenStore(store, machine.clock);
   const long records = ExportRecords(*connection, arguments[0], from, to);
   out << "Exportado: " << records << " registros en " << arguments[0] << "\n";

@@ -17,7 +17,7 @@ namespace tpv {
 namespace {
 
 enum Index {
-  kTill, kDrawerCodes, kScanner, kTicketPlace, kReportPlace, kReceipts, kServer, kPort, kUser, kPassword, kFrom, kCaFile,
+  kTill, kDrawerCodes, kScanner, kTicketPlace, kReportPlace, kReceipts, kServer, kPort, kMailUser, kPassword, kFrom, kCaFile,
   kSupport, kRecipient, kSound, kTypeSize, kCopyFolder, kCopies
 };
 
@@ -37,7 +37,7 @@ constexpr TextField kTexts[] = {
     {kReceipts, "Paper.Receipts", "Recibo de cada cobro o pago de caja (si o no)", 8},
     {kServer, "Mail.Server", "Servidor de correo", 36},
     {kPort, "Mail.Port", "Puerto (25)", 8},
-    {kUser, "Mail.User", "Usuario", 30},
+    {kMailUser, "Mail.User", "Usuario", 30},
     {kPassword, "Mail.Password", "Contraseña (la guardada no se enseña)", 24},
     {kFrom, "Mail.From", "Remitente", 30},
     {kCaFile, "Mail.CaFile", "Certificado de quien responde por el servidor", 36},
@@ -155,7 +155,7 @@ void SettingsWindow::DeclarePages() {
       .Rows(with({{&cboImpresora, &cmdProbarImpresora, &Text1[kReceipts]}, {&Text1[kTicketPlace], &Text1[kReportPlace]}}, printers_));
   AddPage("&3 Correo")
       .Rows({{&Text1[kServer], &Text1[kPort], &cboSeguridad},
-             {&Text1[kUser], &Text1[kPassword], &Text1[kFrom]},
+             {&Text1[kMailUser], &Text1[kPassword], &Text1[kFrom]},
              {&Text1[kCaFile]},
              {&Text1[kSupport]},
              {&Text1[kRecipient], &cmdProbarCorreo}});

@@ -113,7 +113,7 @@ int Release(const Arguments& arguments, std::ostream& out) {
   return 0;
 }
 
-int Mend(const Arguments& arguments, std::ostream& out) {
+int MendStore(const Arguments& arguments, std::ostream& out) {
   std::size_t at = 1;
   const StorePlace place = TakePlace(arguments, at, kMendUsage);
   const bool agreed = at < arguments.size() && arguments[at] == "--yes";
@@ -132,7 +132,7 @@ int StoreCommand(const Arguments& arguments, std::ostream& out) {
   if (order == "copy") return Copy(arguments, out);
   if (order == "check") return Check(arguments, out);
   if (order == "release") return Release(arguments, out);
-  if (order == "mend") return Mend(arguments, out);
+  if (order == "mend") return MendStore(arguments, out);
   throw UsageError("store create|fill|copy|check|release|mend|backup|restore|archive …");
 }
 

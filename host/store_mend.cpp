@@ -28,7 +28,7 @@ struct Mend {
   DateTime becomes;
 };
 
-struct Entry {
+struct DatedEntry {
   std::int32_t id = 0;
   JournalEvent event = JournalEvent::Opening;
   DateTime when;
@@ -66,8 +66,8 @@ class Planner {
     return tills;
   }
 
-  std::vector<Entry> EntriesOf(std::int32_t till) {
-    std::vector<Entry> entries;
+  std::vector<DatedEntry> EntriesOf(std::int32_t till) {
+    std::vector<DatedEntry> entries;
     const auto rows = connection_.Execute(
         "SELECT DiaCaj_Id, DiaCaj_Tipo, DiaCaj_Fecha FROM DiaCaj WHERE DiaCaj_Fecha IS NOT NULL AND "
         "DiaCaj_Caja = " + sql::Number(std::int64_t{till}) + " ORDER BY DiaCaj_Id");
@@ -79,13 +79,13 @@ class Planner {
   }
 
   // In the order in which they were written: behind all before, and before the next.
-  void PlaceEntries(std::int32_t till, const std::vector<Entry>& entries) {
+  void PlaceEntries(std::int32_t till, const std::vector<DatedEntry>& entries) {
     DateTime before;
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
       DateTime when = entry->when;
       if (Ahead(when)) {
         const auto next = std::find_if(entry, entries.end(),
-                                       [this](const Entry& later) { return !Ahead(later.when); });
+                                       [this](const DatedEntry& later) { return !Ahead(later.when); });
         when = Between(before, next == entries.end() ? std::nullopt : std::optional(next->when));
         plan_.push_back({Mend::Table::Journal, entry->id,
                          "Apunte " + std::to_string(entry->id) + ", " + NameOf(entry->event) +

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "base/text.h"
+
 namespace tpv::office {
 
 namespace {
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Of the digits before the last: every second one from the right counts three times.
 char CheckDigit(const std::string& digits) {

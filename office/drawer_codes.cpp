@@ -9,7 +9,7 @@ namespace tpv::office {
 namespace {
 
 bool IsCode(const std::string& text) {
-  const bool digits = std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  const bool digits = std::all_of(text.begin(), text.end(), IsDigit);
   return !text.empty() && text.size() <= 3 && digits && std::stoi(text) <= 255;
 }
 

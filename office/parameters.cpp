@@ -88,7 +88,7 @@ std::size_t PricesMoved(Connection& connection, int before, int after) {
 }
 
 bool AreDigits(const std::string& text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return std::all_of(text.begin(), text.end(), IsDigit);
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ class Check {
 };
 
 bool AreDigits(const std::string& text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return std::all_of(text.begin(), text.end(), IsDigit);
 }
 
 void CheckIdentity(Check& check, const ShopSetup& setup) {

@@ -8,7 +8,6 @@ namespace tpv::office {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsOneOf(char c, std::string_view letters) { return letters.find(c) != std::string_view::npos; }
 
 char PersonLetter(std::string_view digits) {

@@ -34,7 +34,7 @@ std::string SqlValue(ValueKind kind, const Variant& value) {
 
 bool IsName(std::string_view name) {
   const auto part = [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_';
   };
   return !name.empty() && std::all_of(name.begin(), name.end(), part);
 }

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "adapters/files/private_files.h"
+#include "base/text.h"
 #include "platform/clock.h"
 #include "platform/printer.h"
 
@@ -15,7 +16,7 @@ std::string Stamp(const DateTime& moment) {
   std::string digits;
   for (const char c : ToIsoSeconds(moment)) {
     if (c == ' ') digits += '-';
-    if (c >= '0' && c <= '9') digits += c;
+    if (IsDigit(c)) digits += c;
   }
   return digits;
 }

@@ -135,17 +135,17 @@ std::vector<std::string> FileSettings::Lines() const {
 std::string FileSettings::Read(std::string_view application, std::string_view section,
                                std::string_view key) const {
   const std::vector<std::string> lines = Lines();
-  const auto [found, start, end] = FindSection(lines, Heading(application, section));
-  const std::size_t at = FindKey(lines, start, end, key);
-  return at < end ? ValueOf(lines[at]) : std::string();
+  const Section found = FindSection(lines, Heading(application, section));
+  const std::size_t at = FindKey(lines, found.start, found.end, key);
+  return at < found.end ? ValueOf(lines[at]) : std::string();
 }
 
 std::vector<std::string> FileSettings::Keys(std::string_view application,
                                             std::string_view section) const {
   const std::vector<std::string> lines = Lines();
-  const auto [found, start, end] = FindSection(lines, Heading(application, section));
+  const Section found = FindSection(lines, Heading(application, section));
   std::vector<std::string> keys;
-  for (std::size_t at = start; at < end; ++at) {
+  for (std::size_t at = found.start; at < found.end; ++at) {
     if (std::string key = KeyOf(lines[at]); !key.empty()) keys.push_back(std::move(key));
   }
   return keys;

@@ -54,8 +54,8 @@ UnprintedDocument ReadHead(int file, const std::string& name) {
   return about;
 }
 
-flock WholeFile(short kind) {
-  flock lock{};
+struct flock WholeFile(short kind) {
+  struct flock lock{};
   lock.l_type = kind;
   lock.l_whence = SEEK_SET;
   return lock;
@@ -66,12 +66,12 @@ bool IsBusy(int answer) { return answer != 0 && (errno == EAGAIN || errno == EAC
 
 // Locks of an open file, not of a process: two windows of one program count, too.
 bool Lock(int file) {
-  flock lock = WholeFile(F_WRLCK);
+  struct flock lock = WholeFile(F_WRLCK);
   return !IsBusy(::fcntl(file, F_OFD_SETLK, &lock));
 }
 
 bool InHand(int file) {
-  flock lock = WholeFile(F_WRLCK);
+  struct flock lock = WholeFile(F_WRLCK);
   return ::fcntl(file, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
@@ -162,7 +162,7 @@ std::unique_ptr<HeldPaper> OutboxFolder::Keep(const UnprintedDocument& about, st
   SweepUnfinished(path_);
   RequireRoom(content.size());
   std::string stem = path_ + "/";
-  for (const char c : ToIso(about.since)) stem += c >= '0' && c <= '9' ? std::string(1, c) : "";
+  for (const char c : ToIso(about.since)) stem += IsDigit(c) ? std::string(1, c) : "";
   stem += "-XXXXXX";
   Descriptor file(::mkostemp(stem.data(), O_CLOEXEC));  // made with mode 0600
   if (!file) throw FileError("No se puede escribir en «" + path_ + "»: " + Reason(errno));

@@ -107,7 +107,7 @@ std::string FileNamePiece(std::string_view text) {
   std::string piece = Left(FoldForSearch(text), 40);
   std::string name;
   for (const char c : piece) {
-    const bool plain = (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+    const bool plain = (c >= 'a' && c <= 'z') || IsDigit(c);
     if (plain)
       name += c;
     else if (!name.empty() && name.back() != '-')

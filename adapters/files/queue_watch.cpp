@@ -10,7 +10,7 @@ namespace tpv {
 namespace {
 constexpr std::chrono::milliseconds kGlance{1000};
 constexpr std::chrono::milliseconds kAgain{250};
-constexpr const char* kLine = "(colas)";  // no printer's name
+constexpr const char* kWatchLine = "(colas)";  // no printer's name
 }  // namespace
 
 SystemQueues QueueWatch::AskOnce(State& state, const Deadline& deadline) {
@@ -61,7 +61,7 @@ void QueueWatch::Ask(State& state, const Deadline& deadline) {
 void QueueWatch::Begin() {
   const std::lock_guard lock(state_->mutex);
   if (std::exchange(state_->asking, true)) return;
-  lines_.Add(kLine, [state = state_](const Deadline& deadline) { Ask(*state, deadline); });
+  lines_.Add(kWatchLine, [state = state_](const Deadline& deadline) { Ask(*state, deadline); });
 }
 
 QueueWatch::View QueueWatch::Look() {

@@ -10,7 +10,7 @@ namespace {
 
 // Centimetres: what drivers of rolls take at most, and a line for each cut between pieces.
 constexpr double kLongestPiece = 300;
-constexpr double kLine = 0.8;
+constexpr double kLineHeight = 0.8;
 
 // "Custom.80x123.4mm"
 std::string OwnSize(const RollPiece& piece) {
@@ -21,7 +21,7 @@ std::string OwnSize(const RollPiece& piece) {
 
 double OwnLength(double ticket_length) {
   const double pieces = std::ceil(ticket_length / kLongestPiece);
-  return pieces > 1 ? ticket_length / pieces + kLine : ticket_length;
+  return pieces > 1 ? ticket_length / pieces + kLineHeight : ticket_length;
 }
 
 const RollSize& Fitting(double ticket_length, const std::vector<RollSize>& sizes) {

@@ -29,7 +29,7 @@ struct FreeCurl {
 
 bool IsHost(std::string_view server) {
   return std::all_of(server.begin(), server.end(), [](char c) {
-    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c);
     return letter || std::string_view(".-:[]_").find(c) != std::string_view::npos;
   });
 }

@@ -64,7 +64,7 @@ std::string BodyText(std::string_view body) {
 std::string MessageId(const std::string& from, const DateTime& now) {
   std::string stamp;
   for (const char c : ToIsoSeconds(now)) {
-    if (c >= '0' && c <= '9') stamp += c;
+    if (IsDigit(c)) stamp += c;
   }
   std::random_device random;
   char unique[17];

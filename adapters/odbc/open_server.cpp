@@ -8,7 +8,6 @@ namespace tpv::odbc {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 // Bytes of letters beyond ASCII too.
 bool IsOfWord(char c) { return IsDigit(c) || IsLetter(c) || c == '_' || c == '@' || c == '#' || c == '$' || c < 0; }

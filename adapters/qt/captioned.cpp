@@ -10,7 +10,7 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kGap = 2;  // between caption and field
+constexpr int kCaptionGap = 2;  // between caption and field
 
 }  // namespace
 
@@ -35,7 +35,7 @@ void Captioned::SetCaption(const QString& caption, const QString& marked) {
 }
 
 QSize Captioned::UnderCaption(const QSize& field) const {
-  return {std::max(field.width(), caption_width_), field.height() + kGap + caption_height_};
+  return {std::max(field.width(), caption_width_), field.height() + kCaptionGap + caption_height_};
 }
 
 // The field stands at the bottom, so that those of a row stand in line.
@@ -48,7 +48,7 @@ void Captioned::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setFont(Type(kLabelSize));
   painter.setPen(isEnabled() ? colour::kLabel : colour::kFaded);
-  const int top = field_->y() - kGap - caption_height_;
+  const int top = field_->y() - kCaptionGap - caption_height_;
   painter.drawText(QRect(0, top, width(), caption_height_), static_cast<int>(alignment_) | Qt::TextShowMnemonic, marked_);
 }
 

@@ -11,7 +11,7 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kMargin = 10;
+constexpr int kChartMargin = 10;
 
 // The first series is the one to look at, the second what it is measured by.
 QColor ColourOf(int ink) {
@@ -91,7 +91,7 @@ void ChartWidget::paintEvent(QPaintEvent*) {
   Draw(painter, rect(), {colour::kCard, colour::kLine, 1, 6});
   WindowGround ground(painter);
   DrawChart(ground, data_,
-            {kMargin, kMargin - 3, width() - 2.0 * kMargin, height() - 2.0 * kMargin + 3});
+            {kChartMargin, kChartMargin - 3, width() - 2.0 * kChartMargin, height() - 2.0 * kChartMargin + 3});
 }
 
 std::unique_ptr<ControlView> MakeChartView(ui::Chart& chart, Surroundings around) {

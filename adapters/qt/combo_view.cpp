@@ -14,7 +14,7 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kUsualColumns = 14;
+constexpr int kUsualChoice = 14;
 
 class ComboView : public ControlView {
  public:
@@ -27,7 +27,7 @@ class ComboView : public ControlView {
     widget_->setFocusPolicy(Qt::NoFocus);
     widget_->setMinimumHeight(QFontMetrics(widget_->font()).height() + 12);
     widget_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    widget_->setMinimumContentsLength(combo.columns > 0 ? combo.columns : kUsualColumns);
+    widget_->setMinimumContentsLength(combo.columns > 0 ? combo.columns : kUsualChoice);
     widget_->setMaxVisibleItems(14);
     outer_->Hold(*widget_);
     QObject::connect(widget_, &QComboBox::activated, [this](int row) { Choose(row); });

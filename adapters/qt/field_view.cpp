@@ -6,6 +6,7 @@
 #include <QStyleHints>
 #include <QToolButton>
 
+#include "adapters/qt/alignment.h"
 #include "adapters/qt/calendar_popup.h"
 #include "adapters/qt/captioned.h"
 #include "adapters/qt/control_view.h"
@@ -33,11 +34,6 @@ QColor ColourOf(const ui::TextBox& box) {
   const auto channel = [&](int shift) { return static_cast<int>(box.back_colour >> shift & 0xFF); };
   const QColor colour(channel(0), channel(8), channel(16));
   return box.locked && colour == Qt::white ? colour::kShown : colour;
-}
-
-Qt::Alignment AlignmentOf(ui::Align align) {
-  if (align == ui::Align::Right) return Qt::AlignRight;
-  return align == ui::Align::Centre ? Qt::AlignHCenter : Qt::AlignLeft;
 }
 
 // As wide as its columns; where the window is narrow, as what it usually holds.

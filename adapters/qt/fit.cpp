@@ -20,7 +20,7 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kLeastRows = 2;   // of a table, below its header
-constexpr int kUsualAmount = 9;  // characters: 99.999,99
+constexpr int kAmountsLength = 9;  // characters: 99.999,99
 
 bool LabelFits(const QLabel& label) {
   if (!label.pixmap().isNull()) return true;
@@ -42,7 +42,7 @@ bool FieldFits(const Captioned& field) {
     return false;
   }
   if (edit == nullptr || !(edit->alignment() & Qt::AlignRight)) return true;
-  if (edit->text().size() > kUsualAmount) return true;  // scrolls under the caret
+  if (edit->text().size() > kAmountsLength) return true;  // scrolls under the caret
   const QMargins margins = edit->textMargins();
   return edit->fontMetrics().horizontalAdvance(edit->text()) + margins.left() + margins.right() <=
          edit->width();

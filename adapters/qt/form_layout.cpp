@@ -13,7 +13,7 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kMargin = 10;
+constexpr int kFormMargin = 10;
 
 // The ground that a frame's controls stand on.
 class Card : public QWidget {
@@ -32,7 +32,7 @@ class FrameView : public ControlView {
   FrameView(ui::Frame& frame, Surroundings around)
       : ControlView(frame), card_(new Card(&around.parent)), title_(new QLabel(card_)) {
     layout_ = new RowsLayout(*card_);
-    layout_->setContentsMargins(kMargin, kMargin - 4, kMargin, kMargin - 2);
+    layout_->setContentsMargins(kFormMargin, kFormMargin - 4, kFormMargin, kFormMargin - 2);
     title_->setFont(Type(kLabelSize));
     title_->hide();
     layout_->BeginRow();
@@ -151,7 +151,7 @@ class Builder {
 Views LayOut(ui::Form& form, QWidget& content, Actions& actions) {
   Views views;
   auto* layout = new RowsLayout(content);
-  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setContentsMargins(kFormMargin, kFormMargin, kFormMargin, kFormMargin);
   Builder(actions, views).Fill(*layout, content, form.rows);
   return views;
 }

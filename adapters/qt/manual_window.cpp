@@ -13,8 +13,8 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr QSize kUsualSize(780, 680);
-constexpr int kMargin = 40;
+constexpr QSize kManualSize(780, 680);
+constexpr int kPageMargin = 40;
 
 // A picture of a whole window is no wider than the page.
 class Pages : public QTextBrowser {
@@ -24,7 +24,7 @@ class Pages : public QTextBrowser {
     const QVariant found = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource) return found;
     const QImage picture = QImage::fromData(found.toByteArray());
-    const int room = viewport()->width() - kMargin;
+    const int room = viewport()->width() - kPageMargin;
     return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation) : picture;
   }
 };
@@ -63,12 +63,12 @@ ManualWindow::ManualWindow(QWidget& screen)
     : QWidget(&screen, Qt::Window), browser_(new Pages(this)) {
   setWindowTitle("Manual");
   browser_->setFont(Type(kTextSize));
-  browser_->document()->setDocumentMargin(kMargin / 2);
+  browser_->document()->setDocumentMargin(kPageMargin / 2);
   browser_->installEventFilter(this);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(browser_);
-  resize(kUsualSize);
+  resize(kManualSize);
 }
 
 void ManualWindow::Open(const QString& file) {

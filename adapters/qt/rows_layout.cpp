@@ -9,7 +9,7 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kRowGap = 6;
-constexpr int kGap = 10;
+constexpr int kCellGap = 10;
 constexpr std::size_t kToolbar = 4;  // as many buttons alone in a row share it evenly
 
 const RowsLayout* Inside(const QLayoutItem& item) {
@@ -68,7 +68,7 @@ const std::vector<RowsLayout::Row>& RowsLayout::Shown() const {
 int RowsLayout::Unbroken(const Cell& cell) { return cell.least; }
 
 int RowsLayout::Unbroken(const Row& row) {
-  const int gaps = kGap * std::max(0, static_cast<int>(row.size()) - 1);
+  const int gaps = kCellGap * std::max(0, static_cast<int>(row.size()) - 1);
   return std::accumulate(row.begin(), row.end(), gaps,
                          [](int sum, const Cell& cell) { return sum + Unbroken(cell); });
 }
@@ -77,7 +77,7 @@ int RowsLayout::Unbroken(const Row& row) {
 int RowsLayout::Even(const Row& row) {
   int widest = 0;
   for (const Cell& cell : row) widest = std::max(widest, Unbroken(cell));
-  return static_cast<int>(row.size()) * (widest + kGap) - kGap;
+  return static_cast<int>(row.size()) * (widest + kCellGap) - kCellGap;
 }
 
 int RowsLayout::UnbrokenWidth() const {
@@ -143,7 +143,7 @@ bool RowsLayout::Evened(Line& line, int spare) {
 
 // Narrow cells get what they wish before wide ones, which take the rest.
 void RowsLayout::Share(Line& line, int width, bool even) {
-  const int gaps = kGap * (static_cast<int>(line.cells.size()) - 1);
+  const int gaps = kCellGap * (static_cast<int>(line.cells.size()) - 1);
   if (even) {
     const int cells = static_cast<int>(line.cells.size());
     for (int i = 0; i < cells; ++i) {
@@ -212,7 +212,7 @@ QSize RowsLayout::sizeHint() const {
   if (size_hint_.isValid()) return size_hint_;
   int wish = 0;
   for (const Row& shown : Shown()) {
-    int width = kGap * std::max(0, static_cast<int>(shown.size()) - 1);
+    int width = kCellGap * std::max(0, static_cast<int>(shown.size()) - 1);
     for (const Cell& cell : shown) width += std::max(Unbroken(cell), cell.item->sizeHint().width());
     wish = std::max(wish, width);
   }
@@ -242,7 +242,7 @@ void RowsLayout::Place(const Line& line, const QRect& rect) const {
       place.setTop(rect.bottom() + 1 - HeightOf(cell, line.widths[i]));
     }
     cell.item->setGeometry(place);
-    x += line.widths[i] + kGap;
+    x += line.widths[i] + kCellGap;
   }
 }
 

@@ -1,18 +1,10 @@
 #include "adapters/qt/rows_model.h"
 
+#include "adapters/qt/alignment.h"
 #include "adapters/qt/cell_delegate.h"
 #include "adapters/qt/text.h"
 
 namespace tpv::qt {
-
-namespace {
-
-Qt::Alignment AlignmentOf(ui::Align align) {
-  if (align == ui::Align::Right) return Qt::AlignRight | Qt::AlignVCenter;
-  return (align == ui::Align::Centre ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter;
-}
-
-}  // namespace
 
 RowsModel::RowsModel(const RowSource& source, QObject* parent)
     : QAbstractTableModel(parent), source_(source) {}
@@ -64,7 +56,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return Text(source_.Cell(index.row(), index.column()));
     case Qt::TextAlignmentRole:
-      return QVariant::fromValue(AlignmentOf(columns_[index.column()].align));
+      return QVariant::fromValue(AlignmentOf(columns_[index.column()].align) | Qt::AlignVCenter);
     case kButtonRole:
       return HasButton(index.row(), index.column());
     case Qt::CheckStateRole:
@@ -78,7 +70,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
   if (role == Qt::DisplayRole) return Text(columns_[section].caption);
-  if (role == Qt::TextAlignmentRole) return QVariant::fromValue(AlignmentOf(columns_[section].align));
+  if (role == Qt::TextAlignmentRole) return QVariant::fromValue(AlignmentOf(columns_[section].align) | Qt::AlignVCenter);
   return {};
 }
 

@@ -12,11 +12,11 @@ namespace tpv::qt {
 
 namespace {
 
-constexpr int kSampleRows = 40;
+constexpr int kMeasuredRows = 40;
 constexpr int kWidestColumn = 500;
 constexpr int kMostSmaller = 5;  // pixels of type
-constexpr int kUsualName = 12;   // digits as wide
-constexpr int kUsualAmount = 7;  // 9.999,99
+constexpr int kNameDigits = 12;   // digits as wide
+constexpr int kAmountDigits = 7;  // 9.999,99
 
 }  // namespace
 
@@ -29,11 +29,11 @@ ColumnNeed RowsView::NeedOf(int column) const {
   int shown = header.horizontalAdvance(Text(layout.caption)) + kCellPadding;
   const int declared = std::max(shown, qRound(layout.width * kPixelsInTwip));
   const int most = layout.width > 0 ? declared * 2 : kWidestColumn;
-  for (int row = 0; row < std::min(source_.Count(), kSampleRows); ++row) {
+  for (int row = 0; row < std::min(source_.Count(), kMeasuredRows); ++row) {
     shown = std::max(shown, cells.horizontalAdvance(Text(source_.Cell(row, column))) + extra);
   }
   const bool name = layout.align == ui::Align::Left && layout.mask.empty();
-  const int usual = cells.horizontalAdvance(u'0') * (name ? kUsualName : kUsualAmount) + extra;
+  const int usual = cells.horizontalAdvance(u'0') * (name ? kNameDigits : kAmountDigits) + extra;
   return {std::min(std::max(declared, shown), most), name ? std::min(shown, usual) : shown};
 }
 

@@ -13,9 +13,9 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kHeight = 56;
-constexpr int kMargin = 20;
-constexpr int kGap = 28;
-constexpr int kNarrowest = 60;
+constexpr int kBandMargin = 20;
+constexpr int kItemGap = 28;
+constexpr int kNarrowestItem = 60;
 constexpr int kStep = 8;
 
 QColor ColourOf(ui::StatusItem::Tone tone) {
@@ -44,9 +44,9 @@ StatusBand::StatusBand(QWidget* parent, std::function<void(ui::Key)> press)
 }
 
 QSize StatusBand::sizeHint() const {
-  int width = 2 * kMargin - kGap;
-  for (const ui::StatusItem& item : items_) width += WidthOf(item) + kGap;
-  return {std::max(width, kNarrowest), kHeight};
+  int width = 2 * kBandMargin - kItemGap;
+  for (const ui::StatusItem& item : items_) width += WidthOf(item) + kItemGap;
+  return {std::max(width, kNarrowestItem), kHeight};
 }
 
 void StatusBand::Show(std::vector<ui::StatusItem> items, bool warning) {
@@ -74,15 +74,15 @@ void StatusBand::Flash() {
 // What each item needs; where there is not enough room the widest give way.
 std::vector<int> StatusBand::Widths() const {
   std::vector<int> widths;
-  int spare = width() - 2 * kMargin + kGap;
+  int spare = width() - 2 * kBandMargin + kItemGap;
   for (const ui::StatusItem& item : items_) {
     widths.push_back(WidthOf(item));
-    spare -= widths.back() + kGap;
+    spare -= widths.back() + kItemGap;
   }
   while (spare < 0 && !widths.empty()) {
     int& widest = *std::max_element(widths.begin(), widths.end());
-    if (widest <= kNarrowest) break;
-    const int given = std::min(-spare, widest - kNarrowest);
+    if (widest <= kNarrowestItem) break;
+    const int given = std::min(-spare, widest - kNarrowestItem);
     widest -= std::min(given, kStep);
     spare += std::min(given, kStep);
   }
@@ -97,10 +97,10 @@ bool StatusBand::Fits() const {
 
 void StatusBand::mousePressEvent(QMouseEvent* event) {
   const std::vector<int> widths = Widths();
-  int right = kMargin - kGap / 2;
+  int right = kBandMargin - kItemGap / 2;
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const int left = right;
-    right += widths[i] + kGap;
+    right += widths[i] + kItemGap;
     const int x = event->pos().x();
     if (x < left || x >= right || items_[i].opens == ui::Key::Other) continue;
     return press_(items_[i].opens);
@@ -112,7 +112,7 @@ void StatusBand::paintEvent(QPaintEvent*) {
   painter.fillRect(rect(), warning_ != flashing_ ? colour::kWarning : colour::kBand);
   const QFont small = Type(kLabelSize);
   const std::vector<int> widths = Widths();
-  int x = kMargin;
+  int x = kBandMargin;
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const QFont type = FontOf(items_[i]);
     painter.setFont(small);
@@ -123,7 +123,7 @@ void StatusBand::paintEvent(QPaintEvent*) {
     painter.setPen(ColourOf(items_[i].tone));
     painter.drawText(QRect(x, 20, widths[i], height() - 22), Qt::AlignLeft | Qt::AlignVCenter,
                      QFontMetrics(type).elidedText(Text(items_[i].text), Qt::ElideRight, widths[i]));
-    x += widths[i] + kGap;
+    x += widths[i] + kItemGap;
   }
 }
 

@@ -32,7 +32,7 @@ class WindowStage : public Stage {
   QPixmap picture_;
 };
 
-class Windows : public Theatre {
+class TrialWindows : public Theatre {
  public:
   std::unique_ptr<Stage> SetUp() override { return std::make_unique<WindowStage>(); }
 
@@ -43,7 +43,7 @@ class Windows : public Theatre {
 }  // namespace
 
 std::unique_ptr<Theatre> WindowTheatre(const ScreenSize& screen) {
-  auto windows = std::make_unique<Windows>();
+  auto windows = std::make_unique<TrialWindows>();
   if (screen.width > 0) qt::PretendScreen({screen.width, screen.height});
   return windows;
 }

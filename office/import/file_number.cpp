@@ -11,8 +11,6 @@ namespace {
 
 constexpr double kLargest = 1e9;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // Without sign, blanks and units.
 struct Bare {
   std::string digits;  // digits, commas and points

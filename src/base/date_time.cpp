@@ -90,7 +90,7 @@ bool IsStoredMoment(std::string_view text) {
   constexpr std::string_view kForm = "0000-00-00 00:00:00";
   return text.size() == kForm.size() &&
          std::equal(text.begin(), text.end(), kForm.begin(), [](char c, char form) {
-           return form == '0' ? c >= '0' && c <= '9' : c == form;
+           return form == '0' ? IsDigit(c) : c == form;
          });
 }
 

@@ -10,8 +10,6 @@ namespace tpv {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // "." stands for grouping when every group behind a point has three digits and
 // the first has one to three and starts with no zero: "0.250" is a quarter.
 bool IsGrouped(std::string_view whole) {

@@ -10,7 +10,7 @@ namespace tpv {
 namespace {
 
 // Of a double, as digits and a decimal exponent: value = 0.d1d2d3… × 10^exponent.
-struct Digits {
+struct DecimalDigits {
   char digit[20];
   int count = 0;
   int exponent = 0;
@@ -21,7 +21,7 @@ struct Digits {
 // neighbours.
 enum class Precision { Sure, Shortest };
 
-Digits DigitsOf(double value, Precision precision) {
+DecimalDigits DigitsOf(double value, Precision precision) {
   char text[40] = {};
   constexpr auto kForm = std::chars_format::scientific;
   constexpr int kSureDecimals = 14;
@@ -29,7 +29,7 @@ Digits DigitsOf(double value, Precision precision) {
   const auto end = precision == Precision::Sure
                        ? std::to_chars(text, last, value, kForm, kSureDecimals)
                        : std::to_chars(text, last, value, kForm);
-  Digits result;
+  DecimalDigits result;
   const char* at = text;
   for (; at != end.ptr && *at != 'e'; ++at) {
     if (*at != '.') result.digit[result.count++] = *at;
@@ -39,7 +39,7 @@ Digits DigitsOf(double value, Precision precision) {
 }
 
 // The digits before `keep` with the next one rounding them, as a double.
-double Rounded(const Digits& digits, int keep, int decimals) {
+double Rounded(const DecimalDigits& digits, int keep, int decimals) {
   char text[48];
   int length = 0;
   text[length++] = '0';
@@ -71,7 +71,7 @@ std::optional<double> RoundedPlainly(double size, int decimals) {
 }
 
 double RoundedByDigits(double size, int decimals, Precision precision) {
-  const Digits digits = DigitsOf(size, precision);
+  const DecimalDigits digits = DigitsOf(size, precision);
   const int keep = digits.exponent + decimals;  // significant digits that stay
   if (keep >= digits.count) return size;
   return keep < 0 ? 0 : Rounded(digits, keep, decimals);

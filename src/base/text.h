@@ -10,6 +10,8 @@ namespace tpv {
 
 inline constexpr std::string_view kLineBreak = "\r\n";
 
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }  // in no other script
+
 std::size_t Length(std::string_view utf8);                      // characters
 std::string Left(std::string_view utf8, std::size_t count);     // first characters
 std::string From(std::string_view utf8, std::size_t position);  // from the 1-based character on

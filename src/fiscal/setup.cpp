@@ -14,7 +14,7 @@ namespace tpv::fiscal {
 namespace {
 
 bool IsAsciiAlnum(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  return IsDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 std::string Text(const Desk& desk, std::string_view name) { return Trim(desk.parameter(name).TextOr("")); }

@@ -13,7 +13,7 @@ std::string Encoded(std::string_view value) {
   std::string text;
   for (const char c : value) {
     const auto byte = static_cast<unsigned char>(c);
-    const bool plain = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+    const bool plain = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) ||
                        std::string_view("-._~").find(c) != std::string_view::npos;
     if (plain) {
       text += c;

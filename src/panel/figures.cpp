@@ -16,7 +16,7 @@ std::string WithChange(double now, double before, const std::string& shown) {
   return shown + " (" + (percent >= 0 ? "+" : "") + FormatNumber(percent, "#,##0") + " %)";
 }
 
-Figure Amount(const char* caption, double now, double before) {
+Figure AmountFigure(const char* caption, double now, double before) {
   return {caption, FormatNumber(now, kEuros), WithChange(now, before, FormatNumber(before, "#,##0.00"))};
 }
 
@@ -32,12 +32,12 @@ std::array<Figure, kFigures> Figures(const Board& board) {
   const auto tickets = [](const Sums& sums) { return FormatNumber(static_cast<double>(sums.tickets), "#,##0"); };
   const Cents owed = std::accumulate(board.pending.begin(), board.pending.end(), Cents{0});
   const Cents owed_long = std::accumulate(board.pending.begin() + 2, board.pending.end(), Cents{0});
-  return {Amount("Ventas", Euros(now.sold), Euros(before.sold)),
+  return {AmountFigure("Ventas", Euros(now.sold), Euros(before.sold)),
           {"Tickets", tickets(now),
            WithChange(static_cast<double>(now.tickets), static_cast<double>(before.tickets), tickets(before))},
-          Amount("Ticket medio", Mean(now), Mean(before)),
-          Amount("Devoluciones", FromMicros(now.returned), FromMicros(before.returned)),
-          Amount("Descuentos al cobrar", InCents(now.discounts), InCents(before.discounts)),
+          AmountFigure("Ticket medio", Mean(now), Mean(before)),
+          AmountFigure("Devoluciones", FromMicros(now.returned), FromMicros(before.returned)),
+          AmountFigure("Descuentos al cobrar", InCents(now.discounts), InCents(before.discounts)),
           {"Pendiente de cobro", FormatNumber(Euros(owed), kEuros), FormatNumber(Euros(owed_long), kEuros),
            "Más de 30 días"}};
 }

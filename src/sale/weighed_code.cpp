@@ -14,7 +14,7 @@ constexpr std::size_t kPrefix = 2;
 constexpr std::size_t kInside = 10;  // digits between prefix and check digit
 
 bool AllDigits(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return std::all_of(text.begin(), text.end(), IsDigit);
 }
 
 // The digit that thirteen digits end with: threes and ones from the left.

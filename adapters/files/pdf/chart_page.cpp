@@ -7,8 +7,8 @@ namespace tpv {
 
 namespace {
 
-constexpr TextStyle kCaption{11, true};
-constexpr TextStyle kSmall{7.5, false};
+constexpr TextStyle kPictureCaption{11, true};
+constexpr TextStyle kPictureText{7.5, false};
 constexpr double kHeight = 165;
 constexpr double kGap = 18;
 constexpr Colour kSeries[] = {
@@ -18,13 +18,13 @@ class PageGround : public ChartGround {
  public:
   explicit PageGround(Sheet& sheet) : sheet_(sheet) {}
 
-  double TextHeight() const override { return LineStep(kSmall); }
-  double WidthOf(const std::string& text) override { return sheet_.WidthOf(text, kSmall); }
+  double TextHeight() const override { return LineStep(kPictureText); }
+  double WidthOf(const std::string& text) override { return sheet_.WidthOf(text, kPictureText); }
   void Caption(const std::string& text, double left, double top) override {
-    sheet_.Text(text, left, top - 2, kCaption);
+    sheet_.Text(text, left, top - 2, kPictureCaption);
   }
   void Text(const std::string& text, double x, double top, Side side) override {
-    sheet_.Text(text, x, top, kSmall, side == Side::Left ? Align::Left : side == Side::Right ? Align::Right : Align::Centre);
+    sheet_.Text(text, x, top, kPictureText, side == Side::Left ? Align::Left : side == Side::Right ? Align::Right : Align::Centre);
   }
   void Box(const ChartBox& box, int ink) override {
     sheet_.Box(box.left, box.top, box.width, box.height, ColourOf(ink));

@@ -12,9 +12,9 @@ namespace tpv {
 namespace {
 
 constexpr double kPoint = kPointsPerCentimetre / 10;  // a millimetre
-constexpr double kPageWidth = 210 * kPoint;
-constexpr double kPageHeight = 297 * kPoint;
-constexpr double kMargin = 3 * kPoint;
+constexpr double kSheetWidth = 210 * kPoint;
+constexpr double kSheetHeight = 297 * kPoint;
+constexpr double kLabelMargin = 3 * kPoint;
 constexpr double kModule = 0.33 * kPoint;  // of a bar code in its usual size
 constexpr double kWhiteModules = 11;       // at each side of the bars
 constexpr double kName = 9;                // type sizes
@@ -30,12 +30,12 @@ class LabelPainter {
     cairo_save(context_);
     cairo_rectangle(context_, left, top, width_, height_);
     cairo_clip(context_);
-    const double room = width_ - 2 * kMargin;
-    Text(Fitting(label.name, kName, room), kName, false, left + width_ / 2, top + kMargin + kName);
-    Text(label.price, kPrice, true, left + width_ / 2, top + kMargin + kName + kPrice * 1.1);
-    Text(label.code, kCode, false, left + width_ / 2, top + height_ - kMargin);
-    const double bars_top = top + kMargin + kName + kPrice * 1.25;
-    Bars(label.bars, left, bars_top, top + height_ - kMargin - kCode - bars_top);
+    const double room = width_ - 2 * kLabelMargin;
+    Text(Fitting(label.name, kName, room), kName, false, left + width_ / 2, top + kLabelMargin + kName);
+    Text(label.price, kPrice, true, left + width_ / 2, top + kLabelMargin + kName + kPrice * 1.1);
+    Text(label.code, kCode, false, left + width_ / 2, top + height_ - kLabelMargin);
+    const double bars_top = top + kLabelMargin + kName + kPrice * 1.25;
+    Bars(label.bars, left, bars_top, top + height_ - kLabelMargin - kCode - bars_top);
     cairo_restore(context_);
   }
 
@@ -92,7 +92,7 @@ class LabelPainter {
 }  // namespace
 
 std::string LabelPdf(const std::vector<Label>& labels, const LabelSheet& sheet) {
-  Canvas canvas(kPageWidth, kPageHeight);
+  Canvas canvas(kSheetWidth, kSheetHeight);
   LabelPainter painter(canvas.get(), sheet);
   const auto on_page = static_cast<std::size_t>(sheet.columns) * static_cast<std::size_t>(sheet.rows);
   auto place = static_cast<std::size_t>(sheet.used);

@@ -11,7 +11,7 @@ namespace tpv {
 
 namespace {
 
-constexpr double kMargin = 0.4;    // centimetres, as those below
+constexpr double kPaperMargin = 0.4;    // centimetres, as those below
 constexpr double kShortest = 3;    // without margins
 constexpr double kSheetRoom = 9;   // what a line may take of a sheet's width
 // Of the fixed-pitch font, as shares of its size.
@@ -56,8 +56,8 @@ void DrawLine(cairo_t* context, const std::string& family, const PageLine& line,
 void DrawLineOrCode(cairo_t* context, const std::string& family, const PageLine& line, double left,
                     double top, double room) {
   if (!line.code) return DrawLine(context, family, line, left, top, room);
-  constexpr double kColumns = 32;
-  const double columns = std::min(room, kColumns * kAdvance * line.points);
+  constexpr double kRowColumns = 32;
+  const double columns = std::min(room, kRowColumns * kAdvance * line.points);
   DrawCode(context, *line.code, left + (columns - PointsOf(line)) / 2, top);
 }
 
@@ -69,10 +69,10 @@ double ContentLength(const TicketPage& page) {
 }
 
 void DrawOnSheets(Sheet& sheet, const TicketPage& page, std::string_view title) {
-  constexpr TextStyle kTitle{11, true};
+  constexpr TextStyle kShopTitle{11, true};
   const auto draw_head = [&] {
-    sheet.Text(title, Sheet::kLeft, Sheet::kTop, kTitle);
-    return Sheet::kTop + 2 * LineStep(kTitle);
+    sheet.Text(title, Sheet::kLeft, Sheet::kTop, kShopTitle);
+    return Sheet::kTop + 2 * LineStep(kShopTitle);
   };
   double first = 0;  // what is on the sheet's first line, as a place on the ticket
   double below_head = draw_head();
@@ -88,23 +88,23 @@ void DrawOnSheets(Sheet& sheet, const TicketPage& page, std::string_view title) 
 
 }  // namespace
 
-double LengthOnRoll(const TicketPage& page) { return ContentLength(page) + 2 * kMargin; }
+double LengthOnRoll(const TicketPage& page) { return ContentLength(page) + 2 * kPaperMargin; }
 
 std::optional<std::string> TicketPdf(const TicketPage& page, const RollPiece& piece) {
   const double length = piece.length > 0 ? piece.length : LengthOnRoll(page);
-  const double bottom = Points(length - kMargin);
+  const double bottom = Points(length - kPaperMargin);
   Canvas canvas(Points(piece.width), Points(length));
   double first = 0;
   for (const PageLine& line : page.lines) {
-    double top = Points(kMargin + line.y - first);
+    double top = Points(kPaperMargin + line.y - first);
     // Half a point: lengths are rounded on their way.
     if (top + PointsOf(line) > bottom + 0.5 && line.y > first) {
       cairo_show_page(canvas.get());
       first = line.y;
-      top = Points(kMargin);
+      top = Points(kPaperMargin);
     }
-    DrawLineOrCode(canvas.get(), page.family, line, Points(kMargin), top,
-                   Points(piece.width - 2 * kMargin));
+    DrawLineOrCode(canvas.get(), page.family, line, Points(kPaperMargin), top,
+                   Points(piece.width - 2 * kPaperMargin));
   }
   return canvas.Finish();
 }

@@ -7,8 +7,6 @@ namespace tpv::dialect {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 bool IsNameStart(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '@' || c == '#' ||
          static_cast<unsigned char>(c) >= 0x80;

@@ -75,7 +75,7 @@ std::string WithoutNumbers(std::string_view text) {
   std::string result;
   bool number = false;
   for (const char c : text) {
-    number = c == '?' || (number && c >= '0' && c <= '9');
+    number = c == '?' || (number && IsDigit(c));
     if (!number || c == '?') result += c;
   }
   return result;

@@ -10,8 +10,6 @@ namespace tpv::dialect {
 
 namespace {
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 constexpr bool StartsName(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '@' || c == '#' ||
          static_cast<unsigned char>(c) >= 0x80;

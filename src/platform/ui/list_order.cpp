@@ -12,14 +12,12 @@ namespace tpv::ui {
 namespace {
 
 // Kinds stand in this order.
-struct Key {
+struct SortKey {
   enum Kind { Empty, Number, Date, Text } kind = Empty;
   double number = 0;
   DateTime date{};
   std::string text;
 };
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view Digits(std::string_view text) {
   std::size_t length = 0;
@@ -50,31 +48,31 @@ int CompareTexts(std::string_view left, std::string_view right) {
   return static_cast<int>(!left.empty()) - static_cast<int>(!right.empty());
 }
 
-Key KeyOfText(const std::string& text) {
+SortKey KeyOfText(const std::string& text) {
   const std::string trimmed = Trim(text);
   if (trimmed.empty()) return {};
-  if (const auto date = ParseDayFirst(trimmed)) return {Key::Date, 0, *date, {}};
-  if (const auto number = ParseNumber(trimmed)) return {Key::Number, *number, {}, {}};
-  return {Key::Text, 0, {}, FoldForSearch(trimmed)};
+  if (const auto date = ParseDayFirst(trimmed)) return {SortKey::Date, 0, *date, {}};
+  if (const auto number = ParseNumber(trimmed)) return {SortKey::Number, *number, {}, {}};
+  return {SortKey::Text, 0, {}, FoldForSearch(trimmed)};
 }
 
-Key KeyOf(const Variant& value) {
+SortKey KeyOf(const Variant& value) {
   if (value.IsNull()) return {};
-  if (value.IsDate()) return {Key::Date, 0, value.ToDate(), {}};
+  if (value.IsDate()) return {SortKey::Date, 0, value.ToDate(), {}};
   if (value.IsText()) return KeyOfText(value.ToText());
-  return {Key::Number, value.NumberOr(0), {}, {}};
+  return {SortKey::Number, value.NumberOr(0), {}, {}};
 }
 
-Key KeyOf(const List& list, int row, int column) {
+SortKey KeyOf(const List& list, int row, int column) {
   const Variant* value = list.Content(row, column);
   return value != nullptr ? KeyOf(*value) : KeyOfText(list.Cell(row, column));
 }
 
-bool Before(const Key& left, const Key& right) {
+bool Before(const SortKey& left, const SortKey& right) {
   if (left.kind != right.kind) return left.kind < right.kind;
-  if (left.kind == Key::Number) return left.number < right.number;
-  if (left.kind == Key::Date) return left.date < right.date;
-  return left.kind == Key::Text && CompareTexts(left.text, right.text) < 0;
+  if (left.kind == SortKey::Number) return left.number < right.number;
+  if (left.kind == SortKey::Date) return left.date < right.date;
+  return left.kind == SortKey::Text && CompareTexts(left.text, right.text) < 0;
 }
 
 // What the eye reads of a row.
@@ -97,7 +95,7 @@ bool HoldsAll(const std::string& text, const std::vector<std::string>& words) {
 struct Group {
   int first = 0;
   int end = 0;
-  Key key;
+  SortKey key;
 };
 
 std::vector<Group> GroupsOf(const List& list) {
@@ -135,7 +133,7 @@ std::vector<int> OrderOf(const List& list) {
 
 std::vector<std::uint32_t> SortedBy(std::vector<std::uint32_t> rows, bool descending,
                                     const std::function<Variant(std::size_t row)>& value) {
-  std::vector<std::pair<Key, std::uint32_t>> keyed;
+  std::vector<std::pair<SortKey, std::uint32_t>> keyed;
   for (const std::uint32_t row : rows) keyed.emplace_back(KeyOf(value(row)), row);
   std::stable_sort(keyed.begin(), keyed.end(), [&](const auto& left, const auto& right) {
     return descending ? Before(right.first, left.first) : Before(left.first, right.first);
