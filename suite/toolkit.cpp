@@ -1,6 +1,7 @@
 #include "suite/toolkit.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/date_time.h"
 #include "base/mask.h"

@@ -31,7 +31,7 @@ require_packages() {
     "${missing[@]}" >&2
 }
 
-# build_preset PRESET TARGET… configures once and builds.
+# build_preset PRESET TARGET… configures, again when the presets have changed, and builds.
 build_preset() {
   local preset=$1
   shift
@@ -39,7 +39,7 @@ build_preset() {
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
   # What a source takes from a precompiled header is known by its contents.
   export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-  if [ ! -f "build/$preset/build.ninja" ]; then
+  if [ ! -f "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/CMakeCache.txt" ]; then
     echo "Configuring build/$preset" >&2
     cmake --preset "$preset" >/dev/null
   fi

@@ -58,14 +58,26 @@ bool EndsWithType(std::string_view sql) {
                      [word](std::string_view type) { return EqualNoCase(word, type); });
 }
 
+// How far a word ORDER that does not end at this character is from ending at the
+// earliest: most statements are passed over five characters at a time.
+std::size_t StepTo(char c) {
+  switch (c | 0x20) {
+    case 'e': return 1;
+    case 'd': return 2;
+    case 'r': return 3;
+    case 'o': return 4;
+    default: return 5;
+  }
+}
+
 // Where the first word ORDER is, or the statement's end.
 std::size_t OrderIn(std::string_view sql) {
   constexpr std::string_view kOrder = "ORDER";
-  for (std::size_t at = 0; at + kOrder.size() <= sql.size(); ++at) {
-    if ((sql[at] | 0x20) != 'o' || (at > 0 && StartsName(sql[at - 1]))) continue;
-    const std::size_t end = at + kOrder.size();
-    const bool whole = end == sql.size() || !IsNamePart(sql[end]);
-    if (whole && EqualNoCase(sql.substr(at, kOrder.size()), kOrder)) return at;
+  for (std::size_t last = kOrder.size() - 1; last < sql.size(); last += StepTo(sql[last])) {
+    const std::size_t at = last + 1 - kOrder.size();
+    if ((sql[last] | 0x20) != 'r' || !EqualNoCase(sql.substr(at, kOrder.size()), kOrder)) continue;
+    const bool begins = at == 0 || !StartsName(sql[at - 1]);
+    if (begins && (last + 1 == sql.size() || !IsNamePart(sql[last + 1]))) return at;
   }
   return sql.size();
 }

@@ -1,7 +1,9 @@
 #include "platform/ui/list_order.h"
 
 #include <algorithm>
+#include <compare>
 #include <functional>
+#include <memory_resource>
 
 #include "base/date_time.h"
 #include "base/number_text.h"
@@ -12,11 +14,14 @@ namespace tpv::ui {
 namespace {
 
 // Kinds stand in this order.
+enum class Kind : std::uint8_t { Empty, Number, Date, Text };
+
+// What a row is sorted by.
 struct SortKey {
-  enum Kind { Empty, Number, Date, Text } kind = Empty;
   double number = 0;
-  DateTime date{};
-  std::string text;
+  const char* text = "";  // a date's reads in time order
+  std::uint32_t row = 0;
+  Kind kind = Kind::Empty;
 };
 
 std::string_view Digits(std::string_view text) {
@@ -48,32 +53,51 @@ int CompareTexts(std::string_view left, std::string_view right) {
   return static_cast<int>(!left.empty()) - static_cast<int>(!right.empty());
 }
 
-SortKey KeyOfText(const std::string& text) {
-  const std::string trimmed = Trim(text);
-  if (trimmed.empty()) return {};
-  if (const auto date = ParseDayFirst(trimmed)) return {SortKey::Date, 0, *date, {}};
-  if (const auto number = ParseNumber(trimmed)) return {SortKey::Number, *number, {}, {}};
-  return {SortKey::Text, 0, {}, FoldForSearch(trimmed)};
-}
+// Makes the keys and keeps their texts close together: a million rows may be sorted.
+class SortKeys {
+ public:
+  void Add(const Variant& value, std::uint32_t row) {
+    if (value.IsText()) return Add(value.ToText(), row);
+    if (value.IsDate()) return AddText(Kind::Date, ToIso(value.ToDate()), row);
+    keys_.push_back({value.NumberOr(0), "", row, value.IsNull() ? Kind::Empty : Kind::Number});
+  }
 
-SortKey KeyOf(const Variant& value) {
-  if (value.IsNull()) return {};
-  if (value.IsDate()) return {SortKey::Date, 0, value.ToDate(), {}};
-  if (value.IsText()) return KeyOfText(value.ToText());
-  return {SortKey::Number, value.NumberOr(0), {}, {}};
-}
+  void Add(const std::string& text, std::uint32_t row) {
+    const std::string trimmed = Trim(text);
+    if (trimmed.empty()) return keys_.push_back({0, "", row, Kind::Empty});
+    if (const auto date = ParseDayFirst(trimmed)) return AddText(Kind::Date, ToIso(*date), row);
+    if (const auto number = ParseNumber(trimmed)) return keys_.push_back({*number, "", row, Kind::Number});
+    AddText(Kind::Text, FoldForSearch(trimmed), row);
+  }
 
-SortKey KeyOf(const List& list, int row, int column) {
-  const Variant* value = list.Content(row, column);
-  return value != nullptr ? KeyOf(*value) : KeyOfText(list.Cell(row, column));
-}
+  void Reserve(std::size_t rows) { keys_.reserve(rows); }
 
-bool Before(const SortKey& left, const SortKey& right) {
-  if (left.kind != right.kind) return left.kind < right.kind;
-  if (left.kind == SortKey::Number) return left.number < right.number;
-  if (left.kind == SortKey::Date) return left.date < right.date;
-  return left.kind == SortKey::Text && CompareTexts(left.text, right.text) < 0;
-}
+  // Rows that are equal stay in their own order.
+  const std::vector<SortKey>& Sorted(bool descending) {
+    std::sort(keys_.begin(), keys_.end(), [descending](const SortKey& left, const SortKey& right) {
+      const int order = Compare(left, right);
+      if (order == 0) return left.row < right.row;
+      return descending ? order > 0 : order < 0;
+    });
+    return keys_;
+  }
+
+ private:
+  void AddText(Kind kind, std::string_view text, std::uint32_t row) {
+    char* kept = static_cast<char*>(texts_.allocate(text.size() + 1, 1));
+    kept[text.copy(kept, text.size())] = '\0';
+    keys_.push_back({0, kept, row, kind});
+  }
+
+  static int Compare(const SortKey& left, const SortKey& right) {
+    if (left.kind != right.kind) return left.kind < right.kind ? -1 : 1;
+    if (const auto order = std::strong_order(left.number, right.number); order != 0) return order < 0 ? -1 : 1;
+    return CompareTexts(left.text, right.text);
+  }
+
+  std::vector<SortKey> keys_;
+  std::pmr::monotonic_buffer_resource texts_;
+};
 
 // What the eye reads of a row.
 std::string TextOf(const List& list, int row) {
@@ -95,35 +119,40 @@ bool HoldsAll(const std::string& text, const std::vector<std::string>& words) {
 struct Group {
   int first = 0;
   int end = 0;
-  SortKey key;
 };
 
 std::vector<Group> GroupsOf(const List& list) {
   const std::vector<std::string> words = Split(FoldForSearch(list.filter), " ");
   std::vector<Group> groups;
   for (int row = 0; row < list.RowCount();) {
-    Group group{row, row + 1, {}};
+    Group group{row, row + 1};
     std::string text = TextOf(list, row);
     for (; group.end < list.RowCount() && list.IsDetail(group.end); ++group.end) {
       text += TextOf(list, group.end);
     }
     row = group.end;
-    if (!HoldsAll(text, words)) continue;
-    if (list.sorted_by >= 0) group.key = KeyOf(list, group.first, list.sorted_by);
-    groups.push_back(std::move(group));
+    if (HoldsAll(text, words)) groups.push_back(group);
   }
   return groups;
+}
+
+std::vector<Group> Sorted(const List& list, const std::vector<Group>& groups) {
+  SortKeys keys;
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    const Variant* value = list.Content(groups[i].first, list.sorted_by);
+    const auto place = static_cast<std::uint32_t>(i);
+    value != nullptr ? keys.Add(*value, place) : keys.Add(list.Cell(groups[i].first, list.sorted_by), place);
+  }
+  std::vector<Group> sorted;
+  for (const SortKey& key : keys.Sorted(list.descending)) sorted.push_back(groups[key.row]);
+  return sorted;
 }
 
 }  // namespace
 
 std::vector<int> OrderOf(const List& list) {
   std::vector<Group> groups = GroupsOf(list);
-  if (list.sorted_by >= 0) {
-    std::stable_sort(groups.begin(), groups.end(), [&](const Group& left, const Group& right) {
-      return list.descending ? Before(right.key, left.key) : Before(left.key, right.key);
-    });
-  }
+  if (list.sorted_by >= 0) groups = Sorted(list, groups);
   std::vector<int> order;
   for (const Group& group : groups) {
     for (int row = group.first; row < group.end; ++row) order.push_back(row);
@@ -133,12 +162,11 @@ std::vector<int> OrderOf(const List& list) {
 
 std::vector<std::uint32_t> SortedBy(std::vector<std::uint32_t> rows, bool descending,
                                     const std::function<Variant(std::size_t row)>& value) {
-  std::vector<std::pair<SortKey, std::uint32_t>> keyed;
-  for (const std::uint32_t row : rows) keyed.emplace_back(KeyOf(value(row)), row);
-  std::stable_sort(keyed.begin(), keyed.end(), [&](const auto& left, const auto& right) {
-    return descending ? Before(right.first, left.first) : Before(left.first, right.first);
-  });
-  for (std::size_t i = 0; i < rows.size(); ++i) rows[i] = keyed[i].second;
+  SortKeys keys;
+  keys.Reserve(rows.size());
+  for (const std::uint32_t row : rows) keys.Add(value(row), row);
+  rows.clear();
+  for (const SortKey& key : keys.Sorted(descending)) rows.push_back(key.row);
   return rows;
 }
 
