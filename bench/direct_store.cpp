@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "adapters/sqlite/functions.h"
+#include "adapters/sqlite/store_file.h"
 
 namespace tpv::bench {
 
@@ -11,13 +12,13 @@ DirectStore::DirectStore(const std::string& path, const Clock& clock) {
   if (sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr) != SQLITE_OK) {
     throw std::runtime_error("no store");
   }
+  sqlite3_busy_timeout(handle_, 60000);  // its waiting is unfair: some wait for seconds
   RegisterFunctions(handle_, clock);  // the tables name its collation
   Run("PRAGMA foreign_keys = OFF");
-  Run("PRAGMA main.journal_mode = WAL");
+  sqlite::SwitchLogOn(handle_);  // waits where others do the same
   Run("PRAGMA synchronous = FULL");
   Run("PRAGMA temp_store = MEMORY");
   Run("PRAGMA cache_size = -24576");
-  sqlite3_busy_timeout(handle_, 60000);  // its waiting is unfair: some wait for seconds
 }
 
 DirectStore::~DirectStore() { sqlite3_close(handle_); }

@@ -39,9 +39,10 @@ build_preset() {
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
   # What a source takes from a precompiled header is known by its contents.
   export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-  if [ ! -f "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/CMakeCache.txt" ]; then
+  if ! cmp -s CMakePresets.json "build/$preset/presets"; then
     echo "Configuring build/$preset" >&2
     cmake --preset "$preset" >/dev/null
+    cp CMakePresets.json "build/$preset/presets"
   fi
   cmake --build --preset "$preset" --target "$@" >&2
 }
