@@ -31,10 +31,10 @@ bool TurnedRound(std::int64_t written, std::int64_t meant) {
 
 // Whether change was given as if this note had been another one.
 bool NoteMistaken(std::int64_t note, std::int64_t taken_for) {
-  constexpr std::array<std::int64_t, 7> kExchanged = {500, 1000, 2000, 5000, 10000, 20000, 50000};
+  constexpr std::array<std::int64_t, 7> kNoteCents = {500, 1000, 2000, 5000, 10000, 20000, 50000};
   bool is_note = false;
   bool other_is_note = false;
-  for (const std::int64_t each : kExchanged) {
+  for (const std::int64_t each : kNoteCents) {
     is_note |= each == note;
     other_is_note |= each == taken_for;
   }

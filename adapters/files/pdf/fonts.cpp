@@ -30,7 +30,7 @@ using Config = std::unique_ptr<FcConfig, Release>;
 enum class Found { AsUsual, ByName, ByRules };
 
 std::mutex changing;
-Found known = Found::AsUsual;
+Found fonts_found = Found::AsUsual;
 
 const FcChar8* Bytes(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
 
@@ -48,19 +48,19 @@ bool Has(FcConfig* config, const char* wanted) {
 
 void FindFontsByName(const char* family) {
   const std::lock_guard lock(changing);
-  if (known == Found::ByRules || std::getenv("FONTCONFIG_FILE") != nullptr) return;
+  if (fonts_found == Found::ByRules || std::getenv("FONTCONFIG_FILE") != nullptr) return;
   const Config config(FcConfigCreate());
   const bool read = config != nullptr && FcConfigParseAndLoadFromMemory(config.get(), Bytes(kPlaces), FcTrue) == FcTrue &&
                     FcConfigBuildFonts(config.get()) == FcTrue;
-  if (read && Has(config.get(), family) && FcConfigSetCurrent(config.get()) == FcTrue) known = Found::ByName;
+  if (read && Has(config.get(), family) && FcConfigSetCurrent(config.get()) == FcTrue) fonts_found = Found::ByName;
 }
 
 void ReadFontRules() {
   const std::lock_guard lock(changing);
-  if (known != Found::ByName) return;
+  if (fonts_found != Found::ByName) return;
   const Config config(FcInitLoadConfigAndFonts());
   if (config != nullptr) FcConfigSetCurrent(config.get());
-  known = Found::ByRules;
+  fonts_found = Found::ByRules;
 }
 
 }  // namespace tpv

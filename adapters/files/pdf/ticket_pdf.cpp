@@ -11,9 +11,9 @@ namespace tpv {
 
 namespace {
 
-constexpr double kPaperMargin = 0.4;    // centimetres, as those below
-constexpr double kShortest = 3;    // without margins
-constexpr double kSheetRoom = 9;   // what a line may take of a sheet's width
+constexpr double kPaperMargin = 0.4;  // centimetres, as those below
+constexpr double kShortest = 3;       // without margins
+constexpr double kSheetRoom = 9;      // what a line may take of a sheet's width
 // Of the fixed-pitch font, as shares of its size.
 constexpr double kAdvance = 0.6;
 constexpr double kAscent = 0.833;

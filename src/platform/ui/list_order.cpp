@@ -59,14 +59,14 @@ class SortKeys {
   void Add(const Variant& value, std::uint32_t row) {
     if (value.IsText()) return Add(value.ToText(), row);
     if (value.IsDate()) return AddText(Kind::Date, ToIso(value.ToDate()), row);
-    keys_.push_back({value.NumberOr(0), "", row, value.IsNull() ? Kind::Empty : Kind::Number});
+    value.IsNull() ? AddEmpty(row) : AddNumber(value.NumberOr(0), row);
   }
 
   void Add(const std::string& text, std::uint32_t row) {
     const std::string trimmed = Trim(text);
-    if (trimmed.empty()) return keys_.push_back({0, "", row, Kind::Empty});
+    if (trimmed.empty()) return AddEmpty(row);
     if (const auto date = ParseDayFirst(trimmed)) return AddText(Kind::Date, ToIso(*date), row);
-    if (const auto number = ParseNumber(trimmed)) return keys_.push_back({*number, "", row, Kind::Number});
+    if (const auto number = ParseNumber(trimmed)) return AddNumber(*number, row);
     AddText(Kind::Text, FoldForSearch(trimmed), row);
   }
 
@@ -83,6 +83,9 @@ class SortKeys {
   }
 
  private:
+  void AddEmpty(std::uint32_t row) { keys_.push_back({0, "", row, Kind::Empty}); }
+  // A sum that comes out as -0 is none but 0.
+  void AddNumber(double number, std::uint32_t row) { keys_.push_back({number + 0.0, "", row, Kind::Number}); }
   void AddText(Kind kind, std::string_view text, std::uint32_t row) {
     char* kept = static_cast<char*>(texts_.allocate(text.size() + 1, 1));
     kept[text.copy(kept, text.size())] = '\0';
