@@ -39,10 +39,12 @@ int Turns::Take(const std::function<int()>& begin) {
   return begin();
 }
 
-// Whenever nobody moves for a while the engine itself is asked.
+// Whenever nobody moves for a while the engine itself is asked. The pages read so far are
+// given back while there is time: who goes before writes, and the engine reads them anew.
 int Turns::StandInLine(const std::function<int()>& begin) {
   place_ = line_->Come();
   const auto end = Clock::now() + kPatience;
+  if (!line_->IsTurnOf(*place_)) sqlite3_db_release_memory(handle_);
   for (;;) {
     if (!line_->IsTurnOf(*place_)) line_->Wait(*place_, kStandstill);
     const bool turn = line_->IsTurnOf(*place_);

@@ -14,6 +14,7 @@ namespace tpv {
 namespace {
 
 constexpr int kMostDecimals = 15;
+constexpr int kMostPlainZeros = 20;
 
 // A number mask taken apart: what stands before and behind the digits, and how
 // many digits each side of the separator must and may have.
@@ -26,12 +27,12 @@ struct NumberMask {
   int decimals = 0;
 };
 
-bool IsDigitPlace(char c) { return c == '0' || c == '#'; }
-bool IsAmongDigits(char c) { return IsDigitPlace(c) || c == '.' || c == ','; }
+constexpr bool IsDigitPlace(char c) { return c == '0' || c == '#'; }
+constexpr bool IsAmongDigits(char c) { return IsDigitPlace(c) || c == '.' || c == ','; }
 
 // The digits start at the first "0" or "#" (or the point right before it) and
 // end with the last character that only digits are made of.
-NumberMask ReadNumberMask(std::string_view mask) {
+constexpr NumberMask ReadNumberMask(std::string_view mask) {
   NumberMask result;
   const auto* first = std::find_if(mask.begin(), mask.end(), IsDigitPlace);
   if (first == mask.end()) {
@@ -54,43 +55,30 @@ NumberMask ReadNumberMask(std::string_view mask) {
   return result;
 }
 
-// A number's digits as text, with a point before its decimals.
-class FixedText {
- public:
-  // Of a size that has no more decimals than these.
-  FixedText(double size, int decimals) {
-    constexpr double kPowers[] = {1, 10, 100, 1000, 10000};
-    constexpr double kPlain = 1e9;  // below it the digits are a whole number's
-    if (decimals <= 4 && size < kPlain) {
-      Write(static_cast<std::uint64_t>(std::llround(size * kPowers[decimals])), decimals);
-    } else {
-      end_ = std::to_chars(text_, text_ + sizeof text_, size, std::chars_format::fixed, decimals).ptr;
-      point_ = decimals > 0 ? end_ - decimals - 1 : end_;
-    }
+// The mask of nearly every amount.
+constexpr std::string_view kAmountMask = "#,##0.00";
+constexpr NumberMask kAmount = ReadNumberMask(kAmountMask);
+
+// Of as many units of the mask's last decimal. Written from behind.
+std::string UnitsText(std::uint32_t units, bool negative, const NumberMask& mask) {
+  char text[2 * kMostPlainZeros];
+  char* const end = text + sizeof text;
+  char* at = end;
+  for (int i = mask.decimals; i > 0; --i, units /= 10) {
+    const auto digit = static_cast<char>('0' + units % 10);
+    if (at != end || digit != '0' || i <= mask.decimal_zeros) *--at = digit;
   }
-
-  std::string_view Whole() const { return {text_, point_}; }
-  std::string_view Decimals() const { return {point_ < end_ ? point_ + 1 : end_, end_}; }
-
- private:
-  void Write(std::uint64_t digits, int decimals) {
-    if (decimals == 0) {
-      point_ = end_ = std::to_chars(text_, text_ + sizeof text_, digits).ptr;
-      return;
-    }
-    std::uint64_t power = 1;
-    for (int i = 0; i < decimals; ++i) power *= 10;
-    point_ = std::to_chars(text_, text_ + sizeof text_, digits / power).ptr;
-    *point_ = '.';
-    end_ = point_ + 1 + decimals;
-    std::uint64_t behind = digits % power;
-    for (char* at = end_; at != point_ + 1; behind /= 10) *--at = static_cast<char>('0' + behind % 10);
+  if (at != end) *--at = ',';
+  for (int i = 0; units > 0 || i < mask.whole_zeros; ++i, units /= 10) {
+    if (mask.grouped && i > 0 && i % 3 == 0) *--at = '.';
+    *--at = static_cast<char>('0' + units % 10);
   }
-
-  char text_[400];  // 309 digits and the decimals of the longest double
-  char* point_;
-  char* end_;
-};
+  if (mask.prefix.empty() && mask.suffix.empty()) {
+    if (negative) *--at = '-';
+    return {at, end};
+  }
+  return std::string(negative ? "-" : "").append(mask.prefix).append(at, end).append(mask.suffix);
+}
 
 void AppendWhole(std::string& text, std::string_view digits, const NumberMask& mask) {
   if (digits == "0") digits = {};
@@ -107,6 +95,19 @@ void AppendDecimals(std::string& text, std::string_view digits, const NumberMask
   const auto least = static_cast<std::size_t>(mask.decimal_zeros);
   while (digits.size() > least && digits.back() == '0') digits.remove_suffix(1);
   if (!digits.empty()) text.append(1, ',').append(digits);
+}
+
+// Of a rounded number of any size.
+std::string LongNumberText(double rounded, const NumberMask& mask) {
+  char text[400];  // 309 digits and the decimals of the longest double
+  const auto size = std::to_chars(text, text + sizeof text, std::fabs(rounded), std::chars_format::fixed, mask.decimals);
+  const std::string_view digits(text, size.ptr);
+  const std::size_t point = std::min(digits.find('.'), digits.size());
+  std::string result = rounded < 0 ? "-" : "";
+  result.append(mask.prefix);
+  AppendWhole(result, digits.substr(0, point), mask);
+  AppendDecimals(result, digits.substr(std::min(point + 1, digits.size())), mask);
+  return result.append(mask.suffix);
 }
 
 std::string DatePart(const DateTime& value, char part, std::size_t length) {
@@ -143,14 +144,12 @@ bool IsDatePart(char c) { return std::string_view("dmyhns").find(c) != std::stri
 
 std::string FormatNumber(double value, std::string_view mask) {
   if (!std::isfinite(value)) return ToSpanish(value);
-  const NumberMask parts = ReadNumberMask(mask);
-  const double rounded = RoundHalfAway(value, parts.decimals);
-  const FixedText digits(std::fabs(rounded), parts.decimals);
-  std::string text = rounded < 0 ? "-" : "";
-  text.append(parts.prefix);
-  AppendWhole(text, digits.Whole(), parts);
-  AppendDecimals(text, digits.Decimals(), parts);
-  return text.append(parts.suffix);
+  const NumberMask parts = mask == kAmountMask ? kAmount : ReadNumberMask(mask);
+  const auto units = RoundedUnits(std::fabs(value), parts.decimals);
+  if (units && parts.whole_zeros <= kMostPlainZeros) {
+    return UnitsText(static_cast<std::uint32_t>(*units), value < 0 && *units > 0, parts);
+  }
+  return LongNumberText(RoundHalfAway(value, parts.decimals), parts);
 }
 
 std::string FormatDate(const DateTime& value, std::string_view mask) {

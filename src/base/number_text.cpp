@@ -93,6 +93,10 @@ std::string ToPlain(double value) {
   return result == "-0" ? "0" : result;
 }
 
-std::string ToSpanish(double value) { return ReplaceAll(ToPlain(value), ".", ","); }
+std::string ToSpanish(double value) {
+  std::string text = ToPlain(value);
+  std::replace(text.begin(), text.end(), '.', ',');
+  return text;
+}
 
 }  // namespace tpv

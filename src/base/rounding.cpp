@@ -3,7 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <optional>
+#include <iterator>
 
 namespace tpv {
 
@@ -56,19 +56,8 @@ double Rounded(const DecimalDigits& digits, int keep, int decimals) {
   return result;
 }
 
-// Far from a half the decimal text decides nothing that the double does not;
-// below this size the product's error is far smaller than the margin.
-std::optional<double> RoundedPlainly(double size, int decimals) {
-  constexpr double kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
-  constexpr double kLargest = 1e9;
-  constexpr double kMargin = 1e-6;
-  if (decimals < 0 || decimals > 6) return std::nullopt;
-  const double scaled = size * kPowers[decimals];
-  const double whole = std::floor(scaled);
-  const double fraction = scaled - whole;
-  if (scaled >= kLargest || std::fabs(fraction - 0.5) < kMargin) return std::nullopt;
-  return (fraction > 0.5 ? whole + 1 : whole) / kPowers[decimals];
-}
+// Up to six decimals.
+constexpr double kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
 
 double RoundedByDigits(double size, int decimals, Precision precision) {
   const DecimalDigits digits = DigitsOf(size, precision);
@@ -80,12 +69,26 @@ double RoundedByDigits(double size, int decimals, Precision precision) {
 double Round(double value, int decimals, Precision precision) {
   const double size = std::fabs(value);
   if (!std::isfinite(value) || size >= 1e15 || size == 0) return value;
-  const auto plain = RoundedPlainly(size, decimals);
-  const double rounded = plain ? *plain : RoundedByDigits(size, decimals, precision);
+  const auto units = RoundedUnits(size, decimals);
+  const double rounded = units ? static_cast<double>(*units) / kPowers[decimals] : RoundedByDigits(size, decimals, precision);
   return rounded == 0 ? 0 : std::copysign(rounded, value);
 }
 
 }  // namespace
+
+// Far from a half the decimal text decides nothing that the double does not;
+// below this size the product's error is far smaller than the margin.
+std::optional<std::int64_t> RoundedUnits(double size, int decimals) {
+  constexpr double kLargest = 1e9;
+  constexpr double kMargin = 1e-6;
+  if (decimals < 0 || decimals >= static_cast<int>(std::size(kPowers))) return std::nullopt;
+  const double scaled = size * kPowers[decimals];
+  if (!(scaled >= 0 && scaled < kLargest)) return std::nullopt;
+  const auto whole = static_cast<std::int64_t>(scaled);
+  const double fraction = scaled - static_cast<double>(whole);
+  if (std::fabs(fraction - 0.5) < kMargin) return std::nullopt;
+  return fraction > 0.5 ? whole + 1 : whole;
+}
 
 double RoundHalfAway(double value, int decimals) { return Round(value, decimals, Precision::Sure); }
 
