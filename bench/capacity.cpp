@@ -62,7 +62,7 @@ std::vector<Hold> HoldsOfSales(int sales) {
     for (int line = 0; line < kLines; ++line) till.Scan("0007");
     till.Finish();
   }
-  if (watch.holds.size() != static_cast<std::size_t>(sales * kSteps)) {
+  if (std::ssize(watch.holds) != sales * kSteps) {
     throw std::runtime_error("a sale takes the lock more often than thought");
   }
   return watch.holds;

@@ -53,7 +53,7 @@ bool Grows(std::string_view table) {
 // A column of an older part: what it names lies further back, and nothing is owed any more
 // of which nothing was paid.
 std::string Value(const schema::Column& column, std::int64_t days, const Spans& behind) {
-  const std::string name(column.name);
+  std::string name(column.name);
   for (const Moved& moved : kMoved) {
     if (name != moved.column) continue;
     const std::string there = name + " + " + std::to_string(behind.at(moved.by));

@@ -83,7 +83,7 @@ Row CompareOnce(const Subject& subject, int runs, const Work& till, const Work& 
 
 }  // namespace
 
-Row Compare(Subject subject, int runs, const Work& till, const Work& direct) {
+Row Compare(const Subject& subject, int runs, const Work& till, const Work& direct) {
   Row quietest = CompareOnce(subject, runs, till, direct);
   for (int again = 0; again < 2 && quietest.disturbance >= kDisturbed; ++again) {
     Row row = CompareOnce(subject, runs, till, direct);
@@ -92,9 +92,7 @@ Row Compare(Subject subject, int runs, const Work& till, const Work& direct) {
   return quietest;
 }
 
-Row Measure(Subject subject, int runs, const Work& till) {
-  return Compare(std::move(subject), runs, till, {});
-}
+Row Measure(const Subject& subject, int runs, const Work& till) { return Compare(subject, runs, till, {}); }
 
 void Print(const std::vector<Row>& rows, const std::vector<Row>& small) {
   const bool growth = !small.empty();

@@ -43,9 +43,9 @@ struct Row {
 Times Summary(std::vector<double> times);
 
 // What other programs disturbed is measured again, twice at most; the quietest counts.
-Row Compare(Subject subject, int runs, const Work& till, const Work& direct);
+Row Compare(const Subject& subject, int runs, const Work& till, const Work& direct);
 // With nothing to compare to.
-Row Measure(Subject subject, int runs, const Work& till);
+Row Measure(const Subject& subject, int runs, const Work& till);
 
 // A table in Markdown on standard output; with growth when the same rows come
 // from a small store as well.

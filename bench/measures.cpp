@@ -151,45 +151,45 @@ class StoreMeasures {
     }
   }
 
-  Row Scan(Subject subject) {
-    Row row = Compare(std::move(subject), runs_, sales_.Scanning(), direct_sales_.Scanning());
+  Row Scan(const Subject& subject) {
+    Row row = Compare(subject, runs_, sales_.Scanning(), direct_sales_.Scanning());
     sales_.End();
     direct_sales_.End();
     return row;
   }
 
   // From so many days ago to so many.
-  Row Journal(Subject subject, int first, int last, int part) {
+  Row Journal(const Subject& subject, int first, int last, int part) {
     const DateTime from = Day(first);
     const DateTime to = Day(last);
     DirectLists direct(store_, from, to);
-    Row row = Compare(std::move(subject), Runs(part),
+    Row row = Compare(subject, Runs(part),
                       {{}, [&] { office_.Journal(ToDayFirst(from), ToDayFirst(to)); }},
                       {{}, [&] { direct.Journal(); }});
     row.items = first - last + 1;
     return row;
   }
 
-  Row Panel(Subject subject, int first, int last, int part, const std::function<void()>& prepare = {}) {
+  Row Panel(const Subject& subject, int first, int last, int part, const std::function<void()>& prepare = {}) {
     const DateTime from = Day(first);
     const DateTime to = Day(last);
     const int days = first - last + 1;
     DirectLists direct(store_, from, to);
     office_.OpenPanel(ToDayFirst(from), ToDayFirst(to));
-    Row row = Compare(std::move(subject), Runs(part), {prepare, [&] { office_.ShowPanel(); }},
+    Row row = Compare(subject, Runs(part), {prepare, [&] { office_.ShowPanel(); }},
                       {{}, [&] { direct.Panel(AddDays(from, -days), AddDays(to, -days)); }});
     office_.ClosePanel();
     row.items = days;
     return row;
   }
 
-  Row Invoicing(Subject subject, bool make_invoice) {
+  Row Invoicing(const Subject& subject, bool make_invoice) {
     const DateTime from = Day(MonthDays());
     const DateTime to = Day(1);
     DirectLists direct(store_, from, to);
     const auto forget = [&] { direct.Forget(); };
     Row row = Compare(
-        std::move(subject), Runs(200),
+        subject, Runs(200),
         {forget, [&] { office_.Invoicing(ToDayFirst(from), ToDayFirst(to), make_invoice); }},
         {forget, [&] {
            direct.SearchPeriod();

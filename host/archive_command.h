@@ -7,7 +7,7 @@
 
 namespace tpv {
 
-struct Machine;
+class Machine;
 
 // The arguments behind "store archive". 0 when done. Throws UsageError, DatabaseError and
 // what reading settings throws.

@@ -22,7 +22,7 @@ std::string TakeOption(std::vector<std::string>& arguments, const char* option) 
   const auto at = std::find(arguments.begin(), arguments.end(), option);
   if (at == arguments.end()) return {};
   if (at + 1 == arguments.end()) throw UsageError(kBackupUsage);
-  const std::string value = *(at + 1);
+  std::string value = *(at + 1);
   arguments.erase(at, at + 2);
   return value;
 }

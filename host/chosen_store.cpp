@@ -17,7 +17,7 @@ std::string TakeStoreOption(std::vector<std::string>& arguments) {
     const auto at = std::find(arguments.begin(), arguments.end(), option);
     if (at == arguments.end()) continue;
     if (at + 1 == arguments.end()) throw UsageError(std::string(option) + ": falta el almacén");
-    const std::string store =
+    std::string store =
         (std::string_view(option) == "--odbc" ? std::string(kServerStore) : "") + *(at + 1);
     arguments.erase(at, at + 2);
     return store;
@@ -26,7 +26,7 @@ std::string TakeStoreOption(std::vector<std::string>& arguments) {
 }
 
 std::string RememberedStore(const Settings& settings) {
-  const std::string store = settings.Read("TPV", "Start", "Store");
+  std::string store = settings.Read("TPV", "Start", "Store");
   if (store.empty())
     throw UsageError("no hay ningún almacén recordado: indíquelo con --store o --odbc");
   return store;

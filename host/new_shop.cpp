@@ -71,7 +71,7 @@ std::string CreateShop(ui::FrontEnd& front_end, const Clock& clock) {
 }
 
 std::string MakeDemonstration(const Clock& clock) {
-  const std::string store = DemonstrationStore();
+  std::string store = DemonstrationStore();
   if (fs::exists(store)) return store;
   MakePrivateFolder(fs::path(store).parent_path().string());
   MakeStore(store, Contents::Demonstration, clock);

@@ -83,24 +83,24 @@ bool MakeServerTables(Connection& connection) {
   return made;
 }
 
-std::unique_ptr<Connection> OpenServerStore(const std::string& name) {
-  std::unique_ptr<Connection> connection = std::make_unique<AskedOnce>(OpenServer(name));
-  const std::string missing = MissingTable(*connection);
-  if (missing.empty()) return connection;
+std::unique_ptr<Connection> OpenServerStore(const std::string& connection) {
+  std::unique_ptr<Connection> store = std::make_unique<AskedOnce>(OpenServer(connection));
+  const std::string missing = MissingTable(*store);
+  if (missing.empty()) return store;
   try {
-    MakeServerTables(*connection);
+    MakeServerTables(*store);
   } catch (const DatabaseError& error) {
     throw DatabaseError(
         "Al almacén le falta la tabla " + missing + " y este usuario no puede crearla. El "
         "administrador debe ejecutar una vez «tpv store create --odbc …». " + error.what(),
         error.sqlstate(), error.native());
   }
-  return connection;
+  return store;
 }
 
 #else
 
-std::unique_ptr<Connection> OpenServerStore(const std::string& name) { return OpenServer(name); }
+std::unique_ptr<Connection> OpenServerStore(const std::string& connection) { return OpenServer(connection); }
 
 std::unique_ptr<Connection> OpenServer(const std::string&) {
   throw UsageError("--odbc: este programa se construyó sin ODBC");

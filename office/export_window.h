@@ -10,7 +10,7 @@ namespace tpv::office {
 class ExportWindow : public Screen {
  public:
   // Both outlive the window.
-  ExportWindow(Context& context, const Tools& tools);
+  ExportWindow(Context& ctx, const Tools& tools);
 
   void OnLoad() override;
 

@@ -184,7 +184,7 @@ std::string InvoicePaper::Print(const Ports& ports) const {
       return {};
     } catch (const PrintError& error) {
       // The invoice exists: a page on the screen serves until the printer does.
-      const std::string path = ports.reports.Show(report_, file_name_);
+      std::string path = ports.reports.Show(report_, file_name_);
       ports.ui.Notify({"«" + report_.title + "» no se ha impreso. " + error.what() + ".",
                        error.detail()});
       return path;

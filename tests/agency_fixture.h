@@ -41,7 +41,7 @@ class AgencyFixture : public ::testing::Test {
   void Order(const std::string& orders) const { std::ofstream(folder / "orders") << orders; }
   // What it noted since the last time.
   std::string Log() const {
-    const std::string text = std::filesystem::exists(folder / "log") ? folder.Text("log") : "";
+    std::string text = std::filesystem::exists(folder / "log") ? folder.Text("log") : "";
     std::filesystem::remove(folder / "log");
     return text;
   }

@@ -61,7 +61,7 @@ class Archive : public testing::Test {
     }
   }
 
-  const TestFolder folder;
+  TestFolder folder;
   StepClock clock{};
   const std::string store = folder / "tienda.db";
   const std::string archive = folder / "tienda-hasta-2025.db";

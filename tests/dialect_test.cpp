@@ -57,7 +57,7 @@ std::string Comparable(const Variant& value) {
   if (value.IsDouble() || value.IsMoney()) {
     return ToPlain(std::round(value.ToDouble() * 1e8) / 1e8);
   }
-  const std::string text = value.ToPlainText();
+  std::string text = value.ToPlainText();
   const auto number = ParseNumber(text);
   if (value.IsText() && number && text.find('.') != std::string::npos) {
     return ToPlain(std::strtod(text.c_str(), nullptr));

@@ -259,7 +259,7 @@ TEST_F(OfficeTables, SalesGoOutByDay) {
 }
 
 TEST(FileNumbers, AreReadWhateverTheirCountry) {
-  const auto read = [](std::vector<std::string> learnt, const std::string& text) {
+  const auto read = [](const std::vector<std::string>& learnt, const std::string& text) {
     DecimalMark mark;
     for (const std::string& one : learnt) mark.Learn(one);
     std::string reason;

@@ -195,7 +195,7 @@ TEST(Panel, AKeptMonthIsForgottenWithWhateverChangesIt) {
   const auto read = [&](const LineTax& tax) {
     MonthlySums months(*panel, today);
     months.Announce(year);
-    const Sums sums = months.Read(year, tax);
+    Sums sums = months.Read(year, tax);
     months.Keep();
     return sums;
   };

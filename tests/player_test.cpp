@@ -20,7 +20,7 @@ struct Outcome {
 class PlayerTest : public testing::Test {
  protected:
   std::string Write(const std::string& name, const std::string& text) {
-    const std::string path = store.path() + "." + name;
+    std::string path = store.path() + "." + name;
     std::ofstream(path) << text;
     return path;
   }

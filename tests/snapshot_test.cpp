@@ -51,7 +51,7 @@ TEST_F(SnapshotTest, ListsAreReadAgainWhenAnyoneWroteThem) {
   // one that takes away what counts the changes.
   const sqlite::Handle tool = sqlite::OpenFile(store_.path());
   for (const char* drop : {"", "DROP TRIGGER tpv_PAIS_UPDATE; ", ""}) {
-    const std::string name = std::string(drop) == "" ? "Italia" : "Portugal";
+    const std::string name = *drop == 0 ? "Italia" : "Portugal";
     other_->Execute("INSERT INTO Age (Age_NOM) VALUES ('Ana')");
     EXPECT_EQ(Countries(), Countries());
     sqlite::Run(tool.get(), drop + ("UPDATE PAIS SET PAIS_NOM = '" + name) + "'");

@@ -48,7 +48,7 @@ class StartTest : public testing::Test, private ui::Driver {
     Shops(settings).Choose({chosen, ""});
   }
   std::string Make(const std::string& name, Contents contents) {
-    const std::string path = store.path() + name;
+    std::string path = store.path() + name;
     MakeStore(path, contents, store.clock());
     return path;
   }

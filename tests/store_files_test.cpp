@@ -43,7 +43,7 @@ class StoreFile : public testing::Test {
     ::getrlimit(RLIMIT_FSIZE, &usual);
     const rlimit small{300'000, usual.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &small);
-    const std::string error = ErrorOf(work);
+    std::string error = ErrorOf(work);
     ::setrlimit(RLIMIT_FSIZE, &usual);
     std::signal(SIGXFSZ, before);
     return error;

@@ -10,9 +10,9 @@ namespace tpv::csv {
 
 namespace {
 
-constexpr std::size_t kBlock = 64 * 1024;
+constexpr std::size_t kBlock = 65536;
 // What a cell and a row may hold: quotes that nobody closes end here.
-constexpr std::size_t kMostBytes = 1024 * 1024;
+constexpr std::size_t kMostBytes = 1 << 20;
 constexpr std::size_t kMostCells = 1000;
 
 bool IsLineBreak(char c) { return c == '\n' || c == '\r'; }

@@ -61,20 +61,20 @@ std::string PaperFolder(const Settings& settings, std::string_view key) {
   }
 }
 
-void PaperDelivery::Deliver(const std::string& name, const PaperDocument& document, HeldPaper* held,
+void PaperDelivery::Deliver(const std::string& printer, const PaperDocument& document, HeldPaper* held,
                             const Deadline& deadline) const {
-  std::string printer = name;
+  std::string name = printer;
   const auto fail = [&](const std::exception& error, const std::string& detail, bool maybe_printed) {
-    if (held != nullptr) held->Failed(printer, error.what(), maybe_printed);
-    TellFailure(printer, document, error.what(), detail, held);
+    if (held != nullptr) held->Failed(name, error.what(), maybe_printed);
+    TellFailure(name, document, error.what(), detail, held);
   };
   try {
-    const PrinterSetup found = Find(name, deadline);
-    printer = found.name;
+    const PrinterSetup found = Find(printer, deadline);
+    name = found.name;
     const std::string waits = Print(found, document, held, deadline);
     if (held != nullptr) held->Done();
     if (waits.empty() || document.title.empty() || !news_.failed) return;
-    news_.failed({"«" + document.title + "» espera en la cola de «" + printer +
+    news_.failed({"«" + document.title + "» espera en la cola de «" + name +
                       "»: la impresora " + waits + ".", {}});
   } catch (const UnsurePrint& error) {
     fail(error, error.detail(), true);

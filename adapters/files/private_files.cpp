@@ -152,20 +152,20 @@ bool CreatePrivateFile(const std::string& path, std::string_view bytes) {
   return true;
 }
 
-void ReplacePrivateFile(const std::string& linked, std::string_view bytes) {
-  const std::string path = BehindLinks(linked);
-  std::string temporary = path + ".XXXXXX";
+void ReplacePrivateFile(const std::string& path, std::string_view bytes) {
+  const std::string file = BehindLinks(path);
+  std::string temporary = file + ".XXXXXX";
   {
-    const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));  // made with mode 0600
-    if (!file) Fail("escribir", path, errno);
-    FillNewFile(file, temporary, bytes);
+    const Descriptor written(::mkostemp(temporary.data(), O_CLOEXEC));  // made with mode 0600
+    if (!written) Fail("escribir", file, errno);
+    FillNewFile(written, temporary, bytes);
   }
-  if (::rename(temporary.c_str(), path.c_str()) != 0) {
+  if (::rename(temporary.c_str(), file.c_str()) != 0) {
     const int error = errno;
     ::unlink(temporary.c_str());
-    Fail("escribir", path, error);
+    Fail("escribir", file, error);
   }
-  SyncFolderOf(path);
+  SyncFolderOf(file);
 }
 
 bool MakePrivate(const std::string& path) {

@@ -117,7 +117,7 @@ void ShopPrinters::HandOver(const std::string& printer, PaperDocument document, 
   }
   const auto known = Settled(printer);
   lines_.Add(known ? LineOf(known->target) : printer,
-             [this, printer, document = std::move(document), held](const Deadline& deadline) {
+             [this, printer, document = std::move(document), held = std::move(held)](const Deadline& deadline) {
                delivery_.Deliver(printer, document, held.get(), deadline);
              });
 }

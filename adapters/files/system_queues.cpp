@@ -27,7 +27,7 @@ class NotThere : public PrintError {
 }
 
 ProgramResult Ask(const std::vector<std::string>& words, const Deadline& deadline) {
-  const ProgramResult result = RunProgram(words, {}, deadline.Left());
+  ProgramResult result = RunProgram(words, {}, deadline.Left());
   if (result.late) FailLate();
   return result;
 }

@@ -8,8 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -68,7 +68,7 @@ Owned<BIO> Over(const std::string& bytes) {
 int GivePassword(char* buffer, int size, int, void* password) {
   const auto& text = *static_cast<const std::string*>(password);
   if (text.size() > static_cast<std::size_t>(size)) return -1;
-  std::memcpy(buffer, text.data(), text.size());
+  std::copy(text.begin(), text.end(), buffer);
   return static_cast<int>(text.size());
 }
 

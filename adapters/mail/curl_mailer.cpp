@@ -237,7 +237,7 @@ MailResult CurlMailer::Send(const Mail& mail) {
                     MailMessage(mail, settings.from, recipients, clock_.Now()), mail.port);
     const auto now = std::chrono::steady_clock::now();
     if (sending.Server() == dead_server_ && now < dead_until_) return {false, dead_error_};
-    const MailResult result = sending.Run();
+    MailResult result = sending.Run();
     dead_server_ = sending.NobodyThere() ? sending.Server() : std::string();
     dead_error_ = result.text;
     dead_until_ = std::chrono::steady_clock::now() + kRest;

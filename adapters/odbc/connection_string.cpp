@@ -104,7 +104,7 @@ Pairs WithDataSource(const Pairs& pairs) {
 }
 
 std::string DriverLibrary(const Pairs& pairs) {
-  const std::string driver = Find(pairs, {"Driver"});
+  std::string driver = Find(pairs, {"Driver"});
   if (driver.empty() || driver.find('/') != std::string::npos) return driver;
   return Profile(driver, "Driver", "odbcinst.ini");
 }

@@ -39,7 +39,7 @@ Address AddressOf(std::string text) {
   const auto split_off = [&text](char separator) {
     const std::size_t at = text.find(separator);
     if (at == std::string::npos) return std::string();
-    const std::string rest = Trim(text.substr(at + 1));
+    std::string rest = Trim(text.substr(at + 1));
     text.resize(at);
     return rest;
   };

@@ -37,10 +37,6 @@ class PressView : public ControlView {
     });
   }
   QWidget* Outer() override { return widget_; }
-  void Sync() override {
-    ControlView::Sync();
-    if (HasNewCaption()) SyncCaption(*widget_, control);
-  }
   std::string Shown() const override { return Utf8(widget_->text()); }
   std::string Expected() const override { return ui::MarkedCaption(control); }
 
@@ -111,7 +107,8 @@ class MarkView : public PressView<Widget> {
     this->widget_->setMinimumHeight(34);
   }
   void Sync() override {
-    PressView<Widget>::Sync();
+    ControlView::Sync();
+    if (this->HasNewCaption()) SyncCaption(*this->widget_, this->control);
     const QSignalBlocker quiet(this->widget_);
     this->widget_->setChecked(mark_.checked);
   }

@@ -21,7 +21,7 @@ class Pages : public QTextBrowser {
  public:
   using QTextBrowser::QTextBrowser;
   QVariant loadResource(int type, const QUrl& name) override {
-    const QVariant found = QTextBrowser::loadResource(type, name);
+    QVariant found = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource) return found;
     const QImage picture = QImage::fromData(found.toByteArray());
     const int room = viewport()->width() - kPageMargin;
@@ -52,7 +52,7 @@ QString ManualFile(const QString& page) {
   QDir folder(QCoreApplication::applicationDirPath());
   do {
     for (const char* place : {"share/doc/tpv/", "docs/"}) {
-      const QString file = folder.filePath(place + name);
+      QString file = folder.filePath(place + name);
       if (QFileInfo::exists(file)) return file;
     }
   } while (folder.cdUp());
@@ -63,7 +63,7 @@ ManualWindow::ManualWindow(QWidget& screen)
     : QWidget(&screen, Qt::Window), browser_(new Pages(this)) {
   setWindowTitle("Manual");
   browser_->setFont(Type(kTextSize));
-  browser_->document()->setDocumentMargin(kPageMargin / 2);
+  browser_->document()->setDocumentMargin(kPageMargin / 2.0);
   browser_->installEventFilter(this);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

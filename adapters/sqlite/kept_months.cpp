@@ -73,7 +73,7 @@ std::string KeptMonths::Recall(std::string_view month) {
 
 std::string KeptMonths::Announce(std::string_view month) {
   std::random_device chance;
-  const std::string mark = std::to_string(chance()) + "-" + std::to_string(chance());
+  std::string mark = std::to_string(chance()) + "-" + std::to_string(chance());
   Run(handle_, "INSERT OR REPLACE INTO main.TpvMeses VALUES (" + Literal(std::string(month)) + ", " + Literal(mark) +
                    ", NULL)");
   return mark;

@@ -77,19 +77,19 @@ CopyToRead::~CopyToRead() {
   fs::remove_all(folder_, ignored);
 }
 
-Looked OpenToLook(const std::string& named) {
+Looked OpenToLook(const std::string& path) {
   std::error_code none;
-  const std::string real = fs::canonical(named, none).string();  // the log lies beside it
-  const std::string& path = none ? named : real;
-  if (MayWriteStore(path)) return {nullptr, OpenFile(path)};
-  if (NeedsItsLog(path)) {
-    auto copy = std::make_unique<CopyToRead>(path);
+  const std::string real = fs::canonical(path, none).string();  // the log lies beside it
+  const std::string& place = none ? path : real;
+  if (MayWriteStore(place)) return {nullptr, OpenFile(place)};
+  if (NeedsItsLog(place)) {
+    auto copy = std::make_unique<CopyToRead>(place);
     Handle handle = OpenFile(copy->path());
     // Otherwise a till has opened it meanwhile, and it can be read as it is.
-    if (NeedsItsLog(path)) return {std::move(copy), std::move(handle)};
+    if (NeedsItsLog(place)) return {std::move(copy), std::move(handle)};
   }
-  const bool log_missing = MarkedAsLogged(path) && !IsThere(path + "-wal");
-  return {nullptr, log_missing ? OpenUnlogged(path) : OpenFile(path)};
+  const bool log_missing = MarkedAsLogged(place) && !IsThere(place + "-wal");
+  return {nullptr, log_missing ? OpenUnlogged(place) : OpenFile(place)};
 }
 
 }  // namespace tpv::sqlite

@@ -141,7 +141,7 @@ std::string FieldForm::Plain(std::string_view column) const {
   const ui::Control& control = *controls_[index];
   if (const auto* check = dynamic_cast<const ui::CheckBox*>(&control)) return check->checked ? "1" : "0";
   if (const auto* combo = dynamic_cast<const ui::ComboBox*>(&control)) return CodeOf(combo->Text());
-  const std::string text = Trim(dynamic_cast<const ui::TextBox&>(control).text);
+  std::string text = Trim(dynamic_cast<const ui::TextBox&>(control).text);
   if (fields_[index].asks != Asks::Amount) return text;
   const auto number = ParseNumber(text);
   return number ? ToPlain(*number) : std::string();

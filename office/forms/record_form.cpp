@@ -97,7 +97,7 @@ void RecordForm::Store() {
 
 // The field's value as SQL text.
 std::string RecordForm::Literal(const FormField& field) const {
-  const std::string value = Plain(field.column);
+  std::string value = Plain(field.column);
   if (value.empty()) return "NULL";
   switch (field.asks) {
     case Asks::Flag: return value;

@@ -14,7 +14,7 @@ namespace tpv::office {
 class ImportWindow : public Screen {
  public:
   // Both outlive the window.
-  ImportWindow(Context& context, const Tools& tools);
+  ImportWindow(Context& ctx, const Tools& tools);
 
   void OnLoad() override;
 

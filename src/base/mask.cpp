@@ -100,8 +100,9 @@ void AppendDecimals(std::string& text, std::string_view digits, const NumberMask
 // Of a rounded number of any size.
 std::string LongNumberText(double rounded, const NumberMask& mask) {
   char text[400];  // 309 digits and the decimals of the longest double
-  const auto size = std::to_chars(text, text + sizeof text, std::fabs(rounded), std::chars_format::fixed, mask.decimals);
-  const std::string_view digits(text, size.ptr);
+  const char* end =
+      std::to_chars(text, text + sizeof text, std::fabs(rounded), std::chars_format::fixed, mask.decimals).ptr;
+  const std::string_view digits(text, end);
   const std::size_t point = std::min(digits.find('.'), digits.size());
   std::string result = rounded < 0 ? "-" : "";
   result.append(mask.prefix);

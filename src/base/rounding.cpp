@@ -70,7 +70,8 @@ double Round(double value, int decimals, Precision precision) {
   const double size = std::fabs(value);
   if (!std::isfinite(value) || size >= 1e15 || size == 0) return value;
   const auto units = RoundedUnits(size, decimals);
-  const double rounded = units ? static_cast<double>(*units) / kPowers[decimals] : RoundedByDigits(size, decimals, precision);
+  const double rounded =
+      units ? static_cast<double>(*units) / kPowers[decimals] : RoundedByDigits(size, decimals, precision);
   return rounded == 0 ? 0 : std::copysign(rounded, value);
 }
 

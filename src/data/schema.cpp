@@ -150,6 +150,16 @@ Table FiscalReplies() {
           {{{"Fir_IdFis"}, true}, {{"Fir_Estado"}}}};
 }
 
+// Lines as the tickets had them when they were invoiced.
+Table InvoicedLines() {
+  return {"Fal", kStore, true, false,
+          {{"Fal_Id", Int}, Required("Fal_IdFav", Int), {"Fal_IdCav", Int}, {"Fal_Ticket", Text, 20},
+           {"Fal_Fecha", DateTime}, {"Fal_CodArt", Text, 20}, {"Fal_Des", Text, 100},
+           {"Fal_Uni", Float}, {"Fal_Precio", Float}, {"Fal_Dto1", Float}, {"Fal_Importe", Float},
+           {"Fal_Iva", Float}, {"Fal_Total", Money}},
+          {{{"Fal_IdFav"}}}};
+}
+
 // Which till sends the invoice records to the agency now, and when it may: one row.
 Table SendingTurn() {
   return {"FiscalTurno", kStore, false, true,
@@ -255,13 +265,7 @@ std::vector<Table> Describe() {
         With("baja_fecha", DateTime, Default::Now)},
        {{{"baja_tabla", "baja_idreg"}, true}},
        true},
-      // Lines as the tickets had them when they were invoiced.
-      {"Fal", kStore, true, false,
-       {{"Fal_Id", Int}, Required("Fal_IdFav", Int), {"Fal_IdCav", Int}, {"Fal_Ticket", Text, 20},
-        {"Fal_Fecha", DateTime}, {"Fal_CodArt", Text, 20}, {"Fal_Des", Text, 100},
-        {"Fal_Uni", Float}, {"Fal_Precio", Float}, {"Fal_Dto1", Float}, {"Fal_Importe", Float},
-        {"Fal_Iva", Float}, {"Fal_Total", Money}},
-       {{{"Fal_IdFav"}}}},
+      InvoicedLines(),
       {"Fai", kStore, false, false,
        {Required("Fai_IdFav", Int), {"Fai_Iva", Float}, {"Fai_Base", Money}, {"Fai_Cuota", Money}},
        {{{"Fai_IdFav"}}}},

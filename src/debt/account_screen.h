@@ -12,7 +12,7 @@ class FrmTpvCuenta : public Screen {
  public:
   // `customer_id` is a stored customer's; its code and name as the caller shows them.
   FrmTpvCuenta(Context& ctx, std::int32_t customer_id, const std::string& code,
-               const std::string& name);
+               const std::string& customer);
 
   ui::TextBoxes Text1{*this, "Text1"};
 

@@ -45,7 +45,7 @@ std::string OnTheWall(std::string_view moment) {
 
 // A clock a little behind takes the last record's moment; one further back is wrong.
 std::string MomentOf(const ChainEnd& end, Zone zone) {
-  const std::string moment = MomentText(zone, end.now);
+  std::string moment = MomentText(zone, end.now);
   const auto last = MomentUtc(end.moment);
   if (!last || end.now >= *last) return moment;
   if (AddSeconds(end.now, kClockTolerance) >= *last) return MomentText(zone, *last);

@@ -8,7 +8,7 @@ namespace tpv::fiscal {
 
 namespace {
 
-constexpr int kHour = 3600;
+constexpr std::int64_t kHour = 3600;
 
 // 01:00 of universal time on the month's last Sunday, when all of Europe changes.
 DateTime ChangeOf(int year, std::chrono::month month) {

@@ -278,7 +278,7 @@ void LeaveTurn(Connection* connection, const std::string& holder) noexcept {
 
 SendingRound SendOnce(Connection& connection, Agency& agency) {
   const std::string holder = NewHolder();
-  const SendingRound round = SendWaiting(connection, agency, holder, When::AtOnce);
+  SendingRound round = SendWaiting(connection, agency, holder, When::AtOnce);
   LeaveTurn(&connection, holder);
   return round;
 }

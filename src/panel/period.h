@@ -31,7 +31,7 @@ enum class Span { Today, Yesterday, Week, Month, Year };
 
 // Up to today, and as many days of the day, week, month or year before: a month's first 24
 // days beside the first 24 of the last one, as far as that goes.
-Periods PeriodsOf(Span span, const DateTime& today);
+Periods PeriodsOf(Span span, const DateTime& now);
 // The whole month that the day lies in.
 Days MonthOf(const DateTime& day);
 // As many days right before those.

@@ -8,7 +8,7 @@ namespace tpv {
 
 ui::Entries PaymentMethods(Context& context) {
   constexpr ChoiceList kMethods{"Select * from Fco", "Fco_Id", "Fco_Des", "00", "00 - Sin asignar"};
-  const ui::Entries all = context.choices.Entries(context.Database(), kMethods);
+  ui::Entries all = context.choices.Entries(context.Database(), kMethods);
   const std::set<std::int32_t> retired = RetiredOf(context, "Fco");
   if (retired.empty()) return all;
   std::vector<std::string> offered(all.begin(), all.end());

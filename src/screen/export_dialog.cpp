@@ -5,7 +5,7 @@
 
 namespace tpv {
 
-FrmExportar::FrmExportar(Context& context, TableFiles& files, std::string usual_name)
+FrmExportar::FrmExportar(Context& context, TableFiles& files, const std::string& usual_name)
     : Screen(context, "frmExportarLista"), files_(files) {
   caption = "Exportar lista";
   Text1.Add(0, "Fichero").columns = 60;

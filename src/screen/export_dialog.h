@@ -10,7 +10,7 @@ class TableFiles;
 class FrmExportar : public Screen {
  public:
   // The files outlive the dialog.
-  FrmExportar(Context& context, TableFiles& files, std::string usual_name);
+  FrmExportar(Context& context, TableFiles& files, const std::string& usual_name);
 
   std::string chosen;  // the whole path; "" when given up
 

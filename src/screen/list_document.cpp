@@ -11,7 +11,7 @@ namespace tpv {
 
 namespace {
 
-std::string Plain(std::string caption) { return TrimRight(ReplaceAll(std::move(caption), "&", "")); }
+std::string Plain(const std::string& caption) { return TrimRight(ReplaceAll(caption, "&", "")); }
 
 std::vector<int> ShownColumns(const ui::List& list) {
   std::vector<int> columns;

@@ -13,7 +13,7 @@
 
 // Takes a value over and releases it.
 inline std::string Text(zrtpv_value value) {
-  const std::string text =
+  std::string text =
       value.type == ZRTPV_TEXT ? std::string(value.as.text.bytes, value.as.text.length) : "(no text)";
   zrtpv_clear(&value);
   return text;

@@ -101,10 +101,10 @@ std::string LabelPdf(const std::vector<Label>& labels, const LabelSheet& sheet) 
       cairo_show_page(canvas.get());
       place = 0;
     }
-    const auto column = static_cast<double>(place % static_cast<std::size_t>(sheet.columns));
-    const auto row = static_cast<double>(place / static_cast<std::size_t>(sheet.columns));
-    painter.Draw(label, (sheet.left + column * (sheet.width + sheet.between)) * kPoint,
-                 (sheet.top + row * sheet.height) * kPoint);
+    const std::size_t column = place % static_cast<std::size_t>(sheet.columns);
+    const std::size_t row = place / static_cast<std::size_t>(sheet.columns);
+    painter.Draw(label, (sheet.left + static_cast<double>(column) * (sheet.width + sheet.between)) * kPoint,
+                 (sheet.top + static_cast<double>(row) * sheet.height) * kPoint);
     ++place;
   }
   return canvas.Finish();

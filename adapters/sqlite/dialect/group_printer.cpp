@@ -19,7 +19,7 @@ std::string KeyOfGroups(const Scope& scope) {
   for (const Source& source : scope.sources) {
     if (source.table == nullptr || !source.table->identity) continue;
     const std::string column = Delimited(source.alias) + ".";
-    const std::string key = column + Delimited(source.table->columns[0].name);
+    std::string key = column + Delimited(source.table->columns[0].name);
     const auto is_of_table = [&](const std::string& term) { return term.starts_with(column); };
     if (Holds(scope.terms, key) && std::all_of(scope.terms.begin(), scope.terms.end(), is_of_table)) return key;
   }
