@@ -50,7 +50,8 @@ void Texts(std::string_view text) {
   Require(Length(Left(valid, 32)) <= 32);
   Require(OneLine(text).find_first_of("\r\n") == std::string::npos);
   const std::string quoted = sql::Quoted(text);
-  Require(ReplaceAll(quoted.substr(1, quoted.size() - 2), "''", "").find('\'') == std::string::npos);
+  const std::size_t inside = quoted.find('\'') + 1;  // behind "N'" where there are accents
+  Require(ReplaceAll(quoted.substr(inside, quoted.size() - inside - 1), "''", "").find('\'') == std::string::npos);
   Require(FoldForSearch(FoldForSearch(valid)) == FoldForSearch(valid));
 }
 
