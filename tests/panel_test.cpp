@@ -180,6 +180,43 @@ TEST(Panel, EveryChartComesToTheJournalsTotal) {
   }
 }
 
+// Each line sold looks whether its month is kept, and reads nothing of what is. An older
+// program's table, which was in the way, is made anew.
+TEST(Panel, KeptMonthsAreInNoSalesWay) {
+  TestStore store;
+  sqlite3* tool = nullptr;
+  ASSERT_EQ(sqlite3_open(store.path().c_str(), &tool), SQLITE_OK);
+  const sqlite::Handle tools(tool);
+  RegisterFunctions(tool, store.clock());
+  const auto run = [&](const std::string& sql) {
+    char* error = nullptr;
+    EXPECT_EQ(sqlite3_exec(tool, sql.c_str(), nullptr, nullptr, &error), SQLITE_OK) << error;
+  };
+  const auto pages_of_a_line = [&] {
+    const auto taken = [&](int what) {
+      int pages = 0;
+      int most = 0;
+      sqlite3_db_status(tool, what, &pages, &most, 1);
+      return pages;
+    };
+    taken(SQLITE_DBSTATUS_CACHE_HIT);
+    taken(SQLITE_DBSTATUS_CACHE_MISS);
+    run("INSERT INTO Lav (Lav_IdCav,Lav_Idart,Lav_Uni,Lav_Importe,Lav_Tiva) VALUES (1,1,1,3,1)");
+    return taken(SQLITE_DBSTATUS_CACHE_HIT) + taken(SQLITE_DBSTATUS_CACHE_MISS);
+  };
+  run("INSERT INTO Cav (Cav_Id,Cav_Fecha,Cav_Ticket) VALUES (1,'2026-03-10 10:00:00.000',1)");
+  const std::string keep_forty =
+      "WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 50) "
+      "INSERT INTO TpvMeses SELECT '20' || i || '-01', NULL, hex(zeroblob(100000)) FROM n";
+  run("DROP TABLE TpvMeses; CREATE TABLE TpvMeses (Mes TEXT PRIMARY KEY, Marca TEXT, Texto TEXT) WITHOUT ROWID");
+  const int before = pages_of_a_line();
+  run(keep_forty);
+  EXPECT_GT(pages_of_a_line(), before + 40);
+  store.Open();
+  run(keep_forty);
+  EXPECT_LE(pages_of_a_line(), before + 4);
+}
+
 // Whoever changes what a kept month was made from, and whenever.
 TEST(Panel, AKeptMonthIsForgottenWithWhateverChangesIt) {
   TestStore store;

@@ -5,8 +5,9 @@
 
 namespace tpv::sqlite {
 
-const char* const kKeptMonthsTable = "CREATE TABLE IF NOT EXISTS main.TpvMeses (Mes TEXT PRIMARY KEY, Marca TEXT, "
-                                     "Texto TEXT) WITHOUT ROWID";
+// With row numbers: the months' long texts would lie in the way of every look for one
+// otherwise, and each line sold looks whether its month is kept.
+const char* const kKeptMonthsTable = "CREATE TABLE TpvMeses (Mes TEXT PRIMARY KEY, Marca TEXT, Texto TEXT)";
 
 namespace {
 

@@ -30,15 +30,16 @@ std::map<std::string, std::string> Triggers() {
 }  // namespace
 
 bool CountsListChanges(sqlite3* handle) {
-  std::string wanted;
+  std::string wanted = std::string(kKeptMonthsTable) + "\n";
   for (const auto& [name, text] : Triggers()) wanted += text + "\n";
   return wanted == Text(handle,
                         "SELECT group_concat(sql || char(10), '') FROM (SELECT sql FROM main.sqlite_master WHERE "
-                        "type = 'trigger' AND substr(name, 1, 4) = 'tpv_' ORDER BY name)");
+                        "name = 'TpvMeses' OR type = 'trigger' AND substr(name, 1, 4) = 'tpv_' ORDER BY type, name)");
 }
 
 void CountListChanges(sqlite3* handle) {
   Run(handle, "CREATE TABLE IF NOT EXISTS main.TpvCambios (Id INTEGER PRIMARY KEY, Cambios INTEGER)");
+  Run(handle, "DROP TABLE IF EXISTS main.TpvMeses");  // nobody watched over what it holds
   Run(handle, kKeptMonthsTable);
   for (const auto& [name, text] : Triggers()) Run(handle, "DROP TRIGGER IF EXISTS main." + name + "; " + text);
 }
