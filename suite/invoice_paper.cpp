@@ -16,6 +16,8 @@ namespace tpv::suite {
 
 namespace {
 
+constexpr std::size_t kLinesAPulse = 64;
+
 std::string Euros(const Variant& value) { return FormatNumber(value.NumberOr(0), "#,##0.00"); }
 
 // The pieces that are not empty, joined by blanks.
@@ -123,12 +125,13 @@ ReportTable InvoicePaper::Lines() {
                    {"Precio", 1.2, true}, {"% Dto", 0.8, true}, {"Importe", 1.3, true},
                    {"% IVA", 0.8, true}};
   std::int32_t ticket = 0;
+  std::size_t read = 0;
   const auto rows = Read(
       "SELECT Fal_IdCav, Fal_Ticket, Fal_Fecha, Fal_CodArt, Fal_Des, Fal_Uni, "
       "ROUND(cast(Fal_Precio + (Fal_Precio /100 * Fal_Iva) as money),2) AS Precio, Fal_Dto1, "
       "Fal_Total, Fal_Iva FROM Fal WHERE Fal_IdFav = ", " ORDER BY Fal_Id");
   for (; !rows->Eof(); rows->MoveNext()) {
-    Pulse();
+    if (++read % kLinesAPulse == 0) Pulse();
     const std::int32_t of_line = rows->Field(0).IntOr(0);
     if (table.rows.empty() || of_line != ticket) {
       ReportRow& heading = table.rows.emplace_back();
