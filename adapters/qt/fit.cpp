@@ -20,7 +20,7 @@ namespace tpv::qt {
 namespace {
 
 constexpr int kLeastRows = 2;   // of a table, below its header
-constexpr int kAmountsLength = 9;  // characters: 99.999,99
+constexpr const char* kCommonAmount = "99.999,99";
 
 bool LabelFits(const QLabel& label) {
   if (!label.pixmap().isNull()) return true;
@@ -42,10 +42,10 @@ bool FieldFits(const Captioned& field) {
     return false;
   }
   if (edit == nullptr || !(edit->alignment() & Qt::AlignRight)) return true;
-  if (edit->text().size() > kAmountsLength) return true;  // scrolls under the caret
+  const int text = edit->fontMetrics().horizontalAdvance(edit->text());
+  if (text > edit->fontMetrics().horizontalAdvance(kCommonAmount)) return true;  // scrolls under the caret
   const QMargins margins = edit->textMargins();
-  return edit->fontMetrics().horizontalAdvance(edit->text()) + margins.left() + margins.right() <=
-         edit->width();
+  return text + margins.left() + margins.right() <= edit->width();
 }
 
 bool TableFits(const QTableView& table) {
